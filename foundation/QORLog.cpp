@@ -1,0 +1,3 @@
+#include <qor/QORLog.h>
+
+QORLog::~QORLog() = default;

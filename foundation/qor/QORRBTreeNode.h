@@ -1,0 +1,24 @@
+#pragma once
+
+#include <qor/QORContainer.h>
+
+#include <cstddef>
+
+/// A node of a red-black tree.
+class QOR_API QORRBTreeNode {
+public:
+    /// The item that the node holds.
+    QORContainerItem* item;
+
+private:
+    friend class QORRBTree;
+
+    explicit QORRBTreeNode(QORContainerItem const* held) : item(const_cast<QORContainerItem*>(held)) {}
+
+    QORRBTreeNode* left = nullptr;
+    QORRBTreeNode* right = nullptr; ///< of a removed node: the node that followed it, or null
+    QORRBTreeNode* parent = nullptr;
+    unsigned red : 1;
+    unsigned removed : 1; ///< out of the tree, kept only for the iterators that stand on it
+    unsigned pins : 30;   ///< iterators and removed nodes that point here
+};
