@@ -1,0 +1,58 @@
+#!/usr/bin/env python3
+"""Writes generated/ from the tables: meta/enumerations.toml and <folder>/QORX.toml of each class.
+
+usage: generate.py [--check] [ROOT]
+
+With --check, writes nothing and fails when a file under generated/ isn't what the tables give.
+Nothing at all is written when a table is wrong: the error tells the file, the entry and the reason.
+"""
+
+import argparse
+import sys
+from pathlib import Path
+
+import classes
+import enumerations
+import render
+
+PUBLIC = ("foundation/qor", "kernel/qor", "meta/qor")
+
+
+def contents(root) -> dict:
+    """What each generated file must hold, by its path below the root."""
+    table = enumerations.load(root / "meta/enumerations.toml")
+    files = enumerations.render(table)
+    model = classes.load(root, table)
+    public = {path.name for folder in PUBLIC for path in (root / folder).glob("*.h")}
+    public |= {Path(path).name for path in files if path.startswith("generated/qor/")}
+    return files | render.render(model, public)
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Writes generated/ from the tables.")
+    parser.add_argument("--check", action="store_true", help="write nothing; fail if a file is out of date")
+    parser.add_argument("root", nargs="?", type=Path, default=Path(__file__).resolve().parent.parent)
+    arguments = parser.parse_args()
+    root = arguments.root
+    try:
+        files = contents(root)
+    except enumerations.TableError as error:
+        print(f"generate.py: {error}", file=sys.stderr)
+        return 2
+    stale = [p for p in (root / "generated").rglob("*.*") if str(p.relative_to(root)) not in files]
+    changed = [p for p, text in files.items() if not (root / p).exists() or (root / p).read_text() != text]
+    if arguments.check:
+        for path in [str(p.relative_to(root)) for p in stale] + changed:
+            print(f"generate.py: {path} is out of date", file=sys.stderr)
+        return 1 if stale or changed else 0
+    for path in stale:
+        path.unlink()
+    for path in changed:
+        (root / path).parent.mkdir(parents=True, exist_ok=True)
+        (root / path).write_text(files[path])
+    print(f"generate.py: {len(files)} files, {len(changed)} written, {len(stale)} removed")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

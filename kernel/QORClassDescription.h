@@ -1,0 +1,61 @@
+#pragma once
+
+#include <qor/QORElementType.h>
+#include <qor/QORMetaLinkType.h>
+
+#include <cstdint>
+#include <typeinfo>
+
+/// How a link end is held.
+enum class QOREndShape : std::uint8_t { UNARY, TREE, VECTOR };
+
+/// One link end as the recipe sees it.
+struct QORLinkEnd {
+    std::uint16_t offset; ///< of the field in the object, in bytes
+    std::uint16_t far;    ///< the end that answers this one, as an index into `QORMetamodel::ends`
+    QOREndShape shape;
+    std::uint8_t type;     ///< QORMetaLinkType
+    std::uint8_t owner;    ///< element type of the class that declares the end
+    bool leftToDestructor; ///< a child end that recursiveDelete leaves alone
+};
+
+/// A constant list of indices into `QORMetamodel::ends`, or of field offsets.
+struct QORIndexList {
+    std::uint16_t const* first;
+    std::uint16_t count;
+
+    std::uint16_t const* begin() const { return first; }
+    std::uint16_t const* end() const { return first + count; }
+};
+
+/// A class as the recipe sees it: constant data that the generator makes from the class's table and those of
+/// its bases. "Own" means declared by the class itself, "down" from the root class to this one, "up" the
+/// reverse.
+struct QORClassDescription {
+    std::type_info const* type;
+    char const* displayName;
+    QORElementType elementType;
+    QORIndexList own;      ///< own ends, in field order
+    QORIndexList ends;     ///< all ends, up, in field order
+    QORIndexList parents;  ///< all parent ends, up
+    QORIndexList children; ///< all child ends, down, of each class the unary ones first
+    QORIndexList
+        takeApart; ///< what recursiveDelete undoes, down: of each class its children, then the other ends
+    QORIndexList strings; ///< offsets of all QORString attributes but the name, up
+};
+
+/// The metamodel as constant data, made by the generator from the class tables.
+struct QORMetamodel {
+    /// All link ends.
+    static QORLinkEnd const ends[];
+    /// The index lists of the descriptions, one behind the other.
+    static std::uint16_t const lists[];
+    /// The offsets of text attributes, one list behind the other.
+    static std::uint16_t const strings[];
+    /// The descriptions by element type; null for retired ones.
+    static QORClassDescription const* const descriptions[];
+    /// One more than the highest element type.
+    static int const descriptionCount;
+
+    static QORClassDescription const& description(QORElementType type) { return *descriptions[type]; }
+};

@@ -1,0 +1,444 @@
+#include <qor/QORFormatLinkTree.h>
+#include <qor/QORLinkTree.h>
+#include <qor/QORModelElementLinkTree.h>
+#include <qor/QORNameElementTypeLinkTree.h>
+#include <qor/QORNameLinkTree.h>
+#include <qor/QORNameLinkVector.h>
+#include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORObject.h>
+#include <qor/QOROptionalNameLinkTree.h>
+#include <qor/QORPropertyType.h>
+#include <qor/QORPropertyValue.h>
+#include <qor/QORPtrLinkTree.h>
+#include <qor/QORPtrLinkVector.h>
+#include <qor/QORSortedPropertyValuesLinkTree.h>
+#include <qor/QORTypeValue.h>
+#include <qor/QORTypeValueLinkTree.h>
+
+#include "QORAssert.h"
+
+#include <cstring>
+
+// ---- the cursor's invariant -----------------------------------------------------------------------------
+
+namespace {
+
+constexpr char const* invariant =
+    "( ( (this)->position==-1 ) || ( ((this)->position==0) && ((this)->current==(this)->_first) ) || ( "
+    "((this)->position==(this)->size-1) && ((this)->current==lastNode()) ) || ( ((this)->position!=-1) && "
+    "((this)->current!=__null) ) )";
+
+void require(bool holds, unsigned line, char const* function) {
+    if (!holds)
+        qorAssertionFailed(invariant, "QORNaryLink.cpp", line, function);
+}
+
+} // namespace
+
+/// The middle clauses of the invariant are special cases of the last one, but for the node of an empty end.
+bool QORLinkTree::cursorHolds() const {
+    return position == -1 || current || (position == 0 && !_first) || (position == size - 1 && !root);
+}
+
+// ---- QORLinkTree ----------------------------------------------------------------------------------------
+
+QORLinkTree::QORLinkTree(QORLinkTree const& other) : _QORContainer(), QORRBTree(other), QORArrayInterface() {}
+
+QORLinkTree& QORLinkTree::operator=(QORLinkTree const& other) {
+    QORLinkTree::operator=(static_cast<QORRBTree const&>(other));
+    return *this;
+}
+
+QORRBTree& QORLinkTree::operator=(QORRBTree const& other) {
+    return QORRBTree::operator=(other); // which empties this end, and so unsets the cursor
+}
+
+bool QORLinkTree::empty() {
+    position = -1;
+    return QORRBTree::empty();
+}
+
+int QORLinkTree::_moveTo(QORRBTreeNode const* node) const {
+    current = const_cast<QORRBTreeNode*>(node);
+    if (!node) {
+        position = -1;
+        return -1;
+    }
+    if (compare2Object(node->item, root->item) < 0) {
+        position = 0;
+        for (node = previousNode(node); node; node = previousNode(node))
+            ++position;
+    } else {
+        position = size - 1;
+        for (node = nextNode(node); node; node = nextNode(node))
+            --position;
+    }
+    return position;
+}
+
+/// Steps over `steps` nodes, ahead if positive. Gives null when the tree ends earlier.
+QORRBTreeNode* QORLinkTree::walk(QORRBTreeNode* from, int steps) const {
+    for (; from && steps > 0; --steps)
+        from = nextNode(from);
+    for (; from && steps < 0; ++steps)
+        from = previousNode(from);
+    return from;
+}
+
+QORRBTreeNode* QORLinkTree::_moveTo(int index) const {
+    if (index < 0 || index >= size || !_first)
+        return nullptr;
+    if (position == -1) {
+        position = 0;
+        current = _first;
+    }
+    if (index == position)
+        return current;
+    if (index > position) {
+        // The walk ahead from the cursor is favoured over the jump to the end.
+        constexpr int bias = 9;
+        int const ahead = index - position;
+        current = ahead >= size - index + bias ? walk(lastNode(), index - (size - 1)) : walk(current, ahead);
+    } else {
+        int const back = position - index;
+        current = back >= index ? walk(_first, index) : walk(current, -back);
+    }
+    // A search by scan may have left the cursor's node further along than its position says; a walk from
+    // there can miss, a walk from the beginning can't.
+    if (!current)
+        current = walk(_first, index);
+    position = current ? index : -1;
+    return current;
+}
+
+/// Brings the cursor's position up to date after `node` has been added. The tree's shape tells the order, so
+/// that this holds too where keys have changed since elements were added.
+void QORLinkTree::noteAdded(QORRBTreeNode* node) {
+    if (position == -1)
+        return;
+    if (node == _first)
+        ++position;
+    else if (current != _first) {
+        if (node->item == current->item)
+            position = -1;
+        else if (liesBefore(node, current))
+            ++position;
+    }
+}
+
+QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique) {
+    constexpr char const* function =
+        "virtual QORRBTreeNode* QORLinkTree::addNode(const QORContainerItem*, bool)";
+    require(cursorHolds(), __LINE__, function);
+    QORRBTreeNode* const node = QORRBTree::addNode(item, unique);
+    if (!node)
+        return nullptr;
+    noteAdded(node);
+    require(cursorHolds(), __LINE__, function);
+    return node;
+}
+
+/// Moves the cursor off a node that is about to leave, or counts the node off the cursor's position.
+void QORLinkTree::leaveNode(QORRBTreeNode* node) {
+    if (position == -1)
+        return;
+    if (node == current) {
+        if (position == size - 1) {
+            position = size - 2;
+            current = previousNode(node);
+        } else {
+            current = nextNode(node);
+        }
+        // After a search by scan, the node may have been the last one without its position saying so.
+        if (!current)
+            position = -1;
+    } else if (node->item == current->item) {
+        position = -1;
+    } else if (liesBefore(node, current)) {
+        --position;
+    }
+}
+
+QORContainerItem* QORLinkTree::removeNode(QORRBTreeNode* node) {
+    constexpr char const* function = "virtual QORContainerItem* QORLinkTree::removeNode(QORRBTreeNode*)";
+    require(cursorHolds(), __LINE__, function);
+    if (!node)
+        return nullptr;
+    leaveNode(node);
+    QORContainerItem* const item = QORRBTree::removeNode(node);
+    require(cursorHolds(), __LINE__, function);
+    return item;
+}
+
+int QORLinkTree::addElement(QORContainerItem const* item, bool unique) {
+    return _moveTo(addNode(item, unique));
+}
+
+int QORLinkTree::containsElement(QORContainerItem const* item) const {
+    return _moveTo(getNode(item));
+}
+
+QORContainerItem* QORLinkTree::operator[](int index) const {
+    if (index != position && !_moveTo(index))
+        return nullptr;
+    return index >= 0 && current ? current->item : nullptr;
+}
+
+int QORLinkTree::findFirstElement(QORContainerKey const* key) const {
+    require(cursorHolds(), __LINE__,
+            "virtual int QORLinkTree::findFirstElement(const QORContainerKey*) const");
+    return _moveTo(findFirstNode(key));
+}
+
+int QORLinkTree::findLastElement(QORContainerKey const* key) const {
+    require(cursorHolds(), __LINE__,
+            "virtual int QORLinkTree::findLastElement(const QORContainerKey*) const");
+    return _moveTo(findLastNode(key));
+}
+
+int QORLinkTree::findNextElement(QORContainerKey const* key, int from) const {
+    require(cursorHolds(), __LINE__,
+            "virtual int QORLinkTree::findNextElement(const QORContainerKey*, int) const");
+    QORRBTreeNode* const node = _moveTo(from);
+    if (!node)
+        return -1;
+    QORRBTreeNode* const found = findNextNode(key, node);
+    if (!found)
+        return -1;
+    current = found;
+    return ++position; // by one even where a scan has found a match further along
+}
+
+int QORLinkTree::findPreviousElement(QORContainerKey const* key, int from) const {
+    require(cursorHolds(), __LINE__,
+            "virtual int QORLinkTree::findPreviousElement(const QORContainerKey*, int) const");
+    QORRBTreeNode* const node = _moveTo(from);
+    if (!node)
+        return -1;
+    QORRBTreeNode* const found = findPreviousNode(key, node);
+    if (!found)
+        return -1;
+    current = found;
+    return --position;
+}
+
+QORContainerItem* QORLinkTree::removeElement(int index) {
+    require(cursorHolds(), __LINE__, "virtual QORContainerItem* QORLinkTree::removeElement(int)");
+    if (index != position && !_moveTo(index))
+        return nullptr;
+    return index >= 0 ? removeNode(current) : nullptr;
+}
+
+bool QORLinkTree::removeItem(QORContainerItem const* item) {
+    QORRBTreeNode* const node = nodeOfItem(item);
+    if (!node)
+        return false;
+    removeNode(node);
+    return true;
+}
+
+bool QORLinkTree::rekeyItem(QORContainerItem const* item, void (*change)(void*), void* context) {
+    QORRBTreeNode* const node = nodeOfItem(item);
+    QORRBTreeNode* const follower = node ? following(node) : nullptr;
+    if (node) {
+        leaveNode(node);
+        unlinkNode(node);
+    }
+    change(context);
+    if (!node)
+        return true;
+    bool const taken = relinkNode(node, true);
+    if (!taken) {
+        change(context);
+        relinkNodeBefore(node, follower);
+    }
+    noteAdded(node);
+    return taken;
+}
+
+QORContainerItem* QORLinkTree::drainFirst() {
+    position = -1;
+    return QORRBTree::drainFirst();
+}
+
+// ---- orders ---------------------------------------------------------------------------------------------
+
+namespace {
+
+QORObject const& object(QORContainerItem const* item) {
+    return *static_cast<QORObject const*>(item);
+}
+
+char const* nameOf(QORContainerItem const* item) {
+    return object(item).getName().chars;
+}
+
+int compareNames(QORContainerItem const* a, QORContainerItem const* b) {
+    return std::strcmp(nameOf(a), nameOf(b));
+}
+
+int compareNameWithKey(QORContainerItem const* item, QORContainerKey const* key) {
+    return std::strcmp(nameOf(item), static_cast<QORString const*>(key)->chars);
+}
+
+bool hasName(QORContainerItem const* item, QORContainerKey const* key) {
+    QORString const& name = object(item).getName();
+    QORString const& wanted = *static_cast<QORString const*>(key);
+    return name.length == wanted.length && std::strcmp(name.chars, wanted.chars) == 0;
+}
+
+QORTypeValue const& typeValue(QORContainerItem const* item) {
+    return static_cast<QORTypeValue const&>(object(item));
+}
+
+QORPropertyValue const& propertyValue(QORContainerItem const* item) {
+    return static_cast<QORPropertyValue const&>(object(item));
+}
+
+/// Tables and views share one name space with classes.
+int typeInDesignPackage(QORContainerItem const* item) {
+    int const type = object(item).getElementType();
+    return type == QORElementType::SQL_VIEW_ENTITY ? static_cast<int>(QORElementType::CLASS) : type;
+}
+
+bool mayShareNameAndType(int type) {
+    switch (type) {
+    case QORElementType::GENERALIZATION:
+    case QORElementType::ASSOCIATION:
+    case QORElementType::SQL_VIEW_ASSOCIATION:
+    case QORElementType::DEPENDENCY:
+    case QORElementType::REALIZATION:
+    case QORElementType::JOIN:
+        return true;
+    default:
+        return false;
+    }
+}
+
+int compareTypesOfValues(QORPropertyType const& a, QORPropertyType const& b) {
+    if (int const order = std::strcmp(a.getUsage().chars, b.getUsage().chars))
+        return order;
+    if (int const order = std::strcmp(a.getGroup().chars, b.getGroup().chars))
+        return order;
+    if (int const order = a.getPosition() - b.getPosition())
+        return order;
+    return std::strcmp(a.getName().chars, b.getName().chars);
+}
+
+} // namespace
+
+QORRBTreeNode* QORPtrLinkTree::findFirstNode(QORContainerKey const* key) const {
+    if (size == 0)
+        return nullptr;
+    QORRBTreeNode* node = _first;
+    while (node && !hasName(node->item, key))
+        node = nextNode(node);
+    return node;
+}
+
+QORRBTreeNode* QORPtrLinkTree::findLastNode(QORContainerKey const* key) const {
+    if (size == 0)
+        return nullptr;
+    QORRBTreeNode* node = lastNode();
+    while (node && !hasName(node->item, key))
+        node = previousNode(node);
+    return node;
+}
+
+QORRBTreeNode* QORPtrLinkTree::findNextNode(QORContainerKey const* key, QORRBTreeNode const* from) const {
+    QORRBTreeNode* node = nextNode(from);
+    while (node && !hasName(node->item, key))
+        node = nextNode(node);
+    return node;
+}
+
+QORRBTreeNode* QORPtrLinkTree::findPreviousNode(QORContainerKey const* key, QORRBTreeNode const* from) const {
+    QORRBTreeNode* node = previousNode(from);
+    while (node && !hasName(node->item, key))
+        node = previousNode(node);
+    return node;
+}
+
+int QORNameLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    return compareNames(a, b);
+}
+
+int QORNameLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
+    return compareNameWithKey(item, key);
+}
+
+int QOROptionalNameLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    QORString const& name = object(a).getName();
+    int const order = std::strcmp(name.chars, nameOf(b));
+    return order == 0 && name.length == 0 ? compareAddresses(a, b) : order;
+}
+
+int QORNamePtrLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    int const order = compareNames(a, b);
+    return order ? order : compareAddresses(a, b);
+}
+
+int QORNameElementTypeLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    int const order = compareNames(a, b);
+    return order ? order : object(a).getElementType() - object(b).getElementType();
+}
+
+int QORTypeValueLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    QORString const& name = object(a).getName();
+    if (int const order = std::strcmp(name.chars, nameOf(b)))
+        return order;
+    if (name.length)
+        return 0;
+    return std::strcmp(typeValue(a).getValue().chars, typeValue(b).getValue().chars);
+}
+
+int QORTypeValueLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
+    return compareNameWithKey(item, key);
+}
+
+int QORFormatLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    int const order = object(a).getElementType() - object(b).getElementType();
+    return order ? order : compareNames(a, b);
+}
+
+int QORFormatLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
+    return compareNameWithKey(item, key);
+}
+
+int QORModelElementLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    if (int const order = compareNames(a, b))
+        return order;
+    int const type = typeInDesignPackage(a);
+    if (int const order = type - typeInDesignPackage(b))
+        return order;
+    return mayShareNameAndType(type) ? compareAddresses(a, b) : 0;
+}
+
+int QORModelElementLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
+    return compareNameWithKey(item, key);
+}
+
+int QORSortedPropertyValuesLinkTree::compare2Object(QORContainerItem const* a,
+                                                    QORContainerItem const* b) const {
+    QORPropertyValue const& left = propertyValue(a);
+    QORPropertyValue const& right = propertyValue(b);
+    QORPropertyType const* const leftType = left.getPropertyType();
+    QORPropertyType const* const rightType = right.getPropertyType();
+    if (leftType && rightType)
+        if (int const order = compareTypesOfValues(*leftType, *rightType))
+            return order;
+    int const order = left.getPosition() - right.getPosition();
+    return order ? order : compareAddresses(a, b);
+}
+
+int QORPtrLinkVector::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
+    return compareNameWithKey(item, key);
+}
+
+int QORNameLinkVector::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
+    return compareNames(a, b);
+}
+
+int QORNameLinkVector::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
+    return compareNameWithKey(item, key);
+}

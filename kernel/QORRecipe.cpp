@@ -1,0 +1,549 @@
+#include "QORRecipe.h"
+
+#include <qor/QORLinkTree.h>
+#include <qor/QORSDK.h>
+#include <qor/QORTraversalOperation.h>
+#include <qor/QORVector.h>
+
+#include <algorithm>
+#include <deque>
+#include <vector>
+
+// ---- one end --------------------------------------------------------------------------------------------
+
+QORObject*& QORRecipe::field(QORObject& object, QORLinkEnd const& end) {
+    return *reinterpret_cast<QORObject**>(reinterpret_cast<char*>(&object) + end.offset);
+}
+
+QORLinkTree& QORRecipe::tree(QORObject& object, QORLinkEnd const& end) {
+    return *reinterpret_cast<QORLinkTree*>(reinterpret_cast<char*>(&object) + end.offset);
+}
+
+QORVector& QORRecipe::vector(QORObject& object, QORLinkEnd const& end) {
+    return *reinterpret_cast<QORVector*>(reinterpret_cast<char*>(&object) + end.offset);
+}
+
+QORContainer& QORRecipe::container(QORObject& object, QORLinkEnd const& end) {
+    if (end.shape == QOREndShape::TREE)
+        return tree(object, end);
+    return vector(object, end);
+}
+
+QORObject* QORRecipe::far(QORObject const& object, QORLinkEnd const& end) {
+    return field(const_cast<QORObject&>(object), end);
+}
+
+int QORRecipe::count(QORObject const& object, QORLinkEnd const& end) {
+    auto& self = const_cast<QORObject&>(object);
+    return end.shape == QOREndShape::TREE ? tree(self, end).size : vector(self, end).size;
+}
+
+bool QORRecipe::isSet(QORObject const& object, QORLinkEnd const& end) {
+    return end.shape == QOREndShape::UNARY ? far(object, end) != nullptr : count(object, end) != 0;
+}
+
+QORObject* QORRecipe::at(QORObject const& object, QORLinkEnd const& end, int position) {
+    auto& self = const_cast<QORObject&>(object);
+    if (end.shape == QOREndShape::TREE)
+        return static_cast<QORObject*>(tree(self, end)[position]);
+    return static_cast<QORObject*>(vector(self, end)[position]);
+}
+
+QORObject* QORRecipe::find(QORObject const& object, QORLinkEnd const& end, QORString const& name,
+                           int* cursor) {
+    auto& self = const_cast<QORObject&>(object);
+    if (!cursor)
+        return static_cast<QORObject*>(container(self, end).findFirst(&name, nullptr));
+    if (end.shape == QOREndShape::TREE)
+        return object._getn(&tree(self, end), name, cursor);
+    return object._getn(&vector(self, end), name, cursor);
+}
+
+bool QORRecipe::contains(QORObject const& object, QORLinkEnd const& end, QORObject const* element) {
+    return element && container(const_cast<QORObject&>(object), end).contains(element, nullptr);
+}
+
+void QORRecipe::fill(QORObject const& object, QORLinkEnd const& end, QORContainer& view) {
+    view.empty();
+    auto& self = const_cast<QORObject&>(object);
+    if (end.shape == QOREndShape::TREE) {
+        QORRBTree::Iterator walk(tree(self, end), true);
+        for (QORContainerItem* item = walk.get(); item; item = walk.next(1))
+            view.add(item, false, nullptr);
+    } else {
+        QORVector::Iterator walk(vector(self, end), true);
+        for (QORContainerItem* item = walk.get(); item; item = walk.next(1))
+            view.add(item, false, nullptr);
+    }
+}
+
+bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
+    if (!far)
+        return false;
+    object.apart = false;
+    far->apart = false;
+    QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    bool const unary = end.shape == QOREndShape::UNARY;
+    bool const farUnary = farEnd.shape == QOREndShape::UNARY;
+    if (unary && farUnary)
+        return object._adduu(&field(object, end), &field(*far, farEnd), far);
+    if (unary)
+        return far->_addnu(&container(*far, farEnd), &field(object, end), &object);
+    if (farUnary)
+        return object._addnu(&container(object, end), &field(*far, farEnd), far);
+    return object._addnn(&container(object, end), &container(*far, farEnd), far);
+}
+
+/// Takes this very element out of a nary end.
+bool QORRecipe::takeOut(QORObject& object, QORLinkEnd const& end, QORObject* element) {
+    if (end.shape == QOREndShape::TREE)
+        return tree(object, end).removeItem(element);
+    return vector(object, end).removeItem(element);
+}
+
+/// Clears the end of `element` that leads to `object`.
+void QORRecipe::clearFarEnd(QORObject& element, QORLinkEnd const& farEnd, QORObject& object) {
+    if (farEnd.shape != QOREndShape::UNARY)
+        takeOut(element, farEnd, &object);
+    else if (field(element, farEnd) == &object)
+        field(element, farEnd) = nullptr;
+}
+
+bool QORRecipe::unlink(QORObject& object, QORLinkEnd const& end, QORObject* far) {
+    if (!far)
+        return false;
+    if (end.shape == QOREndShape::UNARY) {
+        QORObject*& own = field(object, end);
+        if (own != far)
+            return false;
+        clearFarEnd(*far, QORMetamodel::ends[end.far], object);
+        own = nullptr;
+        return true;
+    }
+    if (!takeOut(object, end, far))
+        return false;
+    clearFarEnd(*far, QORMetamodel::ends[end.far], object);
+    return true;
+}
+
+bool QORRecipe::remove(QORObject& object, QORLinkEnd const& end) {
+    QORObject* const far = field(object, end);
+    if (!far)
+        return false;
+    clearFarEnd(*far, QORMetamodel::ends[end.far], object);
+    if (far != &object && !far->isReferenced())
+        delete far;
+    field(object, end) = nullptr;
+    return true;
+}
+
+bool QORRecipe::removeAt(QORObject& object, QORLinkEnd const& end, int position) {
+    QORContainerItem* const item = end.shape == QOREndShape::TREE
+                                       ? tree(object, end).removeElement(position)
+                                       : vector(object, end).removeElement(position);
+    if (!item)
+        return false;
+    auto* const element = static_cast<QORObject*>(item);
+    clearFarEnd(*element, QORMetamodel::ends[end.far], object);
+    if (element != &object && !element->isReferenced())
+        delete element;
+    return true;
+}
+
+bool QORRecipe::removeNamed(QORObject& object, QORLinkEnd const& end, QORString const& name, int* cursor) {
+    QORObject* element;
+    if (cursor) {
+        element = end.shape == QOREndShape::TREE ? object._removen(&tree(object, end), name, cursor)
+                                                 : object._removen(&vector(object, end), name, cursor);
+    } else {
+        element = find(object, end, name, nullptr);
+        if (element)
+            takeOut(object, end, element);
+    }
+    if (!element)
+        return false;
+    clearFarEnd(*element, QORMetamodel::ends[end.far], object);
+    if (element != &object && !element->isReferenced())
+        delete element;
+    return true;
+}
+
+/// The next element of an end that is being emptied. The end counts it on until `endDraining`, so that the
+/// object stays referenced while what hangs on it goes.
+QORObject* QORRecipe::drain(QORObject& object, QORLinkEnd const& end) {
+    return static_cast<QORObject*>(end.shape == QOREndShape::TREE ? tree(object, end).drainFirst()
+                                                                  : vector(object, end).drainFirst());
+}
+
+void QORRecipe::endDraining(QORObject& object, QORLinkEnd const& end) {
+    if (end.shape == QOREndShape::TREE)
+        tree(object, end).endDraining();
+    else
+        vector(object, end).endDraining();
+}
+
+void QORRecipe::removeAll(QORObject& object, QORLinkEnd const& end) {
+    QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    while (QORObject* const element = drain(object, end)) {
+        clearFarEnd(*element, farEnd, object);
+        if (element != &object && !element->isReferenced())
+            delete element;
+    }
+    endDraining(object, end);
+}
+
+void QORRecipe::unlinkAll(QORObject& object, QORLinkEnd const& end) {
+    if (end.shape == QOREndShape::UNARY) {
+        unlink(object, end, far(object, end));
+        return;
+    }
+    while (QORObject* const element = at(object, end, 0))
+        unlink(object, end, element);
+}
+
+// ---- questions ------------------------------------------------------------------------------------------
+
+bool QORRecipe::isReferenced(QORObject const& object, QORClassDescription const& level) {
+    return std::any_of(level.ends.begin(), level.ends.end(),
+                       [&](std::uint16_t end) { return isSet(object, QORMetamodel::ends[end]); });
+}
+
+QORObject* QORRecipe::getParent(QORObject const& object, QORClassDescription const& level) {
+    for (std::uint16_t const end : level.parents)
+        if (QORObject* const parent = far(object, QORMetamodel::ends[end]))
+            return parent;
+    return nullptr;
+}
+
+int QORRecipe::getParentCount(QORObject const& object, QORClassDescription const& level) {
+    return static_cast<int>(std::count_if(level.parents.begin(), level.parents.end(), [&](std::uint16_t end) {
+        return far(object, QORMetamodel::ends[end]) != nullptr;
+    }));
+}
+
+bool QORRecipe::ownerIsSet(QORObject const& object, QORClassDescription const& level) {
+    return getParent(object, level) != nullptr;
+}
+
+/// The description of the object's class if the object is exactly of that class and not of one that a caller
+/// has derived: then its virtual operations are those of the recipe.
+QORClassDescription const* QORRecipe::exactDescription(QORObject const& object) {
+    int const type = object.elementType;
+    QORClassDescription const* const description =
+        type >= 0 && type < QORMetamodel::descriptionCount ? QORMetamodel::descriptions[type] : nullptr;
+    return description && *description->type == typeid(object) ? description : nullptr;
+}
+
+// ---- names ----------------------------------------------------------------------------------------------
+
+QORLinkEnd const& QORRecipe::ownEnd(QORElementType declaring, QORElementType owner) {
+    QORIndexList const ends = QORMetamodel::description(declaring).own;
+    auto const* const found = std::find_if(ends.begin(), ends.end(), [owner](std::uint16_t index) {
+        QORLinkEnd const& end = QORMetamodel::ends[index];
+        return end.type == QORMetaLinkType::PARENT && QORMetamodel::ends[end.far].owner == owner;
+    });
+    return QORMetamodel::ends[*found];
+}
+
+void QORRecipe::refuse(QORLinkEnd const& parentEnd) {
+    QORLinkEnd const& ownerEnd = QORMetamodel::ends[parentEnd.far];
+    QORSDK::ILLEGAL_ARGUMENT.throwException(QORMetamodel::descriptions[ownerEnd.owner]->displayName,
+                                            QORMetamodel::descriptions[parentEnd.owner]->displayName);
+}
+
+bool QORRecipe::rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*change)(void*), void* context) {
+    QORObject& owner = *field(object, parentEnd);
+    QORLinkEnd const& ownerEnd = QORMetamodel::ends[parentEnd.far];
+    switch (ownerEnd.shape) {
+    case QOREndShape::TREE:
+        return tree(owner, ownerEnd).rekeyItem(&object, change, context);
+    case QOREndShape::VECTOR:
+        // Taken out and added again, the object goes to the end.
+        vector(owner, ownerEnd).removeItem(&object);
+        change(context);
+        vector(owner, ownerEnd).addElement(&object, false);
+        return true;
+    default:
+        change(context);
+        return true;
+    }
+}
+
+void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString const& name) {
+    struct Names {
+        QORString& held;
+        QORString other;
+    } names{object.name, name};
+    auto const exchange = [](void* context) {
+        auto& both = *static_cast<Names*>(context);
+        std::swap(both.held, both.other);
+    };
+    if (!rekey(object, parentEnd, exchange, &names))
+        refuse(parentEnd);
+}
+
+void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QORString const& name) {
+    for (std::uint16_t const end : level.parents)
+        if (far(object, QORMetamodel::ends[end]))
+            return rename(object, QORMetamodel::ends[end], name);
+    object.name = name;
+}
+
+// ---- taking apart ---------------------------------------------------------------------------------------
+
+QORObject* QORRecipe::removeAggregationAssembly(QORObject& object, QORClassDescription const& level) {
+    for (std::uint16_t const end : level.parents) {
+        QORObject* const parent = far(object, QORMetamodel::ends[end]);
+        if (!parent)
+            continue;
+        unlink(object, QORMetamodel::ends[end], parent);
+        return parent;
+    }
+    return nullptr;
+}
+
+/// Goes on with taking an object apart until a child turns up that is to be deleted; null when all is done.
+/// The place reached stands in the object itself: deleting allocates nothing.
+QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription const& level) {
+    while (object.takingApart <= level.takeApart.count) {
+        QORLinkEnd const& end = QORMetamodel::ends[level.takeApart.first[object.takingApart - 1]];
+        if (end.type == QORMetaLinkType::CHILD) {
+            if (end.shape == QOREndShape::UNARY) {
+                ++object.takingApart;
+                QORObject* const child = far(object, end);
+                if (unlink(object, end, child))
+                    return child;
+                continue;
+            }
+            if (QORObject* const child = drain(object, end)) {
+                clearFarEnd(*child, QORMetamodel::ends[end.far], object);
+                return child;
+            }
+            endDraining(object, end);
+        } else if (end.shape == QOREndShape::UNARY) {
+            remove(object, end);
+        } else {
+            removeAll(object, end);
+        }
+        ++object.takingApart;
+    }
+    return nullptr;
+}
+
+/// Takes an object apart with all that it owns, in the order of the recursion that this stands for: the
+/// objects under way form a chain through `takenApartFor`.
+void QORRecipe::takeApart(QORObject& top, QORClassDescription const& level) {
+    QORObject* current = &top;
+    QORClassDescription const* description = &level;
+    top.takingApart = 1; // one more than the place in `takeApart`, which starts at 0
+    top.takenApartFor = nullptr;
+    for (;;) {
+        if (QORObject* const child = nextChildToDelete(*current, *description)) {
+            if (child->takingApart)
+                continue; // an object that owns itself over some way goes with the one that began
+            QORClassDescription const* const exact = exactDescription(*child);
+            if (!exact) {
+                if (child->recursiveDelete())
+                    delete child;
+            } else if (!ownerIsSet(*child, *exact)) {
+                child->takingApart = 1;
+                child->takenApartFor = current;
+                current = child;
+                description = exact;
+            }
+            continue;
+        }
+        QORObject* const waiting = current->takenApartFor;
+        current->takingApart = 0;
+        current->takenApartFor = nullptr;
+        if (current == &top)
+            return;
+        delete current;
+        current = waiting;
+        description = current == &top ? &level : QORMetamodel::descriptions[current->elementType];
+    }
+}
+
+bool QORRecipe::recursiveDelete(QORObject& object, QORClassDescription const& level) {
+    if (ownerIsSet(object, level) || object.takingApart)
+        return false;
+    takeApart(object, level);
+    return true;
+}
+
+void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, bool deleteUnreferenced) {
+    for (std::uint16_t const index : level.ends) {
+        QORLinkEnd const& end = QORMetamodel::ends[index];
+        if (!deleteUnreferenced)
+            unlinkAll(object, end);
+        else if (end.shape == QOREndShape::UNARY)
+            remove(object, end);
+        else
+            removeAll(object, end);
+    }
+}
+
+void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
+    if (object.apart)
+        return;
+    if (isReferenced(object, level)) {
+        removeAggregationAssembly(object, level);
+        recursiveDelete(object, level);
+        for (std::uint16_t const end : level.own)
+            if (QORMetamodel::ends[end].leftToDestructor)
+                removeAll(object, QORMetamodel::ends[end]);
+        for (std::uint16_t const end : level.own)
+            unlinkAll(object, QORMetamodel::ends[end]);
+    }
+    object.apart = !isReferenced(object, level);
+}
+
+// ---- re-encoding ----------------------------------------------------------------------------------------
+
+void QORRecipe::transcode(QORString& text, QOREncodingConverter* from, QOREncodingConverter* to,
+                          int& firstCounter, int& errorCounter) {
+    if (text.length == 0)
+        return;
+    int const errors = errorCounter;
+    QORString converted = convertEncoding(text, from, to, firstCounter, errorCounter);
+    if (errorCounter == errors)
+        text = std::move(converted);
+}
+
+/// An object whose children are being re-encoded. They stand in a snapshot, since a child's new name moves it
+/// in its owner's container.
+struct QORRecipe::TranscodeFrame {
+    QORObject* object;
+    QORIndexList ends;
+    std::uint16_t nextEnd = 0;
+    std::vector<QORObject*> snapshot{};
+    std::size_t nextChild = 0;
+
+    QORObject* next() {
+        while (nextChild == snapshot.size()) {
+            if (nextEnd == ends.count)
+                return nullptr;
+            QORLinkEnd const& end = QORMetamodel::ends[ends.first[nextEnd++]];
+            snapshot.clear();
+            nextChild = 0;
+            if (end.shape == QOREndShape::UNARY) {
+                if (QORObject* const child = far(*object, end))
+                    snapshot.push_back(child);
+                continue;
+            }
+            for (int i = 0, count = QORRecipe::count(*object, end); i < count; ++i)
+                snapshot.push_back(at(*object, end, i));
+        }
+        return snapshot[nextChild++];
+    }
+};
+
+void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
+                          QOREncodingConverter* to, int& firstCounter, int& errorCounter) {
+    auto const texts = [&](QORObject& each, QORClassDescription const& description) {
+        for (std::uint16_t const offset : description.strings)
+            transcode(*reinterpret_cast<QORString*>(reinterpret_cast<char*>(&each) + offset), from, to,
+                      firstCounter, errorCounter);
+        each.QORObject::transcode(from, to, firstCounter, errorCounter);
+    };
+    texts(object, level);
+    std::deque<TranscodeFrame> frames;
+    frames.push_back({&object, level.children});
+    while (!frames.empty()) {
+        QORObject* const child = frames.back().next();
+        if (!child) {
+            frames.pop_back();
+        } else if (QORClassDescription const* const exact = exactDescription(*child)) {
+            texts(*child, *exact);
+            frames.push_back({child, exact->children});
+        } else {
+            child->transcode(from, to, firstCounter, errorCounter);
+        }
+    }
+}
+
+// ---- walking --------------------------------------------------------------------------------------------
+
+/// An object whose children are being walked.
+struct QORRecipe::WalkFrame {
+    QORObject* object;
+    void* data;
+    QORIndexList ends;
+    std::uint16_t nextEnd = 0;
+    QOREndShape walking = QOREndShape::UNARY; ///< what kind of end the walk is in; UNARY: in none
+    QORRBTree::Iterator inTree{};
+    QORVector::Iterator inVector{};
+
+    QORObject* next() {
+        for (;;) {
+            QORContainerItem* item = nullptr;
+            if (walking == QOREndShape::TREE)
+                item = inTree.next(1);
+            else if (walking == QOREndShape::VECTOR)
+                item = inVector.next(1);
+            while (!item) {
+                walking = QOREndShape::UNARY;
+                if (nextEnd == ends.count)
+                    return nullptr;
+                item = enter(QORMetamodel::ends[ends.first[nextEnd++]]);
+            }
+            return static_cast<QORObject*>(item);
+        }
+    }
+
+    QORContainerItem* enter(QORLinkEnd const& end) {
+        if (end.shape == QOREndShape::UNARY)
+            return far(*object, end);
+        if (count(*object, end) == 0)
+            return nullptr;
+        walking = end.shape;
+        if (end.shape == QOREndShape::TREE) {
+            inTree.moveTo(tree(*object, end), true);
+            return inTree.get();
+        }
+        inVector.moveTo(vector(*object, end), true);
+        return inVector.get();
+    }
+};
+
+void QORRecipe::walkChildren(QORObject& object, QORClassDescription const& level,
+                             QORTraversalOperation& operation, void* data) {
+    std::deque<WalkFrame> frames;
+    frames.push_back({&object, data, level.children});
+    for (;;) {
+        WalkFrame& frame = frames.back();
+        QORObject* const child = frame.next();
+        if (!child) {
+            QORObject* const done = frame.object;
+            void* const doneData = frame.data;
+            frames.pop_back();
+            if (frames.empty())
+                return;
+            operation.post_process(done, doneData);
+            continue;
+        }
+        QORClassDescription const* const exact = exactDescription(*child);
+        if (!exact) {
+            child->depthTraversal(operation, frame.data);
+            continue;
+        }
+        void* childData = frame.data;
+        if (!operation.pre_process(child, childData))
+            continue;
+        bool const leaf =
+            std::none_of(exact->children.begin(), exact->children.end(),
+                         [&](std::uint16_t end) { return isSet(*child, QORMetamodel::ends[end]); });
+        if (leaf)
+            operation.post_process(child, childData);
+        else
+            frames.push_back({child, childData, exact->children});
+    }
+}
+
+bool QORRecipe::walk(QORObject& object, QORTraversalOperation& operation, void* data) {
+    if (!operation.pre_process(&object, data))
+        return false;
+    object._depthTraversal(operation, data);
+    operation.post_process(&object, data);
+    return true;
+}

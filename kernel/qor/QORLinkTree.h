@@ -1,0 +1,54 @@
+#pragma once
+
+#include <qor/QORArrayInterface.h>
+#include <qor/QORRBTree.h>
+
+class QORObject;
+
+/// A nary link end kept as a sorted tree of `QORObject*`. It never owns its elements. A cursor, a node and
+/// its position, makes a walk by ascending positions cost one step per element.
+///
+/// Reading by position moves the cursor: a link tree belongs to one thread at a time, reads included.
+class QOR_API QORLinkTree : public QORRBTree, public QORArrayInterface {
+public:
+    QORLinkTree() = default;
+    /// Holds the same elements; the cursor of the copy is unset.
+    QORLinkTree(QORLinkTree const& other);
+    QORLinkTree& operator=(QORLinkTree const& other);
+    QORRBTree& operator=(QORRBTree const& other) override;
+
+    bool empty() override;
+    QORRBTreeNode* addNode(QORContainerItem const* item, bool unique) override;
+    QORContainerItem* removeNode(QORRBTreeNode* node) override;
+
+    int addElement(QORContainerItem const* item, bool unique) override;
+    int containsElement(QORContainerItem const* item) const override;
+    QORContainerItem* operator[](int index) const override;
+    int findFirstElement(QORContainerKey const* key) const override;
+    int findLastElement(QORContainerKey const* key) const override;
+    int findNextElement(QORContainerKey const* key, int from) const override;
+    int findPreviousElement(QORContainerKey const* key, int from) const override;
+    QORContainerItem* removeElement(int index) override;
+
+    /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
+    bool removeItem(QORContainerItem const* item);
+    /// Gives an element another key: takes it out, calls `change`, puts it back with the same node. When the
+    /// tree refuses the new key, calls `change` once more, to restore the old key, puts the element back
+    /// where it was and gives false. Allocates nothing itself; `change` must not throw.
+    bool rekeyItem(QORContainerItem const* item, void (*change)(void*), void* context);
+    /// `drainFirst` of the tree, with the cursor unset.
+    QORContainerItem* drainFirst();
+
+protected:
+    mutable QORRBTreeNode* current =
+        nullptr;               ///< the node under the cursor; meaningful while position isn't -1
+    mutable int position = -1; ///< place of `current` in tree order; -1: the cursor is unset
+
+private:
+    int _moveTo(QORRBTreeNode const* node) const;
+    QORRBTreeNode* _moveTo(int index) const;
+    QORRBTreeNode* walk(QORRBTreeNode* from, int steps) const;
+    bool cursorHolds() const;
+    void leaveNode(QORRBTreeNode* node);
+    void noteAdded(QORRBTreeNode* node);
+};

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <qor/QORElementType.h>
+#include <qor/QOREncodingConverter.h>
+#include <qor/QORExport.h>
+#include <qor/QORString.h>
+
+class QORArrayInterface;
+class QORContainer;
+class QORMetaClass;
+class QORTraversalOperation;
+
+/// The root of all model classes: element type, id, name and a caller's scratch state, and the primitives
+/// through which every two-way link is made and broken.
+///
+/// A link is two ends, one in each object: a pointer (unary end) or a link container (nary end). An object
+/// owns what hangs on its `child` ends and dies with its owner. A graph belongs to one thread at a time.
+class QOR_API QORObject {
+public:
+    /// An unnamed object with id 0.
+    QORObject();
+    /// Copies the name only; the copy stands alone and has id 0.
+    QORObject(QORObject const& other);
+    /// Copies the name and clears the scratch state. Id, element type and links remain.
+    QORObject& operator=(QORObject const& other);
+
+    /// Assigns from an object that is taken for this class without a test.
+    virtual QORObject& setFrom(QORObject const& other);
+    /// Takes the object out of its owner, deletes what it owns and undoes all its links.
+    virtual ~QORObject();
+    /// Unlinks the object from its first owner; gives that owner, or null.
+    virtual QORObject* removeAggregationAssembly();
+    /// Deletes what the object owns and undoes its links. Gives false and does nothing while an owner is set;
+    /// otherwise true: the caller may delete the object.
+    virtual bool recursiveDelete();
+    /// Undoes all links. With `deleteUnreferenced`, deletes each far object that is then left without any
+    /// link. Gives this object.
+    virtual QORObject* isolate(bool deleteUnreferenced);
+    /// Whether the object's class is the one of that number or derives from it.
+    virtual bool isInstanceOf(QORElementType type) const;
+    /// The first owner, or null.
+    virtual QORObject* getParent() const;
+    /// The number of owners.
+    virtual int getParentCount() const;
+    /// `equals`.
+    virtual bool operator==(QORObject const& other) const;
+    /// The opposite of `equals`.
+    virtual bool operator!=(QORObject const& other) const;
+    /// Whether both are of one class and hold the same attributes. Links and dates play no part.
+    virtual bool equals(QORObject const& other) const;
+    /// Whether any link end is set.
+    virtual bool isReferenced() const;
+    /// Re-encodes all texts of the object and of what it owns. A text that can't be converted stays as it is
+    /// and counts in `errorCounter`; a name that collides after conversion gets "/" and a number.
+    virtual void transcode(QOREncodingConverter* from, QOREncodingConverter* to, int& firstCounter,
+                           int& errorCounter);
+    /// Walks the object and all that it owns, owners before children: `pre_process`, the children,
+    /// `post_process`. Gives false if `pre_process` does, which cuts off the subtree. Any depth is walked on
+    /// a small stack. What the operation throws arrives at the caller.
+    virtual bool depthTraversal(QORTraversalOperation& operation, void* data);
+    /// Names the object. Throws the "Illegal Argument" message, with nothing changed, when the owner already
+    /// holds an object of that name.
+    virtual void setName(QORString const& name);
+    virtual QORString const& getName() const;
+    /// A text that presents the object; for most classes the name.
+    virtual QORString getDisplayName() const;
+    /// Calls `depthTraversal` on each owned object.
+    virtual void _depthTraversal(QORTraversalOperation& operation, void* data);
+    /// The reflection record of the object's class.
+    virtual QORMetaClass* getMetaClass() const;
+
+    /// Whether the names are equal.
+    bool finalEquals(QORObject const& other) const;
+    /// Calls `setName` with `base`, the separator and 1, 2, 3 ... until it doesn't throw. `base` itself isn't
+    /// tried. Passes on std::bad_alloc only.
+    void setUniqueName(QORString const& base, char separator = '_');
+    /// Renames `other` to its name, the separator and 1, 2, 3 ..., calling `add` with it each time until that
+    /// gives true; the suffixes accumulate. Passes on every exception.
+    void addLinkUniqueName(bool (QORObject::*add)(QORObject*), QORObject* other, char separator = '_');
+    /// Sets the caller's number for the object.
+    void setID(long number) { id = number; }
+    long getID() const { return id; }
+    /// The number of the object's class.
+    QORElementType getElementType() const { return elementType; }
+    static QORMetaClass* getStaticMetaClass();
+
+protected:
+    /// Links two nary ends: `own` of this object, `far` of `other`. Gives false, with nothing changed, for a
+    /// self-link and when either end refuses.
+    bool _addnn(QORContainer* own, QORContainer* far, QORObject* other);
+    /// Links the nary end `own` of this object with the unary end `far` of `other`. Gives false when `far` is
+    /// taken or `own` refuses. A self-link gives false and yet leaves this object in its own end.
+    bool _addnu(QORContainer* own, QORObject** far, QORObject* other);
+    /// Links two unary ends. Gives false, with nothing changed, for a self-link and when either is taken.
+    bool _adduu(QORObject** own, QORObject** far, QORObject* other);
+    /// Reads an element by name; `cursor` is the position at which the search resumes and takes that of the
+    /// match.
+    QORObject* _getn(QORArrayInterface const* end, QORString const& key, int* cursor) const;
+    /// Takes an element out by name, as `_getn` finds it; the far end is the caller's matter.
+    QORObject* _removen(QORArrayInterface* end, QORString const& key, int* cursor);
+    /// Takes this very object out of an end; gives whether it was in it.
+    bool _removen(QORContainer* end, QORObject* item);
+
+    QORElementType elementType = QORElementType::OBJECT; ///< each concrete class's constructors write it
+
+private:
+    friend class QORRecipe;
+    /// How far the taking apart of the object has come; 0 while none is under way.
+    unsigned short takingApart = 0;
+    bool apart = false; ///< set in the destructor once nothing is linked any more
+    long id = 0;
+
+protected:
+    QORString name;
+
+public:
+    bool flag1 = false;             ///< a scratch mark for callers
+    bool flag2 = false;             ///< a scratch mark for callers
+    bool flag3 = false;             ///< a scratch mark for callers
+    void* generalPointer = nullptr; ///< a scratch pointer for callers
+
+private:
+    QORObject* takenApartFor = nullptr; ///< the owner whose taking apart waits for this object's
+};
