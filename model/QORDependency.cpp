@@ -1,0 +1,9 @@
+#include <qor/QORDependency.h>
+
+#include "kernel/QORDisplayName.h"
+
+#include <qor/QORClass.h>
+
+QORString QORDependency::getDisplayName() const {
+    return qorJoinNames(getSupplierClass(), "_", getClientClass());
+}

@@ -1,0 +1,59 @@
+#include <qor/QORDerivedType.h>
+
+#include "QORTypeValueCopies.h"
+#include "kernel/QORRecipe.h"
+
+QORDerivedType::QORDerivedType(QORDerivedType const& other)
+    : QORConcreteType(other), initialValue_(other.initialValue_), lowerBound_(other.lowerBound_),
+      upperBound_(other.upperBound_), userDefined_(other.userDefined_),
+      nativeDataType_(other.nativeDataType_), userDataType_(other.userDataType_),
+      nativeLogicalDataType_(other.nativeLogicalDataType_) {
+    elementType = QORElementType::DERIVED_TYPE;
+    try {
+        qorCopyTypeValues(other, *this);
+    } catch (...) {
+        QORDerivedType::removeTypeValues();
+        throw;
+    }
+}
+
+QORDerivedType& QORDerivedType::operator=(QORDerivedType const& other) {
+    if (this == &other)
+        return *this;
+    QORConcreteType::operator=(other);
+    initialValue_ = other.getInitialValue();
+    lowerBound_ = other.getLowerBound();
+    upperBound_ = other.getUpperBound();
+    userDefined_ = other.getUserDefined();
+    nativeDataType_ = other.getNativeDataType();
+    userDataType_ = other.getUserDataType();
+    nativeLogicalDataType_ = other.getNativeLogicalDataType();
+    removeTypeValues();
+    qorCopyTypeValues(other, *this);
+    return *this;
+}
+
+bool QORDerivedType::finalEquals(QORDerivedType const& other) const {
+    int const count = getTypeValueCount();
+    if (count != other.getTypeValueCount())
+        return false;
+    for (int i = 0; i < count; ++i)
+        if (*getTypeValue(i) != *other.getTypeValue(i))
+            return false;
+    return this == &other ||
+           (initialValue_ == other.initialValue_ && lowerBound_ == other.lowerBound_ &&
+            upperBound_ == other.upperBound_ && userDefined_ == other.userDefined_ &&
+            nativeDataType_ == other.nativeDataType_ && userDataType_ == other.userDataType_ &&
+            nativeLogicalDataType_ == other.nativeLogicalDataType_ && QORConcreteType::finalEquals(other));
+}
+
+QORObject* QORDerivedType::isolate(bool deleteUnreferenced) {
+    if (!deleteUnreferenced) {
+        removeDerivedFromConcreteType(getDerivedFromConcreteType());
+        while (getTypeValueCount() != 0)
+            if (!removeTypeValue(getTypeValue(0)))
+                break;
+    }
+    QORRecipe::isolate(*this, QORMetamodel::description(QORElementType::DERIVED_TYPE), deleteUnreferenced);
+    return this;
+}

@@ -1,0 +1,5 @@
+#include <qor/QORPhysicalObject.h>
+
+QORString QORPhysicalObject::getDisplayName() const {
+    return getPhysicalObjectTypeName(getObjectType());
+}

@@ -1,0 +1,10 @@
+#include <qor/QORDrillPathLevelAssociation.h>
+
+#include "kernel/QORDisplayName.h"
+
+#include <qor/QORDrillPath.h>
+#include <qor/QORLevel.h>
+
+QORString QORDrillPathLevelAssociation::getDisplayName() const {
+    return qorNameInOwner(getDrillPath(), getLevel());
+}

@@ -1,0 +1,9 @@
+#include <qor/QORLevelAssociation.h>
+
+#include "kernel/QORDisplayName.h"
+
+#include <qor/QORLevel.h>
+
+QORString QORLevelAssociation::getDisplayName() const {
+    return qorNameInOwner(getParentLevel(), getChildLevel());
+}
