@@ -1,0 +1,28 @@
+include(GoogleTest)
+
+# qor_add_tests(<folder> [LIBRARIES <targets>] [DEFINITIONS <definitions>])
+#
+# One program of all tests/<folder>/*Test.cpp; ctest knows each of its cases as <folder>.<Suite>.<Name>.
+# A folder without tests is passed over.
+function(qor_add_tests folder)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES;DEFINITIONS")
+
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*Test.cpp)
+    if(NOT sources)
+        return()
+    endif()
+
+    set(target qor-${folder}-tests)
+    add_executable(${target} ${sources})
+    target_link_libraries(${target} PRIVATE QOR::QOR qor_test_support GTest::gmock_main ${arg_LIBRARIES})
+    target_compile_definitions(${target} PRIVATE QOR_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ${arg_DEFINITIONS})
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    qor_set_warnings(${target})
+
+    gtest_discover_tests(
+        ${target}
+        TEST_PREFIX ${folder}.
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 120
+        PROPERTIES TIMEOUT 600 LABELS ${folder})
+endfunction()

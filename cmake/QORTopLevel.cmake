@@ -1,0 +1,12 @@
+# Habits of this repository's own builds; a project that includes the library chooses its own.
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(QOR_CCACHE ccache DOC "Compiler cache, used if found")
+if(QOR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${QOR_CCACHE}")
+endif()

@@ -1,0 +1,70 @@
+#include "AllocationControl.h"
+
+#include <cstdlib>
+
+namespace {
+
+long live = 0;
+long made = 0;
+long left = -1;
+
+void* obtain(std::size_t size) {
+    if (left == 0) {
+        left = -1;
+        throw std::bad_alloc();
+    }
+    if (left > 0) {
+        --left;
+    }
+    void* const block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    ++live;
+    ++made;
+    return block;
+}
+
+void giveBack(void* block) noexcept {
+    if (block != nullptr) {
+        --live;
+        std::free(block);
+    }
+}
+
+} // namespace
+
+long liveAllocations() {
+    return live;
+}
+
+long madeAllocations() {
+    return made;
+}
+
+FailingAllocation::FailingAllocation(long spared) {
+    left = spared;
+}
+
+FailingAllocation::~FailingAllocation() {
+    left = -1;
+}
+
+void* operator new(std::size_t size) {
+    return obtain(size);
+}
+void* operator new[](std::size_t size) {
+    return obtain(size);
+}
+void operator delete(void* block) noexcept {
+    giveBack(block);
+}
+void operator delete[](void* block) noexcept {
+    giveBack(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    giveBack(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    giveBack(block);
+}
