@@ -457,9 +457,10 @@ def metamodel_source(model):
         ]
         first = len(strings)
         strings += [f"offsetof({each.name}, {a.field})" for each in up for a in own_strings(each)]
+        bits = hex((1 << sum(len(each.links) for each in up)) - 1)
         spans = ", ".join(f"{{QORMetamodel::lists + {at}, {count}}}" for at, count in ranges)
         descriptions.append(f'QORClassDescription const describe{cls.display}{{&typeid({cls.name}), "{cls.display}", '
-                            f"QORElementType::{cls.enumerator}, {spans}, "
+                            f"QORElementType::{cls.enumerator}, {spans}, {bits}, "
                             f"{{QORMetamodel::strings + {first}, {len(strings) - first}}}}};")
     out = [HEADING + '#include "kernel/QORClassDescription.h"\n']
     out += [f"#include <qor/{cls.name}.h>" for cls in model.classes]
@@ -467,7 +468,7 @@ def metamodel_source(model):
     for link in model.links:
         out.append(f"    {{offsetof({link.owner.name}, {link.field}), {link.far.index}, QOREndShape::{link.shape}, "
                    f"QORMetaLinkType::{KINDS[link.kind]}, QORElementType::{link.owner.enumerator}, "
-                   f"{str(link.left_to_destructor).lower()}}}, // {link.index} {link.owner.name}.{link.role}")
+                   f"{bit_of(link)}, {str(link.left_to_destructor).lower()}}}, // {link.index} {link.owner.name}.{link.role}")
     out += ["};", "", "std::uint16_t const QORMetamodel::lists[] = {"]
     out += ["    " + ", ".join(map(str, lists[i:i + 20])) + "," for i in range(0, len(lists), 20)]
     out += ["};", "", "std::uint16_t const QORMetamodel::strings[] = {"]
@@ -479,6 +480,12 @@ def metamodel_source(model):
     out += [f"    &describe{by_id[i].display}," if i in by_id else "    nullptr," for i in range(last + 1)]
     out += ["};", "", f"int const QORMetamodel::descriptionCount = {last + 1};"]
     return "\n".join(out) + "\n"
+
+
+def bit_of(link):
+    """The place of an end among those of an object, from the root class down in field order."""
+    below = sum(len(base.links) for base in link.owner.lineage()) - len(link.owner.links)
+    return below + link.owner.links_in_field_order().index(link)
 
 
 def list_range(lists, items):

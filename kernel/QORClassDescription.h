@@ -16,6 +16,7 @@ struct QORLinkEnd {
     QOREndShape shape;
     std::uint8_t type;     ///< QORMetaLinkType
     std::uint8_t owner;    ///< element type of the class that declares the end
+    std::uint8_t bit;      ///< the place of the end among all ends of an object, from the root class down
     bool leftToDestructor; ///< a child end that recursiveDelete leaves alone
 };
 
@@ -39,9 +40,10 @@ struct QORClassDescription {
     QORIndexList ends;     ///< all ends, up, in field order
     QORIndexList parents;  ///< all parent ends, up
     QORIndexList children; ///< all child ends, down, of each class the unary ones first
-    QORIndexList
-        takeApart; ///< what recursiveDelete undoes, down: of each class its children, then the other ends
-    QORIndexList strings; ///< offsets of all QORString attributes but the name, up
+    /// What recursiveDelete undoes, down: of each class its children, then the other ends.
+    QORIndexList takeApart;
+    std::uint64_t linkBits; ///< the bits of all ends
+    QORIndexList strings;   ///< offsets of all QORString attributes but the name, up
 };
 
 /// The metamodel as constant data, made by the generator from the class tables.

@@ -154,9 +154,14 @@ auto borrowIterator(QORContainer const& container) {
 
 } // namespace
 
+// The primitives don't know which ends they work on: what they do is looked up in the ends later, unless the
+// recipe, which does know, called them.
+
 bool QORObject::_addnn(QORContainer* own, QORContainer* far, QORObject* other) {
     if (other == this)
         return false;
+    linked |= QORRecipe::lookAtEnds;
+    other->linked |= QORRecipe::lookAtEnds;
     auto const iterator = borrowIterator(*own);
     if (!own->add(other, true, iterator.get()))
         return false;
@@ -174,6 +179,8 @@ bool QORObject::_addnn(QORContainer* own, QORContainer* far, QORObject* other) {
 bool QORObject::_addnu(QORContainer* own, QORObject** far, QORObject* other) {
     if (*far)
         return false;
+    linked |= QORRecipe::lookAtEnds;
+    other->linked |= QORRecipe::lookAtEnds;
     if (!own->add(other, true, nullptr))
         return false;
     if (other == this) // the object stays in its own end
@@ -185,6 +192,8 @@ bool QORObject::_addnu(QORContainer* own, QORObject** far, QORObject* other) {
 bool QORObject::_adduu(QORObject** own, QORObject** far, QORObject* other) {
     if (*far || *own || other == this)
         return false;
+    linked |= QORRecipe::lookAtEnds;
+    other->linked |= QORRecipe::lookAtEnds;
     *own = other;
     *far = this;
     return true;
@@ -203,6 +212,7 @@ QORObject* QORObject::_removen(QORArrayInterface* end, QORString const& key, int
     if (position == -1)
         return nullptr;
     *cursor = position;
+    linked |= QORRecipe::lookAtEnds;
     return static_cast<QORObject*>(end->removeElement(position));
 }
 
@@ -216,6 +226,7 @@ bool QORObject::_removen(QORContainer* end, QORObject* item) {
             iterator->next(1);
     if (!iterator->get())
         return false;
+    linked |= QORRecipe::lookAtEnds;
     return end->remove(iterator.get());
 }
 

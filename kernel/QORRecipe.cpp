@@ -7,20 +7,31 @@
 
 #include <algorithm>
 #include <deque>
+#include <new>
 #include <vector>
 
 // ---- one end --------------------------------------------------------------------------------------------
 
+namespace {
+
+/// A field of an object, by its offset in bytes.
+template <class Field>
+Field& fieldAt(QORObject& object, std::uint16_t offset) {
+    return *std::launder(reinterpret_cast<Field*>(reinterpret_cast<std::uintptr_t>(&object) + offset));
+}
+
+} // namespace
+
 QORObject*& QORRecipe::field(QORObject& object, QORLinkEnd const& end) {
-    return *reinterpret_cast<QORObject**>(reinterpret_cast<char*>(&object) + end.offset);
+    return fieldAt<QORObject*>(object, end.offset);
 }
 
 QORLinkTree& QORRecipe::tree(QORObject& object, QORLinkEnd const& end) {
-    return *reinterpret_cast<QORLinkTree*>(reinterpret_cast<char*>(&object) + end.offset);
+    return fieldAt<QORLinkTree>(object, end.offset);
 }
 
 QORVector& QORRecipe::vector(QORObject& object, QORLinkEnd const& end) {
-    return *reinterpret_cast<QORVector*>(reinterpret_cast<char*>(&object) + end.offset);
+    return fieldAt<QORVector>(object, end.offset);
 }
 
 QORContainer& QORRecipe::container(QORObject& object, QORLinkEnd const& end) {
@@ -38,8 +49,20 @@ int QORRecipe::count(QORObject const& object, QORLinkEnd const& end) {
     return end.shape == QOREndShape::TREE ? tree(self, end).size : vector(self, end).size;
 }
 
-bool QORRecipe::isSet(QORObject const& object, QORLinkEnd const& end) {
+bool QORRecipe::holdsAny(QORObject const& object, QORLinkEnd const& end) {
     return end.shape == QOREndShape::UNARY ? far(object, end) != nullptr : count(object, end) != 0;
+}
+
+bool QORRecipe::isSet(QORObject const& object, QORLinkEnd const& end) {
+    if (object.linked & lookAtEnds)
+        return holdsAny(object, end);
+    return object.linked >> end.bit & 1;
+}
+
+/// Brings the object's bit of an end up to date.
+void QORRecipe::note(QORObject& object, QORLinkEnd const& end) {
+    std::uint64_t const bit = std::uint64_t{1} << end.bit;
+    object.linked = holdsAny(object, end) ? object.linked | bit : object.linked & ~bit;
 }
 
 QORObject* QORRecipe::at(QORObject const& object, QORLinkEnd const& end, int position) {
@@ -77,36 +100,48 @@ void QORRecipe::fill(QORObject const& object, QORLinkEnd const& end, QORContaine
     }
 }
 
-bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
-    if (!far)
-        return false;
-    object.apart = false;
-    far->apart = false;
-    QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+bool QORRecipe::makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd) {
     bool const unary = end.shape == QOREndShape::UNARY;
     bool const farUnary = farEnd.shape == QOREndShape::UNARY;
     if (unary && farUnary)
-        return object._adduu(&field(object, end), &field(*far, farEnd), far);
+        return object._adduu(&field(object, end), &field(far, farEnd), &far);
     if (unary)
-        return far->_addnu(&container(*far, farEnd), &field(object, end), &object);
+        return far._addnu(&container(far, farEnd), &field(object, end), &object);
     if (farUnary)
-        return object._addnu(&container(object, end), &field(*far, farEnd), far);
-    return object._addnn(&container(object, end), &container(*far, farEnd), far);
+        return object._addnu(&container(object, end), &field(far, farEnd), &far);
+    return object._addnn(&container(object, end), &container(far, farEnd), &far);
+}
+
+bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
+    if (!far)
+        return false;
+    QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    std::uint64_t const before = object.linked;
+    std::uint64_t const farBefore = far->linked;
+    bool const made = makeLink(object, end, *far, farEnd);
+    object.linked = before;
+    far->linked = farBefore;
+    note(object, end); // also where no link was made: a self-link may leave the object in its own end
+    note(*far, farEnd);
+    return made;
 }
 
 /// Takes this very element out of a nary end.
 bool QORRecipe::takeOut(QORObject& object, QORLinkEnd const& end, QORObject* element) {
-    if (end.shape == QOREndShape::TREE)
-        return tree(object, end).removeItem(element);
-    return vector(object, end).removeItem(element);
+    bool const found = end.shape == QOREndShape::TREE ? tree(object, end).removeItem(element)
+                                                      : vector(object, end).removeItem(element);
+    note(object, end);
+    return found;
 }
 
 /// Clears the end of `element` that leads to `object`.
 void QORRecipe::clearFarEnd(QORObject& element, QORLinkEnd const& farEnd, QORObject& object) {
-    if (farEnd.shape != QOREndShape::UNARY)
+    if (farEnd.shape != QOREndShape::UNARY) {
         takeOut(element, farEnd, &object);
-    else if (field(element, farEnd) == &object)
+    } else if (field(element, farEnd) == &object) {
         field(element, farEnd) = nullptr;
+        note(element, farEnd);
+    }
 }
 
 bool QORRecipe::unlink(QORObject& object, QORLinkEnd const& end, QORObject* far) {
@@ -118,6 +153,7 @@ bool QORRecipe::unlink(QORObject& object, QORLinkEnd const& end, QORObject* far)
             return false;
         clearFarEnd(*far, QORMetamodel::ends[end.far], object);
         own = nullptr;
+        note(object, end);
         return true;
     }
     if (!takeOut(object, end, far))
@@ -134,6 +170,7 @@ bool QORRecipe::remove(QORObject& object, QORLinkEnd const& end) {
     if (far != &object && !far->isReferenced())
         delete far;
     field(object, end) = nullptr;
+    note(object, end);
     return true;
 }
 
@@ -143,6 +180,7 @@ bool QORRecipe::removeAt(QORObject& object, QORLinkEnd const& end, int position)
                                        : vector(object, end).removeElement(position);
     if (!item)
         return false;
+    note(object, end);
     auto* const element = static_cast<QORObject*>(item);
     clearFarEnd(*element, QORMetamodel::ends[end.far], object);
     if (element != &object && !element->isReferenced())
@@ -153,8 +191,11 @@ bool QORRecipe::removeAt(QORObject& object, QORLinkEnd const& end, int position)
 bool QORRecipe::removeNamed(QORObject& object, QORLinkEnd const& end, QORString const& name, int* cursor) {
     QORObject* element;
     if (cursor) {
+        std::uint64_t const before = object.linked;
         element = end.shape == QOREndShape::TREE ? object._removen(&tree(object, end), name, cursor)
                                                  : object._removen(&vector(object, end), name, cursor);
+        object.linked = before;
+        note(object, end);
     } else {
         element = find(object, end, name, nullptr);
         if (element)
@@ -180,9 +221,12 @@ void QORRecipe::endDraining(QORObject& object, QORLinkEnd const& end) {
         tree(object, end).endDraining();
     else
         vector(object, end).endDraining();
+    note(object, end);
 }
 
 void QORRecipe::removeAll(QORObject& object, QORLinkEnd const& end) {
+    if (!isSet(object, end))
+        return;
     QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
     while (QORObject* const element = drain(object, end)) {
         clearFarEnd(*element, farEnd, object);
@@ -193,6 +237,8 @@ void QORRecipe::removeAll(QORObject& object, QORLinkEnd const& end) {
 }
 
 void QORRecipe::unlinkAll(QORObject& object, QORLinkEnd const& end) {
+    if (!isSet(object, end))
+        return;
     if (end.shape == QOREndShape::UNARY) {
         unlink(object, end, far(object, end));
         return;
@@ -204,25 +250,32 @@ void QORRecipe::unlinkAll(QORObject& object, QORLinkEnd const& end) {
 // ---- questions ------------------------------------------------------------------------------------------
 
 bool QORRecipe::isReferenced(QORObject const& object, QORClassDescription const& level) {
+    if (!(object.linked & lookAtEnds))
+        return object.linked & level.linkBits;
     return std::any_of(level.ends.begin(), level.ends.end(),
                        [&](std::uint16_t end) { return isSet(object, QORMetamodel::ends[end]); });
 }
 
 QORObject* QORRecipe::getParent(QORObject const& object, QORClassDescription const& level) {
     for (std::uint16_t const end : level.parents)
-        if (QORObject* const parent = far(object, QORMetamodel::ends[end]))
-            return parent;
+        if (isSet(object, QORMetamodel::ends[end]))
+            return far(object, QORMetamodel::ends[end]);
     return nullptr;
 }
 
 int QORRecipe::getParentCount(QORObject const& object, QORClassDescription const& level) {
     return static_cast<int>(std::count_if(level.parents.begin(), level.parents.end(), [&](std::uint16_t end) {
-        return far(object, QORMetamodel::ends[end]) != nullptr;
+        return isSet(object, QORMetamodel::ends[end]);
     }));
 }
 
 bool QORRecipe::ownerIsSet(QORObject const& object, QORClassDescription const& level) {
     return getParent(object, level) != nullptr;
+}
+
+bool QORRecipe::isParent(QORObject const& object, QORClassDescription const& level) {
+    return std::any_of(level.children.begin(), level.children.end(),
+                       [&](std::uint16_t end) { return isSet(object, QORMetamodel::ends[end]); });
 }
 
 /// The description of the object's class if the object is exactly of that class and not of one that a caller
@@ -284,7 +337,7 @@ void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString
 
 void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QORString const& name) {
     for (std::uint16_t const end : level.parents)
-        if (far(object, QORMetamodel::ends[end]))
+        if (isSet(object, QORMetamodel::ends[end]))
             return rename(object, QORMetamodel::ends[end], name);
     object.name = name;
 }
@@ -293,9 +346,9 @@ void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QOR
 
 QORObject* QORRecipe::removeAggregationAssembly(QORObject& object, QORClassDescription const& level) {
     for (std::uint16_t const end : level.parents) {
-        QORObject* const parent = far(object, QORMetamodel::ends[end]);
-        if (!parent)
+        if (!isSet(object, QORMetamodel::ends[end]))
             continue;
+        QORObject* const parent = far(object, QORMetamodel::ends[end]);
         unlink(object, QORMetamodel::ends[end], parent);
         return parent;
     }
@@ -307,6 +360,10 @@ QORObject* QORRecipe::removeAggregationAssembly(QORObject& object, QORClassDescr
 QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription const& level) {
     while (object.takingApart <= level.takeApart.count) {
         QORLinkEnd const& end = QORMetamodel::ends[level.takeApart.first[object.takingApart - 1]];
+        if (!isSet(object, end)) {
+            ++object.takingApart;
+            continue;
+        }
         if (end.type == QORMetaLinkType::CHILD) {
             if (end.shape == QOREndShape::UNARY) {
                 ++object.takingApart;
@@ -376,26 +433,23 @@ void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, boo
         QORLinkEnd const& end = QORMetamodel::ends[index];
         if (!deleteUnreferenced)
             unlinkAll(object, end);
-        else if (end.shape == QOREndShape::UNARY)
-            remove(object, end);
-        else
+        else if (end.shape != QOREndShape::UNARY)
             removeAll(object, end);
+        else if (isSet(object, end))
+            remove(object, end);
     }
 }
 
 void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
-    if (object.apart)
+    if (!isReferenced(object, level))
         return;
-    if (isReferenced(object, level)) {
-        removeAggregationAssembly(object, level);
-        recursiveDelete(object, level);
-        for (std::uint16_t const end : level.own)
-            if (QORMetamodel::ends[end].leftToDestructor)
-                removeAll(object, QORMetamodel::ends[end]);
-        for (std::uint16_t const end : level.own)
-            unlinkAll(object, QORMetamodel::ends[end]);
-    }
-    object.apart = !isReferenced(object, level);
+    removeAggregationAssembly(object, level);
+    recursiveDelete(object, level);
+    for (std::uint16_t const end : level.own)
+        if (QORMetamodel::ends[end].leftToDestructor)
+            removeAll(object, QORMetamodel::ends[end]);
+    for (std::uint16_t const end : level.own)
+        unlinkAll(object, QORMetamodel::ends[end]);
 }
 
 // ---- re-encoding ----------------------------------------------------------------------------------------
@@ -426,6 +480,8 @@ struct QORRecipe::TranscodeFrame {
             QORLinkEnd const& end = QORMetamodel::ends[ends.first[nextEnd++]];
             snapshot.clear();
             nextChild = 0;
+            if (!isSet(*object, end))
+                continue;
             if (end.shape == QOREndShape::UNARY) {
                 if (QORObject* const child = far(*object, end))
                     snapshot.push_back(child);
@@ -442,8 +498,7 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
                           QOREncodingConverter* to, int& firstCounter, int& errorCounter) {
     auto const texts = [&](QORObject& each, QORClassDescription const& description) {
         for (std::uint16_t const offset : description.strings)
-            transcode(*reinterpret_cast<QORString*>(reinterpret_cast<char*>(&each) + offset), from, to,
-                      firstCounter, errorCounter);
+            transcode(fieldAt<QORString>(each, offset), from, to, firstCounter, errorCounter);
         each.QORObject::transcode(from, to, firstCounter, errorCounter);
     };
     texts(object, level);
@@ -455,7 +510,8 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
             frames.pop_back();
         } else if (QORClassDescription const* const exact = exactDescription(*child)) {
             texts(*child, *exact);
-            frames.push_back({child, exact->children});
+            if (isParent(*child, *exact))
+                frames.push_back({child, exact->children});
         } else {
             child->transcode(from, to, firstCounter, errorCounter);
         }
@@ -492,10 +548,10 @@ struct QORRecipe::WalkFrame {
     }
 
     QORContainerItem* enter(QORLinkEnd const& end) {
+        if (!isSet(*object, end))
+            return nullptr;
         if (end.shape == QOREndShape::UNARY)
             return far(*object, end);
-        if (count(*object, end) == 0)
-            return nullptr;
         walking = end.shape;
         if (end.shape == QOREndShape::TREE) {
             inTree.moveTo(tree(*object, end), true);

@@ -75,12 +75,17 @@ public:
     static void transcode(QORString& text, QOREncodingConverter* from, QOREncodingConverter* to,
                           int& firstCounter, int& errorCounter);
 
+    /// Stands in QORObject::linked for links that were made beside the recipe.
+    static constexpr std::uint64_t lookAtEnds = std::uint64_t{1} << 63;
+
 private:
     static QORObject*& field(QORObject& object, QORLinkEnd const& end);
     static QORLinkTree& tree(QORObject& object, QORLinkEnd const& end);
     static QORVector& vector(QORObject& object, QORLinkEnd const& end);
     static QORContainer& container(QORObject& object, QORLinkEnd const& end);
     static bool isSet(QORObject const& object, QORLinkEnd const& end);
+    static bool holdsAny(QORObject const& object, QORLinkEnd const& end);
+    static void note(QORObject& object, QORLinkEnd const& end);
     static void clearFarEnd(QORObject& element, QORLinkEnd const& farEnd, QORObject& object);
     static QORObject* drain(QORObject& object, QORLinkEnd const& end);
     static void endDraining(QORObject& object, QORLinkEnd const& end);
@@ -88,6 +93,8 @@ private:
     static void unlinkAll(QORObject& object, QORLinkEnd const& end);
     static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level);
     static void takeApart(QORObject& top, QORClassDescription const& level);
+    static bool makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd);
+    static bool isParent(QORObject const& object, QORClassDescription const& level);
     static bool ownerIsSet(QORObject const& object, QORClassDescription const& level);
     static QORClassDescription const* exactDescription(QORObject const& object);
     static void rename(QORObject& object, QORLinkEnd const& parentEnd, QORString const& name);

@@ -5,6 +5,8 @@
 #include <qor/QORExport.h>
 #include <qor/QORString.h>
 
+#include <cstdint>
+
 class QORArrayInterface;
 class QORContainer;
 class QORMetaClass;
@@ -107,7 +109,6 @@ private:
     friend class QORRecipe;
     /// How far the taking apart of the object has come; 0 while none is under way.
     unsigned short takingApart = 0;
-    bool apart = false; ///< set in the destructor once nothing is linked any more
     long id = 0;
 
 protected:
@@ -120,5 +121,8 @@ public:
     void* generalPointer = nullptr; ///< a scratch pointer for callers
 
 private:
+    /// Which ends are set, a bit each, so that questions needn't look at every end; the highest bit stands
+    /// for "look": a caller's own class has used the primitives.
+    std::uint64_t linked = 0;
     QORObject* takenApartFor = nullptr; ///< the owner whose taking apart waits for this object's
 };
