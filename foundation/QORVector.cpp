@@ -103,11 +103,17 @@ QORVector::QORVector(QORVector const& other) : _QORContainer(), QORContainer(), 
 }
 
 QORVector::~QORVector() {
-    if (!block)
+    QORVector::empty();
+    releaseMemory();
+}
+
+void QORVector::releaseMemory() {
+    if (!block || block->live)
         return;
     while (block->iterators)
         block->iterators->detach();
     ::operator delete(block);
+    block = nullptr;
 }
 
 bool QORVector::empty() {

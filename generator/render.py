@@ -126,7 +126,7 @@ def header(model, cls):
     out += ["", "protected:"] if cls.fields else []
     fields = {a.name: f"    {a.type} {a.field}{initializer(a)};" for a in cls.attributes}
     fields |= {
-        link.role: f"    {link.container} {link.field};" if link.container else f"    QORObject* {link.field} = nullptr;"
+        link.role: container_field(link) if link.container else f"    QORObject* {link.field} = nullptr;"
         for link in cls.links
     }
     out += [fields[name] for name in cls.fields]
@@ -134,6 +134,11 @@ def header(model, cls):
     out += [f"    bool _add{link.accessor}(QORObject* far);" for link in cls.links]
     out += ["};", ""]
     return "\n".join(out)
+
+
+def container_field(link):
+    """A container in a union has no destructor run: it is empty when its object dies, and then holds no memory."""
+    return f"    union {{\n        {link.container} {link.field}{{}};\n    }};"
 
 
 def declared_classes(model, declaration):

@@ -59,10 +59,16 @@ bool QORRecipe::isSet(QORObject const& object, QORLinkEnd const& end) {
     return object.linked >> end.bit & 1;
 }
 
-/// Brings the object's bit of an end up to date.
+/// Brings the object's bit of an end up to date. An empty end keeps no memory, since nobody destroys it.
 void QORRecipe::note(QORObject& object, QORLinkEnd const& end) {
     std::uint64_t const bit = std::uint64_t{1} << end.bit;
-    object.linked = holdsAny(object, end) ? object.linked | bit : object.linked & ~bit;
+    if (holdsAny(object, end)) {
+        object.linked |= bit;
+        return;
+    }
+    object.linked &= ~bit;
+    if (end.shape == QOREndShape::VECTOR)
+        vector(object, end).releaseMemory();
 }
 
 QORObject* QORRecipe::at(QORObject const& object, QORLinkEnd const& end, int position) {
@@ -116,14 +122,21 @@ bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
     if (!far)
         return false;
     QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
-    std::uint64_t const before = object.linked;
-    std::uint64_t const farBefore = far->linked;
-    bool const made = makeLink(object, end, *far, farEnd);
-    object.linked = before;
-    far->linked = farBefore;
-    note(object, end); // also where no link was made: a self-link may leave the object in its own end
-    note(*far, farEnd);
-    return made;
+    // Both ends are noted whatever comes: also where no link is made, as a self-link may leave the object in
+    // its own end, and where memory ends.
+    struct Noting {
+        QORObject& object;
+        QORLinkEnd const& end;
+        std::uint64_t const before = object.linked;
+
+        ~Noting() {
+            object.linked &= before | ~lookAtEnds;
+            note(object, end);
+        }
+    };
+    Noting const farNoting{*far, farEnd};
+    Noting const noting{object, end};
+    return makeLink(object, end, *far, farEnd);
 }
 
 /// Takes this very element out of a nary end.
@@ -441,7 +454,7 @@ void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, boo
 }
 
 void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
-    if (!isReferenced(object, level))
+    if (!(object.linked & (level.linkBits | lookAtEnds)))
         return;
     removeAggregationAssembly(object, level);
     recursiveDelete(object, level);
@@ -450,6 +463,9 @@ void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
             removeAll(object, QORMetamodel::ends[end]);
     for (std::uint16_t const end : level.own)
         unlinkAll(object, QORMetamodel::ends[end]);
+    if (object.linked & lookAtEnds)
+        for (std::uint16_t const end : level.own)
+            note(object, QORMetamodel::ends[end]);
 }
 
 // ---- re-encoding ----------------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <qor/QORContainer.h>
+#include <qor/QORPool.h>
 
 #include <cstddef>
 
@@ -12,6 +13,9 @@ public:
 
 private:
     friend class QORRBTree;
+
+    static void* operator new(std::size_t size) { return QORPool::allocate(size); }
+    static void operator delete(void* node, std::size_t size) { QORPool::release(node, size); }
 
     explicit QORRBTreeNode(QORContainerItem const* held) : item(const_cast<QORContainerItem*>(held)) {}
 

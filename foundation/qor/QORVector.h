@@ -83,6 +83,8 @@ public:
     QORContainerItem* drainFirst();
     /// Ends a series of `drainFirst`.
     void endDraining();
+    /// Gives the memory of an empty vector back; iterators on it are then unattached. A vector with items stays.
+    void releaseMemory();
 
 protected:
     /// Inserts at a position from 0 to the number of items.

@@ -165,6 +165,7 @@
 #include <qor/QORPhysicalRelationship.h>
 #include <qor/QORPhysicalTarget.h>
 #include <qor/QORPhysicalTargetType.h>
+#include <qor/QORPool.h>
 #include <qor/QORPredicate.h>
 #include <qor/QORPredicateByPosition.h>
 #include <qor/QORPredicateNode.h>

@@ -80,7 +80,9 @@ protected:
     QORString extraConstraint_;
     bool userDefined_ = true;
     QORObject* associatedClass_ = nullptr;
-    QORPtrLinkVector associationRole_;
+    union {
+        QORPtrLinkVector associationRole_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -176,8 +176,12 @@ protected:
     QORObject* association_ = nullptr;
     QORObject* foreignKey_ = nullptr;
     QORObject* associatedClass_ = nullptr;
-    QORNameLinkTree qualifierAttribute_;
-    QORPtrLinkVector grouping_;
+    union {
+        QORNameLinkTree qualifierAttribute_{};
+    };
+    union {
+        QORPtrLinkVector grouping_{};
+    };
 
 private:
     friend struct QORMetamodel;

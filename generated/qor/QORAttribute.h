@@ -210,14 +210,30 @@ protected:
     bool cppDerived_ = false;
     QORString extraConstraint_;
     QORObject* qualifierOfAssociationRole_ = nullptr;
-    QORPtrLinkVector destinationOfAssociationRoleNameMap_;
-    QORPtrLinkVector sourceOfAssociationRoleNameMap_;
-    QORPtrLinkVector indexMember_;
-    QORPtrLinkVector grouping_;
-    QORPtrLinkVector discriminatorOfGeneralization_;
-    QORPtrLinkVector key_;
-    QORPtrLinkTree sourceOfClassMap_;
-    QORPtrLinkTree destinationOfClassMap_;
+    union {
+        QORPtrLinkVector destinationOfAssociationRoleNameMap_{};
+    };
+    union {
+        QORPtrLinkVector sourceOfAssociationRoleNameMap_{};
+    };
+    union {
+        QORPtrLinkVector indexMember_{};
+    };
+    union {
+        QORPtrLinkVector grouping_{};
+    };
+    union {
+        QORPtrLinkVector discriminatorOfGeneralization_{};
+    };
+    union {
+        QORPtrLinkVector key_{};
+    };
+    union {
+        QORPtrLinkTree sourceOfClassMap_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfClassMap_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -104,8 +104,12 @@ protected:
     QORString lowerBound_;
     QORString upperBound_;
     QORObject* model_ = nullptr;
-    QORTypeValueLinkTree typeValue_;
-    QORPtrLinkVector modelObject_;
+    union {
+        QORTypeValueLinkTree typeValue_{};
+    };
+    union {
+        QORPtrLinkVector modelObject_{};
+    };
 
 private:
     friend struct QORMetamodel;

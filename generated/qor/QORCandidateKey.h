@@ -64,7 +64,9 @@ public:
 protected:
     bool uniqueKey_ = false;
     QORObject* primaryOfClass_ = nullptr;
-    QORPtrLinkTree foreignKey_;
+    union {
+        QORPtrLinkTree foreignKey_{};
+    };
 
 private:
     friend struct QORMetamodel;

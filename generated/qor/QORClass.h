@@ -345,17 +345,39 @@ protected:
     QORObject* association_ = nullptr;
     QORObject* classType_ = nullptr;
     QORObject* mappingModel_ = nullptr;
-    QORPtrLinkTree operation_;
-    QOROptionalNameLinkTree argument_;
-    QORPtrLinkVector supertypeOfGeneralization_;
-    QORPtrLinkVector subtypeOfGeneralization_;
-    QORPtrLinkTree associationRole_;
-    QORPtrLinkTree realization_;
-    QORPtrLinkTree dependency_;
-    QORPtrLinkTree supplierOfDependency_;
-    QORPtrLinkTree specificationOfRealization_;
-    QORPtrLinkTree index_;
-    QORPtrLinkTree key_;
+    union {
+        QORPtrLinkTree operation_{};
+    };
+    union {
+        QOROptionalNameLinkTree argument_{};
+    };
+    union {
+        QORPtrLinkVector supertypeOfGeneralization_{};
+    };
+    union {
+        QORPtrLinkVector subtypeOfGeneralization_{};
+    };
+    union {
+        QORPtrLinkTree associationRole_{};
+    };
+    union {
+        QORPtrLinkTree realization_{};
+    };
+    union {
+        QORPtrLinkTree dependency_{};
+    };
+    union {
+        QORPtrLinkTree supplierOfDependency_{};
+    };
+    union {
+        QORPtrLinkTree specificationOfRealization_{};
+    };
+    union {
+        QORPtrLinkTree index_{};
+    };
+    union {
+        QORPtrLinkTree key_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -95,8 +95,12 @@ protected:
     QORMovementType movementType_ = QORMovementType::INSERT;
     bool distinct_ = false;
     int volumetrics_ = 0;
-    QORPtrLinkTree sourceAttribute_;
-    QORPtrLinkTree destinationAttribute_;
+    union {
+        QORPtrLinkTree sourceAttribute_{};
+    };
+    union {
+        QORPtrLinkTree destinationAttribute_{};
+    };
 
 private:
     friend struct QORMetamodel;

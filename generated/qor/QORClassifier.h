@@ -129,11 +129,21 @@ public:
 
 protected:
     QORObject* report_ = nullptr;
-    QORPtrLinkTree sourceOfClassifierMap_;
-    QORPtrLinkTree destinationOfClassifierMap_;
-    QORNameLinkTree feature_;
-    QORPtrLinkTree sourceOfSQLViewAssociation_;
-    QORPtrLinkTree associatedJoinRole_;
+    union {
+        QORPtrLinkTree sourceOfClassifierMap_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfClassifierMap_{};
+    };
+    union {
+        QORNameLinkTree feature_{};
+    };
+    union {
+        QORPtrLinkTree sourceOfSQLViewAssociation_{};
+    };
+    union {
+        QORPtrLinkTree associatedJoinRole_{};
+    };
 
 private:
     friend struct QORMetamodel;

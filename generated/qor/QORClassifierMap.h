@@ -128,9 +128,15 @@ protected:
     QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORObject* transformation_ = nullptr;
     QORObject* expression_ = nullptr;
-    QOROptionalNameLinkTree featureMap_;
-    QORPtrLinkTree sourceClassifier_;
-    QORPtrLinkTree destinationClassifier_;
+    union {
+        QOROptionalNameLinkTree featureMap_{};
+    };
+    union {
+        QORPtrLinkTree sourceClassifier_{};
+    };
+    union {
+        QORPtrLinkTree destinationClassifier_{};
+    };
 
 private:
     friend struct QORMetamodel;

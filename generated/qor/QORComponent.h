@@ -57,8 +57,12 @@ public:
     void removeReferencedComponents();
 
 protected:
-    QORPtrLinkTree referencedByComponent_;
-    QORPtrLinkTree referencedComponent_;
+    union {
+        QORPtrLinkTree referencedByComponent_{};
+    };
+    union {
+        QORPtrLinkTree referencedComponent_{};
+    };
 
 private:
     friend struct QORMetamodel;

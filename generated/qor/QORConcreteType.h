@@ -63,7 +63,9 @@ protected:
     QORString dataType_;
     int length_ = 0;
     int scale_ = 0;
-    QORPtrLinkTree derivedType_;
+    union {
+        QORPtrLinkTree derivedType_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -51,7 +51,9 @@ public:
 
 protected:
     bool hide_ = false;
-    QORPtrLinkTree reportItem_;
+    union {
+        QORPtrLinkTree reportItem_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -44,7 +44,9 @@ public:
     void setFormatType(QORString const& value) override;
 
 protected:
-    QORNamePtrLinkTree metadataFormat_;
+    union {
+        QORNamePtrLinkTree metadataFormat_{};
+    };
 
 private:
     friend struct QORMetamodel;

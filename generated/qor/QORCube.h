@@ -79,9 +79,15 @@ public:
     void removeCubeDimensionAssociations();
 
 protected:
-    QORPtrLinkTree filter_;
-    QORPtrLinkTree join_;
-    QORPtrLinkTree cubeDimensionAssociation_;
+    union {
+        QORPtrLinkTree filter_{};
+    };
+    union {
+        QORPtrLinkTree join_{};
+    };
+    union {
+        QORPtrLinkTree cubeDimensionAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -81,7 +81,9 @@ protected:
     QORObject* cube_ = nullptr;
     QORObject* dimension_ = nullptr;
     QORObject* hierarchy_ = nullptr;
-    QORPtrLinkTree aggregationRule_;
+    union {
+        QORPtrLinkTree aggregationRule_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -52,7 +52,9 @@ public:
 
 protected:
     QORDirectionType direction_ = QORDirectionType::SOURCE_DESTINATION;
-    QORPtrLinkVector modelObject_;
+    union {
+        QORPtrLinkVector modelObject_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -57,7 +57,9 @@ public:
 
 protected:
     QORString delimiter_;
-    QORPtrLinkTree expressionNode_;
+    union {
+        QORPtrLinkTree expressionNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -133,9 +133,15 @@ protected:
     bool userDataType_ = false;
     QORString nativeLogicalDataType_;
     QORObject* derivedFromConcreteType_ = nullptr;
-    QORTypeValueLinkTree typeValue_;
-    QORPtrLinkTree sourceOfEnumeratedTypeMap_;
-    QORPtrLinkTree destinationOfEnumeratedTypeMap_;
+    union {
+        QORTypeValueLinkTree typeValue_{};
+    };
+    union {
+        QORPtrLinkTree sourceOfEnumeratedTypeMap_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfEnumeratedTypeMap_{};
+    };
 
 private:
     friend struct QORMetamodel;

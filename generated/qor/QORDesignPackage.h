@@ -146,12 +146,24 @@ public:
 protected:
     bool userDefined_ = false;
     QORObject* defaultDiagram_ = nullptr;
-    QORNameLinkTree diagram_;
-    QORModelElementLinkTree modelElement_;
-    QORNameLinkTree storedProcedure_;
-    QORPtrLinkVector importedModelObject_;
-    QORNameLinkTree transformationTask_;
-    QORNameLinkTree transformationActivity_;
+    union {
+        QORNameLinkTree diagram_{};
+    };
+    union {
+        QORModelElementLinkTree modelElement_{};
+    };
+    union {
+        QORNameLinkTree storedProcedure_{};
+    };
+    union {
+        QORPtrLinkVector importedModelObject_{};
+    };
+    union {
+        QORNameLinkTree transformationTask_{};
+    };
+    union {
+        QORNameLinkTree transformationActivity_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -88,8 +88,12 @@ public:
 protected:
     QORObject* designPackage_ = nullptr;
     QORObject* defaultOfDesignPackage_ = nullptr;
-    QORPtrLinkTree modelElement_;
-    QORPtrLinkTree presentationElement_;
+    union {
+        QORPtrLinkTree modelElement_{};
+    };
+    union {
+        QORPtrLinkTree presentationElement_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -124,10 +124,18 @@ protected:
     bool hide_ = false;
     bool userDefined_ = true;
     QORObject* defaultHierarchy_ = nullptr;
-    QORNameLinkTree hierarchy_;
-    QORNameLinkTree level_;
-    QORPtrLinkTree cubeDimensionAssociation_;
-    QORPtrLinkTree join_;
+    union {
+        QORNameLinkTree hierarchy_{};
+    };
+    union {
+        QORNameLinkTree level_{};
+    };
+    union {
+        QORPtrLinkTree cubeDimensionAssociation_{};
+    };
+    union {
+        QORPtrLinkTree join_{};
+    };
 
 private:
     friend struct QORMetamodel;

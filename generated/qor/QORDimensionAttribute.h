@@ -88,8 +88,12 @@ protected:
     bool hide_ = false;
     QORString originalName_;
     QORObject* descriptiveOfDimensionAttribute_ = nullptr;
-    QORPtrLinkTree levelAttribute_;
-    QORPtrLinkTree descriptiveDimensionAttribute_;
+    union {
+        QORPtrLinkTree levelAttribute_{};
+    };
+    union {
+        QORPtrLinkTree descriptiveDimensionAttribute_{};
+    };
 
 private:
     friend struct QORMetamodel;

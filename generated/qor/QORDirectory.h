@@ -63,8 +63,12 @@ public:
     void removePropertyElementTypeScopes();
 
 protected:
-    QORNameLinkTree product_;
-    QORNameLinkTree propertyElementTypeScope_;
+    union {
+        QORNameLinkTree product_{};
+    };
+    union {
+        QORNameLinkTree propertyElementTypeScope_{};
+    };
 
 private:
     friend struct QORMetamodel;

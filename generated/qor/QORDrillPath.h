@@ -81,9 +81,15 @@ public:
     void removeBottomDrillPathLevelAssociations();
 
 protected:
-    QORPtrLinkVector drillPathLevelAssociation_;
-    QORPtrLinkTree topDrillPathLevelAssociation_;
-    QORPtrLinkTree bottomDrillPathLevelAssociation_;
+    union {
+        QORPtrLinkVector drillPathLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkTree topDrillPathLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkTree bottomDrillPathLevelAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

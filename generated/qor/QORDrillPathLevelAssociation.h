@@ -99,7 +99,9 @@ protected:
     QORObject* level_ = nullptr;
     QORObject* topOfDrillPath_ = nullptr;
     QORObject* bottomOfDrillPath_ = nullptr;
-    QORPtrLinkTree levelAssociation_;
+    union {
+        QORPtrLinkTree levelAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -122,10 +122,18 @@ protected:
     QORString description_;
     QORString nativeId_;
     QORString nativeType_;
-    QORPtrLinkTree note_;
-    QORPtrLinkVector propertyValue_;
-    QORPtrLinkTree referencedByElementNamePart_;
-    QORPtrLinkTree elementNode_;
+    union {
+        QORPtrLinkTree note_{};
+    };
+    union {
+        QORPtrLinkVector propertyValue_{};
+    };
+    union {
+        QORPtrLinkTree referencedByElementNamePart_{};
+    };
+    union {
+        QORPtrLinkTree elementNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -72,7 +72,9 @@ protected:
     short position_ = 0;
     QORElementType sourceElementType_ = QORElementType::ELEMENT;
     QORObject* elementNode_ = nullptr;
-    QORPtrLinkTree referencedElement_;
+    union {
+        QORPtrLinkTree referencedElement_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -75,7 +75,9 @@ protected:
     QORArgumentType kind_ = QORArgumentType::IN_MODE;
     QORElementType destinationElementType_ = QORElementType::ELEMENT;
     QORObject* element_ = nullptr;
-    QORPtrLinkVector elementNamePart_;
+    union {
+        QORPtrLinkVector elementNamePart_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -65,7 +65,9 @@ public:
 protected:
     QORObject* sourceDerivedType_ = nullptr;
     QORObject* destinationDerivedType_ = nullptr;
-    QORPtrLinkTree enumeratedAttributeMap_;
+    union {
+        QORPtrLinkTree enumeratedAttributeMap_{};
+    };
 
 private:
     friend struct QORMetamodel;

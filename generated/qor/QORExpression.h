@@ -80,7 +80,9 @@ protected:
     int status_ = 0;
     QORObject* classifierMap_ = nullptr;
     QORObject* featureMap_ = nullptr;
-    QORPtrLinkTree statementNode_;
+    union {
+        QORPtrLinkTree statementNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

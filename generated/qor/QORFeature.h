@@ -108,9 +108,15 @@ protected:
     short position_ = 0;
     QORObject* type_ = nullptr;
     QORObject* classifier_ = nullptr;
-    QORPtrLinkTree sourceOfFeatureMap_;
-    QORPtrLinkTree destinationOfFeatureMap_;
-    QORPtrLinkTree sourceOfSQLViewAttribute_;
+    union {
+        QORPtrLinkTree sourceOfFeatureMap_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfFeatureMap_{};
+    };
+    union {
+        QORPtrLinkTree sourceOfSQLViewAttribute_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -113,8 +113,12 @@ protected:
     QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORObject* classifierMap_ = nullptr;
     QORObject* expression_ = nullptr;
-    QORPtrLinkTree sourceFeature_;
-    QORPtrLinkTree destinationFeature_;
+    union {
+        QORPtrLinkTree sourceFeature_{};
+    };
+    union {
+        QORPtrLinkTree destinationFeature_{};
+    };
 
 private:
     friend struct QORMetamodel;

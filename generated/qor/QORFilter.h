@@ -51,7 +51,9 @@ public:
 
 protected:
     bool hide_ = false;
-    QORPtrLinkTree cube_;
+    union {
+        QORPtrLinkTree cube_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -82,7 +82,9 @@ protected:
     QORObject* associationRole_ = nullptr;
     QORObject* candidateKey_ = nullptr;
     QORObject* generalization_ = nullptr;
-    QORPtrLinkTree associationRoleNameMap_;
+    union {
+        QORPtrLinkTree associationRoleNameMap_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -122,10 +122,18 @@ protected:
     bool cppFriend_ = false;
     bool exclusive_ = false;
     bool complete_ = false;
-    QORPtrLinkTree foreignKey_;
-    QORPtrLinkVector supertypeClass_;
-    QORPtrLinkVector subtypeClass_;
-    QORPtrLinkTree discriminatorAttribute_;
+    union {
+        QORPtrLinkTree foreignKey_{};
+    };
+    union {
+        QORPtrLinkVector supertypeClass_{};
+    };
+    union {
+        QORPtrLinkVector subtypeClass_{};
+    };
+    union {
+        QORPtrLinkTree discriminatorAttribute_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -116,7 +116,9 @@ protected:
     QORObject* parentGrouping_ = nullptr;
     QORObject* leafAssociationRole_ = nullptr;
     QORObject* leafAttribute_ = nullptr;
-    QORPtrLinkVector childGrouping_;
+    union {
+        QORPtrLinkVector childGrouping_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -125,9 +125,15 @@ protected:
     QORObject* dimension_ = nullptr;
     QORObject* defaultOfDimension_ = nullptr;
     QORObject* topHierarchyLevelAssociation_ = nullptr;
-    QORPtrLinkVector hierarchyLevelAssociation_;
-    QORPtrLinkTree cubeDimensionAssociation_;
-    QORPtrLinkTree bottomHierarchyLevelAssociation_;
+    union {
+        QORPtrLinkVector hierarchyLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkTree cubeDimensionAssociation_{};
+    };
+    union {
+        QORPtrLinkTree bottomHierarchyLevelAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

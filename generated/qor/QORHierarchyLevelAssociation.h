@@ -99,7 +99,9 @@ protected:
     QORObject* level_ = nullptr;
     QORObject* topOfHierarchy_ = nullptr;
     QORObject* bottomOfHierarchy_ = nullptr;
-    QORPtrLinkTree levelAssociation_;
+    union {
+        QORPtrLinkTree levelAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -95,7 +95,9 @@ protected:
     bool unique_ = false;
     QORObject* associatedClass_ = nullptr;
     QORObject* key_ = nullptr;
-    QORPtrLinkTree indexMember_;
+    union {
+        QORPtrLinkTree indexMember_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -93,9 +93,15 @@ public:
 protected:
     QORJoinType type_ = QORJoinType::INNER;
     bool userDefined_ = true;
-    QORPtrLinkVector joinRole_;
-    QORPtrLinkTree cube_;
-    QORPtrLinkTree dimension_;
+    union {
+        QORPtrLinkVector joinRole_{};
+    };
+    union {
+        QORPtrLinkTree cube_{};
+    };
+    union {
+        QORPtrLinkTree dimension_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -87,8 +87,12 @@ public:
 protected:
     QORObject* index_ = nullptr;
     QORObject* associatedClass_ = nullptr;
-    QORPtrLinkVector destinationOfKeyMap_;
-    QORPtrLinkTree attribute_;
+    union {
+        QORPtrLinkVector destinationOfKeyMap_{};
+    };
+    union {
+        QORPtrLinkTree attribute_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -85,9 +85,15 @@ public:
 
 protected:
     QORObject* destinationKey_ = nullptr;
-    QORPtrLinkVector childKeyMap_;
-    QORPtrLinkVector parentKeyMap_;
-    QORPtrLinkVector sourceModelObject_;
+    union {
+        QORPtrLinkVector childKeyMap_{};
+    };
+    union {
+        QORPtrLinkVector parentKeyMap_{};
+    };
+    union {
+        QORPtrLinkVector sourceModelObject_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -132,10 +132,18 @@ protected:
     QORObject* dimension_ = nullptr;
     QORObject* levelKey_ = nullptr;
     QORObject* defaultLevelAttribute_ = nullptr;
-    QORPtrLinkTree hierarchyLevelAssociation_;
-    QORPtrLinkVector parentOfLevelAssociation_;
-    QORPtrLinkTree childOfLevelAssociation_;
-    QORPtrLinkTree drillPathLevelAssociation_;
+    union {
+        QORPtrLinkTree hierarchyLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkVector parentOfLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkTree childOfLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkTree drillPathLevelAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

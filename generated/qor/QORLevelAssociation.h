@@ -87,8 +87,12 @@ public:
 protected:
     QORObject* parentLevel_ = nullptr;
     QORObject* childLevel_ = nullptr;
-    QORPtrLinkTree hierarchyLevelAssociation_;
-    QORPtrLinkTree drillPathLevelAssociation_;
+    union {
+        QORPtrLinkTree hierarchyLevelAssociation_{};
+    };
+    union {
+        QORPtrLinkTree drillPathLevelAssociation_{};
+    };
 
 private:
     friend struct QORMetamodel;

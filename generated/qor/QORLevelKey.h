@@ -59,7 +59,9 @@ public:
 
 protected:
     QORObject* level_ = nullptr;
-    QORPtrLinkTree levelAttribute_;
+    union {
+        QORPtrLinkTree levelAttribute_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -75,8 +75,12 @@ public:
 
 protected:
     QORObject* mappingModel_ = nullptr;
-    QORPtrLinkTree sourceModelFormat_;
-    QORPtrLinkTree destinationModelFormat_;
+    union {
+        QORPtrLinkTree sourceModelFormat_{};
+    };
+    union {
+        QORPtrLinkTree destinationModelFormat_{};
+    };
 
 private:
     friend struct QORMetamodel;

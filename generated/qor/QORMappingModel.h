@@ -123,9 +123,15 @@ protected:
     QORObject* mappingFormat_ = nullptr;
     QORObject* variableClass_ = nullptr;
     QORObject* metadataOrigin_ = nullptr;
-    QORNamePtrLinkTree transformation_;
-    QORNameLinkTree propertyElementTypeScope_;
-    QORNamePtrLinkTree type_;
+    union {
+        QORNamePtrLinkTree transformation_{};
+    };
+    union {
+        QORNameLinkTree propertyElementTypeScope_{};
+    };
+    union {
+        QORNamePtrLinkTree type_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -65,7 +65,9 @@ protected:
     QORAggregationOperatorType defaultAggregation_ = QORAggregationOperatorType::SUM;
     bool sort_ = true;
     bool hide_ = false;
-    QORPtrLinkTree aggregationRule_;
+    union {
+        QORPtrLinkTree aggregationRule_{};
+    };
 
 private:
     friend struct QORMetamodel;

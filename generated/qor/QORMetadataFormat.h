@@ -46,7 +46,9 @@ public:
     void setFormatType(QORString const& value) override;
 
 protected:
-    QORNamePtrLinkTree configurationFormat_;
+    union {
+        QORNamePtrLinkTree configurationFormat_{};
+    };
 
 private:
     friend struct QORMetamodel;

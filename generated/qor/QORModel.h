@@ -128,10 +128,18 @@ protected:
     QORDate creationTime_;
     QORObject* modelFormat_ = nullptr;
     QORObject* metadataOrigin_ = nullptr;
-    QORNamePtrLinkTree type_;
-    QORNameLinkTree propertyElementTypeScope_;
-    QORNameLinkTree physicalTarget_;
-    QORNamePtrLinkTree businessRule_;
+    union {
+        QORNamePtrLinkTree type_{};
+    };
+    union {
+        QORNameLinkTree propertyElementTypeScope_{};
+    };
+    union {
+        QORNameLinkTree physicalTarget_{};
+    };
+    union {
+        QORNamePtrLinkTree businessRule_{};
+    };
 
 private:
     friend struct QORMetamodel;

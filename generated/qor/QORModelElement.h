@@ -59,7 +59,9 @@ public:
 
 protected:
     QORObject* designPackage_ = nullptr;
-    QORPtrLinkTree diagram_;
+    union {
+        QORPtrLinkTree diagram_{};
+    };
 
 private:
     friend struct QORMetamodel;

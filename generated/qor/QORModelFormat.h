@@ -75,8 +75,12 @@ public:
 
 protected:
     QORObject* model_ = nullptr;
-    QORPtrLinkTree sourceOfMappingFormat_;
-    QORPtrLinkTree destinationOfMappingFormat_;
+    union {
+        QORPtrLinkTree sourceOfMappingFormat_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfMappingFormat_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -169,12 +169,24 @@ protected:
     QORDesignLevelType designLevel_ = QORDesignLevelType::LOGICAL_PHYSICAL;
     QORString stereotype_;
     QORObject* dataPackage_ = nullptr;
-    QORPtrLinkVector sourceOfKeyMap_;
-    QORPtrLinkTree presentationPresentationElement_;
-    QORPtrLinkVector associatedPhysicalObject_;
-    QORPtrLinkTree associatedBusinessRule_;
-    QORNameLinkTree synonym_;
-    QORPtrLinkTree importedByDesignPackage_;
+    union {
+        QORPtrLinkVector sourceOfKeyMap_{};
+    };
+    union {
+        QORPtrLinkTree presentationPresentationElement_{};
+    };
+    union {
+        QORPtrLinkVector associatedPhysicalObject_{};
+    };
+    union {
+        QORPtrLinkTree associatedBusinessRule_{};
+    };
+    union {
+        QORNameLinkTree synonym_{};
+    };
+    union {
+        QORPtrLinkTree importedByDesignPackage_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -158,8 +158,12 @@ protected:
     QORObject* returnType_ = nullptr;
     QORObject* associatedClass_ = nullptr;
     QORObject* associatedSQLViewEntity_ = nullptr;
-    QOROptionalNameLinkTree argument_;
-    QORPtrLinkTree operationNode_;
+    union {
+        QOROptionalNameLinkTree argument_{};
+    };
+    union {
+        QORPtrLinkTree operationNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -60,7 +60,9 @@ public:
 
 protected:
     QORObject* operation_ = nullptr;
-    QORPtrLinkTree expressionNode_;
+    union {
+        QORPtrLinkTree expressionNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

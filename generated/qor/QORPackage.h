@@ -59,7 +59,9 @@ public:
 
 protected:
     QORObject* parentPackage_ = nullptr;
-    QORNameElementTypeLinkTree childPackage_;
+    union {
+        QORNameElementTypeLinkTree childPackage_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -103,9 +103,15 @@ public:
 protected:
     QORPhysicalObjectType objectType_ = QORPhysicalObjectType::UNDEFINED;
     QORObject* physicalTarget_ = nullptr;
-    QORPtrLinkVector destinationOfPhysicalRelationship_;
-    QORPtrLinkVector modelObject_;
-    QORPtrLinkTree sourceOfPhysicalRelationship_;
+    union {
+        QORPtrLinkVector destinationOfPhysicalRelationship_{};
+    };
+    union {
+        QORPtrLinkVector modelObject_{};
+    };
+    union {
+        QORPtrLinkTree sourceOfPhysicalRelationship_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -70,7 +70,9 @@ public:
 protected:
     QORPhysicalTargetType targetType_ = QORPhysicalTargetType::UNDEFINED;
     QORObject* model_ = nullptr;
-    QORPtrLinkTree physicalObject_;
+    union {
+        QORPtrLinkTree physicalObject_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -61,7 +61,9 @@ public:
 
 protected:
     QORObject* expressionNode_ = nullptr;
-    QORPtrLinkVector predicate_;
+    union {
+        QORPtrLinkVector predicate_{};
+    };
 
 private:
     friend struct QORMetamodel;

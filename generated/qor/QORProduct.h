@@ -111,8 +111,12 @@ protected:
     QORObject* directory_ = nullptr;
     QORObject* parentProduct_ = nullptr;
     QORObject* defaultVersion_ = nullptr;
-    QORNameLinkTree version_;
-    QORNameLinkTree childProduct_;
+    union {
+        QORNameLinkTree version_{};
+    };
+    union {
+        QORNameLinkTree childProduct_{};
+    };
 
 private:
     friend struct QORMetamodel;

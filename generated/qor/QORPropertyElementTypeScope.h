@@ -95,7 +95,9 @@ protected:
     QORObject* model_ = nullptr;
     QORObject* mappingModel_ = nullptr;
     QORObject* directory_ = nullptr;
-    QORNamePtrLinkTree propertyType_;
+    union {
+        QORNamePtrLinkTree propertyType_{};
+    };
 
 private:
     friend struct QORMetamodel;

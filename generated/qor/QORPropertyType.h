@@ -82,7 +82,9 @@ protected:
     QORString usage_{"USER"};
     QORString group_;
     QORObject* propertyElementTypeScope_ = nullptr;
-    QORPtrLinkVector instanciatedPropertyValue_;
+    union {
+        QORPtrLinkVector instanciatedPropertyValue_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -67,8 +67,12 @@ public:
     void removeClassifiers();
 
 protected:
-    QORPtrLinkTree reportItem_;
-    QORNamePtrLinkTree classifier_;
+    union {
+        QORPtrLinkTree reportItem_{};
+    };
+    union {
+        QORNamePtrLinkTree classifier_{};
+    };
 
 private:
     friend struct QORMetamodel;

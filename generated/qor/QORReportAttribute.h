@@ -52,7 +52,9 @@ public:
 
 protected:
     QORAttributeUsageType usage_ = QORAttributeUsageType::DEFAULT;
-    QORPtrLinkTree reportField_;
+    union {
+        QORPtrLinkTree reportField_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -128,10 +128,18 @@ protected:
     short position_ = 0;
     QORObject* report_ = nullptr;
     QORObject* parentReportItem_ = nullptr;
-    QORPtrLinkTree childReportItem_;
-    QORPtrLinkTree referencedByReportItem_;
-    QORPtrLinkTree referencedReportItem_;
-    QORNamePtrLinkTree condition_;
+    union {
+        QORPtrLinkTree childReportItem_{};
+    };
+    union {
+        QORPtrLinkTree referencedByReportItem_{};
+    };
+    union {
+        QORPtrLinkTree referencedReportItem_{};
+    };
+    union {
+        QORNamePtrLinkTree condition_{};
+    };
 
 private:
     friend struct QORMetamodel;

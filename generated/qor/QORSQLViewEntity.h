@@ -139,8 +139,12 @@ protected:
     QORString orderByClause_;
     QORString viewStatement_;
     QORViewStatementType viewStatementType_ = QORViewStatementType::USER_DEFINED;
-    QORPtrLinkTree destinationOfSQLViewAssociation_;
-    QORPtrLinkTree operation_;
+    union {
+        QORPtrLinkTree destinationOfSQLViewAssociation_{};
+    };
+    union {
+        QORPtrLinkTree operation_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -83,7 +83,9 @@ protected:
     QORStatementNodeType statementType_ = QORStatementNodeType::FORMULA;
     QORObject* expression_ = nullptr;
     QORObject* referencedExpressionNode_ = nullptr;
-    QORPtrLinkTree expressionNode_;
+    union {
+        QORPtrLinkTree expressionNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

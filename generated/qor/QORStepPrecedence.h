@@ -94,8 +94,12 @@ protected:
     QORString operationDescription_;
     QORStepPrecedenceType type_ = QORStepPrecedenceType::UNKNOWN;
     QORObject* transformationActivity_ = nullptr;
-    QORPtrLinkTree sourceTransformationStep_;
-    QORPtrLinkTree destinationTransformationStep_;
+    union {
+        QORPtrLinkTree sourceTransformationStep_{};
+    };
+    union {
+        QORPtrLinkTree destinationTransformationStep_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -136,8 +136,12 @@ protected:
     QORObject* transformationTask_ = nullptr;
     QORObject* transformationStep_ = nullptr;
     QORObject* transformationActivity_ = nullptr;
-    QOROptionalNameLinkTree classifierMap_;
-    QORNameLinkTree dataSet_;
+    union {
+        QOROptionalNameLinkTree classifierMap_{};
+    };
+    union {
+        QORNameLinkTree dataSet_{};
+    };
 
 private:
     friend struct QORMetamodel;

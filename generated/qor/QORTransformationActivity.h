@@ -90,8 +90,12 @@ public:
 protected:
     QORObject* designPackage_ = nullptr;
     QORObject* transformation_ = nullptr;
-    QORNameLinkTree transformationStep_;
-    QORPtrLinkTree stepPrecedence_;
+    union {
+        QORNameLinkTree transformationStep_{};
+    };
+    union {
+        QORPtrLinkTree stepPrecedence_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -99,8 +99,12 @@ protected:
     QORObject* transformationTask_ = nullptr;
     QORObject* transformationActivity_ = nullptr;
     QORObject* transformation_ = nullptr;
-    QORPtrLinkTree sourceOfStepPrecedence_;
-    QORPtrLinkTree destinationOfStepPrecedence_;
+    union {
+        QORPtrLinkTree sourceOfStepPrecedence_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfStepPrecedence_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -79,8 +79,12 @@ public:
 
 protected:
     QORObject* designPackage_ = nullptr;
-    QORNamePtrLinkTree transformation_;
-    QORPtrLinkTree transformationStep_;
+    union {
+        QORNamePtrLinkTree transformation_{};
+    };
+    union {
+        QORPtrLinkTree transformationStep_{};
+    };
 
 private:
     friend struct QORMetamodel;

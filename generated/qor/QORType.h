@@ -171,11 +171,21 @@ public:
 protected:
     QORObject* model_ = nullptr;
     QORObject* mappingModel_ = nullptr;
-    QORPtrLinkVector argument_;
-    QORPtrLinkVector operation_;
-    QORPtrLinkVector aliasType_;
-    QORPtrLinkTree feature_;
-    QORPtrLinkTree expressionNode_;
+    union {
+        QORPtrLinkVector argument_{};
+    };
+    union {
+        QORPtrLinkVector operation_{};
+    };
+    union {
+        QORPtrLinkVector aliasType_{};
+    };
+    union {
+        QORPtrLinkTree feature_{};
+    };
+    union {
+        QORPtrLinkTree expressionNode_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -101,8 +101,12 @@ protected:
     QORString value_;
     QORObject* derivedType_ = nullptr;
     QORObject* businessRule_ = nullptr;
-    QORPtrLinkTree sourceOfTypeValueMap_;
-    QORPtrLinkTree destinationOfTypeValueMap_;
+    union {
+        QORPtrLinkTree sourceOfTypeValueMap_{};
+    };
+    union {
+        QORPtrLinkTree destinationOfTypeValueMap_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -123,9 +123,15 @@ protected:
     QORObject* defaultOfProduct_ = nullptr;
     QORObject* defaultFormat_ = nullptr;
     QORObject* originalFormat_ = nullptr;
-    QORFormatLinkTree format_;
-    QORPtrLinkTree predecessorVersion_;
-    QORPtrLinkTree successorVersion_;
+    union {
+        QORFormatLinkTree format_{};
+    };
+    union {
+        QORPtrLinkTree predecessorVersion_{};
+    };
+    union {
+        QORPtrLinkTree successorVersion_{};
+    };
 
 private:
     friend struct QORMetamodel;

@@ -3,9 +3,12 @@
 #include <qor/QORElementType.h>
 #include <qor/QOREncodingConverter.h>
 #include <qor/QORExport.h>
+#include <qor/QORPool.h>
 #include <qor/QORString.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <new>
 
 class QORArrayInterface;
 class QORContainer;
@@ -70,6 +73,19 @@ public:
     virtual void _depthTraversal(QORTraversalOperation& operation, void* data);
     /// The reflection record of the object's class.
     virtual QORMetaClass* getMetaClass() const;
+
+    /// Objects made by `new` lie in a QORPool.
+    static void* operator new(std::size_t size) { return QORPool::allocate(size); }
+    static void operator delete(void* object, std::size_t size) noexcept { QORPool::release(object, size); }
+    static void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+        try {
+            return QORPool::allocate(size);
+        } catch (std::bad_alloc const&) {
+            return nullptr;
+        }
+    }
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
+    static void operator delete(void*, void*) noexcept {}
 
     /// Whether the names are equal.
     bool finalEquals(QORObject const& other) const;

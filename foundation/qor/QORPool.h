@@ -1,0 +1,19 @@
+#pragma once
+
+#include <qor/QORExport.h>
+
+#include <cstddef>
+
+/// Memory for the many small blocks of an object graph: objects and tree nodes. Blocks of one size lie side
+/// by side, so that a walk touches few pages; once a thread holds more than a little, huge pages are asked of
+/// the system.
+///
+/// Each thread takes from a pool of its own; a block may be given back by any thread. Under AddressSanitizer
+/// every block is one of `operator new`, so that its checks hold.
+class QOR_API QORPool {
+public:
+    /// Gives a block of `size` bytes, aligned for any scalar type. Throws std::bad_alloc.
+    static void* allocate(std::size_t size);
+    /// Takes back a block that `allocate` gave for the same size; null is allowed.
+    static void release(void* block, std::size_t size) noexcept;
+};
