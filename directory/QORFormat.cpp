@@ -1,8 +1,11 @@
 #include <qor/QORFormat.h>
 
+#include "kernel/QORRecipe.h"
+
 QORFormat& QORFormat::operator=(QORFormat const& other) {
     if (this == &other)
         return *this;
+    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::FORMAT));
     QORRepositoryObject::operator=(other);
     setFormatType(other.formatType_);
     return *this;

@@ -278,6 +278,7 @@ def constructors_source(cls):
     if not cls.is_custom("operator="):
         copies = "".join(f"        {a.field} = other.{a.field};\n" for a in attributes if a.assign)
         out.append(f"{n}& {n}::operator=({n} const& other) {{\n    if (this != &other) {{\n"
+                   f"        QORRecipe::reserveTexts(*this, other, {level(cls)});\n"
                    f"        {base}::operator=(other);\n{copies}    }}\n    return *this;\n}}\n")
     if has_final_equals(cls) and not cls.is_custom("finalEquals"):
         tests = "".join(f"{a.field} == other.{a.field} && " for a in attributes if a.compare)

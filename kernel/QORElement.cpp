@@ -6,38 +6,45 @@
 #include <qor/QORSortedPropertyValuesLinkTree.h>
 
 #include <memory>
+#include <vector>
 
 namespace {
 
-/// Copies the notes of one element to another, which keeps those that it has.
+/// Gives an element copies of another one's notes, beside those that it has; all of them or, if memory ends,
+/// none.
 void copyNotes(QORElement const& from, QORElement& to) {
-    for (int i = 0, count = from.getNoteCount(); i < count; ++i) {
-        auto copy = std::make_unique<QORNote>(*from.getNote(i));
-        if (to.addNote(copy.get()))
-            copy.release();
+    std::vector<std::unique_ptr<QORNote>> copies;
+    for (int i = 0, count = from.getNoteCount(); i < count; ++i)
+        copies.push_back(std::make_unique<QORNote>(*from.getNote(i)));
+    try {
+        for (auto const& copy : copies)
+            to.addNote(copy.get());
+    } catch (...) {
+        for (auto const& copy : copies)
+            to.removeNote(copy.get());
+        throw;
     }
+    for (auto& copy : copies)
+        if (copy->getElement())
+            copy.release();
 }
 
 } // namespace
 
 QORElement::QORElement(QORElement const& other)
     : QORObject(other), description_(other.description_), nativeType_(other.nativeType_) {
-    try {
-        copyNotes(other, *this);
-    } catch (...) {
-        removeNotes();
-        throw;
-    }
+    copyNotes(other, *this);
 }
 
 QORElement& QORElement::operator=(QORElement const& other) {
     if (this == &other)
         return *this;
+    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ELEMENT));
+    copyNotes(other, *this);
     QORObject::operator=(other);
     description_ = other.description_;
     nativeId_ = QORString();
     nativeType_ = other.nativeType_;
-    copyNotes(other, *this);
     return *this;
 }
 

@@ -256,6 +256,22 @@ bool QORLinkTree::rekeyItem(QORContainerItem const* item, void (*change)(void*),
     return taken;
 }
 
+bool QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const* item) {
+    QORRBTreeNode* const node = other.nodeOfItem(item);
+    if (!node)
+        return false;
+    QORRBTreeNode* const follower = following(node);
+    other.leaveNode(node);
+    other.unlinkNode(node);
+    if (relinkNode(node, true)) {
+        noteAdded(node);
+        return true;
+    }
+    other.relinkNodeBefore(node, follower);
+    other.noteAdded(node);
+    return false;
+}
+
 QORContainerItem* QORLinkTree::drainFirst() {
     position = -1;
     return QORRBTree::drainFirst();

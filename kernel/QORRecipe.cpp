@@ -139,6 +139,16 @@ bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
     return makeLink(object, end, *far, farEnd);
 }
 
+bool QORRecipe::linkStaged(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkTree& staged) {
+    QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    if (!tree(object, end).adoptItem(staged, &far))
+        return false;
+    field(far, farEnd) = &object;
+    note(object, end);
+    note(far, farEnd);
+    return true;
+}
+
 /// Takes this very element out of a nary end.
 bool QORRecipe::takeOut(QORObject& object, QORLinkEnd const& end, QORObject* element) {
     bool const found = end.shape == QOREndShape::TREE ? tree(object, end).removeItem(element)
@@ -353,6 +363,13 @@ void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QOR
         if (isSet(object, QORMetamodel::ends[end]))
             return rename(object, QORMetamodel::ends[end], name);
     object.name = name;
+}
+
+void QORRecipe::reserveTexts(QORObject& object, QORObject const& other, QORClassDescription const& level) {
+    object.name.reserve(other.name.length);
+    for (std::uint16_t const offset : level.strings)
+        fieldAt<QORString>(object, offset)
+            .reserve(fieldAt<QORString>(const_cast<QORObject&>(other), offset).length);
 }
 
 // ---- taking apart ---------------------------------------------------------------------------------------

@@ -64,6 +64,12 @@ public:
     /// What each class's destructor does first: takes the object apart and leaves no end that points to it.
     static void destroy(QORObject& object, QORClassDescription const& level);
 
+    /// Makes sure that assigning the texts of `other` needs no memory: an assignment then happens whole or
+    /// not at all.
+    static void reserveTexts(QORObject& object, QORObject const& other, QORClassDescription const& level);
+    /// Links an object into a nary end with the node that it has in `staged`; false if the end refuses it.
+    /// Needs no memory.
+    static bool linkStaged(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkTree& staged);
     /// The one parent end that a class declares towards an owner class.
     static QORLinkEnd const& ownEnd(QORElementType declaring, QORElementType owner);
     /// Re-keys an object under its owner around a change of what its order rests on. `change` is called once,

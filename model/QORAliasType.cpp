@@ -16,10 +16,11 @@ QORType const& endOfChain(QORAliasType const& alias) {
 /// The aliased type. On an alias of an alias this never returns: the type-value operations don't go down a
 /// chain.
 QORType const& aliased(QORAliasType const& alias) {
-    QORType const volatile* const type = alias.getAliasOfType();
-    while (const_cast<QORType const*>(type)->getElementType() == QORElementType::ALIAS_TYPE) {
-    }
-    return *const_cast<QORType const*>(type);
+    QORType const& type = *alias.getAliasOfType();
+    bool volatile isAlias = true; // volatile, or the loop might be taken for one that ends
+    while (isAlias)
+        isAlias = type.getElementType() == QORElementType::ALIAS_TYPE;
+    return type;
 }
 
 } // namespace

@@ -1,8 +1,11 @@
 #include <qor/QORConcreteType.h>
 
+#include "kernel/QORRecipe.h"
+
 QORConcreteType& QORConcreteType::operator=(QORConcreteType const& other) {
     if (this == &other)
         return *this;
+    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CONCRETE_TYPE));
     QORType::operator=(other);
     dataType_ = other.getDataType();
     length_ = other.getLength();

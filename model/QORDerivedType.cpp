@@ -9,17 +9,14 @@ QORDerivedType::QORDerivedType(QORDerivedType const& other)
       nativeDataType_(other.nativeDataType_), userDataType_(other.userDataType_),
       nativeLogicalDataType_(other.nativeLogicalDataType_) {
     elementType = QORElementType::DERIVED_TYPE;
-    try {
-        qorCopyTypeValues(other, *this);
-    } catch (...) {
-        QORDerivedType::removeTypeValues();
-        throw;
-    }
+    QORTypeValueCopies(other).giveTo(*this, QORElementType::DERIVED_TYPE);
 }
 
 QORDerivedType& QORDerivedType::operator=(QORDerivedType const& other) {
     if (this == &other)
         return *this;
+    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DERIVED_TYPE));
+    QORTypeValueCopies copies(other);
     QORConcreteType::operator=(other);
     initialValue_ = other.getInitialValue();
     lowerBound_ = other.getLowerBound();
@@ -29,7 +26,7 @@ QORDerivedType& QORDerivedType::operator=(QORDerivedType const& other) {
     userDataType_ = other.getUserDataType();
     nativeLogicalDataType_ = other.getNativeLogicalDataType();
     removeTypeValues();
-    qorCopyTypeValues(other, *this);
+    copies.giveTo(*this, QORElementType::DERIVED_TYPE);
     return *this;
 }
 

@@ -4,35 +4,47 @@
 
 #include <qor/QORDerivedType.h>
 
-#include <utility>
-
 QORString QORTypeValue::getDisplayName() const {
     return getName().length ? getName() : getValue();
 }
 
-QORTypeValue& QORTypeValue::operator=(QORTypeValue const& other) {
-    if (this == &other)
-        return *this;
-    QORModelObject::operator=(other);
-    position_ = other.position_;
-    setValue(other.value_);
-    return *this;
-}
+namespace {
+
+/// A text that is about to change places with that of a type value.
+struct Exchange {
+    QORString& held;
+    QORString other;
+
+    static void run(void* exchange) {
+        auto& both = *static_cast<Exchange*>(exchange);
+        both.held.swap(both.other);
+    }
+};
 
 /// A derived type sorts unnamed values by their value, so a value under one is taken out and put back. A
 /// business rule doesn't see the change: its values keep their places.
-void QORTypeValue::setValue(QORString const& value) {
-    struct Values {
-        QORString& held;
-        QORString other;
-    } values{value_, value};
-    auto const exchange = [](void* context) {
-        auto& both = *static_cast<Values*>(context);
-        std::swap(both.held, both.other);
-    };
-    if (!derivedType_)
-        return exchange(&values);
+void exchangeValue(QORTypeValue& value, Exchange& exchange) {
+    if (!value.getDerivedType())
+        return Exchange::run(&exchange);
     QORLinkEnd const& end = QORRecipe::ownEnd(QORElementType::TYPE_VALUE, QORElementType::DERIVED_TYPE);
-    if (!QORRecipe::rekey(*this, end, exchange, &values))
+    if (!QORRecipe::rekey(value, end, Exchange::run, &exchange))
         QORRecipe::refuse(end);
+}
+
+} // namespace
+
+QORTypeValue& QORTypeValue::operator=(QORTypeValue const& other) {
+    if (this == &other)
+        return *this;
+    Exchange exchange{value_, other.value_};
+    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MODEL_OBJECT));
+    QORModelObject::operator=(other);
+    position_ = other.position_;
+    exchangeValue(*this, exchange);
+    return *this;
+}
+
+void QORTypeValue::setValue(QORString const& value) {
+    Exchange exchange{value_, value};
+    exchangeValue(*this, exchange);
 }

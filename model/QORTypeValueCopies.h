@@ -1,15 +1,33 @@
 #pragma once
 
+#include "kernel/QORRecipe.h"
+
+#include <qor/QORPtrLinkTree.h>
 #include <qor/QORTypeValue.h>
 
 #include <memory>
+#include <vector>
 
-/// Gives `target` a copy of each type value of `source`, as far as it takes them.
-template <class Owner>
-void qorCopyTypeValues(Owner const& source, Owner& target) {
-    for (int i = 0, count = source.getTypeValueCount(); i < count; ++i) {
-        auto copy = std::make_unique<QORTypeValue>(*source.getTypeValue(i));
-        if (target.addTypeValue(copy.get()))
-            copy.release();
+/// Copies of all type values of a type or rule, with all the memory that linking them takes.
+class QORTypeValueCopies {
+public:
+    template <class Owner>
+    explicit QORTypeValueCopies(Owner const& source) {
+        for (int i = 0, count = source.getTypeValueCount(); i < count; ++i) {
+            copies.push_back(std::make_unique<QORTypeValue>(*source.getTypeValue(i)));
+            staged.add(static_cast<QORObject*>(copies.back().get()), true, nullptr);
+        }
     }
-}
+
+    /// Links the copies to an owner of the given class, as far as it takes them. Needs no memory.
+    void giveTo(QORObject& owner, QORElementType ownerClass) {
+        QORLinkEnd const& parentEnd = QORRecipe::ownEnd(QORElementType::TYPE_VALUE, ownerClass);
+        for (auto& copy : copies)
+            if (QORRecipe::linkStaged(owner, QORMetamodel::ends[parentEnd.far], *copy, staged))
+                copy.release();
+    }
+
+private:
+    std::vector<std::unique_ptr<QORTypeValue>> copies;
+    QORPtrLinkTree staged; ///< holds a tree node for each copy until it is linked
+};

@@ -19,6 +19,7 @@ QORClassDiagram::~QORClassDiagram() {
 
 QORClassDiagram& QORClassDiagram::operator=(QORClassDiagram const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CLASS_DIAGRAM));
         QORDiagram::operator=(other);
     }
     return *this;

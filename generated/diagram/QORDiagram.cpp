@@ -18,6 +18,7 @@ QORDiagram::~QORDiagram() {
 
 QORDiagram& QORDiagram::operator=(QORDiagram const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DIAGRAM));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -17,6 +17,7 @@ QORPresentationElement::~QORPresentationElement() {
 
 QORPresentationElement& QORPresentationElement::operator=(QORPresentationElement const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PRESENTATION_ELEMENT));
         QORObject::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORProjection::~QORProjection() {
 
 QORProjection& QORProjection::operator=(QORProjection const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PROJECTION));
         QORPresentationElement::operator=(other);
         backgroundColor_ = other.backgroundColor_;
         lineColor_ = other.lineColor_;

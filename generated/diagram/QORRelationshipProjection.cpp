@@ -19,6 +19,7 @@ QORRelationshipProjection::~QORRelationshipProjection() {
 
 QORRelationshipProjection& QORRelationshipProjection::operator=(QORRelationshipProjection const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::RELATIONSHIP_PROJECTION));
         QORProjection::operator=(other);
         linePoints_ = other.linePoints_;
     }

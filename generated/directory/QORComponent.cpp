@@ -15,6 +15,7 @@ QORComponent::~QORComponent() {
 
 QORComponent& QORComponent::operator=(QORComponent const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::COMPONENT));
         QORRepositoryObject::operator=(other);
     }
     return *this;

@@ -16,6 +16,7 @@ QORConfigurationFormat::~QORConfigurationFormat() {
 
 QORConfigurationFormat& QORConfigurationFormat::operator=(QORConfigurationFormat const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CONFIGURATION_FORMAT));
         QORMetadataFormat::operator=(other);
     }
     return *this;

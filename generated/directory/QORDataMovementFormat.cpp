@@ -15,6 +15,7 @@ QORDataMovementFormat::~QORDataMovementFormat() {
 
 QORDataMovementFormat& QORDataMovementFormat::operator=(QORDataMovementFormat const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DATA_MOVEMENT_FORMAT));
         QORMappingFormat::operator=(other);
     }
     return *this;

@@ -21,6 +21,7 @@ QORDirectory::~QORDirectory() {
 
 QORDirectory& QORDirectory::operator=(QORDirectory const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DIRECTORY));
         QORRepositoryObject::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORFileFormat::~QORFileFormat() {
 
 QORFileFormat& QORFileFormat::operator=(QORFileFormat const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::FILE_FORMAT));
         QORFormat::operator=(other);
         location_ = other.location_;
     }

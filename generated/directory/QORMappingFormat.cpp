@@ -17,6 +17,7 @@ QORMappingFormat::~QORMappingFormat() {
 
 QORMappingFormat& QORMappingFormat::operator=(QORMappingFormat const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MAPPING_FORMAT));
         QORMetadataFormat::operator=(other);
     }
     return *this;

@@ -16,6 +16,7 @@ QORMetadataFormat::~QORMetadataFormat() {
 
 QORMetadataFormat& QORMetadataFormat::operator=(QORMetadataFormat const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::METADATA_FORMAT));
         QORFormat::operator=(other);
     }
     return *this;

@@ -17,6 +17,7 @@ QORModelFormat::~QORModelFormat() {
 
 QORModelFormat& QORModelFormat::operator=(QORModelFormat const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MODEL_FORMAT));
         QORMetadataFormat::operator=(other);
     }
     return *this;

@@ -21,6 +21,7 @@ QORProduct::~QORProduct() {
 
 QORProduct& QORProduct::operator=(QORProduct const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PRODUCT));
         QORComponent::operator=(other);
         productType_ = other.productType_;
         state_ = other.state_;

@@ -15,6 +15,7 @@ QORRepositoryObject::~QORRepositoryObject() {
 
 QORRepositoryObject& QORRepositoryObject::operator=(QORRepositoryObject const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPOSITORY_OBJECT));
         QORElement::operator=(other);
         author_ = other.author_;
         modifier_ = other.modifier_;

@@ -21,6 +21,7 @@ QORVersion::~QORVersion() {
 
 QORVersion& QORVersion::operator=(QORVersion const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::VERSION));
         QORComponent::operator=(other);
     }
     return *this;

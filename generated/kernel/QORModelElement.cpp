@@ -17,6 +17,7 @@ QORModelElement::~QORModelElement() {
 
 QORModelElement& QORModelElement::operator=(QORModelElement const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MODEL_ELEMENT));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORModelObject::~QORModelObject() {
 
 QORModelObject& QORModelObject::operator=(QORModelObject const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MODEL_OBJECT));
         QORElement::operator=(other);
         physicalName_ = other.physicalName_;
         status_ = other.status_;

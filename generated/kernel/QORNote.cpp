@@ -20,6 +20,7 @@ QORNote::~QORNote() {
 
 QORNote& QORNote::operator=(QORNote const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::NOTE));
         QORObject::operator=(other);
         value_ = other.value_;
         position_ = other.position_;

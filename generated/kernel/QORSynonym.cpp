@@ -20,6 +20,7 @@ QORSynonym::~QORSynonym() {
 
 QORSynonym& QORSynonym::operator=(QORSynonym const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::SYNONYM));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORAttributeMap::~QORAttributeMap() {
 
 QORAttributeMap& QORAttributeMap::operator=(QORAttributeMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ATTRIBUTE_MAP));
         QORFeatureMap::operator=(other);
     }
     return *this;

@@ -21,6 +21,7 @@ QORBranchingNode::~QORBranchingNode() {
 
 QORBranchingNode& QORBranchingNode::operator=(QORBranchingNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::BRANCHING_NODE));
         QORParserNode::operator=(other);
     }
     return *this;

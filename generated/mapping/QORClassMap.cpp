@@ -20,6 +20,7 @@ QORClassMap::~QORClassMap() {
 
 QORClassMap& QORClassMap::operator=(QORClassMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CLASS_MAP));
         QORClassifierMap::operator=(other);
         position_ = other.position_;
         whereClause_ = other.whereClause_;

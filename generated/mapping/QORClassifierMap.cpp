@@ -24,6 +24,7 @@ QORClassifierMap::~QORClassifierMap() {
 
 QORClassifierMap& QORClassifierMap::operator=(QORClassifierMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CLASSIFIER_MAP));
         QORMappingObject::operator=(other);
         operation_ = other.operation_;
         operationDescription_ = other.operationDescription_;

@@ -19,6 +19,7 @@ QORConstantNode::~QORConstantNode() {
 
 QORConstantNode& QORConstantNode::operator=(QORConstantNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CONSTANT_NODE));
         QORExpressionNode::operator=(other);
     }
     return *this;

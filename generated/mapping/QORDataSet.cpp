@@ -20,6 +20,7 @@ QORDataSet::~QORDataSet() {
 
 QORDataSet& QORDataSet::operator=(QORDataSet const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DATA_SET));
         QORClassifier::operator=(other);
     }
     return *this;

@@ -21,6 +21,7 @@ QORDelimiterNode::~QORDelimiterNode() {
 
 QORDelimiterNode& QORDelimiterNode::operator=(QORDelimiterNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DELIMITER_NODE));
         QORParserNode::operator=(other);
         delimiter_ = other.delimiter_;
     }

@@ -21,6 +21,7 @@ QORElementNamePart::~QORElementNamePart() {
 
 QORElementNamePart& QORElementNamePart::operator=(QORElementNamePart const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ELEMENT_NAME_PART));
         QORObject::operator=(other);
         position_ = other.position_;
         sourceElementType_ = other.sourceElementType_;

@@ -22,6 +22,7 @@ QORElementNode::~QORElementNode() {
 
 QORElementNode& QORElementNode::operator=(QORElementNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ELEMENT_NODE));
         QORExpressionNode::operator=(other);
         kind_ = other.kind_;
         destinationElementType_ = other.destinationElementType_;

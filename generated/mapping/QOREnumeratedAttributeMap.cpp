@@ -20,6 +20,7 @@ QOREnumeratedAttributeMap::~QOREnumeratedAttributeMap() {
 
 QOREnumeratedAttributeMap& QOREnumeratedAttributeMap::operator=(QOREnumeratedAttributeMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ENUMERATED_ATTRIBUTE_MAP));
         QORFeatureMap::operator=(other);
     }
     return *this;

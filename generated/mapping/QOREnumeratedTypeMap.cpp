@@ -21,6 +21,7 @@ QOREnumeratedTypeMap::~QOREnumeratedTypeMap() {
 
 QOREnumeratedTypeMap& QOREnumeratedTypeMap::operator=(QOREnumeratedTypeMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ENUMERATED_TYPE_MAP));
         QORClassifierMap::operator=(other);
     }
     return *this;

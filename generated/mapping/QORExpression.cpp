@@ -22,6 +22,7 @@ QORExpression::~QORExpression() {
 
 QORExpression& QORExpression::operator=(QORExpression const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::EXPRESSION));
         QORElement::operator=(other);
         status_ = other.status_;
     }

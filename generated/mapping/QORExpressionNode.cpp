@@ -22,6 +22,7 @@ QORExpressionNode::~QORExpressionNode() {
 
 QORExpressionNode& QORExpressionNode::operator=(QORExpressionNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::EXPRESSION_NODE));
         QORElement::operator=(other);
         position_ = other.position_;
         block_ = other.block_;

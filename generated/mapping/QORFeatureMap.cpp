@@ -22,6 +22,7 @@ QORFeatureMap::~QORFeatureMap() {
 
 QORFeatureMap& QORFeatureMap::operator=(QORFeatureMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::FEATURE_MAP));
         QORMappingObject::operator=(other);
         operation_ = other.operation_;
         operationDescription_ = other.operationDescription_;

@@ -21,6 +21,7 @@ QORKeyMap::~QORKeyMap() {
 
 QORKeyMap& QORKeyMap::operator=(QORKeyMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::KEY_MAP));
         QORFeatureMap::operator=(other);
     }
     return *this;

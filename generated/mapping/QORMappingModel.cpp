@@ -25,6 +25,7 @@ QORMappingModel::~QORMappingModel() {
 
 QORMappingModel& QORMappingModel::operator=(QORMappingModel const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MAPPING_MODEL));
         QORMappingObject::operator=(other);
     }
     return *this;

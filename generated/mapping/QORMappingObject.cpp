@@ -15,6 +15,7 @@ QORMappingObject::~QORMappingObject() {
 
 QORMappingObject& QORMappingObject::operator=(QORMappingObject const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MAPPING_OBJECT));
         QORElement::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QOROperationNode::~QOROperationNode() {
 
 QOROperationNode& QOROperationNode::operator=(QOROperationNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::OPERATION_NODE));
         QORExpressionNode::operator=(other);
     }
     return *this;

@@ -20,6 +20,7 @@ QOROperatorNode::~QOROperatorNode() {
 
 QOROperatorNode& QOROperatorNode::operator=(QOROperatorNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::OPERATOR_NODE));
         QORParserNode::operator=(other);
     }
     return *this;

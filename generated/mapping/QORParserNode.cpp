@@ -15,6 +15,7 @@ QORParserNode::~QORParserNode() {
 
 QORParserNode& QORParserNode::operator=(QORParserNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PARSER_NODE));
         QORExpressionNode::operator=(other);
     }
     return *this;

@@ -20,6 +20,7 @@ QORPredicate::~QORPredicate() {
 
 QORPredicate& QORPredicate::operator=(QORPredicate const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PREDICATE));
         QORObject::operator=(other);
         position_ = other.position_;
         prefix_ = other.prefix_;

@@ -22,6 +22,7 @@ QORPredicateNode::~QORPredicateNode() {
 
 QORPredicateNode& QORPredicateNode::operator=(QORPredicateNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PREDICATE_NODE));
         QORParserNode::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORStatementNode::~QORStatementNode() {
 
 QORStatementNode& QORStatementNode::operator=(QORStatementNode const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::STATEMENT_NODE));
         QORParserNode::operator=(other);
         statementType_ = other.statementType_;
     }

@@ -21,6 +21,7 @@ QORStepPrecedence::~QORStepPrecedence() {
 
 QORStepPrecedence& QORStepPrecedence::operator=(QORStepPrecedence const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::STEP_PRECEDENCE));
         QORMappingObject::operator=(other);
         operation_ = other.operation_;
         operationDescription_ = other.operationDescription_;

@@ -25,6 +25,7 @@ QORTransformation::~QORTransformation() {
 
 QORTransformation& QORTransformation::operator=(QORTransformation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TRANSFORMATION));
         QORMappingObject::operator=(other);
         operation_ = other.operation_;
         operationDescription_ = other.operationDescription_;

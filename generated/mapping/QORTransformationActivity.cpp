@@ -23,6 +23,7 @@ QORTransformationActivity::~QORTransformationActivity() {
 
 QORTransformationActivity& QORTransformationActivity::operator=(QORTransformationActivity const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TRANSFORMATION_ACTIVITY));
         QORMappingObject::operator=(other);
     }
     return *this;

@@ -23,6 +23,7 @@ QORTransformationStep::~QORTransformationStep() {
 
 QORTransformationStep& QORTransformationStep::operator=(QORTransformationStep const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TRANSFORMATION_STEP));
         QORMappingObject::operator=(other);
     }
     return *this;

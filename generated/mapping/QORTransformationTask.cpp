@@ -22,6 +22,7 @@ QORTransformationTask::~QORTransformationTask() {
 
 QORTransformationTask& QORTransformationTask::operator=(QORTransformationTask const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TRANSFORMATION_TASK));
         QORMappingObject::operator=(other);
     }
     return *this;

@@ -20,6 +20,7 @@ QORTypeValueMap::~QORTypeValueMap() {
 
 QORTypeValueMap& QORTypeValueMap::operator=(QORTypeValueMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TYPE_VALUE_MAP));
         QORFeatureMap::operator=(other);
     }
     return *this;

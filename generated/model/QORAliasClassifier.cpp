@@ -19,6 +19,7 @@ QORAliasClassifier::~QORAliasClassifier() {
 
 QORAliasClassifier& QORAliasClassifier::operator=(QORAliasClassifier const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ALIAS_CLASSIFIER));
         QORClassifier::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORAliasFeature::~QORAliasFeature() {
 
 QORAliasFeature& QORAliasFeature::operator=(QORAliasFeature const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ALIAS_FEATURE));
         QORFeature::operator=(other);
     }
     return *this;

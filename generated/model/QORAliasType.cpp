@@ -20,6 +20,7 @@ QORAliasType::~QORAliasType() {
 
 QORAliasType& QORAliasType::operator=(QORAliasType const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ALIAS_TYPE));
         QORType::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORArgument::~QORArgument() {
 
 QORArgument& QORArgument::operator=(QORArgument const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ARGUMENT));
         QORModelObject::operator=(other);
         position_ = other.position_;
         defaultValue_ = other.defaultValue_;

@@ -19,6 +19,7 @@ QORArtificialAttribute::~QORArtificialAttribute() {
 
 QORArtificialAttribute& QORArtificialAttribute::operator=(QORArtificialAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ARTIFICIAL_ATTRIBUTE));
         QORAttribute::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORAssociation::~QORAssociation() {
 
 QORAssociation& QORAssociation::operator=(QORAssociation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ASSOCIATION));
         QORRelationship::operator=(other);
         aggregation_ = other.aggregation_;
         extraConstraint_ = other.extraConstraint_;

@@ -25,6 +25,7 @@ QORAssociationRole::~QORAssociationRole() {
 
 QORAssociationRole& QORAssociationRole::operator=(QORAssociationRole const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ASSOCIATION_ROLE));
         QORModelObject::operator=(other);
         source_ = other.source_;
         multiplicity_ = other.multiplicity_;

@@ -21,6 +21,7 @@ QORAssociationRoleNameMap::~QORAssociationRoleNameMap() {
 
 QORAssociationRoleNameMap& QORAssociationRoleNameMap::operator=(QORAssociationRoleNameMap const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ASSOCIATION_ROLE_NAME_MAP));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -26,6 +26,7 @@ QORAttribute::~QORAttribute() {
 
 QORAttribute& QORAttribute::operator=(QORAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::ATTRIBUTE));
         QORStructuralFeature::operator=(other);
         cppScope_ = other.cppScope_;
         cppContainment_ = other.cppContainment_;

@@ -19,6 +19,7 @@ QORBaseType::~QORBaseType() {
 
 QORBaseType& QORBaseType::operator=(QORBaseType const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::BASE_TYPE));
         QORConcreteType::operator=(other);
     }
     return *this;

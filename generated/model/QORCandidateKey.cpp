@@ -21,6 +21,7 @@ QORCandidateKey::~QORCandidateKey() {
 
 QORCandidateKey& QORCandidateKey::operator=(QORCandidateKey const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CANDIDATE_KEY));
         QORKey::operator=(other);
         uniqueKey_ = other.uniqueKey_;
     }

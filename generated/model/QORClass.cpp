@@ -34,6 +34,7 @@ QORClass::~QORClass() {
 
 QORClass& QORClass::operator=(QORClass const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CLASS));
         QORClassifier::operator=(other);
         cppClassType_ = other.cppClassType_;
         cppScope_ = other.cppScope_;

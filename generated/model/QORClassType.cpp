@@ -20,6 +20,7 @@ QORClassType::~QORClassType() {
 
 QORClassType& QORClassType::operator=(QORClassType const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CLASS_TYPE));
         QORType::operator=(other);
     }
     return *this;

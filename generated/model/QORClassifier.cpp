@@ -21,6 +21,7 @@ QORClassifier::~QORClassifier() {
 
 QORClassifier& QORClassifier::operator=(QORClassifier const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CLASSIFIER));
         QORModelElement::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORDataAttribute::~QORDataAttribute() {
 
 QORDataAttribute& QORDataAttribute::operator=(QORDataAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DATA_ATTRIBUTE));
         QORStructuralFeature::operator=(other);
         usage_ = other.usage_;
     }

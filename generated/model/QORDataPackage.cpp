@@ -16,6 +16,7 @@ QORDataPackage::~QORDataPackage() {
 
 QORDataPackage& QORDataPackage::operator=(QORDataPackage const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DATA_PACKAGE));
         QORPackage::operator=(other);
         direction_ = other.direction_;
     }

@@ -19,6 +19,7 @@ QORDatabaseCatalog::~QORDatabaseCatalog() {
 
 QORDatabaseCatalog& QORDatabaseCatalog::operator=(QORDatabaseCatalog const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DATABASE_CATALOG));
         QORDataPackage::operator=(other);
         systemType_ = other.systemType_;
         nativeVersion_ = other.nativeVersion_;

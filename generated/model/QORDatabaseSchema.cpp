@@ -19,6 +19,7 @@ QORDatabaseSchema::~QORDatabaseSchema() {
 
 QORDatabaseSchema& QORDatabaseSchema::operator=(QORDatabaseSchema const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DATABASE_SCHEMA));
         QORDataPackage::operator=(other);
     }
     return *this;

@@ -20,6 +20,7 @@ QORDependency::~QORDependency() {
 
 QORDependency& QORDependency::operator=(QORDependency const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DEPENDENCY));
         QORRelationship::operator=(other);
     }
     return *this;

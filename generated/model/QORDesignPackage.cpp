@@ -25,6 +25,7 @@ QORDesignPackage::~QORDesignPackage() {
 
 QORDesignPackage& QORDesignPackage::operator=(QORDesignPackage const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DESIGN_PACKAGE));
         QORPackage::operator=(other);
         userDefined_ = other.userDefined_;
     }

@@ -19,6 +19,7 @@ QORFeature::~QORFeature() {
 
 QORFeature& QORFeature::operator=(QORFeature const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::FEATURE));
         QORModelObject::operator=(other);
         position_ = other.position_;
     }

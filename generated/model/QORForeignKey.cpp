@@ -23,6 +23,7 @@ QORForeignKey::~QORForeignKey() {
 
 QORForeignKey& QORForeignKey::operator=(QORForeignKey const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::FOREIGN_KEY));
         QORKey::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORGeneralization::~QORGeneralization() {
 
 QORGeneralization& QORGeneralization::operator=(QORGeneralization const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::GENERALIZATION));
         QORRelationship::operator=(other);
         cppScope_ = other.cppScope_;
         cppVirtual_ = other.cppVirtual_;

@@ -23,6 +23,7 @@ QORGrouping::~QORGrouping() {
 
 QORGrouping& QORGrouping::operator=(QORGrouping const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::GROUPING));
         QORModelObject::operator=(other);
         position_ = other.position_;
         groupingType_ = other.groupingType_;

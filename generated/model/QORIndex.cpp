@@ -23,6 +23,7 @@ QORIndex::~QORIndex() {
 
 QORIndex& QORIndex::operator=(QORIndex const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::INDEX));
         QORModelObject::operator=(other);
         clustered_ = other.clustered_;
         generate_ = other.generate_;

@@ -21,6 +21,7 @@ QORIndexMember::~QORIndexMember() {
 
 QORIndexMember& QORIndexMember::operator=(QORIndexMember const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::INDEX_MEMBER));
         QORModelObject::operator=(other);
         position_ = other.position_;
         sortOrder_ = other.sortOrder_;

@@ -19,6 +19,7 @@ QORKey::~QORKey() {
 
 QORKey& QORKey::operator=(QORKey const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::KEY));
         QORModelObject::operator=(other);
     }
     return *this;

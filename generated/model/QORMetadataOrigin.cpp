@@ -21,6 +21,7 @@ QORMetadataOrigin::~QORMetadataOrigin() {
 
 QORMetadataOrigin& QORMetadataOrigin::operator=(QORMetadataOrigin const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::METADATA_ORIGIN));
         QORElement::operator=(other);
         encoding_ = other.encoding_;
         vendorName_ = other.vendorName_;

@@ -25,6 +25,7 @@ QORModel::~QORModel() {
 
 QORModel& QORModel::operator=(QORModel const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MODEL));
         QORPackage::operator=(other);
     }
     return *this;

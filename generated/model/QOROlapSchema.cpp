@@ -19,6 +19,7 @@ QOROlapSchema::~QOROlapSchema() {
 
 QOROlapSchema& QOROlapSchema::operator=(QOROlapSchema const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::OLAP_SCHEMA));
         QORDataPackage::operator=(other);
     }
     return *this;

@@ -25,6 +25,7 @@ QOROperation::~QOROperation() {
 
 QOROperation& QOROperation::operator=(QOROperation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::OPERATION));
         QORModelObject::operator=(other);
         position_ = other.position_;
         cppScope_ = other.cppScope_;

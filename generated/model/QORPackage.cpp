@@ -15,6 +15,7 @@ QORPackage::~QORPackage() {
 
 QORPackage& QORPackage::operator=(QORPackage const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PACKAGE));
         QORModelObject::operator=(other);
     }
     return *this;

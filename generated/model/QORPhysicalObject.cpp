@@ -22,6 +22,7 @@ QORPhysicalObject::~QORPhysicalObject() {
 
 QORPhysicalObject& QORPhysicalObject::operator=(QORPhysicalObject const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PHYSICAL_OBJECT));
         QORModelObject::operator=(other);
         objectType_ = other.objectType_;
     }

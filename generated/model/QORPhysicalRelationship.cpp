@@ -20,6 +20,7 @@ QORPhysicalRelationship::~QORPhysicalRelationship() {
 
 QORPhysicalRelationship& QORPhysicalRelationship::operator=(QORPhysicalRelationship const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PHYSICAL_RELATIONSHIP));
         QORObject::operator=(other);
     }
     return *this;

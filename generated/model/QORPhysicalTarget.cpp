@@ -21,6 +21,7 @@ QORPhysicalTarget::~QORPhysicalTarget() {
 
 QORPhysicalTarget& QORPhysicalTarget::operator=(QORPhysicalTarget const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PHYSICAL_TARGET));
         QORModelObject::operator=(other);
         targetType_ = other.targetType_;
     }

@@ -21,6 +21,7 @@ QORPropertyType::~QORPropertyType() {
 
 QORPropertyType& QORPropertyType::operator=(QORPropertyType const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PROPERTY_TYPE));
         QORDerivedType::operator=(other);
         position_ = other.position_;
         usage_ = other.usage_;

@@ -21,6 +21,7 @@ QORPropertyValue::~QORPropertyValue() {
 
 QORPropertyValue& QORPropertyValue::operator=(QORPropertyValue const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PROPERTY_VALUE));
         QORObject::operator=(other);
         value_ = other.value_;
         position_ = other.position_;

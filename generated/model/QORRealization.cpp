@@ -20,6 +20,7 @@ QORRealization::~QORRealization() {
 
 QORRealization& QORRealization::operator=(QORRealization const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REALIZATION));
         QORRelationship::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORRecordFileSchema::~QORRecordFileSchema() {
 
 QORRecordFileSchema& QORRecordFileSchema::operator=(QORRecordFileSchema const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::RECORD_FILE_SCHEMA));
         QORDataPackage::operator=(other);
     }
     return *this;

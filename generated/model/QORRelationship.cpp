@@ -15,6 +15,7 @@ QORRelationship::~QORRelationship() {
 
 QORRelationship& QORRelationship::operator=(QORRelationship const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::RELATIONSHIP));
         QORModelElement::operator=(other);
     }
     return *this;

@@ -21,6 +21,7 @@ QORSQLViewAssociation::~QORSQLViewAssociation() {
 
 QORSQLViewAssociation& QORSQLViewAssociation::operator=(QORSQLViewAssociation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::SQL_VIEW_ASSOCIATION));
         QORRelationship::operator=(other);
         sQLTableSequence_ = other.sQLTableSequence_;
         aliasName_ = other.aliasName_;

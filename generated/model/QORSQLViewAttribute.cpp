@@ -20,6 +20,7 @@ QORSQLViewAttribute::~QORSQLViewAttribute() {
 
 QORSQLViewAttribute& QORSQLViewAttribute::operator=(QORSQLViewAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::SQL_VIEW_ATTRIBUTE));
         QORStructuralFeature::operator=(other);
         expression_ = other.expression_;
     }

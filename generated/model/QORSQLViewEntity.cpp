@@ -22,6 +22,7 @@ QORSQLViewEntity::~QORSQLViewEntity() {
 
 QORSQLViewEntity& QORSQLViewEntity::operator=(QORSQLViewEntity const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::SQL_VIEW_ENTITY));
         QORClassifier::operator=(other);
         dimensionalRole_ = other.dimensionalRole_;
         viewType_ = other.viewType_;

@@ -20,6 +20,7 @@ QORStoredProcedure::~QORStoredProcedure() {
 
 QORStoredProcedure& QORStoredProcedure::operator=(QORStoredProcedure const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::STORED_PROCEDURE));
         QOROperation::operator=(other);
     }
     return *this;

@@ -15,6 +15,7 @@ QORStructuralFeature::~QORStructuralFeature() {
 
 QORStructuralFeature& QORStructuralFeature::operator=(QORStructuralFeature const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::STRUCTURAL_FEATURE));
         QORFeature::operator=(other);
         initialValue_ = other.initialValue_;
         optional_ = other.optional_;

@@ -19,6 +19,7 @@ QORTrigger::~QORTrigger() {
 
 QORTrigger& QORTrigger::operator=(QORTrigger const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TRIGGER));
         QOROperation::operator=(other);
         triggerType_ = other.triggerType_;
         fireOnInsert_ = other.fireOnInsert_;

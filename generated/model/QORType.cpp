@@ -22,6 +22,7 @@ QORType::~QORType() {
 
 QORType& QORType::operator=(QORType const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::TYPE));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORXmlSchema::~QORXmlSchema() {
 
 QORXmlSchema& QORXmlSchema::operator=(QORXmlSchema const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::XML_SCHEMA));
         QORDataPackage::operator=(other);
     }
     return *this;

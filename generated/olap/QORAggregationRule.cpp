@@ -21,6 +21,7 @@ QORAggregationRule::~QORAggregationRule() {
 
 QORAggregationRule& QORAggregationRule::operator=(QORAggregationRule const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::AGGREGATION_RULE));
         QORModelObject::operator=(other);
         rule_ = other.rule_;
     }

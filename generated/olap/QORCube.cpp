@@ -22,6 +22,7 @@ QORCube::~QORCube() {
 
 QORCube& QORCube::operator=(QORCube const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CUBE));
         QORClassifier::operator=(other);
     }
     return *this;

@@ -23,6 +23,7 @@ QORCubeDimensionAssociation::~QORCubeDimensionAssociation() {
 
 QORCubeDimensionAssociation& QORCubeDimensionAssociation::operator=(QORCubeDimensionAssociation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CUBE_DIMENSION_ASSOCIATION));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -23,6 +23,7 @@ QORDimension::~QORDimension() {
 
 QORDimension& QORDimension::operator=(QORDimension const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DIMENSION));
         QORClassifier::operator=(other);
         type_ = other.type_;
         hide_ = other.hide_;

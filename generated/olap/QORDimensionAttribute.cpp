@@ -20,6 +20,7 @@ QORDimensionAttribute::~QORDimensionAttribute() {
 
 QORDimensionAttribute& QORDimensionAttribute::operator=(QORDimensionAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DIMENSION_ATTRIBUTE));
         QORStructuralFeature::operator=(other);
         sort_ = other.sort_;
         hide_ = other.hide_;

@@ -21,6 +21,7 @@ QORDrillPath::~QORDrillPath() {
 
 QORDrillPath& QORDrillPath::operator=(QORDrillPath const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DRILL_PATH));
         QORModelElement::operator=(other);
     }
     return *this;

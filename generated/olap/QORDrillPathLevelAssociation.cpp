@@ -22,6 +22,7 @@ QORDrillPathLevelAssociation::~QORDrillPathLevelAssociation() {
 
 QORDrillPathLevelAssociation& QORDrillPathLevelAssociation::operator=(QORDrillPathLevelAssociation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DRILL_PATH_LEVEL_ASSOCIATION));
         QORModelObject::operator=(other);
         position_ = other.position_;
     }

@@ -20,6 +20,7 @@ QORFilter::~QORFilter() {
 
 QORFilter& QORFilter::operator=(QORFilter const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::FILTER));
         QORClassifier::operator=(other);
         hide_ = other.hide_;
     }

@@ -23,6 +23,7 @@ QORHierarchy::~QORHierarchy() {
 
 QORHierarchy& QORHierarchy::operator=(QORHierarchy const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::HIERARCHY));
         QORModelObject::operator=(other);
         type_ = other.type_;
     }

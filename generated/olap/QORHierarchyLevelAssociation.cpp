@@ -22,6 +22,7 @@ QORHierarchyLevelAssociation::~QORHierarchyLevelAssociation() {
 
 QORHierarchyLevelAssociation& QORHierarchyLevelAssociation::operator=(QORHierarchyLevelAssociation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::HIERARCHY_LEVEL_ASSOCIATION));
         QORModelObject::operator=(other);
         position_ = other.position_;
     }

@@ -22,6 +22,7 @@ QORJoin::~QORJoin() {
 
 QORJoin& QORJoin::operator=(QORJoin const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::JOIN));
         QORClassifier::operator=(other);
         type_ = other.type_;
         userDefined_ = other.userDefined_;

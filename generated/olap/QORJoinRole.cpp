@@ -21,6 +21,7 @@ QORJoinRole::~QORJoinRole() {
 
 QORJoinRole& QORJoinRole::operator=(QORJoinRole const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::JOIN_ROLE));
         QORModelObject::operator=(other);
         multiplicity_ = other.multiplicity_;
         left_ = other.left_;

@@ -25,6 +25,7 @@ QORLevel::~QORLevel() {
 
 QORLevel& QORLevel::operator=(QORLevel const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::LEVEL));
         QORClassifier::operator=(other);
     }
     return *this;

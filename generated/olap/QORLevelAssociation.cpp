@@ -22,6 +22,7 @@ QORLevelAssociation::~QORLevelAssociation() {
 
 QORLevelAssociation& QORLevelAssociation::operator=(QORLevelAssociation const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::LEVEL_ASSOCIATION));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORLevelAttribute::~QORLevelAttribute() {
 
 QORLevelAttribute& QORLevelAttribute::operator=(QORLevelAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::LEVEL_ATTRIBUTE));
         QORStructuralFeature::operator=(other);
     }
     return *this;

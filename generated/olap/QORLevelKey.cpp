@@ -21,6 +21,7 @@ QORLevelKey::~QORLevelKey() {
 
 QORLevelKey& QORLevelKey::operator=(QORLevelKey const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::LEVEL_KEY));
         QORModelObject::operator=(other);
     }
     return *this;

@@ -20,6 +20,7 @@ QORMeasure::~QORMeasure() {
 
 QORMeasure& QORMeasure::operator=(QORMeasure const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MEASURE));
         QORStructuralFeature::operator=(other);
         defaultAggregation_ = other.defaultAggregation_;
         sort_ = other.sort_;

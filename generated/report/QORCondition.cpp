@@ -20,6 +20,7 @@ QORCondition::~QORCondition() {
 
 QORCondition& QORCondition::operator=(QORCondition const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CONDITION));
         QORStructuralFeature::operator=(other);
         hide_ = other.hide_;
     }

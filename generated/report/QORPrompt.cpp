@@ -19,6 +19,7 @@ QORPrompt::~QORPrompt() {
 
 QORPrompt& QORPrompt::operator=(QORPrompt const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PROMPT));
         QORClassifier::operator=(other);
         question_ = other.question_;
         multipleSelection_ = other.multipleSelection_;

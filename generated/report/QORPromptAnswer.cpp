@@ -19,6 +19,7 @@ QORPromptAnswer::~QORPromptAnswer() {
 
 QORPromptAnswer& QORPromptAnswer::operator=(QORPromptAnswer const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::PROMPT_ANSWER));
         QORStructuralFeature::operator=(other);
     }
     return *this;

@@ -22,6 +22,7 @@ QORReport::~QORReport() {
 
 QORReport& QORReport::operator=(QORReport const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT));
         QORModelElement::operator=(other);
     }
     return *this;

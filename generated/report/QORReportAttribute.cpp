@@ -20,6 +20,7 @@ QORReportAttribute::~QORReportAttribute() {
 
 QORReportAttribute& QORReportAttribute::operator=(QORReportAttribute const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_ATTRIBUTE));
         QORStructuralFeature::operator=(other);
         usage_ = other.usage_;
     }

@@ -19,6 +19,7 @@ QORReportAxis::~QORReportAxis() {
 
 QORReportAxis& QORReportAxis::operator=(QORReportAxis const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_AXIS));
         QORReportItem::operator=(other);
         role_ = other.role_;
     }

@@ -15,6 +15,7 @@ QORReportBlock::~QORReportBlock() {
 
 QORReportBlock& QORReportBlock::operator=(QORReportBlock const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_BLOCK));
         QORReportItem::operator=(other);
     }
     return *this;

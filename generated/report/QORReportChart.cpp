@@ -19,6 +19,7 @@ QORReportChart::~QORReportChart() {
 
 QORReportChart& QORReportChart::operator=(QORReportChart const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_CHART));
         QORReportBlock::operator=(other);
     }
     return *this;

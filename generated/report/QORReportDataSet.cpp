@@ -19,6 +19,7 @@ QORReportDataSet::~QORReportDataSet() {
 
 QORReportDataSet& QORReportDataSet::operator=(QORReportDataSet const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_DATA_SET));
         QORClassifier::operator=(other);
     }
     return *this;

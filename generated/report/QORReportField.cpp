@@ -20,6 +20,7 @@ QORReportField::~QORReportField() {
 
 QORReportField& QORReportField::operator=(QORReportField const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_FIELD));
         QORReportItem::operator=(other);
     }
     return *this;

@@ -18,6 +18,7 @@ QORReportItem::~QORReportItem() {
 
 QORReportItem& QORReportItem::operator=(QORReportItem const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_ITEM));
         QORModelObject::operator=(other);
         position_ = other.position_;
     }

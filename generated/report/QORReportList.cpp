@@ -19,6 +19,7 @@ QORReportList::~QORReportList() {
 
 QORReportList& QORReportList::operator=(QORReportList const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_LIST));
         QORReportBlock::operator=(other);
     }
     return *this;

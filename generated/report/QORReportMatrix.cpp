@@ -19,6 +19,7 @@ QORReportMatrix::~QORReportMatrix() {
 
 QORReportMatrix& QORReportMatrix::operator=(QORReportMatrix const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_MATRIX));
         QORReportBlock::operator=(other);
     }
     return *this;

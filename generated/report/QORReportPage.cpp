@@ -19,6 +19,7 @@ QORReportPage::~QORReportPage() {
 
 QORReportPage& QORReportPage::operator=(QORReportPage const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_PAGE));
         QORReportItem::operator=(other);
     }
     return *this;

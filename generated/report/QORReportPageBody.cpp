@@ -19,6 +19,7 @@ QORReportPageBody::~QORReportPageBody() {
 
 QORReportPageBody& QORReportPageBody::operator=(QORReportPageBody const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_PAGE_BODY));
         QORReportItem::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORReportPageFooter::~QORReportPageFooter() {
 
 QORReportPageFooter& QORReportPageFooter::operator=(QORReportPageFooter const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_PAGE_FOOTER));
         QORReportItem::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORReportPageHeader::~QORReportPageHeader() {
 
 QORReportPageHeader& QORReportPageHeader::operator=(QORReportPageHeader const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_PAGE_HEADER));
         QORReportItem::operator=(other);
     }
     return *this;

@@ -19,6 +19,7 @@ QORReportRectangle::~QORReportRectangle() {
 
 QORReportRectangle& QORReportRectangle::operator=(QORReportRectangle const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_RECTANGLE));
         QORReportItem::operator=(other);
     }
     return *this;

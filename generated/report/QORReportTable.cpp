@@ -19,6 +19,7 @@ QORReportTable::~QORReportTable() {
 
 QORReportTable& QORReportTable::operator=(QORReportTable const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_TABLE));
         QORReportBlock::operator=(other);
     }
     return *this;

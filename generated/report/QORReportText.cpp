@@ -19,6 +19,7 @@ QORReportText::~QORReportText() {
 
 QORReportText& QORReportText::operator=(QORReportText const& other) {
     if (this != &other) {
+        QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::REPORT_TEXT));
         QORReportItem::operator=(other);
         value_ = other.value_;
     }

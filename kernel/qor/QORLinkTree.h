@@ -36,6 +36,9 @@ public:
     /// tree refuses the new key, calls `change` once more, to restore the old key, puts the element back
     /// where it was and gives false. Allocates nothing itself; `change` must not throw.
     bool rekeyItem(QORContainerItem const* item, void (*change)(void*), void* context);
+    /// Takes an element over from another tree with its node; false, with nothing changed, if this end
+    /// refuses it or the other one doesn't hold it. Allocates nothing.
+    bool adoptItem(QORLinkTree& other, QORContainerItem const* item);
     /// `drainFirst` of the tree, with the cursor unset.
     QORContainerItem* drainFirst();
 
