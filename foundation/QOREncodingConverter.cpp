@@ -163,6 +163,26 @@ void latin1ToUtf8(char const* text, std::size_t count, std::string& result) {
     }
 }
 
+/// The same for the commonest conversion, which is done without a detour.
+QORString latin1ToUtf8(QORString const& text) {
+    char small[512];
+    std::string large;
+    char* bytes = small;
+    if (static_cast<std::size_t>(text.length) * 2 >= sizeof small) {
+        large.resize(static_cast<std::size_t>(text.length) * 2 + 1);
+        bytes = large.data();
+    }
+    char* end = bytes;
+    for (int i = 0; i < text.length; ++i) {
+        unsigned const code = static_cast<unsigned char>(text.chars[i]);
+        if (code >= 0x80)
+            *end++ = static_cast<char>(0xC0U | code >> 6);
+        *end++ = static_cast<char>(code < 0x80 ? code : 0x80U | (code & 0x3FU));
+    }
+    *end = '\0';
+    return QORString(bytes);
+}
+
 bool utf8ToLatin1(std::string const& text, std::string& result) {
     result.clear();
     result.reserve(text.size());
@@ -253,23 +273,42 @@ bool QOREncodingConverter::fromUtf8(std::string const& text, std::string& result
     return !(dropsTags && hasTags(text)) && Run(encoder, result).convert(text.data(), text.size());
 }
 
+bool isUnchangedByEncoding(QORString const& text, QOREncodingConverter const* from,
+                           QOREncodingConverter const* to, int& firstCounter) {
+    if (from == nullptr || to == nullptr) {
+        return true;
+    }
+    bool const unchanged =
+        text.length == 0 || (from->extendsAscii && to->extendsAscii &&
+                             isPlainAscii(text.chars, static_cast<std::size_t>(text.length)));
+    firstCounter += unchanged;
+    return unchanged;
+}
+
 QORString convertEncoding(QORString const& text, QOREncodingConverter* from, QOREncodingConverter* to,
                           int& firstCounter, int& errorCounter) {
-    if (from == nullptr || to == nullptr) {
-        return text;
+    int counted = firstCounter;
+    if (isUnchangedByEncoding(text, from, to, counted)) {
+        QORString same(text);
+        firstCounter = counted;
+        return same;
     }
     std::size_t const count = static_cast<std::size_t>(text.length);
-    bool const unchanged =
-        count == 0 || (from->extendsAscii && to->extendsAscii && isPlainAscii(text.chars, count));
+    if (from->kind == QOREncodingConverter::Kind::ISO_8859_1 &&
+        to->kind == QOREncodingConverter::Kind::UTF_8) {
+        QORString result = latin1ToUtf8(text);
+        ++firstCounter;
+        return result;
+    }
     std::string utf8;
     std::string converted;
-    if (!unchanged && !(from->toUtf8(text.chars, count, utf8) && to->fromUtf8(utf8, converted) &&
-                        converted.find('\0') == std::string::npos)) {
+    if (!(from->toUtf8(text.chars, count, utf8) && to->fromUtf8(utf8, converted) &&
+          converted.find('\0') == std::string::npos)) {
         QORString same(text);
         ++errorCounter;
         return same;
     }
-    QORString result = unchanged ? text : QORString(converted.c_str());
+    QORString result(converted.c_str());
     ++firstCounter;
     return result;
 }

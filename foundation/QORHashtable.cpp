@@ -297,19 +297,16 @@ QORContainerItem* QORHashtable::Iterator::findLast(QORContainerKey const* key) {
 }
 
 QORContainerItem* QORHashtable::Iterator::findNext(QORContainerKey const* key) {
-    Node* found = get() ? node->nextInBucket : nullptr;
+    Node* found = get() ? node->next : nullptr;
     while (found && table()->compare2Key(found->item, key) != 0)
-        found = found->nextInBucket;
+        found = found->next;
     return place(found);
 }
 
 QORContainerItem* QORHashtable::Iterator::findPrevious(QORContainerKey const* key) {
-    if (!get())
-        return place(nullptr);
-    Node* found = nullptr;
-    for (Node* each = table()->bucketOf(node->hash); each != node; each = each->nextInBucket)
-        if (table()->compare2Key(each->item, key) == 0)
-            found = each;
+    Node* found = get() ? node->previous : nullptr;
+    while (found && table()->compare2Key(found->item, key) != 0)
+        found = found->previous;
     return place(found);
 }
 

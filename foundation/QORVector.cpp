@@ -123,6 +123,8 @@ bool QORVector::empty() {
     block->live = 0;
     block->first = 0;
     for (Iterator* walk = block->iterators; walk; walk = walk->nextOfVector) {
+        if (walk->index < 0)
+            continue;
         walk->index = 0;
         walk->gone = true;
     }
@@ -163,7 +165,7 @@ bool QORVector::remove(QORContainer::Iterator* iterator) {
     if (!walk || walk->container != this || !walk->get())
         return false;
     removeElement(walk->index);
-    walk->gone = false;
+    walk->place(walk->index);
     return true;
 }
 
@@ -275,9 +277,7 @@ QORVector::Iterator::Iterator(QORVector const& vector, bool toFirst) {
 }
 
 QORVector::Iterator::Iterator(Iterator const& other) : QORContainer::Iterator() {
-    attach(other.vector());
-    place(other.index);
-    gone = other.gone;
+    copyFrom(other);
 }
 
 QORVector::Iterator::~Iterator() {
@@ -308,21 +308,32 @@ void QORVector::Iterator::detach() {
     gone = false;
 }
 
-/// Stands on a position and enters the vector's list of iterators; a vector without memory has no list yet,
-/// and nothing to stand on.
+/// Enters the vector's list of iterators, so that changes of the vector reach this one.
+void QORVector::Iterator::enlist() {
+    if (linkToThis)
+        return;
+    Block* const block = vector()->block;
+    nextOfVector = block->iterators;
+    if (nextOfVector)
+        nextOfVector->linkToThis = &nextOfVector;
+    block->iterators = this;
+    linkToThis = &block->iterators;
+}
+
+void QORVector::Iterator::copyFrom(Iterator const& other) {
+    attach(other.vector());
+    index = other.index;
+    gone = other.gone;
+    if (index >= 0)
+        enlist();
+}
+
+/// Stands on a position, or on nothing if there is no such one.
 QORContainerItem* QORVector::Iterator::place(int position) {
-    index = position;
+    index = container && position >= 0 && position < vector()->live() ? position : -1;
     gone = false;
-    if (!container || !vector()->block)
-        return nullptr;
-    if (!linkToThis) {
-        Block* const block = vector()->block;
-        nextOfVector = block->iterators;
-        if (nextOfVector)
-            nextOfVector->linkToThis = &nextOfVector;
-        block->iterators = this;
-        linkToThis = &block->iterators;
-    }
+    if (index >= 0)
+        enlist();
     return get();
 }
 
@@ -331,7 +342,7 @@ QORContainerItem* QORVector::Iterator::operator*() const {
 }
 
 QORContainerItem* QORVector::Iterator::get() const {
-    return container && !gone && linkToThis ? vector()->QORVector::operator[](index) : nullptr;
+    return index >= 0 && !gone ? vector()->QORVector::operator[](index) : nullptr;
 }
 
 QORContainerItem* QORVector::Iterator::moveToFirst() {
@@ -345,17 +356,16 @@ QORContainerItem* QORVector::Iterator::moveToLast() {
 QORContainerItem* QORVector::Iterator::next(int steps) {
     if (steps < 0)
         return steps == INT_MIN ? place(-1) : previous(-steps);
-    if (!container || index < 0 || steps == 0)
+    if (index < 0 || steps == 0)
         return get();
-    int const count = vector()->live();
     int const from = gone ? index - 1 : index;
-    return place(steps < count - from ? from + steps : count);
+    return place(steps < vector()->live() - from ? from + steps : -1);
 }
 
 QORContainerItem* QORVector::Iterator::previous(int steps) {
     if (steps < 0)
         return steps == INT_MIN ? place(-1) : next(-steps);
-    if (!container || index < 0 || steps == 0)
+    if (index < 0 || steps == 0)
         return get();
     return place(steps <= index ? index - steps : -1);
 }
@@ -385,11 +395,8 @@ bool QORVector::Iterator::operator!=(Iterator const& other) const {
 }
 
 QORVector::Iterator& QORVector::Iterator::operator=(Iterator const& other) {
-    if (this == &other)
-        return *this;
-    attach(other.vector());
-    place(other.index);
-    gone = other.gone;
+    if (this != &other)
+        copyFrom(other);
     return *this;
 }
 

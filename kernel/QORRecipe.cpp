@@ -489,12 +489,31 @@ void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
 
 void QORRecipe::transcode(QORString& text, QOREncodingConverter* from, QOREncodingConverter* to,
                           int& firstCounter, int& errorCounter) {
-    if (text.length == 0)
+    if (text.length == 0 || isUnchangedByEncoding(text, from, to, firstCounter))
         return;
     int const errors = errorCounter;
     QORString converted = convertEncoding(text, from, to, firstCounter, errorCounter);
     if (errorCounter == errors)
         text = std::move(converted);
+}
+
+/// Re-encodes the name of an object that is exactly of its class. A name that stays needs no new place,
+/// except that an object held in a vector goes to the end with each naming.
+void QORRecipe::transcodeName(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
+                              QOREncodingConverter* to, int& firstCounter, int& errorCounter) {
+    if (object.name.length == 0)
+        return;
+    if (!isUnchangedByEncoding(object.name, from, to, firstCounter))
+        object.QORObject::transcode(from, to, firstCounter, errorCounter);
+    else if (heldInVector(object, level))
+        object.setName(QORString(object.name));
+}
+
+bool QORRecipe::heldInVector(QORObject const& object, QORClassDescription const& level) {
+    for (std::uint16_t const end : level.parents)
+        if (isSet(object, QORMetamodel::ends[end]))
+            return QORMetamodel::ends[QORMetamodel::ends[end].far].shape == QOREndShape::VECTOR;
+    return false;
 }
 
 /// An object whose children are being re-encoded. They stand in a snapshot, since a child's new name moves it
@@ -532,7 +551,10 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
     auto const texts = [&](QORObject& each, QORClassDescription const& description) {
         for (std::uint16_t const offset : description.strings)
             transcode(fieldAt<QORString>(each, offset), from, to, firstCounter, errorCounter);
-        each.QORObject::transcode(from, to, firstCounter, errorCounter);
+        if (&description == exactDescription(each))
+            transcodeName(each, description, from, to, firstCounter, errorCounter);
+        else
+            each.QORObject::transcode(from, to, firstCounter, errorCounter);
     };
     texts(object, level);
     std::deque<TranscodeFrame> frames;

@@ -100,6 +100,9 @@ private:
     static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level);
     static void takeApart(QORObject& top, QORClassDescription const& level);
     static bool makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd);
+    static void transcodeName(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
+                              QOREncodingConverter* to, int& firstCounter, int& errorCounter);
+    static bool heldInVector(QORObject const& object, QORClassDescription const& level);
     static bool isParent(QORObject const& object, QORClassDescription const& level);
     static bool ownerIsSet(QORObject const& object, QORClassDescription const& level);
     static QORClassDescription const* exactDescription(QORObject const& object);

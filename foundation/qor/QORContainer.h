@@ -14,6 +14,12 @@ public:
 
     /// Number of items. Read it freely; only the containers write it.
     int size = 0;
+
+protected:
+    _QORContainer() = default;
+    /// Leaves the number alone: a container that takes items over counts them itself.
+    _QORContainer(_QORContainer const&) {}
+    _QORContainer& operator=(_QORContainer const&) { return *this; }
 };
 
 /// What all containers offer. The order of the elements and the notion of a duplicate are those of

@@ -24,6 +24,8 @@ public:
 private:
     friend QOR_API QORString convertEncoding(QORString const&, QOREncodingConverter*, QOREncodingConverter*,
                                              int&, int&);
+    friend QOR_API bool isUnchangedByEncoding(QORString const&, QOREncodingConverter const*,
+                                              QOREncodingConverter const*, int&);
 
     enum class Kind { UTF_8, ISO_8859_1, OTHER };
 
@@ -47,3 +49,7 @@ private:
 /// given unchanged and nothing is counted. Throws std::bad_alloc with both counters as they were.
 QOR_API QORString convertEncoding(QORString const& text, QOREncodingConverter* from, QOREncodingConverter* to,
                                   int& firstCounter, int& errorCounter);
+
+/// Whether `convertEncoding` would give the text unchanged; counts it in `firstCounter` then, as that does.
+QOR_API bool isUnchangedByEncoding(QORString const& text, QOREncodingConverter const* from,
+                                   QOREncodingConverter const* to, int& firstCounter);

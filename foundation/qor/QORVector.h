@@ -40,9 +40,11 @@ public:
         QORVector const* vector() const;
         void attach(QORVector const* vector);
         void detach();
+        void enlist();
+        void copyFrom(Iterator const& other);
         QORContainerItem* place(int position);
 
-        int index = -1;
+        int index = -1;    ///< -1: the iterator stands on nothing
         bool gone = false; ///< the current element was removed; `index` is that of its follower
         Iterator* nextOfVector = nullptr;
         Iterator** linkToThis = nullptr; ///< the pointer that leads here in the vector's list of iterators
@@ -83,7 +85,8 @@ public:
     QORContainerItem* drainFirst();
     /// Ends a series of `drainFirst`.
     void endDraining();
-    /// Gives the memory of an empty vector back; iterators on it are then unattached. A vector with items stays.
+    /// Gives the memory of an empty vector back; iterators on it are then unattached. A vector with items
+    /// stays.
     void releaseMemory();
 
 protected:
