@@ -8,8 +8,8 @@ struct QORHashtable::Node {
     QORContainerItem* item;
     unsigned long hash;
     Node* nextInBucket;
-    Node* next; ///< of a removed node: the node that followed it, or null
-    Node* previous;
+    Node* next;     ///< of a removed node: the node that followed it, or null
+    Node* previous; ///< of a node removed as the last one: the node before it, or null
     int pins;
     bool removed;
 };
@@ -21,9 +21,9 @@ void QORHashtable::pin(Node* node) {
 
 void QORHashtable::unpin(Node* node) {
     while (node && --node->pins == 0 && node->removed) {
-        Node* const follower = node->next;
+        Node* const way = node->next ? node->next : node->previous;
         delete node;
-        node = follower;
+        node = way;
     }
 }
 
@@ -99,6 +99,7 @@ bool QORHashtable::empty() {
     while (node) {
         Node* const follower = node->next;
         node->next = nullptr;
+        node->previous = nullptr;
         node->removed = true;
         if (node->pins == 0)
             delete node;
@@ -164,7 +165,9 @@ bool QORHashtable::remove(QORContainer::Iterator* iterator) {
     (node->next ? node->next->previous : last) = node->previous;
     --size;
     node->removed = true;
-    pin(node->next);
+    if (node->next)
+        node->previous = nullptr;
+    pin(node->next ? node->next : node->previous);
     walk->place(walk->step(true));
     return true;
 }
@@ -244,16 +247,22 @@ QORContainerItem* QORHashtable::Iterator::place(Node* onto) {
     return get();
 }
 
-/// The node one step on or back; from a removed node, the way goes through the node that followed it.
+/// The node one step on or back; from a removed node, the way goes through the node that followed it, or back
+/// from the end through the node before it.
 QORHashtable::Node* QORHashtable::Iterator::step(bool forward) const {
     if (!node)
         return nullptr;
     if (!node->removed)
         return forward ? node->next : node->previous;
-    Node* follower = node;
-    while (follower && follower->removed)
-        follower = follower->next;
-    return forward || !follower ? follower : follower->previous;
+    Node* way = node;
+    bool behind = true; // whether `way` lies behind the gap that is stepped out of
+    while (way && way->removed) {
+        behind = way->next != nullptr;
+        if (forward && !behind)
+            return nullptr;
+        way = behind ? way->next : way->previous;
+    }
+    return way && behind && !forward ? way->previous : way;
 }
 
 QORContainerItem* QORHashtable::Iterator::operator*() const {

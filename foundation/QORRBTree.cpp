@@ -211,22 +211,24 @@ void QORRBTree::pin(QORRBTreeNode* node) {
 
 void QORRBTree::unpin(QORRBTreeNode* node) {
     while (node && --node->pins == 0 && node->removed) {
-        QORRBTreeNode* const follower = node->right;
+        QORRBTreeNode* const way = node->right ? node->right : node->left;
         delete node;
-        node = follower;
+        node = way;
     }
 }
 
-void QORRBTree::retire(QORRBTreeNode* node, QORRBTreeNode* follower) {
+/// Frees a node that has left the tree, or keeps it for the iterators on it, with their way on: the node that
+/// followed, or, if it was the last one, the node before it.
+void QORRBTree::retire(QORRBTreeNode* node, QORRBTreeNode* follower, QORRBTreeNode* predecessor) {
     if (node->pins == 0) {
         delete node;
         return;
     }
     node->removed = 1;
-    node->left = nullptr;
+    node->left = follower ? nullptr : predecessor;
     node->parent = nullptr;
     node->right = follower;
-    pin(follower);
+    pin(follower ? follower : predecessor);
 }
 
 void QORRBTree::freeNodes(QORRBTreeNode* top) {
@@ -242,7 +244,7 @@ void QORRBTree::freeNodes(QORRBTreeNode* top) {
                 above->left = nullptr;
             else if (above)
                 above->right = nullptr;
-            retire(node, nullptr);
+            retire(node, nullptr, nullptr);
             node = above;
         }
     }
@@ -447,8 +449,9 @@ QORContainerItem* QORRBTree::removeNode(QORRBTreeNode* node) {
         return nullptr;
     QORContainerItem* const item = node->item;
     QORRBTreeNode* const follower = node->pins ? following(node) : nullptr;
+    QORRBTreeNode* const predecessor = node->pins ? preceding(node) : nullptr;
     unlinkNode(node);
-    retire(node, follower);
+    retire(node, follower, predecessor);
     return item;
 }
 
@@ -471,7 +474,7 @@ QORContainerItem* QORRBTree::drainFirst() {
     QORContainerItem* const item = node->item;
     QORRBTreeNode* const follower = following(node);
     eraseNode(node);
-    retire(node, follower);
+    retire(node, follower, nullptr);
     return item;
 }
 
@@ -529,18 +532,22 @@ QORContainerItem* QORRBTree::Iterator::place(QORRBTreeNode* onto) {
     return get();
 }
 
-/// The node one step on or back; from a removed node, the way goes through the node that followed it.
+/// The node one step on or back; from a removed node, the way goes through the node that followed it, or back
+/// from the end through the node before it.
 QORRBTreeNode* QORRBTree::Iterator::step(bool forward) const {
     if (!node)
         return nullptr;
     if (!node->removed)
         return forward ? following(node) : preceding(node);
-    QORRBTreeNode* follower = node;
-    while (follower && follower->removed)
-        follower = follower->right;
-    if (!forward && follower)
-        return preceding(follower);
-    return follower;
+    QORRBTreeNode* way = node;
+    bool behind = true; // whether `way` lies behind the gap that is stepped out of
+    while (way && way->removed) {
+        behind = way->right != nullptr;
+        if (forward && !behind)
+            return nullptr;
+        way = behind ? way->right : way->left;
+    }
+    return way && behind && !forward ? preceding(way) : way;
 }
 
 QORContainerItem* QORRBTree::Iterator::operator*() const {

@@ -1,25 +1,64 @@
 #include <qor/QORVector.h>
 
+#include "QORVectorIndex.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 
-/// The memory of a vector: the items stand from `first` on, so that taking the first one is cheap.
+/// The memory of a vector. The items stand in the slots from `first` to `end`, so that taking the first one
+/// is cheap. With an index, slots in between may be empty; without one, none is.
 struct QORVector::Block {
     int capacity;
-    int first;
-    int live;            ///< items that stand here; `size` counts drained ones too
-    Iterator* iterators; ///< the walks to be kept in step
+    int first = 0;
+    int end = 0;
+    int live = 0;                  ///< items that stand here; `size` counts drained ones too
+    Iterator* iterators = nullptr; ///< the walks to be kept in step
+    std::unique_ptr<QORVectorIndex> index{};
 
-    QORContainerItem** items() { return reinterpret_cast<QORContainerItem**>(this + 1) + first; }
+    explicit Block(int slots) : capacity(slots) {}
+
+    QORContainerItem** slots() { return reinterpret_cast<QORContainerItem**>(this + 1); }
+
+    int slotAt(int position) const {
+        return end - first == live ? first + position : index->slotAt(position);
+    }
+
+    /// Moves the items to the slots from 0 on, with no empty one in between.
+    void compact() {
+        QORContainerItem** const to = slots();
+        if (!index) {
+            std::memmove(to, to + first, sizeof(*to) * static_cast<unsigned>(live));
+        } else {
+            std::remove(to + first, to + end, nullptr);
+            std::memmove(to, to + first, sizeof(*to) * static_cast<unsigned>(live));
+            index->assign(to, live);
+        }
+        first = 0;
+        end = live;
+    }
+
+    /// Goes on without an index.
+    void dropIndex() {
+        if (end - first != live)
+            compact();
+        index.reset();
+    }
 
     static Block* allocate(int capacity) {
-        static_assert(sizeof(Block) % alignof(QORContainerItem*) == 0, "items stand right behind the block");
+        static_assert(sizeof(Block) % alignof(QORContainerItem*) == 0,
+                      "the slots stand right behind the block");
         std::size_t const bytes =
             sizeof(Block) + sizeof(QORContainerItem*) * static_cast<std::size_t>(capacity);
-        return new (::operator new(bytes)) Block{capacity, 0, 0, nullptr};
+        return new (::operator new(bytes)) Block(capacity);
+    }
+
+    static void free(Block* block) {
+        block->~Block();
+        ::operator delete(block);
     }
 };
 
@@ -27,16 +66,25 @@ int QORVector::live() const {
     return block ? block->live : 0;
 }
 
+QORContainerItem*& QORVector::item(int position) const {
+    return block->slots()[block->slotAt(position)];
+}
+
 void QORVector::growTo(int capacity) {
     Block* const bigger = Block::allocate(capacity);
     if (block) {
-        std::memcpy(bigger->items(), block->items(),
+        if (block->end - block->first != block->live)
+            block->compact();
+        std::memcpy(bigger->slots(), block->slots() + block->first,
                     sizeof(QORContainerItem*) * static_cast<unsigned>(block->live));
         bigger->live = block->live;
+        bigger->end = block->live;
+        if (block->index)
+            bigger->index = QORVectorIndex::make(bigger->slots(), bigger->live, capacity);
         bigger->iterators = block->iterators;
         if (bigger->iterators)
             bigger->iterators->linkToThis = &bigger->iterators;
-        ::operator delete(block);
+        Block::free(block);
     }
     block = bigger;
 }
@@ -46,25 +94,47 @@ void QORVector::reserve(int count) {
         growTo(count);
 }
 
-void QORVector::insertAt(QORContainerItem const* item, int position) {
-    int const count = live();
+void QORVector::buildIndex() {
+    constexpr int worthwhile = 64; // items; below that, a scan is as quick
+    if (!block || block->index || block->live < worthwhile)
+        return;
+    block->compact();
+    block->index = QORVectorIndex::make(block->slots(), block->live, block->capacity);
+}
+
+/// Makes room for one more item behind the last one.
+void QORVector::makeRoom() {
     if (!block) {
         growTo(4);
-    } else if (block->first + count == block->capacity) {
-        if (block->first > count / 2) {
-            QORContainerItem** const from = block->items();
-            block->first = 0;
-            std::memmove(block->items(), from, sizeof(*from) * static_cast<unsigned>(count));
+    } else if (block->end == block->capacity) {
+        if (block->live <= block->capacity / 4 * 3) {
+            block->compact();
         } else {
-            if (count > INT_MAX / 2)
+            if (block->live > INT_MAX / 2)
                 throw std::bad_alloc();
-            growTo(count < 4 ? 4 : count * 2);
+            growTo(block->live * 2);
         }
     }
-    QORContainerItem** const items = block->items();
-    std::memmove(items + position + 1, items + position,
-                 sizeof(*items) * static_cast<unsigned>(count - position));
-    items[position] = const_cast<QORContainerItem*>(item);
+}
+
+void QORVector::insertAt(QORContainerItem const* inserted, int position) {
+    makeRoom();
+    int const count = block->live;
+    auto* const added = const_cast<QORContainerItem*>(inserted);
+    if (position == count) {
+        block->slots()[block->end] = added;
+        if (block->index && (!added || block->index->slotOf(added) >= 0))
+            block->dropIndex(); // it holds each item once
+        if (block->index)
+            block->index->insert(added, block->end);
+    } else {
+        block->dropIndex();
+        QORContainerItem** const items = block->slots() + block->first;
+        std::memmove(items + position + 1, items + position,
+                     sizeof(*items) * static_cast<unsigned>(count - position));
+        items[position] = added;
+    }
+    ++block->end;
     ++block->live;
     ++size;
     for (Iterator* walk = block->iterators; walk; walk = walk->nextOfVector)
@@ -73,33 +143,54 @@ void QORVector::insertAt(QORContainerItem const* item, int position) {
 }
 
 QORContainerItem* QORVector::removeAt(int position) {
-    QORContainerItem** const items = block->items();
-    QORContainerItem* const item = items[position];
+    int const slot = block->slotAt(position);
+    QORContainerItem*& place = block->slots()[slot];
+    QORContainerItem* const removed = place;
     --block->live;
-    if (position == 0)
+    if (block->index) {
+        block->index->erase(removed, slot);
+        place = nullptr;
+        if (slot == block->first)
+            ++block->first;
+        else if (slot == block->end - 1)
+            --block->end;
+        if (block->live < (block->end - block->first) / 2)
+            block->compact();
+    } else if (position == 0) {
         ++block->first;
-    else
-        std::memmove(items + position, items + position + 1,
-                     sizeof(*items) * static_cast<unsigned>(block->live - position));
-    if (block->live == 0)
+    } else {
+        std::memmove(&place, &place + 1, sizeof(place) * static_cast<unsigned>(block->live - position));
+        --block->end;
+    }
+    if (block->live == 0) {
         block->first = 0;
+        block->end = 0;
+    }
     for (Iterator* walk = block->iterators; walk; walk = walk->nextOfVector) {
         if (walk->index > position)
             --walk->index;
         else if (walk->index == position)
             walk->gone = true;
     }
-    return item;
+    return removed;
 }
 
 QORVector::QORVector(QORVector const& other) : _QORContainer(), QORContainer(), QORArrayInterface() {
-    if (int const count = other.live()) {
+    copyItems(other);
+}
+
+/// Takes over the items of another vector into this one, which is empty.
+void QORVector::copyItems(QORVector const& other) {
+    int const count = other.live();
+    if (count > (block ? block->capacity : 0))
         growTo(count);
-        std::memcpy(block->items(), other.block->items(),
-                    sizeof(QORContainerItem*) * static_cast<unsigned>(count));
+    for (int i = 0; i < count; ++i)
+        block->slots()[i] = other.item(i);
+    if (block) {
         block->live = count;
-        size = count;
+        block->end = count;
     }
+    size = count;
 }
 
 QORVector::~QORVector() {
@@ -112,7 +203,7 @@ void QORVector::releaseMemory() {
         return;
     while (block->iterators)
         block->iterators->detach();
-    ::operator delete(block);
+    Block::free(block);
     block = nullptr;
 }
 
@@ -120,8 +211,10 @@ bool QORVector::empty() {
     size = 0;
     if (!block)
         return true;
+    block->index.reset();
     block->live = 0;
     block->first = 0;
+    block->end = 0;
     for (Iterator* walk = block->iterators; walk; walk = walk->nextOfVector) {
         if (walk->index < 0)
             continue;
@@ -131,8 +224,8 @@ bool QORVector::empty() {
     return true;
 }
 
-bool QORVector::add(QORContainerItem const* item, bool unique, QORContainer::Iterator* iterator) {
-    int const position = QORVector::addElement(item, unique);
+bool QORVector::add(QORContainerItem const* added, bool unique, QORContainer::Iterator* iterator) {
+    int const position = QORVector::addElement(added, unique);
     if (position < 0)
         return false;
     if (auto* const walk = static_cast<Iterator*>(iterator)) {
@@ -142,8 +235,8 @@ bool QORVector::add(QORContainerItem const* item, bool unique, QORContainer::Ite
     return true;
 }
 
-bool QORVector::contains(QORContainerItem const* item, QORContainer::Iterator* iterator) const {
-    int const position = QORVector::containsElement(item);
+bool QORVector::contains(QORContainerItem const* wanted, QORContainer::Iterator* iterator) const {
+    int const position = QORVector::containsElement(wanted);
     if (auto* const walk = static_cast<Iterator*>(iterator)) {
         walk->attach(this);
         walk->place(position);
@@ -157,7 +250,7 @@ QORContainerItem* QORVector::findFirst(QORContainerKey const* key, QORContainer:
         walk->attach(this);
         walk->place(position);
     }
-    return position >= 0 ? block->items()[position] : nullptr;
+    return position >= 0 ? item(position) : nullptr;
 }
 
 bool QORVector::remove(QORContainer::Iterator* iterator) {
@@ -172,16 +265,10 @@ bool QORVector::remove(QORContainer::Iterator* iterator) {
 QORVector& QORVector::operator=(QORVector const& other) {
     if (this == &other)
         return *this;
-    int const count = other.live();
-    if (count > (block ? block->capacity : 0))
-        growTo(count);
+    if (other.live() > (block ? block->capacity : 0))
+        growTo(other.live());
     QORVector::empty();
-    if (count)
-        std::memcpy(block->items(), other.block->items(),
-                    sizeof(QORContainerItem*) * static_cast<unsigned>(count));
-    if (block)
-        block->live = count;
-    size = count;
+    copyItems(other);
     return *this;
 }
 
@@ -191,7 +278,7 @@ bool QORVector::operator==(QORVector const& other) const {
     if (size != other.size)
         return false;
     for (int i = 0; i < live(); ++i)
-        if (compare2Object(block->items()[i], other.block->items()[i]) != 0)
+        if (compare2Object(this->item(i), other.item(i)) != 0)
             return false;
     return true;
 }
@@ -200,23 +287,37 @@ bool QORVector::operator!=(QORVector const& other) const {
     return !operator==(other);
 }
 
-int QORVector::addElement(QORContainerItem const* item, bool unique) {
-    if (unique && QORVector::containsElement(item) >= 0)
+int QORVector::addElement(QORContainerItem const* added, bool unique) {
+    if (unique && QORVector::containsElement(added) >= 0)
         return -1;
     int const position = live();
-    insertAt(item, position);
+    insertAt(added, position);
     return position;
 }
 
-int QORVector::containsElement(QORContainerItem const* item) const {
+int QORVector::containsElement(QORContainerItem const* wanted) const {
+    if (block && block->index)
+        return positionOf(wanted);
     for (int i = 0, count = live(); i < count; ++i)
-        if (compare2Object(block->items()[i], item) == 0)
+        if (compare2Object(item(i), wanted) == 0)
+            return i;
+    return -1;
+}
+
+/// The position of this very item, or -1.
+int QORVector::positionOf(QORContainerItem const* wanted) const {
+    if (block && block->index) {
+        int const slot = block->index->slotOf(wanted);
+        return slot < 0 ? -1 : block->index->itemsBefore(slot);
+    }
+    for (int i = 0, count = live(); i < count; ++i)
+        if (item(i) == wanted)
             return i;
     return -1;
 }
 
 QORContainerItem* QORVector::operator[](int position) const {
-    return position >= 0 && position < live() ? block->items()[position] : nullptr;
+    return position >= 0 && position < live() ? item(position) : nullptr;
 }
 
 int QORVector::findFirstElement(QORContainerKey const* key) const {
@@ -229,14 +330,14 @@ int QORVector::findLastElement(QORContainerKey const* key) const {
 
 int QORVector::findNextElement(QORContainerKey const* key, int from) const {
     for (int i = std::max(from, -1) + 1, count = live(); i < count; ++i)
-        if (compare2Key(block->items()[i], key) == 0)
+        if (compare2Key(item(i), key) == 0)
             return i;
     return -1;
 }
 
 int QORVector::findPreviousElement(QORContainerKey const* key, int from) const {
     for (int i = std::min(from, live()) - 1; i >= 0; --i)
-        if (compare2Key(block->items()[i], key) == 0)
+        if (compare2Key(item(i), key) == 0)
             return i;
     return -1;
 }
@@ -248,15 +349,13 @@ QORContainerItem* QORVector::removeElement(int position) {
     return removeAt(position);
 }
 
-bool QORVector::removeItem(QORContainerItem const* item) {
-    for (int i = 0, count = live(); i < count; ++i) {
-        if (block->items()[i] != item)
-            continue;
-        --size;
-        removeAt(i);
-        return true;
-    }
-    return false;
+bool QORVector::removeItem(QORContainerItem const* wanted) {
+    int const position = positionOf(wanted);
+    if (position < 0)
+        return false;
+    --size;
+    removeAt(position);
+    return true;
 }
 
 QORContainerItem* QORVector::drainFirst() {

@@ -64,6 +64,8 @@ void QORRecipe::note(QORObject& object, QORLinkEnd const& end) {
     std::uint64_t const bit = std::uint64_t{1} << end.bit;
     if (holdsAny(object, end)) {
         object.linked |= bit;
+        if (end.shape == QOREndShape::VECTOR)
+            vector(object, end).buildIndex();
         return;
     }
     object.linked &= ~bit;

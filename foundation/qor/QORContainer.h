@@ -27,7 +27,9 @@ protected:
 class QOR_API QORContainer : public virtual _QORContainer {
 public:
     /// A walk over a container. It stays valid while elements come and go: when its current element is
-    /// removed by somebody else, `get` gives null and the next step reaches the element that followed.
+    /// removed by somebody else, `get` gives null and the next step reaches the element that followed, a
+    /// step back the one before. An iterator that has run past an end stands on nothing, and stays so until
+    /// it is moved to an element.
     class QOR_API Iterator {
     public:
         virtual ~Iterator() = default;

@@ -118,7 +118,7 @@ private:
     void rotate(QORRBTreeNode* node, bool left);
     void repairInsert(QORRBTreeNode* node);
     void repairErase(QORRBTreeNode* node, QORRBTreeNode* parent);
-    void retire(QORRBTreeNode* node, QORRBTreeNode* follower);
+    void retire(QORRBTreeNode* node, QORRBTreeNode* follower, QORRBTreeNode* predecessor);
     void freeNodes(QORRBTreeNode* top);
     void cloneFrom(QORRBTree const& other);
     static void pin(QORRBTreeNode* node);

@@ -19,7 +19,7 @@ private:
 
     explicit QORRBTreeNode(QORContainerItem const* held) : item(const_cast<QORContainerItem*>(held)) {}
 
-    QORRBTreeNode* left = nullptr;
+    QORRBTreeNode* left = nullptr;  ///< of a node removed as the last one: the node before it, or null
     QORRBTreeNode* right = nullptr; ///< of a removed node: the node that followed it, or null
     QORRBTreeNode* parent = nullptr;
     unsigned red : 1;

@@ -76,6 +76,9 @@ public:
     int findPreviousElement(QORContainerKey const* key, int from) const override;
     QORContainerItem* removeElement(int position) override;
 
+    /// Makes finding and removing items of a large vector quick. Only for a vector of distinct items that are
+    /// compared by address; does nothing for a small one and where memory is short.
+    void buildIndex();
     /// Makes room for `count` items in all, so that adding up to that many can't fail.
     void reserve(int count);
     /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
@@ -96,7 +99,11 @@ protected:
 private:
     struct Block;
     int live() const;
+    QORContainerItem*& item(int position) const;
+    int positionOf(QORContainerItem const* wanted) const;
+    void copyItems(QORVector const& other);
     void growTo(int capacity);
+    void makeRoom();
     QORContainerItem* removeAt(int position);
 
     Block* block = nullptr;
