@@ -358,6 +358,18 @@ bool QORVector::removeItem(QORContainerItem const* wanted) {
     return true;
 }
 
+bool QORVector::moveToEnd(QORContainerItem const* moved) {
+    int const position = positionOf(moved);
+    if (position < 0)
+        return false;
+    --size;
+    removeAt(position);
+    if (block->end == block->capacity)
+        block->compact();
+    insertAt(moved, block->live);
+    return true;
+}
+
 QORContainerItem* QORVector::drainFirst() {
     return live() ? removeAt(0) : nullptr;
 }

@@ -90,8 +90,6 @@ void QORObject::transcode(QOREncodingConverter* from, QOREncodingConverter* to, 
         return;
     try {
         setName(converted);
-    } catch (std::bad_alloc const&) {
-        throw; // no collision: another name wouldn't help
     } catch (...) {
         setUniqueName(converted, '/');
     }
@@ -125,8 +123,6 @@ void QORObject::setUniqueName(QORString const& base, char separator) {
         try {
             setName(candidate);
             return;
-        } catch (std::bad_alloc const&) {
-            throw;
         } catch (...) { // taken, or refused: the next number
         }
     }

@@ -282,10 +282,8 @@ bool QORRecipe::isReferenced(QORObject const& object, QORClassDescription const&
 }
 
 QORObject* QORRecipe::getParent(QORObject const& object, QORClassDescription const& level) {
-    for (std::uint16_t const end : level.parents)
-        if (isSet(object, QORMetamodel::ends[end]))
-            return far(object, QORMetamodel::ends[end]);
-    return nullptr;
+    QORLinkEnd const* const end = firstOwnerEnd(object, level);
+    return end ? far(object, *end) : nullptr;
 }
 
 int QORRecipe::getParentCount(QORObject const& object, QORClassDescription const& level) {
@@ -336,10 +334,8 @@ bool QORRecipe::rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*cha
     case QOREndShape::TREE:
         return tree(owner, ownerEnd).rekeyItem(&object, change, context);
     case QOREndShape::VECTOR:
-        // Taken out and added again, the object goes to the end.
-        vector(owner, ownerEnd).removeItem(&object);
         change(context);
-        vector(owner, ownerEnd).addElement(&object, false);
+        vector(owner, ownerEnd).moveToEnd(&object); // as if taken out and added again
         return true;
     default:
         change(context);
@@ -347,24 +343,37 @@ bool QORRecipe::rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*cha
     }
 }
 
-void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString const& name) {
+/// Gives an object under an owner the other name. Allocates nothing unless the owner refuses it.
+void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString&& name) {
     struct Names {
         QORString& held;
-        QORString other;
+        QORString& other;
     } names{object.name, name};
     auto const exchange = [](void* context) {
         auto& both = *static_cast<Names*>(context);
-        std::swap(both.held, both.other);
+        both.held.swap(both.other);
     };
     if (!rekey(object, parentEnd, exchange, &names))
         refuse(parentEnd);
 }
 
-void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QORString const& name) {
+/// The end that holds the object's first owner; null if it has none.
+QORLinkEnd const* QORRecipe::firstOwnerEnd(QORObject const& object, QORClassDescription const& level) {
     for (std::uint16_t const end : level.parents)
         if (isSet(object, QORMetamodel::ends[end]))
-            return rename(object, QORMetamodel::ends[end], name);
-    object.name = name;
+            return &QORMetamodel::ends[end];
+    return nullptr;
+}
+
+void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QORString&& name) {
+    if (QORLinkEnd const* const end = firstOwnerEnd(object, level))
+        rename(object, *end, std::move(name));
+    else
+        object.name = std::move(name);
+}
+
+void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QORString const& name) {
+    setName(object, level, QORString(name));
 }
 
 void QORRecipe::reserveTexts(QORObject& object, QORObject const& other, QORClassDescription const& level) {
@@ -377,14 +386,11 @@ void QORRecipe::reserveTexts(QORObject& object, QORObject const& other, QORClass
 // ---- taking apart ---------------------------------------------------------------------------------------
 
 QORObject* QORRecipe::removeAggregationAssembly(QORObject& object, QORClassDescription const& level) {
-    for (std::uint16_t const end : level.parents) {
-        if (!isSet(object, QORMetamodel::ends[end]))
-            continue;
-        QORObject* const parent = far(object, QORMetamodel::ends[end]);
-        unlink(object, QORMetamodel::ends[end], parent);
-        return parent;
-    }
-    return nullptr;
+    QORLinkEnd const* const end = firstOwnerEnd(object, level);
+    QORObject* const parent = end ? far(object, *end) : nullptr;
+    if (parent)
+        unlink(object, *end, parent);
+    return parent;
 }
 
 /// Goes on with taking an object apart until a child turns up that is to be deleted; null when all is done.
@@ -505,17 +511,22 @@ void QORRecipe::transcodeName(QORObject& object, QORClassDescription const& leve
                               QOREncodingConverter* to, int& firstCounter, int& errorCounter) {
     if (object.name.length == 0)
         return;
-    if (!isUnchangedByEncoding(object.name, from, to, firstCounter))
-        object.QORObject::transcode(from, to, firstCounter, errorCounter);
-    else if (heldInVector(object, level))
-        object.setName(QORString(object.name));
-}
-
-bool QORRecipe::heldInVector(QORObject const& object, QORClassDescription const& level) {
-    for (std::uint16_t const end : level.parents)
-        if (isSet(object, QORMetamodel::ends[end]))
-            return QORMetamodel::ends[QORMetamodel::ends[end].far].shape == QOREndShape::VECTOR;
-    return false;
+    QORLinkEnd const* const end = firstOwnerEnd(object, level);
+    bool const inVector = end && QORMetamodel::ends[end->far].shape == QOREndShape::VECTOR;
+    int counted = firstCounter;
+    if (!inVector && isUnchangedByEncoding(object.name, from, to, counted)) {
+        firstCounter = counted;
+        return;
+    }
+    int const errors = errorCounter;
+    QORString converted = convertEncoding(object.name, from, to, firstCounter, errorCounter);
+    if (errorCounter != errors)
+        return;
+    try {
+        setName(object, level, std::move(converted)); // which leaves a refused name in `converted`
+    } catch (...) {
+        object.setUniqueName(converted, '/');
+    }
 }
 
 /// An object whose children are being re-encoded. They stand in a snapshot, since a child's new name moves it

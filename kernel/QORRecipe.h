@@ -102,11 +102,12 @@ private:
     static bool makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd);
     static void transcodeName(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
                               QOREncodingConverter* to, int& firstCounter, int& errorCounter);
-    static bool heldInVector(QORObject const& object, QORClassDescription const& level);
     static bool isParent(QORObject const& object, QORClassDescription const& level);
     static bool ownerIsSet(QORObject const& object, QORClassDescription const& level);
     static QORClassDescription const* exactDescription(QORObject const& object);
-    static void rename(QORObject& object, QORLinkEnd const& parentEnd, QORString const& name);
+    static void rename(QORObject& object, QORLinkEnd const& parentEnd, QORString&& name);
+    static void setName(QORObject& object, QORClassDescription const& level, QORString&& name);
+    static QORLinkEnd const* firstOwnerEnd(QORObject const& object, QORClassDescription const& level);
     struct WalkFrame;
     struct TranscodeFrame;
 };

@@ -83,6 +83,8 @@ public:
     void reserve(int count);
     /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
     bool removeItem(QORContainerItem const* item);
+    /// Moves this very item behind all others. Gives whether it was there; allocates nothing.
+    bool moveToEnd(QORContainerItem const* moved);
     /// Takes the first item out while `size` keeps counting it, for walks that empty a vector; null at the
     /// end. `endDraining` then settles `size`.
     QORContainerItem* drainFirst();

@@ -89,8 +89,8 @@ public:
 
     /// Whether the names are equal.
     bool finalEquals(QORObject const& other) const;
-    /// Calls `setName` with `base`, the separator and 1, 2, 3 ... until it doesn't throw. `base` itself isn't
-    /// tried. Passes on std::bad_alloc only.
+    /// Calls `setName` with `base`, the separator and 1, 2, 3 ... until it doesn't throw, whatever it
+    /// throws. `base` itself isn't tried. Throws only if there is no memory for a candidate.
     void setUniqueName(QORString const& base, char separator = '_');
     /// Renames `other` to its name, the separator and 1, 2, 3 ..., calling `add` with it each time until that
     /// gives true; the suffixes accumulate. Passes on every exception.
