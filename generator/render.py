@@ -180,6 +180,12 @@ def virtual_members(cls):
     return out
 
 
+def assigning_class(cls):
+    """The nearest class of the lineage whose assignment does anything: what is assigned from needn't be more."""
+    return next(c for c in cls.lineage()
+                if c.is_custom("operator=") or any(a.assign for a in c.attributes))
+
+
 def has_final_equals(cls):
     return any(a.compare for a in cls.attributes) or cls.is_custom("finalEquals")
 
@@ -291,8 +297,9 @@ def virtual_source(cls):
     n = cls.name
     out = []
     if not cls.abstract:
+        a = assigning_class(cls).name
         out.append(f"QORObject& {n}::setFrom(QORObject const& other) {{\n"
-                   f"    return {n}::operator=(static_cast<{n} const&>(other));\n}}\n")
+                   f"    return {a}::operator=(static_cast<{a} const&>(other));\n}}\n")
         out.append(f"bool {n}::equals(QORObject const& other) const {{\n"
                    f"    return other.getElementType() == QORElementType::{cls.enumerator} &&\n"
                    f"           {n}::finalEquals(static_cast<{n} const&>(other));\n}}\n")

@@ -26,7 +26,7 @@ QORClassDiagram& QORClassDiagram::operator=(QORClassDiagram const& other) {
 }
 
 QORObject& QORClassDiagram::setFrom(QORObject const& other) {
-    return QORClassDiagram::operator=(static_cast<QORClassDiagram const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORClassDiagram::equals(QORObject const& other) const {

@@ -23,7 +23,7 @@ QORConfigurationFormat& QORConfigurationFormat::operator=(QORConfigurationFormat
 }
 
 QORObject& QORConfigurationFormat::setFrom(QORObject const& other) {
-    return QORConfigurationFormat::operator=(static_cast<QORConfigurationFormat const&>(other));
+    return QORFormat::operator=(static_cast<QORFormat const&>(other));
 }
 
 bool QORConfigurationFormat::equals(QORObject const& other) const {

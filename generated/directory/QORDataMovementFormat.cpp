@@ -22,7 +22,7 @@ QORDataMovementFormat& QORDataMovementFormat::operator=(QORDataMovementFormat co
 }
 
 QORObject& QORDataMovementFormat::setFrom(QORObject const& other) {
-    return QORDataMovementFormat::operator=(static_cast<QORDataMovementFormat const&>(other));
+    return QORFormat::operator=(static_cast<QORFormat const&>(other));
 }
 
 bool QORDataMovementFormat::equals(QORObject const& other) const {

@@ -28,7 +28,7 @@ QORDirectory& QORDirectory::operator=(QORDirectory const& other) {
 }
 
 QORObject& QORDirectory::setFrom(QORObject const& other) {
-    return QORDirectory::operator=(static_cast<QORDirectory const&>(other));
+    return QORRepositoryObject::operator=(static_cast<QORRepositoryObject const&>(other));
 }
 
 bool QORDirectory::equals(QORObject const& other) const {

@@ -24,7 +24,7 @@ QORMappingFormat& QORMappingFormat::operator=(QORMappingFormat const& other) {
 }
 
 QORObject& QORMappingFormat::setFrom(QORObject const& other) {
-    return QORMappingFormat::operator=(static_cast<QORMappingFormat const&>(other));
+    return QORFormat::operator=(static_cast<QORFormat const&>(other));
 }
 
 bool QORMappingFormat::equals(QORObject const& other) const {

@@ -24,7 +24,7 @@ QORModelFormat& QORModelFormat::operator=(QORModelFormat const& other) {
 }
 
 QORObject& QORModelFormat::setFrom(QORObject const& other) {
-    return QORModelFormat::operator=(static_cast<QORModelFormat const&>(other));
+    return QORFormat::operator=(static_cast<QORFormat const&>(other));
 }
 
 bool QORModelFormat::equals(QORObject const& other) const {

@@ -28,7 +28,7 @@ QORVersion& QORVersion::operator=(QORVersion const& other) {
 }
 
 QORObject& QORVersion::setFrom(QORObject const& other) {
-    return QORVersion::operator=(static_cast<QORVersion const&>(other));
+    return QORRepositoryObject::operator=(static_cast<QORRepositoryObject const&>(other));
 }
 
 bool QORVersion::equals(QORObject const& other) const {

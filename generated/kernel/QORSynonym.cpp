@@ -27,7 +27,7 @@ QORSynonym& QORSynonym::operator=(QORSynonym const& other) {
 }
 
 QORObject& QORSynonym::setFrom(QORObject const& other) {
-    return QORSynonym::operator=(static_cast<QORSynonym const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORSynonym::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORAttributeMap& QORAttributeMap::operator=(QORAttributeMap const& other) {
 }
 
 QORObject& QORAttributeMap::setFrom(QORObject const& other) {
-    return QORAttributeMap::operator=(static_cast<QORAttributeMap const&>(other));
+    return QORFeatureMap::operator=(static_cast<QORFeatureMap const&>(other));
 }
 
 bool QORAttributeMap::equals(QORObject const& other) const {

@@ -28,7 +28,7 @@ QORBranchingNode& QORBranchingNode::operator=(QORBranchingNode const& other) {
 }
 
 QORObject& QORBranchingNode::setFrom(QORObject const& other) {
-    return QORBranchingNode::operator=(static_cast<QORBranchingNode const&>(other));
+    return QORExpressionNode::operator=(static_cast<QORExpressionNode const&>(other));
 }
 
 bool QORBranchingNode::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORConstantNode& QORConstantNode::operator=(QORConstantNode const& other) {
 }
 
 QORObject& QORConstantNode::setFrom(QORObject const& other) {
-    return QORConstantNode::operator=(static_cast<QORConstantNode const&>(other));
+    return QORExpressionNode::operator=(static_cast<QORExpressionNode const&>(other));
 }
 
 bool QORConstantNode::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QORDataSet& QORDataSet::operator=(QORDataSet const& other) {
 }
 
 QORObject& QORDataSet::setFrom(QORObject const& other) {
-    return QORDataSet::operator=(static_cast<QORDataSet const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORDataSet::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QOREnumeratedAttributeMap& QOREnumeratedAttributeMap::operator=(QOREnumeratedAtt
 }
 
 QORObject& QOREnumeratedAttributeMap::setFrom(QORObject const& other) {
-    return QOREnumeratedAttributeMap::operator=(static_cast<QOREnumeratedAttributeMap const&>(other));
+    return QORFeatureMap::operator=(static_cast<QORFeatureMap const&>(other));
 }
 
 bool QOREnumeratedAttributeMap::equals(QORObject const& other) const {

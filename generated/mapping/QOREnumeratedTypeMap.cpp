@@ -28,7 +28,7 @@ QOREnumeratedTypeMap& QOREnumeratedTypeMap::operator=(QOREnumeratedTypeMap const
 }
 
 QORObject& QOREnumeratedTypeMap::setFrom(QORObject const& other) {
-    return QOREnumeratedTypeMap::operator=(static_cast<QOREnumeratedTypeMap const&>(other));
+    return QORClassifierMap::operator=(static_cast<QORClassifierMap const&>(other));
 }
 
 bool QOREnumeratedTypeMap::equals(QORObject const& other) const {

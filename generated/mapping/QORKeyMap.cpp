@@ -28,7 +28,7 @@ QORKeyMap& QORKeyMap::operator=(QORKeyMap const& other) {
 }
 
 QORObject& QORKeyMap::setFrom(QORObject const& other) {
-    return QORKeyMap::operator=(static_cast<QORKeyMap const&>(other));
+    return QORFeatureMap::operator=(static_cast<QORFeatureMap const&>(other));
 }
 
 bool QORKeyMap::equals(QORObject const& other) const {

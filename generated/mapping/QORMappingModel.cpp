@@ -32,7 +32,7 @@ QORMappingModel& QORMappingModel::operator=(QORMappingModel const& other) {
 }
 
 QORObject& QORMappingModel::setFrom(QORObject const& other) {
-    return QORMappingModel::operator=(static_cast<QORMappingModel const&>(other));
+    return QORElement::operator=(static_cast<QORElement const&>(other));
 }
 
 bool QORMappingModel::equals(QORObject const& other) const {

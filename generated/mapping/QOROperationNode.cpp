@@ -29,7 +29,7 @@ QOROperationNode& QOROperationNode::operator=(QOROperationNode const& other) {
 }
 
 QORObject& QOROperationNode::setFrom(QORObject const& other) {
-    return QOROperationNode::operator=(static_cast<QOROperationNode const&>(other));
+    return QORExpressionNode::operator=(static_cast<QORExpressionNode const&>(other));
 }
 
 bool QOROperationNode::equals(QORObject const& other) const {

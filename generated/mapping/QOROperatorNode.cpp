@@ -27,7 +27,7 @@ QOROperatorNode& QOROperatorNode::operator=(QOROperatorNode const& other) {
 }
 
 QORObject& QOROperatorNode::setFrom(QORObject const& other) {
-    return QOROperatorNode::operator=(static_cast<QOROperatorNode const&>(other));
+    return QORExpressionNode::operator=(static_cast<QORExpressionNode const&>(other));
 }
 
 bool QOROperatorNode::equals(QORObject const& other) const {

@@ -29,7 +29,7 @@ QORPredicateNode& QORPredicateNode::operator=(QORPredicateNode const& other) {
 }
 
 QORObject& QORPredicateNode::setFrom(QORObject const& other) {
-    return QORPredicateNode::operator=(static_cast<QORPredicateNode const&>(other));
+    return QORExpressionNode::operator=(static_cast<QORExpressionNode const&>(other));
 }
 
 bool QORPredicateNode::equals(QORObject const& other) const {

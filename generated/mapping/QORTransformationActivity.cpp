@@ -30,7 +30,7 @@ QORTransformationActivity& QORTransformationActivity::operator=(QORTransformatio
 }
 
 QORObject& QORTransformationActivity::setFrom(QORObject const& other) {
-    return QORTransformationActivity::operator=(static_cast<QORTransformationActivity const&>(other));
+    return QORElement::operator=(static_cast<QORElement const&>(other));
 }
 
 bool QORTransformationActivity::equals(QORObject const& other) const {

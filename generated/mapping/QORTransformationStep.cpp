@@ -30,7 +30,7 @@ QORTransformationStep& QORTransformationStep::operator=(QORTransformationStep co
 }
 
 QORObject& QORTransformationStep::setFrom(QORObject const& other) {
-    return QORTransformationStep::operator=(static_cast<QORTransformationStep const&>(other));
+    return QORElement::operator=(static_cast<QORElement const&>(other));
 }
 
 bool QORTransformationStep::equals(QORObject const& other) const {

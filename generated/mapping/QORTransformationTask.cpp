@@ -29,7 +29,7 @@ QORTransformationTask& QORTransformationTask::operator=(QORTransformationTask co
 }
 
 QORObject& QORTransformationTask::setFrom(QORObject const& other) {
-    return QORTransformationTask::operator=(static_cast<QORTransformationTask const&>(other));
+    return QORElement::operator=(static_cast<QORElement const&>(other));
 }
 
 bool QORTransformationTask::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QORTypeValueMap& QORTypeValueMap::operator=(QORTypeValueMap const& other) {
 }
 
 QORObject& QORTypeValueMap::setFrom(QORObject const& other) {
-    return QORTypeValueMap::operator=(static_cast<QORTypeValueMap const&>(other));
+    return QORFeatureMap::operator=(static_cast<QORFeatureMap const&>(other));
 }
 
 bool QORTypeValueMap::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORAliasClassifier& QORAliasClassifier::operator=(QORAliasClassifier const& othe
 }
 
 QORObject& QORAliasClassifier::setFrom(QORObject const& other) {
-    return QORAliasClassifier::operator=(static_cast<QORAliasClassifier const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORAliasClassifier::equals(QORObject const& other) const {

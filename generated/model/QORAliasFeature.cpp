@@ -26,7 +26,7 @@ QORAliasFeature& QORAliasFeature::operator=(QORAliasFeature const& other) {
 }
 
 QORObject& QORAliasFeature::setFrom(QORObject const& other) {
-    return QORAliasFeature::operator=(static_cast<QORAliasFeature const&>(other));
+    return QORFeature::operator=(static_cast<QORFeature const&>(other));
 }
 
 bool QORAliasFeature::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QORAliasType& QORAliasType::operator=(QORAliasType const& other) {
 }
 
 QORObject& QORAliasType::setFrom(QORObject const& other) {
-    return QORAliasType::operator=(static_cast<QORAliasType const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORAliasType::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORArtificialAttribute& QORArtificialAttribute::operator=(QORArtificialAttribute
 }
 
 QORObject& QORArtificialAttribute::setFrom(QORObject const& other) {
-    return QORArtificialAttribute::operator=(static_cast<QORArtificialAttribute const&>(other));
+    return QORAttribute::operator=(static_cast<QORAttribute const&>(other));
 }
 
 bool QORArtificialAttribute::equals(QORObject const& other) const {

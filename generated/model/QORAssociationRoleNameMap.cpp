@@ -28,7 +28,7 @@ QORAssociationRoleNameMap& QORAssociationRoleNameMap::operator=(QORAssociationRo
 }
 
 QORObject& QORAssociationRoleNameMap::setFrom(QORObject const& other) {
-    return QORAssociationRoleNameMap::operator=(static_cast<QORAssociationRoleNameMap const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORAssociationRoleNameMap::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORBaseType& QORBaseType::operator=(QORBaseType const& other) {
 }
 
 QORObject& QORBaseType::setFrom(QORObject const& other) {
-    return QORBaseType::operator=(static_cast<QORBaseType const&>(other));
+    return QORConcreteType::operator=(static_cast<QORConcreteType const&>(other));
 }
 
 bool QORBaseType::equals(QORObject const& other) const {

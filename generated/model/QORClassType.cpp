@@ -27,7 +27,7 @@ QORClassType& QORClassType::operator=(QORClassType const& other) {
 }
 
 QORObject& QORClassType::setFrom(QORObject const& other) {
-    return QORClassType::operator=(static_cast<QORClassType const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORClassType::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORDatabaseSchema& QORDatabaseSchema::operator=(QORDatabaseSchema const& other) 
 }
 
 QORObject& QORDatabaseSchema::setFrom(QORObject const& other) {
-    return QORDatabaseSchema::operator=(static_cast<QORDatabaseSchema const&>(other));
+    return QORDataPackage::operator=(static_cast<QORDataPackage const&>(other));
 }
 
 bool QORDatabaseSchema::equals(QORObject const& other) const {

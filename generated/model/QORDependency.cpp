@@ -27,7 +27,7 @@ QORDependency& QORDependency::operator=(QORDependency const& other) {
 }
 
 QORObject& QORDependency::setFrom(QORObject const& other) {
-    return QORDependency::operator=(static_cast<QORDependency const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORDependency::equals(QORObject const& other) const {

@@ -30,7 +30,7 @@ QORForeignKey& QORForeignKey::operator=(QORForeignKey const& other) {
 }
 
 QORObject& QORForeignKey::setFrom(QORObject const& other) {
-    return QORForeignKey::operator=(static_cast<QORForeignKey const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORForeignKey::equals(QORObject const& other) const {

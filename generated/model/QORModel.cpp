@@ -32,7 +32,7 @@ QORModel& QORModel::operator=(QORModel const& other) {
 }
 
 QORObject& QORModel::setFrom(QORObject const& other) {
-    return QORModel::operator=(static_cast<QORModel const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORModel::equals(QORObject const& other) const {

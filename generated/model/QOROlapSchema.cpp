@@ -26,7 +26,7 @@ QOROlapSchema& QOROlapSchema::operator=(QOROlapSchema const& other) {
 }
 
 QORObject& QOROlapSchema::setFrom(QORObject const& other) {
-    return QOROlapSchema::operator=(static_cast<QOROlapSchema const&>(other));
+    return QORDataPackage::operator=(static_cast<QORDataPackage const&>(other));
 }
 
 bool QOROlapSchema::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QORPhysicalRelationship& QORPhysicalRelationship::operator=(QORPhysicalRelations
 }
 
 QORObject& QORPhysicalRelationship::setFrom(QORObject const& other) {
-    return QORPhysicalRelationship::operator=(static_cast<QORPhysicalRelationship const&>(other));
+    return QORObject::operator=(static_cast<QORObject const&>(other));
 }
 
 bool QORPhysicalRelationship::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QORRealization& QORRealization::operator=(QORRealization const& other) {
 }
 
 QORObject& QORRealization::setFrom(QORObject const& other) {
-    return QORRealization::operator=(static_cast<QORRealization const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORRealization::equals(QORObject const& other) const {

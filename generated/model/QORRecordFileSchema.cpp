@@ -26,7 +26,7 @@ QORRecordFileSchema& QORRecordFileSchema::operator=(QORRecordFileSchema const& o
 }
 
 QORObject& QORRecordFileSchema::setFrom(QORObject const& other) {
-    return QORRecordFileSchema::operator=(static_cast<QORRecordFileSchema const&>(other));
+    return QORDataPackage::operator=(static_cast<QORDataPackage const&>(other));
 }
 
 bool QORRecordFileSchema::equals(QORObject const& other) const {

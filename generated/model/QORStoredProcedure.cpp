@@ -27,7 +27,7 @@ QORStoredProcedure& QORStoredProcedure::operator=(QORStoredProcedure const& othe
 }
 
 QORObject& QORStoredProcedure::setFrom(QORObject const& other) {
-    return QORStoredProcedure::operator=(static_cast<QORStoredProcedure const&>(other));
+    return QOROperation::operator=(static_cast<QOROperation const&>(other));
 }
 
 bool QORStoredProcedure::equals(QORObject const& other) const {

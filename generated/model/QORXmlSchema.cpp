@@ -26,7 +26,7 @@ QORXmlSchema& QORXmlSchema::operator=(QORXmlSchema const& other) {
 }
 
 QORObject& QORXmlSchema::setFrom(QORObject const& other) {
-    return QORXmlSchema::operator=(static_cast<QORXmlSchema const&>(other));
+    return QORDataPackage::operator=(static_cast<QORDataPackage const&>(other));
 }
 
 bool QORXmlSchema::equals(QORObject const& other) const {

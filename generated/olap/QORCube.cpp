@@ -29,7 +29,7 @@ QORCube& QORCube::operator=(QORCube const& other) {
 }
 
 QORObject& QORCube::setFrom(QORObject const& other) {
-    return QORCube::operator=(static_cast<QORCube const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORCube::equals(QORObject const& other) const {

@@ -30,7 +30,7 @@ QORCubeDimensionAssociation& QORCubeDimensionAssociation::operator=(QORCubeDimen
 }
 
 QORObject& QORCubeDimensionAssociation::setFrom(QORObject const& other) {
-    return QORCubeDimensionAssociation::operator=(static_cast<QORCubeDimensionAssociation const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORCubeDimensionAssociation::equals(QORObject const& other) const {

@@ -28,7 +28,7 @@ QORDrillPath& QORDrillPath::operator=(QORDrillPath const& other) {
 }
 
 QORObject& QORDrillPath::setFrom(QORObject const& other) {
-    return QORDrillPath::operator=(static_cast<QORDrillPath const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORDrillPath::equals(QORObject const& other) const {

@@ -32,7 +32,7 @@ QORLevel& QORLevel::operator=(QORLevel const& other) {
 }
 
 QORObject& QORLevel::setFrom(QORObject const& other) {
-    return QORLevel::operator=(static_cast<QORLevel const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORLevel::equals(QORObject const& other) const {

@@ -29,7 +29,7 @@ QORLevelAssociation& QORLevelAssociation::operator=(QORLevelAssociation const& o
 }
 
 QORObject& QORLevelAssociation::setFrom(QORObject const& other) {
-    return QORLevelAssociation::operator=(static_cast<QORLevelAssociation const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORLevelAssociation::equals(QORObject const& other) const {

@@ -29,7 +29,7 @@ QORLevelAttribute& QORLevelAttribute::operator=(QORLevelAttribute const& other) 
 }
 
 QORObject& QORLevelAttribute::setFrom(QORObject const& other) {
-    return QORLevelAttribute::operator=(static_cast<QORLevelAttribute const&>(other));
+    return QORStructuralFeature::operator=(static_cast<QORStructuralFeature const&>(other));
 }
 
 bool QORLevelAttribute::equals(QORObject const& other) const {

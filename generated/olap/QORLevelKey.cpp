@@ -28,7 +28,7 @@ QORLevelKey& QORLevelKey::operator=(QORLevelKey const& other) {
 }
 
 QORObject& QORLevelKey::setFrom(QORObject const& other) {
-    return QORLevelKey::operator=(static_cast<QORLevelKey const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORLevelKey::equals(QORObject const& other) const {

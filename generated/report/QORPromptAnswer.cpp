@@ -26,7 +26,7 @@ QORPromptAnswer& QORPromptAnswer::operator=(QORPromptAnswer const& other) {
 }
 
 QORObject& QORPromptAnswer::setFrom(QORObject const& other) {
-    return QORPromptAnswer::operator=(static_cast<QORPromptAnswer const&>(other));
+    return QORStructuralFeature::operator=(static_cast<QORStructuralFeature const&>(other));
 }
 
 bool QORPromptAnswer::equals(QORObject const& other) const {

@@ -29,7 +29,7 @@ QORReport& QORReport::operator=(QORReport const& other) {
 }
 
 QORObject& QORReport::setFrom(QORObject const& other) {
-    return QORReport::operator=(static_cast<QORReport const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORReport::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORReportChart& QORReportChart::operator=(QORReportChart const& other) {
 }
 
 QORObject& QORReportChart::setFrom(QORObject const& other) {
-    return QORReportChart::operator=(static_cast<QORReportChart const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportChart::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORReportDataSet& QORReportDataSet::operator=(QORReportDataSet const& other) {
 }
 
 QORObject& QORReportDataSet::setFrom(QORObject const& other) {
-    return QORReportDataSet::operator=(static_cast<QORReportDataSet const&>(other));
+    return QORModelObject::operator=(static_cast<QORModelObject const&>(other));
 }
 
 bool QORReportDataSet::equals(QORObject const& other) const {

@@ -27,7 +27,7 @@ QORReportField& QORReportField::operator=(QORReportField const& other) {
 }
 
 QORObject& QORReportField::setFrom(QORObject const& other) {
-    return QORReportField::operator=(static_cast<QORReportField const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportField::equals(QORObject const& other) const {

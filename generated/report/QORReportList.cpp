@@ -26,7 +26,7 @@ QORReportList& QORReportList::operator=(QORReportList const& other) {
 }
 
 QORObject& QORReportList::setFrom(QORObject const& other) {
-    return QORReportList::operator=(static_cast<QORReportList const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportList::equals(QORObject const& other) const {

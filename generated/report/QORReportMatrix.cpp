@@ -26,7 +26,7 @@ QORReportMatrix& QORReportMatrix::operator=(QORReportMatrix const& other) {
 }
 
 QORObject& QORReportMatrix::setFrom(QORObject const& other) {
-    return QORReportMatrix::operator=(static_cast<QORReportMatrix const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportMatrix::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORReportPage& QORReportPage::operator=(QORReportPage const& other) {
 }
 
 QORObject& QORReportPage::setFrom(QORObject const& other) {
-    return QORReportPage::operator=(static_cast<QORReportPage const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportPage::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORReportPageBody& QORReportPageBody::operator=(QORReportPageBody const& other) 
 }
 
 QORObject& QORReportPageBody::setFrom(QORObject const& other) {
-    return QORReportPageBody::operator=(static_cast<QORReportPageBody const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportPageBody::equals(QORObject const& other) const {

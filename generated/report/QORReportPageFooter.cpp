@@ -26,7 +26,7 @@ QORReportPageFooter& QORReportPageFooter::operator=(QORReportPageFooter const& o
 }
 
 QORObject& QORReportPageFooter::setFrom(QORObject const& other) {
-    return QORReportPageFooter::operator=(static_cast<QORReportPageFooter const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportPageFooter::equals(QORObject const& other) const {

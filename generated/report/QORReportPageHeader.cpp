@@ -26,7 +26,7 @@ QORReportPageHeader& QORReportPageHeader::operator=(QORReportPageHeader const& o
 }
 
 QORObject& QORReportPageHeader::setFrom(QORObject const& other) {
-    return QORReportPageHeader::operator=(static_cast<QORReportPageHeader const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportPageHeader::equals(QORObject const& other) const {

@@ -26,7 +26,7 @@ QORReportRectangle& QORReportRectangle::operator=(QORReportRectangle const& othe
 }
 
 QORObject& QORReportRectangle::setFrom(QORObject const& other) {
-    return QORReportRectangle::operator=(static_cast<QORReportRectangle const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportRectangle::equals(QORObject const& other) const {

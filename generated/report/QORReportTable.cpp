@@ -26,7 +26,7 @@ QORReportTable& QORReportTable::operator=(QORReportTable const& other) {
 }
 
 QORObject& QORReportTable::setFrom(QORObject const& other) {
-    return QORReportTable::operator=(static_cast<QORReportTable const&>(other));
+    return QORReportItem::operator=(static_cast<QORReportItem const&>(other));
 }
 
 bool QORReportTable::equals(QORObject const& other) const {
