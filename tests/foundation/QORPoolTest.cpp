@@ -1,0 +1,110 @@
+#include <qor/QORPool.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// A block filled with a byte of its own, so that an overlap with another one shows.
+struct Block {
+    unsigned char* bytes;
+    std::size_t size;
+    unsigned char fill;
+
+    Block(std::size_t count, unsigned char mark)
+        : bytes(static_cast<unsigned char*>(QORPool::allocate(count))), size(count), fill(mark) {
+        std::memset(bytes, fill, size);
+    }
+
+    bool intact() const {
+        return std::all_of(bytes, bytes + size, [this](unsigned char byte) { return byte == fill; });
+    }
+
+    void release() { QORPool::release(bytes, size); }
+};
+
+} // namespace
+
+TEST(QORPool, NullIsTakenBack) {
+    QORPool::release(nullptr, 40);
+}
+
+TEST(QORPool, BlocksAreAlignedForAnyScalar) {
+    for (std::size_t size = 1; size <= 5000; size += 7) {
+        Block block(size, 1);
+        std::size_t const alignment = size < sizeof(void*) ? 1 : sizeof(void*);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.bytes) % alignment, 0U) << size;
+        block.release();
+    }
+}
+
+TEST(QORPool, BlocksNeverOverlapWhateverTheOrderOfTheirComingAndGoing) {
+    std::mt19937 random(20260704);
+    std::size_t const sizes[] = {0, 1, 8, 20, 24, 40, 41, 127, 128, 129, 700, 1536, 2024, 4096, 4097, 20000};
+    std::vector<Block> blocks;
+    for (int step = 0; step < 60000; ++step) {
+        bool const grow = blocks.size() < 200 || (blocks.size() < 6000 && random() % 100 < 55);
+        if (grow) {
+            blocks.emplace_back(sizes[random() % std::size(sizes)], static_cast<unsigned char>(random()));
+        } else {
+            std::size_t const which = random() % blocks.size();
+            ASSERT_TRUE(blocks[which].intact()) << "step " << step;
+            blocks[which].release();
+            blocks[which] = blocks.back();
+            blocks.pop_back();
+        }
+    }
+    for (Block& block : blocks) {
+        EXPECT_TRUE(block.intact());
+        block.release();
+    }
+}
+
+TEST(QORPool, MemoryThatCameBackServesAgain) {
+    std::vector<void*> first;
+    for (int i = 0; i < 100000; ++i)
+        first.push_back(QORPool::allocate(40));
+    for (void* block : first)
+        QORPool::release(block, 40);
+    std::vector<void*> second;
+    for (int i = 0; i < 100000; ++i)
+        second.push_back(QORPool::allocate(40));
+    std::sort(second.begin(), second.end());
+    EXPECT_EQ(std::adjacent_find(second.begin(), second.end()), second.end())
+        << "a block was given out twice";
+    for (void* block : second)
+        QORPool::release(block, 40);
+}
+
+TEST(QORPool, AnyThreadMayGiveBackWhatAnotherTook) {
+    for (int round = 0; round < 20; ++round) {
+        std::vector<Block> blocks;
+        std::thread([&blocks] {
+            for (int i = 0; i < 3000; ++i)
+                blocks.emplace_back(static_cast<std::size_t>(8 + i % 500), static_cast<unsigned char>(i));
+        }).join();
+        std::thread other([&blocks] {
+            for (std::size_t i = 0; i < blocks.size(); i += 2) {
+                EXPECT_TRUE(blocks[i].intact());
+                blocks[i].release();
+            }
+        });
+        std::vector<Block> own;
+        for (int i = 0; i < 1000; ++i)
+            own.emplace_back(static_cast<std::size_t>(8 + i % 500), static_cast<unsigned char>(i + 1));
+        other.join();
+        for (std::size_t i = 1; i < blocks.size(); i += 2) {
+            EXPECT_TRUE(blocks[i].intact());
+            blocks[i].release();
+        }
+        for (Block& block : own) {
+            EXPECT_TRUE(block.intact());
+            block.release();
+        }
+    }
+}
