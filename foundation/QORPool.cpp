@@ -95,7 +95,7 @@ struct Chunk {
     Page pages[pagesPerChunk];
 };
 
-Chunk* chunkOf(void* block) {
+Chunk* chunkOf(void const* block) {
     return reinterpret_cast<Chunk*>(reinterpret_cast<std::uintptr_t>(block) & ~(chunkSize - 1));
 }
 
@@ -126,6 +126,7 @@ Chunk* mapChunk(bool huge) {
 /// serves the next thread that comes.
 struct Pool {
     Page* withRoom[sizeCount] = {};
+    Page* spare[sizeCount] = {}; ///< the page of each size that was empty last
     Chunk* chunksWithRoom = nullptr;
     int chunkCount = 0;
     std::atomic<FreeBlock*> returned{nullptr}; ///< blocks that other threads have given back
@@ -164,8 +165,17 @@ struct Pool {
             page.listed = true;
             enlist(withRoom[page.size], page);
         }
-        if (--page.used == 0 && withRoom[page.size] != &page)
-            dropPage(chunk, page);
+        if (--page.used == 0)
+            keepAsSpare(page);
+    }
+
+    /// Keeps one empty page a size, so that taking and giving back one block doesn't map and unmap; drops the
+    /// other.
+    void keepAsSpare(Page& page) {
+        Page* const other = spare[page.size];
+        spare[page.size] = &page;
+        if (other && other != &page && other->used == 0)
+            dropPage(*chunkOf(other), *other);
     }
 
     bool addPage(int size) {
