@@ -16,7 +16,9 @@ function(qor_add_tests folder)
     target_compile_definitions(${target} PRIVATE QOR_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ${arg_DEFINITIONS})
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     qor_set_warnings(${target})
-    target_compile_options(${target} PRIVATE -O0) # what is tested is the library; the tests shall compile quickly
+    # What is tested is the library; the tests shall compile quickly. (-fpch-preprocess is what ccache asks for.)
+    target_compile_options(${target} PRIVATE -O0 $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+    target_precompile_headers(${target} PRIVATE <gtest/gtest.h> <qor/QOR.h>)
 
     add_test(NAME ${folder} COMMAND ${target} --gtest_brief=1)
     set_tests_properties(${folder} PROPERTIES TIMEOUT 1500 LABELS ${folder})

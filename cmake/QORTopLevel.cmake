@@ -8,5 +8,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(QOR_CCACHE ccache DOC "Compiler cache, used if found")
 if(QOR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${QOR_CCACHE}")
+    # The tests have precompiled headers, which ccache takes only under these terms.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+                                    ${QOR_CCACHE})
 endif()

@@ -1,0 +1,112 @@
+#include "kit/TreePrinter.h"
+
+#include "kit/GraphOrder.h"
+#include "kit/Reflection.h"
+
+#include <cstdio>
+#include <ostream>
+#include <unordered_set>
+
+namespace kit {
+namespace {
+
+bool isControl(unsigned char character) {
+    return character < 0x20 || character == 0x7f;
+}
+
+std::string hexadecimal(unsigned char character) {
+    char text[8];
+    std::snprintf(text, sizeof text, "\\x%02x", static_cast<unsigned>(character));
+    return text;
+}
+
+/// A number, a truth value and an enumeration's text stand as they are; a text could hold blanks.
+std::string valueText(QORMetaAttribute const& attribute, QORString const& value) {
+    bool const isText = attribute.getType() == QORMetaAttributeType::STRING ||
+                        attribute.getType() == QORMetaAttributeType::DATE;
+    return isText ? quoted(view(value)) : std::string(view(value));
+}
+
+std::string labelOf(QORObject const& object) {
+    return quoted(view(object.getName().length ? object.getName() : object.getDisplayName()));
+}
+
+void appendAttributes(std::string& line, QORObject& object) {
+    for (QORMetaAttribute const* attribute : attributesOf(object)) {
+        QORString const value = attribute->getValue(&object);
+        if (attribute->getId() == QORAttributeType::OBJECT__NAME || value == attribute->getDefaultValue()) {
+            continue;
+        }
+        line.append(" ").append(view(attribute->getDisplayName())).append("=");
+        line.append(valueText(*attribute, value));
+    }
+}
+
+void appendReferences(std::string& line, QORObject& object) {
+    for (QORMetaLink const* link : linksOf(object)) {
+        if (!link->isUnary() || link->getType() != QORMetaLinkType::REF) {
+            continue;
+        }
+        if (QORObject const* far = link->getLink(&object, 0)) {
+            line.append(" ").append(view(link->getRoleName())).append("->").append(labelOf(*far));
+        }
+    }
+}
+
+struct Entry {
+    QORObject* object;
+    std::size_t depth;
+};
+
+} // namespace
+
+std::string quoted(std::string_view text) {
+    std::string result = "\"";
+    for (char const character : text) {
+        if (character == '"' || character == '\\') {
+            result += '\\';
+            result += character;
+        } else if (character == '\n') {
+            result += "\\n";
+        } else if (character == '\t') {
+            result += "\\t";
+        } else if (isControl(static_cast<unsigned char>(character))) {
+            result += hexadecimal(static_cast<unsigned char>(character));
+        } else {
+            result += character;
+        }
+    }
+    return result += '"';
+}
+
+std::string lineOf(QORObject& object) {
+    std::string line(view(object.getMetaClass()->getDisplayName()));
+    if (object.getName().length) {
+        line.append(" ").append(quoted(view(object.getName())));
+    }
+    appendAttributes(line, object);
+    appendReferences(line, object);
+    return line;
+}
+
+void printTree(QORObject& root, std::ostream& out) {
+    GraphOrder order;
+    std::unordered_set<QORObject const*> printed;
+    // A stack of its own: a graph can be deeper than the program's.
+    std::vector<Entry> pending{{&root, 0}};
+    while (!pending.empty()) {
+        Entry const entry = pending.back();
+        pending.pop_back();
+        bool const first = printed.insert(entry.object).second;
+        out << std::string(2 * entry.depth, ' ') << lineOf(*entry.object) << (first ? "\n" : " (above)\n");
+        if (!first) {
+            continue;
+        }
+        std::vector<QORObject*> const children = order.children(*entry.object);
+        for (auto child = children.rbegin(); child != children.rend(); ++child) {
+            pending.push_back({*child, entry.depth + 1});
+        }
+    }
+}
+
+} // namespace kit

@@ -1,0 +1,73 @@
+#include "qor/Program.h"
+
+#include "kit/ToolError.h"
+#include "qor/Verbs.h"
+
+#include <CLI/CLI.hpp>
+#include <new>
+#include <ostream>
+#include <string>
+
+namespace qorprogram {
+namespace {
+
+/// A file's name, and so a message, can hold anything; one line is promised.
+std::string onOneLine(std::string text) {
+    for (char& character : text) {
+        auto const code = static_cast<unsigned char>(character);
+        if (code < 0x20 || code == 0x7f) {
+            character = ' ';
+        }
+    }
+    return text;
+}
+
+int fail(std::ostream& err, std::string const& problem) {
+    err << "qor: " << onOneLine(problem) << std::endl;
+    return failure;
+}
+
+void parseAndRun(CLI::App& program, int argc, char const* const* argv, std::ostream& out) {
+    program.set_version_flag("--version", "qor " QOR_TOOLS_VERSION, "Print the version and exit");
+    program.get_formatter()->label("SUBCOMMAND", "VERB");
+    program.footer("qor VERB --help tells more of a verb.\n\nExample:\n  qor import orchard.sqlite");
+    program.require_subcommand(1);
+    addImportVerb(program, out);
+    program.parse(argc, argv);
+    if (!out.flush()) {
+        throw kit::ToolError("standard output", "can't be written");
+    }
+}
+
+/// What is wrong with the arguments, with the verb that they are for.
+std::string problemOf(CLI::App const& program, CLI::ParseError const& error) {
+    auto const verbs = program.get_subcommands();
+    if (!verbs.empty()) {
+        return verbs.front()->get_name() + ": " + error.what();
+    }
+    auto const unknown = program.remaining();
+    if (!unknown.empty()) {
+        return unknown.front() + ": no such verb or option; see qor --help";
+    }
+    return "no verb given; see qor --help";
+}
+
+} // namespace
+
+int run(int argc, char const* const* argv, std::ostream& out, std::ostream& err) {
+    CLI::App program("Reads database schemas into metadata models and prints them.", "qor");
+    try {
+        parseAndRun(program, argc, argv, out);
+        return 0;
+    } catch (CLI::Success const& request) {
+        return program.exit(request, out, err);
+    } catch (CLI::ParseError const& error) {
+        return fail(err, problemOf(program, error));
+    } catch (std::bad_alloc const&) {
+        return fail(err, "out of memory");
+    } catch (std::exception const& error) {
+        return fail(err, error.what());
+    }
+}
+
+} // namespace qorprogram

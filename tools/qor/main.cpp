@@ -1,0 +1,7 @@
+#include "qor/Program.h"
+
+#include <iostream>
+
+int main(int argc, char** argv) {
+    return qorprogram::run(argc, argv, std::cout, std::cerr);
+}

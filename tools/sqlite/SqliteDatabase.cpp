@@ -1,0 +1,206 @@
+#include "sqlite/SqliteDatabase.h"
+
+#include "kit/ToolError.h"
+#include "sqlite/FileHeader.h"
+#include "sqlite/VirtualTable.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+namespace sqlite {
+namespace {
+
+using kit::ToolError;
+
+constexpr int lockTimeoutMilliseconds = 1000;
+
+/// The location without links and "..": beside it lie the files of unfinished changes.
+std::string locationOf(std::string const& path) {
+    struct Free {
+        void operator()(char* text) const { std::free(text); }
+    };
+    std::unique_ptr<char, Free> const resolved(realpath(path.c_str(), nullptr));
+    if (!resolved) {
+        throw ToolError(path.empty() ? "\"\"" : path, std::strerror(errno));
+    }
+    return resolved.get();
+}
+
+bool hasContent(std::string const& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && status.st_size > 0;
+}
+
+bool isPlain(unsigned char character) {
+    bool const isLetter = (character | 32) >= 'a' && (character | 32) <= 'z';
+    return isLetter || (character >= '0' && character <= '9') || std::strchr("/._-", character);
+}
+
+std::string uriOf(std::string const& location, bool immutable) {
+    constexpr char const* digits = "0123456789ABCDEF";
+    std::string uri = "file:";
+    for (char const signedCharacter : location) {
+        auto const character = static_cast<unsigned char>(signedCharacter);
+        if (isPlain(character)) {
+            uri += signedCharacter;
+        } else {
+            uri.append({'%', digits[character >> 4], digits[character & 15]});
+        }
+    }
+    return uri + (immutable ? "?mode=ro&immutable=1" : "?mode=ro");
+}
+
+/// `moduleOf` for queries.
+void moduleOfFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+    auto const* statement = reinterpret_cast<char const*>(sqlite3_value_text(arguments[0]));
+    std::string const module = moduleOf(statement ? statement : "");
+    sqlite3_result_text(context, module.c_str(), -1, SQLITE_TRANSIENT);
+}
+
+/// The first thing found, without the line about the database that it was found in.
+std::string firstFinding(std::string_view checkResult) {
+    if (checkResult.substr(0, 3) == "***") {
+        checkResult.remove_prefix(checkResult.find('\n') + 1);
+    }
+    return std::string(checkResult.substr(0, checkResult.find('\n')));
+}
+
+std::string versionText(std::uint32_t number) {
+    if (number == 0) {
+        return "";
+    }
+    return std::to_string(number / 1000000) + "." + std::to_string(number / 1000 % 1000) + "." +
+           std::to_string(number % 1000);
+}
+
+/// A change that lies beside the file makes its size say nothing.
+void checkSize(FileHeader const& header, std::string const& name) {
+    if (header.fileSize == 0) {
+        return;
+    }
+    if (header.fileSize < header.neededSize) {
+        throw ToolError(name, "is cut off: " + std::to_string(header.fileSize) + " of " +
+                                  std::to_string(header.neededSize) + " bytes");
+    }
+    if (header.neededSize == 0 && header.fileSize % header.pageSize != 0) {
+        throw ToolError(name, "is cut off: its last page is incomplete");
+    }
+}
+
+} // namespace
+
+void Database::Closer::operator()(sqlite3* handle) const {
+    sqlite3_close(handle);
+}
+
+Database::Database(std::string const& path) : file(path) {
+    std::string const location = locationOf(path);
+    FileHeader const header = readFileHeader(location, path);
+    writer = versionText(header.writerVersion);
+    bool const changing = hasContent(location + "-wal") || hasContent(location + "-journal");
+    if (!changing) {
+        checkSize(header, path);
+    }
+    open(location, !changing);
+    configure();
+    run("BEGIN");
+    checkSchema(header.neededSize != 0 || header.fileSize == 0);
+}
+
+/// A file at rest is opened as immutable, which needs no locks and leaves no files beside it.
+void Database::open(std::string const& location, bool immutable) {
+    sqlite3* handle = nullptr;
+    int const code = sqlite3_open_v2(uriOf(location, immutable).c_str(), &handle,
+                                     SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+    connection.reset(handle);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+/// The file may come from anywhere: nothing that its schema calls for is run.
+void Database::configure() {
+    sqlite3_extended_result_codes(connection.get(), 1);
+    sqlite3_busy_timeout(connection.get(), lockTimeoutMilliseconds);
+    sqlite3_db_config(connection.get(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(connection.get(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    int const code = sqlite3_create_function(connection.get(), "module_of", 1,
+                                             SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY, nullptr,
+                                             moduleOfFunction, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+void Database::run(char const* sql) {
+    int const code = sqlite3_exec(connection.get(), sql, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+/// Where the header doesn't tell how many pages there must be, only a look at all of them does.
+void Database::checkSchema(bool sizeKnown) {
+    Query check(*this, sizeKnown ? "PRAGMA main.quick_check(sqlite_schema)" : "PRAGMA main.quick_check(1)");
+    if (!check.next()) {
+        throw ToolError(file, "is damaged");
+    }
+    if (std::string_view const result = check.text(0); result != "ok") {
+        throw ToolError(file, "is damaged: " + firstFinding(result));
+    }
+}
+
+void Database::fail(int code) const {
+    int const extended = connection ? sqlite3_extended_errcode(connection.get()) : code;
+    std::string const message = connection ? sqlite3_errmsg(connection.get()) : sqlite3_errstr(code);
+    if (extended == SQLITE_READONLY_ROLLBACK) {
+        throw ToolError(file, "holds an interrupted change, which a program that may write must undo first");
+    }
+    switch (extended & 0xff) {
+    case SQLITE_NOTADB:
+        throw ToolError(file, "is not an SQLite database, or is an encrypted one");
+    case SQLITE_CORRUPT:
+        throw ToolError(file, "is damaged: " + message);
+    case SQLITE_BUSY:
+        throw ToolError(file, "is locked by another program");
+    default:
+        throw ToolError(file, message);
+    }
+}
+
+void Query::Finalizer::operator()(sqlite3_stmt* handle) const {
+    sqlite3_finalize(handle);
+}
+
+Query::Query(Database& onDatabase, std::string_view sql) : database(onDatabase) {
+    sqlite3_stmt* handle = nullptr;
+    int const code = sqlite3_prepare_v2(database.connection.get(), sql.data(), static_cast<int>(sql.size()),
+                                        &handle, nullptr);
+    statement.reset(handle);
+    if (code != SQLITE_OK) {
+        database.fail(code);
+    }
+}
+
+bool Query::next() {
+    int const code = sqlite3_step(statement.get());
+    if (code != SQLITE_ROW && code != SQLITE_DONE) {
+        database.fail(code);
+    }
+    return code == SQLITE_ROW;
+}
+
+char const* Query::text(int column) const {
+    auto const* characters = reinterpret_cast<char const*>(sqlite3_column_text(statement.get(), column));
+    return characters ? characters : "";
+}
+
+int Query::number(int column) const {
+    return sqlite3_column_int(statement.get(), column);
+}
+
+} // namespace sqlite
