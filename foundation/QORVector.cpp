@@ -121,14 +121,13 @@ void QORVector::insertAt(QORContainerItem const* inserted, int position) {
     makeRoom();
     int const count = block->live;
     auto* const added = const_cast<QORContainerItem*>(inserted);
+    if (block->index && (position != count || !added || block->index->slotOf(added) >= 0))
+        block->dropIndex(); // it holds each item once, and in the order of adding
     if (position == count) {
         block->slots()[block->end] = added;
-        if (block->index && (!added || block->index->slotOf(added) >= 0))
-            block->dropIndex(); // it holds each item once
         if (block->index)
             block->index->insert(added, block->end);
     } else {
-        block->dropIndex();
         QORContainerItem** const items = block->slots() + block->first;
         std::memmove(items + position + 1, items + position,
                      sizeof(*items) * static_cast<unsigned>(count - position));
@@ -329,14 +328,14 @@ int QORVector::findLastElement(QORContainerKey const* key) const {
 }
 
 int QORVector::findNextElement(QORContainerKey const* key, int from) const {
-    for (int i = std::max(from, -1) + 1, count = live(); i < count; ++i)
+    for (int i = std::clamp(from, -1, live()) + 1, count = live(); i < count; ++i)
         if (compare2Key(item(i), key) == 0)
             return i;
     return -1;
 }
 
 int QORVector::findPreviousElement(QORContainerKey const* key, int from) const {
-    for (int i = std::min(from, live()) - 1; i >= 0; --i)
+    for (int i = std::clamp(from, 0, live()) - 1; i >= 0; --i)
         if (compare2Key(item(i), key) == 0)
             return i;
     return -1;

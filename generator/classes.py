@@ -12,6 +12,14 @@ CLASS_KEYS = {"class", "doc", "id", "base", "abstract", "handwritten", "fields",
 ATTRIBUTE_KEYS = {"id", "name", "type", "default", "first", "compare", "assign", "accessor", "virtual_setter", "doc"}
 LINK_KEYS = {"id", "role", "kind", "far", "container", "view", "left_to_destructor", "find", "doc"}
 CUSTOM_KEYS = {"member", "declare", "doc", "reason"}
+# What the value of a key must be; a key that isn't named here holds a text.
+TYPES = {
+    "id": (int, "a number"), "abstract": (bool, "true or false"), "handwritten": (bool, "true or false"),
+    "compare": (bool, "true or false"), "assign": (bool, "true or false"), "virtual_setter": (bool, "true or false"),
+    "left_to_destructor": (bool, "true or false"), "find": (bool, "true or false"), "fields": (list, "a list"),
+    "attribute": (list, "a list of tables"), "link": (list, "a list of tables"), "custom": (list, "a list of tables"),
+}
+NAME = re.compile(r"[a-z][A-Za-z0-9]*")
 # Members that every class has anyway; a table may take them over as custom ones.
 RECIPE_MEMBERS = {"constructor", "copy-constructor", "operator=", "finalEquals", "isolate", "setName"}
 PLAIN_TYPES = {"bool", "short", "int", "QORString", "QORDate"}
@@ -21,6 +29,8 @@ TREES = {
     "QORNameElementTypeLinkTree", "QORTypeValueLinkTree", "QORFormatLinkTree", "QORModelElementLinkTree",
 }
 VECTORS = {"QORPtrLinkVector", "QORNameLinkVector"}
+# Views that are other names of the one of QORFeature.
+VIEW_ALIASES = {"QORAttributeByPosition", "QORSQLViewAttributeByPosition"}
 
 
 def upper_first(name):
@@ -147,6 +157,8 @@ def load(root, enumerations) -> Metamodel:
     for index, link in enumerate(model.links):
         link.index = index
         _resolve_far(model, link)
+    for link in model.links:
+        _check_answer(model, link)
     for cls in model.classes:
         _check_custom(root, cls)
     _check_units(root, model)
@@ -170,19 +182,26 @@ def _read(path, folder) -> Class:
         cls.links.append(_read_link(path, entry))
         cls.links[-1].owner = cls
     for entry in cls.custom:
-        what = f"custom {entry.get('member') or entry.get('declare') or ''}".strip()
+        what = _entry_name("custom", entry, "member", "declare")
         _check_keys(path, what, entry, CUSTOM_KEYS, {"reason"})
         if ("member" in entry) == ("declare" in entry):
             raise TableError(path, what, "needs either 'member' or 'declare'")
+        if "declare" in entry and member_name(entry["declare"]) is None:
+            raise TableError(path, what, "declares no member function")
         if "declare" in entry and not entry.get("doc", "").strip():
             raise TableError(path, what, "missing doc")
     return cls
 
 
 def _check_keys(path, entry, table, known, needed):
-    for key in table:
+    if not isinstance(table, dict):
+        raise TableError(path, entry, "is not a table")
+    for key, value in table.items():
         if key not in known:
             raise TableError(path, entry, f"unknown key '{key}'")
+        kind, what = TYPES.get(key, (str, "a text"))
+        if type(value) is not kind:
+            raise TableError(path, entry, "missing doc" if key == "doc" else f"'{key}' must be {what}")
     for key in sorted(needed):
         if key not in table:
             raise TableError(path, entry, f"missing {key}")
@@ -193,9 +212,21 @@ def _check_keys(path, entry, table, known, needed):
         raise TableError(path, entry, "doc must be one line that a comment can hold")
 
 
+def _entry_name(kind, entry, *keys):
+    """How an error calls an entry: its kind and its name, as far as it has one."""
+    names = [entry[key] for key in keys if isinstance(entry.get(key), str)] if isinstance(entry, dict) else []
+    return " ".join([kind, *names[:1]]).strip()
+
+
+def _check_form(path, entry, name):
+    if not NAME.fullmatch(name):
+        raise TableError(path, entry, "name must begin with a small letter and hold letters and digits only")
+
+
 def _read_attribute(path, entry) -> Attribute:
-    what = f"attribute {entry.get('name', '')}".strip()
+    what = _entry_name("attribute", entry, "name")
     _check_keys(path, what, entry, ATTRIBUTE_KEYS, {"id", "name", "type", "default", "doc"})
+    _check_form(path, what, entry["name"])
     return Attribute(entry["id"], entry["name"], entry["type"], entry["default"], entry["doc"],
                      entry.get("first", entry["default"]), entry.get("compare", entry["type"] != "QORDate"),
                      entry.get("assign", True), entry.get("accessor", upper_first(entry["name"])),
@@ -203,8 +234,9 @@ def _read_attribute(path, entry) -> Attribute:
 
 
 def _read_link(path, entry) -> Link:
-    what = f"link {entry.get('role', '')}".strip()
+    what = _entry_name("link", entry, "role")
     _check_keys(path, what, entry, LINK_KEYS, {"id", "role", "kind", "far", "doc"})
+    _check_form(path, what, entry["role"])
     if entry["kind"] not in KINDS:
         raise TableError(path, what, f"unknown kind '{entry['kind']}'")
     container = entry.get("container")
@@ -254,8 +286,8 @@ def _bases(model, cls):
 
 
 def _text_of(model, enumeration, path, entry, number):
-    texts = model.enumerations[enumeration]
-    if not isinstance(number, int) or not 0 <= number < len(texts) or texts[number] == "":
+    texts = model.enumerations.get(enumeration, [])
+    if not 0 <= number < len(texts) or texts[number] == "":
         raise TableError(path, entry, f"id {number} is not in use in {enumeration}")
     return texts[number]
 
@@ -270,17 +302,27 @@ def _check_class(model, cls):
     cls.enumerator = _text_of(model, "QORElementType", cls.path, "class", cls.id)
     if cls.enumerator.replace("_", "") != cls.display.upper():
         raise TableError(cls.path, "class", f"id {cls.id} belongs to {cls.enumerator}")
-    names = [a.name for a in cls.attributes] + [link.role for link in cls.links]
-    if len(set(names)) != len(names):
-        raise TableError(cls.path, "class", "an attribute or role stands twice")
-    if sorted(cls.fields) != sorted(names):
-        raise TableError(cls.path, "fields", "must list each attribute and role of the class once")
+    _check_fields(cls)
     for attribute in cls.attributes:
         _check_attribute(model, cls, attribute)
     for link in cls.links:
         entry = f"link {link.role}"
         text = _text_of(model, "QORAssociationType", cls.path, entry, link.id)
         _check_name(cls.path, entry, text, cls, link.role)
+
+
+def _check_fields(cls):
+    entries = {}
+    for name, entry in [(a.name, "attribute") for a in cls.attributes] + [(link.role, "link") for link in cls.links]:
+        if name in entries:
+            raise TableError(cls.path, f"{entry} {name}", "the name stands twice in the class")
+        entries[name] = entry
+    for name in entries:
+        if cls.fields.count(name) != 1:
+            raise TableError(cls.path, "fields", f"must list '{name}' once")
+    for name in cls.fields:
+        if name not in entries:
+            raise TableError(cls.path, "fields", f"'{name}' is no attribute or role of the class")
 
 
 def _check_attribute(model, cls, attribute):
@@ -291,7 +333,7 @@ def _check_attribute(model, cls, attribute):
         raise TableError(cls.path, entry, f"unknown type '{attribute.type}'")
     for value in (attribute.default, attribute.first):
         if not _fits(model, attribute.type, value):
-            raise TableError(cls.path, entry, f"'{value}' is no value of {attribute.type}")
+            raise TableError(cls.path, entry, f"{value!r} is no value of {attribute.type}")
 
 
 def _fits(model, kind, value):
@@ -302,7 +344,9 @@ def _fits(model, kind, value):
         return re.fullmatch(r"-?\d+", value) is not None and -limit <= int(value) < limit
     if kind == "QORDate":
         return value == "00:00:00 "
-    return kind == "QORString" or value in model.enumerations[kind]
+    if kind == "QORString":
+        return value.isprintable()
+    return value != "" and value in model.enumerations[kind]
 
 
 def _check_ids(model):
@@ -325,12 +369,16 @@ def _resolve_far(model, link):
     link.far = next((each for each in far_class.links if each.role == link.far_role), None)
     if link.far is None:
         raise TableError(path, entry, f"{link.far_class} has no end '{link.far_role}'")
+
+
+def _check_answer(model, link):
+    path, entry = link.owner.path, f"link {link.role}"
     if (link.far.far_class, link.far.far_role) != (link.owner.name, link.role):
         raise TableError(path, entry, f"{link.far_class}.{link.far_role} answers another end")
     if link.far.kind != KINDS[link.kind]:
         raise TableError(path, entry, f"{link.kind} is answered by {link.far.kind}")
-    if link.container and link.far.container and link.kind in ("parent", "child"):
-        raise TableError(path, entry, "a child has one owner at an end")
+    if link.view and link.view not in VIEW_ALIASES and link.view not in {f"{c.name}ByPosition" for c in views(model)}:
+        raise TableError(path, entry, f"unknown view '{link.view}'")
     if link.left_to_destructor and link.kind != "child":
         raise TableError(path, entry, "only a child end can be left to the destructor")
 
@@ -351,8 +399,9 @@ def _check_custom(root, cls):
 
 
 def member_name(declaration):
-    """The name of the member that a declaration declares."""
-    return re.search(r"([\w~]+|operator\S+)\s*\(", declaration).group(1)
+    """The name of the member that a declaration declares; None if that is no function."""
+    found = re.search(r"([\w~]+|operator\S+)\s*\(", declaration)
+    return found and found.group(1)
 
 
 def _defines(source, name, member):
@@ -361,6 +410,11 @@ def _defines(source, name, member):
     if member == "copy-constructor":
         return re.search(rf"\b{name}::{name}\({name} const&", source) is not None
     return re.search(rf"\b{name}::{re.escape(member)}\(", source) is not None
+
+
+def views(model):
+    """The classes with a short attribute `position`: each has a view sorted by it."""
+    return [c for c in model.classes if any(a.name == "position" and a.type == "short" for a in c.attributes)]
 
 
 def _check_units(root, model):

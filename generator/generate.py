@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Writes generated/ from the tables: meta/enumerations.toml and <folder>/QORX.toml of each class.
+"""Writes generated/ and tests/generated/ from the tables: meta/enumerations.toml and <folder>/QORX.toml of each class.
 
 usage: generate.py [--check] [ROOT]
 
-With --check, writes nothing and fails when a file under generated/ isn't what the tables give.
+With --check, writes nothing and fails when a file in these folders isn't what the tables give.
 Nothing at all is written when a table is wrong: the error tells the file, the entry and the reason.
 """
 
@@ -14,7 +14,9 @@ from pathlib import Path
 import classes
 import enumerations
 import render
+import render_tests
 
+FOLDERS = ("generated", "tests/generated")
 PUBLIC = ("foundation/qor", "kernel/qor", "meta/qor")
 
 
@@ -25,11 +27,11 @@ def contents(root) -> dict:
     model = classes.load(root, table)
     public = {path.name for folder in PUBLIC for path in (root / folder).glob("*.h")}
     public |= {Path(path).name for path in files if path.startswith("generated/qor/")}
-    return files | render.render(model, public)
+    return files | render.render(model, public) | render_tests.render(model)
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Writes generated/ from the tables.")
+    parser = argparse.ArgumentParser(description="Writes generated/ and tests/generated/ from the tables.")
     parser.add_argument("--check", action="store_true", help="write nothing; fail if a file is out of date")
     parser.add_argument("root", nargs="?", type=Path, default=Path(__file__).resolve().parent.parent)
     arguments = parser.parse_args()
@@ -39,7 +41,7 @@ def main():
     except enumerations.TableError as error:
         print(f"generate.py: {error}", file=sys.stderr)
         return 2
-    stale = [p for p in (root / "generated").rglob("*.*") if str(p.relative_to(root)) not in files]
+    stale = [p for folder in FOLDERS for p in (root / folder).rglob("*.*") if str(p.relative_to(root)) not in files]
     changed = [p for p, text in files.items() if not (root / p).exists() or (root / p).read_text() != text]
     if arguments.check:
         for path in [str(p.relative_to(root)) for p in stale] + changed:

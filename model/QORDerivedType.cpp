@@ -4,10 +4,10 @@
 #include "kernel/QORRecipe.h"
 
 QORDerivedType::QORDerivedType(QORDerivedType const& other)
-    : QORConcreteType(other), initialValue_(other.initialValue_), lowerBound_(other.lowerBound_),
-      upperBound_(other.upperBound_), userDefined_(other.userDefined_),
-      nativeDataType_(other.nativeDataType_), userDataType_(other.userDataType_),
-      nativeLogicalDataType_(other.nativeLogicalDataType_) {
+    : QORConcreteType(other), initialValue_(other.getInitialValue()), lowerBound_(other.getLowerBound()),
+      upperBound_(other.getUpperBound()), userDefined_(other.getUserDefined()),
+      nativeDataType_(other.getNativeDataType()), userDataType_(other.getUserDataType()),
+      nativeLogicalDataType_(other.getNativeLogicalDataType()) {
     elementType = QORElementType::DERIVED_TYPE;
     QORTypeValueCopies(other).giveTo(*this, QORElementType::DERIVED_TYPE);
 }

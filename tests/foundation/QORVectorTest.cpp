@@ -240,22 +240,121 @@ TEST(QORVector, HasRoomForWhatWasReserved) {
     EXPECT_EQ(vector[29], &items[29]);
 }
 
-TEST(QORVector, CanAlwaysTakeAnItemInPlaceOfOneThatLeft) {
-    char const items[64] = {};
-    for (int count = 1; count <= 64; ++count) {
+TEST(QORVector, MovesAnItemToTheEndWithoutAnyMemory) {
+    char const items[200] = {};
+    char const stranger = 0;
+    for (int count = 1; count <= 200; ++count) {
         QORVector vector;
-        for (int i = 0; i < count; ++i)
+        std::vector<void const*> expected;
+        for (int i = 0; i < count; ++i) {
             vector.addElement(&items[i], true);
-        for (int left : {0, count / 2, count - 1}) {
-            void const* const item = vector[left];
-            vector.removeElement(left);
-            FailingAllocation const failing(0);
-            ASSERT_NO_THROW(vector.addElement(item, false)) << count << " items, without number " << left;
+            expected.push_back(&items[i]);
         }
+        if (count % 2 == 0)
+            vector.buildIndex();
+        for (int from : {0, count / 2, count - 1, 0, 0, count / 3, 0}) {
+            void const* const item = expected[static_cast<std::size_t>(from)];
+            expected.erase(expected.begin() + from);
+            expected.push_back(item);
+            long const before = madeAllocations();
+            bool const moved = vector.moveToEnd(item);
+            ASSERT_EQ(madeAllocations(), before) << count << " items, from " << from;
+            ASSERT_TRUE(moved);
+            ASSERT_EQ(itemsOf(vector), expected);
+        }
+        ASSERT_FALSE(vector.moveToEnd(&stranger));
         ASSERT_EQ(vector.size, count);
-        for (int i = 0; i < count; ++i)
-            ASSERT_NE(vector.containsElement(&items[i]), -1);
     }
+}
+
+TEST(QORVector, KeepsItsOrderAndItsIteratorsWithAnIndex) {
+    char const items[300] = {};
+    VectorRules rules{[](void const* a, void const* b) { return a == b; }, {}, {}, {}};
+    rules.matches = rules.equal;
+    for (char const& item : items) {
+        rules.items.push_back(&item);
+        rules.keys.push_back(&item);
+    }
+    rules.distinct = true;
+    rules.phase = 1500;
+    struct Indexed : QORVector {
+        bool add(void const* item, bool unique, QORContainer::Iterator* iterator) override {
+            bool const added = QORVector::add(item, unique, iterator);
+            buildIndex();
+            return added;
+        }
+        int addElement(void const* item, bool unique) override {
+            int const position = QORVector::addElement(item, unique);
+            buildIndex();
+            return position;
+        }
+    };
+    compareVectorWithModel<Indexed>(rules, 6, 6000);
+    compareIteratorsWithModel<Indexed>([] { return std::make_unique<Indexed>(); }, {false, true, 200, 2500},
+                                       14, 20000);
+}
+
+TEST(QORVector, DropsItsIndexForAnItemThatStandsInItTwice) {
+    char const items[100] = {};
+    for (bool unique : {true, false}) {
+        QORVector vector;
+        std::vector<void const*> expected;
+        for (char const& item : items) {
+            vector.addElement(&item, true);
+            expected.push_back(&item);
+        }
+        vector.buildIndex();
+        for (int position : {70, 40, 30, 0}) {
+            EXPECT_EQ(vector.removeElement(position), expected[static_cast<std::size_t>(position)]);
+            expected.erase(expected.begin() + position);
+        }
+        EXPECT_EQ(vector.addElement(&items[50], unique), unique ? -1 : 96);
+        if (!unique)
+            expected.push_back(&items[50]);
+        EXPECT_EQ(itemsOf(vector), expected);
+        vector.addElement(nullptr, false);
+        expected.push_back(nullptr);
+        EXPECT_EQ(itemsOf(vector), expected);
+        EXPECT_EQ(vector.containsElement(&items[50]), 47);
+        EXPECT_TRUE(vector.removeItem(&items[50]));
+        EXPECT_EQ(vector.containsElement(&items[50]), unique ? -1 : 95);
+    }
+}
+
+TEST(QORVector, GoesOnWithoutAnIndexWhereMemoryIsShort) {
+    char const items[100] = {};
+    QORVector vector;
+    fill(vector, items);
+    auto const before = itemsOf(vector);
+    long const live = liveAllocations();
+    for (long spared : {0, 1, 2}) {
+        FailingAllocation const failing(spared);
+        vector.buildIndex();
+    }
+    EXPECT_EQ(liveAllocations(), live);
+    EXPECT_EQ(itemsOf(vector), before);
+    EXPECT_EQ(vector.containsElement(&items[77]), 77);
+    EXPECT_EQ(vector.removeElement(50), &items[50]);
+    EXPECT_EQ(vector.containsElement(&items[77]), 76);
+}
+
+TEST(QORVector, GivesItsMemoryBackWhenEmpty) {
+    char const items[10] = {};
+    long const before = liveAllocations();
+    QORVector vector;
+    fill(vector, items);
+    QORVector::Iterator iterator(vector, true);
+    vector.releaseMemory();
+    EXPECT_EQ(vector.size, 10);
+    EXPECT_EQ(iterator.get(), &items[0]);
+    vector.empty();
+    vector.releaseMemory();
+    EXPECT_EQ(liveAllocations(), before);
+    EXPECT_EQ(iterator.getContainer(), nullptr);
+    EXPECT_EQ(iterator.next(1), nullptr);
+    vector.releaseMemory();
+    fill(vector, items);
+    EXPECT_EQ(vector.size, 10);
 }
 
 TEST(QORVector, GoesOnWhenTheElementUnderAWalkIsRemovedByOthers) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <qor/QORLinkTree.h>
 #include <qor/QORObject.h>
-#include <qor/QORRBTree.h>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 /// A link tree with its cursor in the open, which counts the steps that it walks.
@@ -83,13 +84,50 @@ struct LinkTreeRules {
     std::vector<void const*> keys;
 };
 
+/// A link tree of any class and what stands behind its interface.
+class LinkTreeAccess {
+public:
+    virtual ~LinkTreeAccess() = default;
+    virtual QORLinkTree& tree() = 0;
+    virtual QORRBTreeNode const* first() const = 0;
+    virtual QORRBTreeNode const* current() const = 0;
+    virtual int position() const = 0;
+    virtual int placeOf(QORRBTreeNode const* node) const = 0;
+    virtual QORRBTreeNode* nodeAt(int place) const = 0;
+    /// An empty tree of the same class.
+    virtual std::unique_ptr<LinkTreeAccess> make() const = 0;
+    virtual std::unique_ptr<LinkTreeAccess> copy() const = 0;
+    /// Assigns a tree of the same class.
+    virtual void assign(LinkTreeAccess const& other) = 0;
+};
+
+template <class Tree>
+class LinkTreeAccessTo : public LinkTreeAccess {
+public:
+    QORLinkTree& tree() override { return probe; }
+    QORRBTreeNode const* first() const override { return probe._first; }
+    QORRBTreeNode const* current() const override { return probe.current; }
+    int position() const override { return probe.position; }
+    int placeOf(QORRBTreeNode const* node) const override { return probe.placeOf(node); }
+    QORRBTreeNode* nodeAt(int place) const override { return probe.nodeAt(place); }
+    std::unique_ptr<LinkTreeAccess> make() const override { return std::make_unique<LinkTreeAccessTo>(); }
+    std::unique_ptr<LinkTreeAccess> copy() const override {
+        return std::make_unique<LinkTreeAccessTo>(*this);
+    }
+    void assign(LinkTreeAccess const& other) override {
+        probe = static_cast<LinkTreeAccessTo const&>(other).probe;
+    }
+
+private:
+    LinkTreeProbe<Tree> probe;
+};
+
 /// Runs random operations on a link tree and on a sorted std::vector with a cursor that follows the rules
 /// naively, and compares results, order and cursor after each.
-template <class Tree>
 class LinkTreeModel {
 public:
-    LinkTreeModel(LinkTreeRules const& classRules, unsigned seed)
-        : rules(classRules), random(seed), tree(std::make_unique<LinkTreeProbe<Tree>>()) {}
+    LinkTreeModel(LinkTreeRules const& classRules, std::unique_ptr<LinkTreeAccess> emptyTree, unsigned seed)
+        : rules(classRules), random(seed), access(std::move(emptyTree)), tree(&access->tree()) {}
 
     void run(int steps) {
         for (int i = 0; i < steps && !testing::Test::HasFailure(); ++i) {
@@ -206,7 +244,7 @@ private:
             return;
         }
         case 1: {
-            typename Tree::Iterator iterator;
+            QORLinkTree::Iterator iterator;
             ASSERT_EQ(tree->add(item, unique, &iterator), !refused);
             ASSERT_EQ(iterator.get(), refused ? nullptr : item);
             return;
@@ -230,7 +268,7 @@ private:
         } else {
             EXPECT_EQ(rules.order(static_cast<QORObject*>(node->item), item), 0);
         }
-        return tree->placeOf(node);
+        return access->placeOf(node);
     }
 
     void remove(int how) {
@@ -241,7 +279,7 @@ private:
             if (elements.empty())
                 return;
             int const index = pick(count());
-            ASSERT_EQ(tree->removeNode(tree->nodeAt(index)), at(index));
+            ASSERT_EQ(tree->removeNode(access->nodeAt(index)), at(index));
             return erase(index);
         }
         case 1: {
@@ -256,7 +294,7 @@ private:
             return;
         }
         case 2: {
-            typename Tree::Iterator iterator;
+            QORLinkTree::Iterator iterator;
             int const index = indexOfNode(item, tree->getNode(item));
             ASSERT_EQ(tree->contains(item, &iterator), index != -1);
             ASSERT_EQ(tree->remove(&iterator), index != -1);
@@ -267,7 +305,7 @@ private:
             return;
         }
         default: {
-            int const index = there ? tree->placeOf(tree->getNode(item)) : -1;
+            int const index = there ? access->placeOf(tree->getNode(item)) : -1;
             ASSERT_EQ(tree->removeItem(item), there);
             if (there)
                 erase(index);
@@ -283,7 +321,7 @@ private:
         if (index == count())
             index = -1;
         QORRBTreeNode* const node = first ? tree->findFirstNode(key) : tree->findLastNode(key);
-        ASSERT_EQ(node ? tree->placeOf(node) : -1, index);
+        ASSERT_EQ(node ? access->placeOf(node) : -1, index);
         if (first) {
             ASSERT_EQ(tree->findFirst(key, nullptr), node ? node->item : nullptr);
         }
@@ -323,6 +361,11 @@ private:
         ASSERT_EQ((*tree)[index], expected);
     }
 
+    void use(std::unique_ptr<LinkTreeAccess> other) {
+        access = std::move(other);
+        tree = &access->tree();
+    }
+
     void replace(int how) {
         if (how == 0) {
             elements.clear();
@@ -330,23 +373,18 @@ private:
             ASSERT_TRUE(tree->empty());
             return;
         }
-        LinkTreeProbe<Tree>& self = *tree;
-        switch (how) {
-        case 1: // a copy takes the place of its source
-            tree = std::make_unique<LinkTreeProbe<Tree>>(self);
-            break;
-        case 2: {
-            auto target = std::make_unique<LinkTreeProbe<Tree>>();
+        if (how == 1) { // a copy takes the place of its source
+            use(access->copy());
+        } else if (how == 2) {
+            std::unique_ptr<LinkTreeAccess> target = access->make();
             for (int i = 0; i < 5; ++i)
-                target->addElement(any(rules.items), false);
-            *target = self;
-            ASSERT_TRUE(*target == self);
-            ASSERT_FALSE(*target != self);
-            tree = std::move(target);
-            break;
-        }
-        default:
-            *tree = self;
+                target->tree().addElement(any(rules.items), false);
+            target->assign(*access);
+            ASSERT_TRUE(target->tree() == *tree);
+            ASSERT_FALSE(target->tree() != *tree);
+            use(std::move(target));
+        } else {
+            access->assign(*access);
             return;
         }
         position = -1;
@@ -390,17 +428,17 @@ private:
     void compare() {
         largest = std::max(largest, count());
         ASSERT_EQ(tree->size, count());
-        QORRBTreeNode const* node = tree->_first;
+        QORRBTreeNode const* node = access->first();
         for (QORObject* element : elements) {
             ASSERT_NE(node, nullptr);
             ASSERT_EQ(node->item, element);
-            node = tree->Tree::nextNode(node);
+            node = tree->QORRBTree::nextNode(node);
         }
         ASSERT_EQ(node, nullptr);
-        ASSERT_EQ(tree->position, position);
+        ASSERT_EQ(access->position(), position);
         if (position == -1)
             return;
-        ASSERT_EQ(tree->placeOf(tree->current), place);
+        ASSERT_EQ(access->placeOf(access->current()), place);
         if (!rules.scans) {
             ASSERT_EQ(place, position);
         }
@@ -409,7 +447,8 @@ private:
 
     LinkTreeRules const& rules;
     std::mt19937 random;
-    std::unique_ptr<LinkTreeProbe<Tree>> tree;
+    std::unique_ptr<LinkTreeAccess> access;
+    QORLinkTree* tree; ///< that of `access`
     Elements elements;
     int position = -1; ///< what the tree's cursor says
     int place = -1;    ///< where its node really lies
@@ -422,5 +461,5 @@ private:
 template <class Tree>
 void compareLinkTreeWithModel(LinkTreeRules const& rules, unsigned seed, int steps) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
-    LinkTreeModel<Tree>(rules, seed).run(steps);
+    LinkTreeModel(rules, std::make_unique<LinkTreeAccessTo<Tree>>(), seed).run(steps);
 }

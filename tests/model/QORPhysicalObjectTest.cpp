@@ -1,0 +1,122 @@
+#include "GraphTestSupport.h"
+
+#include <qor/QORClass.h>
+#include <qor/QORNote.h>
+#include <qor/QORPhysicalObject.h>
+#include <qor/QORPhysicalRelationship.h>
+#include <qor/QORPhysicalTarget.h>
+
+namespace {
+
+using Object = QORPhysicalObject;
+
+void linkEnds(Graph& graph, Object& object, Owners owners) {
+    linkBase(graph, object);
+    ASSERT_TRUE(object.addDestinationOfPhysicalRelationship(graph.mortal<QORPhysicalRelationship>("in")));
+    ASSERT_TRUE(object.addModelObject(graph.mortal<QORClass>("modelObject")));
+    ASSERT_TRUE(object.addSourceOfPhysicalRelationship(graph.mortal<QORPhysicalRelationship>("out")));
+    linkOwner(graph, owners, "target", object, &Object::addPhysicalTarget);
+}
+
+} // namespace
+
+TEST(QORPhysicalObject, ShowsItsKindWhateverItsName) {
+    Object object;
+    EXPECT_EQ(object.getObjectType(), QORPhysicalObjectType::UNDEFINED);
+    EXPECT_EQ(object.getDisplayName(), "UNDEFINED");
+    object.setName("O");
+    EXPECT_EQ(object.getDisplayName(), "UNDEFINED");
+    for (int kind = 0; kind <= 8; ++kind) {
+        object.setObjectType(static_cast<QORPhysicalObjectType>(kind));
+        EXPECT_EQ(object.getDisplayName(), getPhysicalObjectTypeName(object.getObjectType()));
+    }
+    EXPECT_EQ(object.getDisplayName(), "ALL_CONSTRAINT");
+}
+
+TEST(QORPhysicalObject, ObjectsOfOneTargetMayShareAName) {
+    Graph graph;
+    auto* const target = graph.make<QORPhysicalTarget>();
+    auto* const object = graph.make<Object>("A");
+    ASSERT_TRUE(target->addPhysicalObject(object) && target->addPhysicalObject(graph.make<Object>("B")));
+    object->setName("B");
+    EXPECT_EQ(object->getPhysicalTarget(), target);
+    EXPECT_EQ(target->getPhysicalObjectCount(), 2);
+}
+
+TEST(QORPhysicalObject, ItsTargetIsItsOnlyParent) {
+    Graph graph;
+    auto* const object = graph.make<Object>();
+    ASSERT_TRUE(object->addModelObject(graph.make<QORClass>()));
+    EXPECT_EQ(object->removeAggregationAssembly(), nullptr);
+    auto* const target = graph.make<QORPhysicalTarget>();
+    ASSERT_TRUE(object->addPhysicalTarget(target));
+    EXPECT_EQ(object->getParent(), target);
+    EXPECT_EQ(object->getParentCount(), 1);
+    EXPECT_EQ(object->removeAggregationAssembly(), target);
+    EXPECT_EQ(object->getParentCount(), 0);
+}
+
+TEST(QORPhysicalObject, IsTakenApartInOrder) {
+    expectTakenApart<Object>(linkEnds, {"target", "in", "modelObject", "out", "base"},
+                             {"base", "out", "in", "modelObject"});
+}
+
+TEST(QORPhysicalObject, EachEndCountsAsAReference) {
+    expectEndCounts<Object, QORPhysicalTarget>(&Object::addPhysicalTarget);
+    expectEndCounts<Object, QORPhysicalRelationship>(&Object::addDestinationOfPhysicalRelationship);
+    expectEndCounts<Object, QORModelObject, QORClass>(&Object::addModelObject);
+    expectEndCounts<Object, QORPhysicalRelationship>(&Object::addSourceOfPhysicalRelationship);
+}
+
+TEST(QORPhysicalObject, RecursiveDeleteDeletesWhatStartsHereAndFreesWhatEndsHere) {
+    Graph graph;
+    auto* const object = graph.make<Object>();
+    auto* const other = graph.make<Object>();
+    auto* const out = graph.mortal<QORPhysicalRelationship>("out");
+    auto* const in = graph.make<QORPhysicalRelationship>();
+    ASSERT_TRUE(object->addSourceOfPhysicalRelationship(out) && out->addDestinationPhysicalObject(other) &&
+                other->addSourceOfPhysicalRelationship(in) && in->addDestinationPhysicalObject(object));
+    EXPECT_TRUE(object->recursiveDelete());
+    EXPECT_EQ(graph.deaths, Labels{"out"});
+    EXPECT_EQ(in->getDestinationPhysicalObject(), nullptr);
+    EXPECT_EQ(in->getSourcePhysicalObject(), other);
+    EXPECT_EQ(other->getDestinationOfPhysicalRelationshipCount(), 0);
+}
+
+TEST(QORPhysicalObject, ComparesItsKind) {
+    Object object;
+    object.setObjectType(QORPhysicalObjectType::DB2_DATABASE);
+    Object other(object);
+    EXPECT_EQ(other, object);
+    other.setObjectType(QORPhysicalObjectType::NCR_DATABASE);
+    EXPECT_NE(other, object);
+    other.setFrom(object);
+    EXPECT_EQ(other, object);
+    other.setName("N");
+    EXPECT_NE(other, object);
+}
+
+TEST(QORPhysicalObject, ReencodesNotesBeforeTheRelationshipsThatStartHere) {
+    Graph graph;
+    auto* const object = graph.make<Object>(inUtf8);
+    ASSERT_TRUE(
+        object->addSourceOfPhysicalRelationship(graph.mortal<QORPhysicalRelationship>("out", inUtf8)) &&
+        object->addDestinationOfPhysicalRelationship(graph.mortal<QORPhysicalRelationship>("in")) &&
+        object->addNote(graph.mortal<QORNote>("note")));
+    Recoding recode;
+    recode(*object);
+    EXPECT_EQ(graph.transcodes, (Labels{"note", "out"}));
+    EXPECT_EQ(object->getName(), inLatin1);
+    EXPECT_EQ(object->getSourceOfPhysicalRelationship(0)->getName(), inLatin1);
+}
+
+TEST(QORPhysicalObject, IsWalkedWithTheRelationshipsThatStartHere) {
+    Graph graph;
+    auto* const object = graph.make<Object>();
+    auto* const note = graph.make<QORNote>();
+    auto* const out = graph.make<QORPhysicalRelationship>();
+    ASSERT_TRUE(object->addSourceOfPhysicalRelationship(out) && object->addNote(note) &&
+                object->addDestinationOfPhysicalRelationship(graph.make<QORPhysicalRelationship>()) &&
+                object->addModelObject(graph.make<QORClass>()));
+    EXPECT_EQ(walkOf(*object), (std::vector<QORObject*>{object, note, out}));
+}

@@ -1,0 +1,48 @@
+#include "exchange/Attributes.h"
+
+#include "kit/Reflection.h"
+
+#include <qor/QORElementType.h>
+#include <qor/QORException.h>
+
+#include <algorithm>
+
+namespace exchange {
+namespace {
+
+/// An attribute whose values are element types may look up the text of what it is set to, which an unknown
+/// one hasn't; all other enumerations just become unset.
+bool isKnownValue(QORMetaAttribute const& attribute, QORString const& text) {
+    return attribute.getId() != QORAttributeType::PROPERTY_ELEMENT_TYPE_SCOPE__SCOPE ||
+           getElementTypeByName(text.chars) >= 0;
+}
+
+} // namespace
+
+std::vector<QORMetaAttribute*> inSettingOrder(QORMetaClass const& metaClass) {
+    std::vector<QORMetaAttribute*> attributes =
+        kit::recordsOf<QORMetaAttribute>(metaClass.getMetaAttributes());
+    std::reverse(attributes.begin(), attributes.end());
+    return attributes;
+}
+
+// Refusals are thrown as a message or as a bare number.
+bool setAttribute(QORObject& object, QORMetaAttribute const& attribute, QORString text) {
+    if (attribute.getValue(&object) == text) {
+        return true;
+    }
+    if (!isKnownValue(attribute, text)) {
+        return false;
+    }
+    try {
+        QORString given = text;
+        attribute.setValue(&object, given);
+    } catch (QORException const&) {
+        return false;
+    } catch (int) {
+        return false;
+    }
+    return attribute.getValue(&object) == text;
+}
+
+} // namespace exchange

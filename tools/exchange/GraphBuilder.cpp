@@ -1,0 +1,161 @@
+#include "exchange/GraphBuilder.h"
+
+#include "exchange/Attributes.h"
+#include "kit/LinkEnds.h"
+#include "kit/Reflection.h"
+#include "kit/TreePrinter.h"
+
+#include <qor/QORException.h>
+#include <qor/QORMetaRepository.h>
+
+#include <algorithm>
+
+namespace exchange {
+namespace {
+
+std::string classOf(QORObject const& object) {
+    return std::string(kit::view(object.getMetaClass()->getDisplayName()));
+}
+
+bool isLinked(QORObject& object, QORMetaLink const& role, QORObject& other) {
+    QORMetaLink const& reverse = *kit::linkEnd(role).reverse;
+    if (reverse.isUnary()) {
+        return reverse.getLink(&other, 0) != nullptr;
+    }
+    return role.isUnary() && role.getLink(&object, 0) != nullptr;
+}
+
+bool tryToLink(QORObject& from, QORMetaLink const& role, QORObject& to) {
+    try {
+        return role.addLink(&from, &to);
+    } catch (QORException const&) {
+        return false;
+    } catch (int) {
+        return false;
+    }
+}
+
+char const* nameOf(QORMetaAttributeType type) {
+    switch (type) {
+    case QORMetaAttributeType::BOOL:
+        return "true or false";
+    case QORMetaAttributeType::INT:
+    case QORMetaAttributeType::SHORT:
+        return "a whole number";
+    default:
+        return "a text";
+    }
+}
+
+Scalar::Kind kindOf(QORMetaAttributeType type) {
+    switch (type) {
+    case QORMetaAttributeType::BOOL:
+        return Scalar::TRUTH;
+    case QORMetaAttributeType::INT:
+    case QORMetaAttributeType::SHORT:
+        return Scalar::NUMBER;
+    default:
+        return Scalar::TEXT;
+    }
+}
+
+} // namespace
+
+void GraphBuilder::beginObject(std::uint64_t number, std::string const& className) {
+    if (byNumber.count(number)) {
+        throw Mistake("the number " + std::to_string(number) + " is taken twice");
+    }
+    QORMetaClass const* const metaClass =
+        QORMetaRepository::getMetaRepository()->getMetaClassByDisplayName(className.c_str());
+    QORObject* const made = metaClass ? metaClass->newInstance() : nullptr;
+    if (!made) {
+        throw Mistake(kit::quoted(className) + (metaClass ? " is a class without objects" : " is no class"));
+    }
+    graph.adopt(made);
+    byNumber.emplace(number, made);
+    current = made;
+    settings.clear();
+}
+
+void GraphBuilder::addAttribute(std::string const& name, Scalar const& value, std::size_t line) {
+    QORMetaAttribute const* const attribute =
+        current->getMetaClass()->getMetaAttributeByDisplayName(name.c_str());
+    if (!attribute) {
+        throw Mistake(classOf(*current) + " has no attribute " + kit::quoted(name));
+    }
+    for (Setting const& setting : settings) {
+        if (setting.attribute == attribute) {
+            throw Mistake("the attribute " + kit::quoted(name) + " is given twice");
+        }
+    }
+    checkKind(*attribute, value);
+    settings.push_back({attribute, QORString(value.text.c_str()), line});
+}
+
+void GraphBuilder::checkKind(QORMetaAttribute const& attribute, Scalar const& value) const {
+    std::string const name = kit::quoted(kit::view(attribute.getDisplayName()));
+    if (value.kind != kindOf(attribute.getType())) {
+        throw Mistake(name + " takes " + nameOf(attribute.getType()));
+    }
+    if (value.text.find('\0') != std::string::npos) {
+        throw Mistake("the text of " + name + " holds a NUL");
+    }
+}
+
+void GraphBuilder::endObject() {
+    for (QORMetaAttribute const* attribute : inSettingOrder(*current->getMetaClass())) {
+        for (Setting const& setting : settings) {
+            if (setting.attribute == attribute && !setAttribute(*current, *attribute, setting.text)) {
+                throw Mistake(classOf(*current) + " doesn't take " + kit::quoted(kit::view(setting.text)) +
+                                  " as " + kit::quoted(kit::view(attribute->getDisplayName())),
+                              setting.line);
+            }
+        }
+    }
+}
+
+QORObject& GraphBuilder::object(std::uint64_t number) const {
+    auto const found = byNumber.find(number);
+    if (found == byNumber.end()) {
+        throw Mistake("no object has the number " + std::to_string(number));
+    }
+    return *found->second;
+}
+
+void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
+    current = &object(from);
+    role = current->getMetaClass()->getMetaLinkByRoleName(roleName.c_str());
+    if (!role) {
+        throw Mistake(classOf(*current) + " has no role " + kit::quoted(roleName));
+    }
+    if (!kit::isNearEnd(*role)) {
+        throw Mistake("the role " + kit::quoted(roleName) + " of " + classOf(*current) +
+                      " is told from its other end");
+    }
+}
+
+// What isn't of the classes that a link is between is no argument for it, nor is an object for itself.
+void GraphBuilder::addLink(std::uint64_t to) {
+    QORObject& other = object(to);
+    std::string const roleName = kit::quoted(kit::view(role->getRoleName()));
+    if (!other.isInstanceOf(kit::farClassOf(*role))) {
+        throw Mistake("the role " + roleName + " of " + classOf(*current) + " takes no " + classOf(other));
+    }
+    if (current == &other) {
+        throw Mistake("an object is linked with itself as " + roleName);
+    }
+    bool const taken = isLinked(*current, *role, other);
+    if (taken || !tryToLink(*current, *role, other)) {
+        throw Mistake("the link " + roleName + " to the object " + std::to_string(to) +
+                      " is refused: " + (taken ? "an end is taken" : "it is there already, or its name is"));
+    }
+}
+
+kit::Graph GraphBuilder::take() {
+    if (graph.objects().empty()) {
+        throw Mistake("there is no object");
+    }
+    return std::move(graph);
+}
+
+} // namespace exchange

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "kit/Graph.h"
+
+#include <qor/QORString.h>
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class QORMetaAttribute;
+class QORMetaClass;
+class QORMetaLink;
+class QORObject;
+
+namespace exchange {
+
+/// What a file says that can't be; the reader adds where it says so.
+class Mistake : public std::runtime_error {
+public:
+    explicit Mistake(std::string const& what, std::size_t inLine = 0)
+        : std::runtime_error(what), line(inLine) {}
+
+    std::size_t line; ///< 0: where the reader stands
+};
+
+/// A value as it stands in a file.
+struct Scalar {
+    enum Kind { TEXT, NUMBER, TRUTH } kind;
+    std::string text;
+};
+
+/// Makes objects, sets their attributes and links them, by the names that reflection has for all of it.
+/// Throws Mistake for what there isn't, and for what the objects refuse.
+class GraphBuilder {
+public:
+    /// Begins an object. The number must be a new one.
+    void beginObject(std::uint64_t number, std::string const& className);
+    /// Keeps an attribute of that object, whose class must have it.
+    void addAttribute(std::string const& name, Scalar const& value, std::size_t line);
+    /// Sets the attributes in the order that the class asks for.
+    void endObject();
+
+    /// Chooses the end for the links that follow.
+    void beginLinks(std::uint64_t from, std::string const& role);
+    void addLink(std::uint64_t to);
+
+    /// The finished graph; there must be an object.
+    kit::Graph take();
+
+private:
+    struct Setting {
+        QORMetaAttribute const* attribute;
+        QORString text;
+        std::size_t line;
+    };
+
+    QORObject& object(std::uint64_t number) const;
+    void checkKind(QORMetaAttribute const& attribute, Scalar const& value) const;
+
+    kit::Graph graph;
+    std::unordered_map<std::uint64_t, QORObject*> byNumber;
+    QORObject* current = nullptr;
+    std::vector<Setting> settings;
+    QORMetaLink const* role = nullptr;
+};
+
+} // namespace exchange

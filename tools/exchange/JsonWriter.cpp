@@ -1,0 +1,100 @@
+#include "exchange/JsonWriter.h"
+
+#include "exchange/Attributes.h"
+#include "exchange/JsonText.h"
+#include "exchange/LinkSequence.h"
+#include "kit/Numbering.h"
+#include "kit/Reflection.h"
+
+#include <memory>
+#include <ostream>
+#include <unordered_set>
+
+namespace exchange {
+namespace {
+
+std::string hexadecimal(std::string_view bytes) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (char const character : bytes) {
+        auto const byte = static_cast<unsigned char>(character);
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+std::string valueOf(QORMetaAttribute const& attribute, QORString const& value) {
+    switch (attribute.getType()) {
+    case QORMetaAttributeType::BOOL:
+    case QORMetaAttributeType::INT:
+    case QORMetaAttributeType::SHORT:
+        return std::string(kit::view(value));
+    default:
+        break;
+    }
+    if (!isUtf8(kit::view(value))) {
+        return "{\"hex\": \"" + hexadecimal(kit::view(value)) + "\"}";
+    }
+    return jsonString(kit::view(value));
+}
+
+/// The attributes that must be set to make a new object equal this one. What a new object doesn't take isn't
+/// an object's own: it comes from what the object is linked with.
+std::unordered_set<QORMetaAttribute const*> attributesToWrite(QORObject& object) {
+    std::unique_ptr<QORObject> const fresh(object.getMetaClass()->newInstance());
+    std::unordered_set<QORMetaAttribute const*> written;
+    for (QORMetaAttribute const* attribute : inSettingOrder(*object.getMetaClass())) {
+        QORString const value = attribute->getValue(&object);
+        if (attribute->getValue(fresh.get()) != value && setAttribute(*fresh, *attribute, value)) {
+            written.insert(attribute);
+        }
+    }
+    return written;
+}
+
+void writeObject(QORObject& object, std::size_t number, std::ostream& out) {
+    out << "{\"number\": " << number << ", \"class\": \"" << object.getMetaClass()->getDisplayName().chars
+        << '"';
+    auto const written = attributesToWrite(object);
+    char const* before = ", \"attributes\": {";
+    for (QORMetaAttribute const* attribute : kit::attributesOf(object)) {
+        if (written.count(attribute)) {
+            out << before << '"' << attribute->getDisplayName().chars
+                << "\": " << valueOf(*attribute, attribute->getValue(&object));
+            before = ", ";
+        }
+    }
+    out << (written.empty() ? "}" : "}}");
+}
+
+void writeLinks(std::vector<Link> const& links, kit::Numbering const& numbering, std::ostream& out) {
+    for (std::size_t i = 0; i < links.size(); ++i) {
+        Link const& link = links[i];
+        if (i > 0 && links[i - 1].from == link.from && links[i - 1].role == link.role) {
+            out << ", " << numbering.numberOf(*link.to) + 1;
+            continue;
+        }
+        out << (i > 0 ? "]},\n" : "\n") << "{\"from\": " << numbering.numberOf(*link.from) + 1
+            << ", \"role\": \"" << link.role->getRoleName().chars << "\", \"to\": ["
+            << numbering.numberOf(*link.to) + 1;
+    }
+    out << (links.empty() ? "" : "]}\n");
+}
+
+} // namespace
+
+void writeJson(QORObject& root, std::ostream& out) {
+    kit::Numbering const numbering(root);
+    std::vector<Link> const links = linkSequence(numbering);
+    out << "{\n\"format\": \"" << formatName << "\",\n\"version\": " << formatVersion << ",\n\"objects\": [";
+    for (std::size_t i = 0; i < numbering.objects().size(); ++i) {
+        out << (i > 0 ? ",\n" : "\n");
+        writeObject(*numbering.objects()[i], i + 1, out);
+    }
+    out << "\n],\n\"links\": [";
+    writeLinks(links, numbering, out);
+    out << "]\n}\n";
+}
+
+} // namespace exchange
