@@ -24,6 +24,8 @@ void QORPool::release(void* block, std::size_t) noexcept {
     ::operator delete(block);
 }
 
+void QORPool::useHugePages(bool) noexcept {}
+
 #else
 
 namespace {
@@ -122,6 +124,8 @@ Chunk* mapChunk(bool huge) {
     return reinterpret_cast<Chunk*>(aligned);
 }
 
+std::atomic<bool> hugePages{false};
+
 /// The memory of one thread at a time. A pool outlives its thread, since others may hold its blocks, and then
 /// serves the next thread that comes.
 struct Pool {
@@ -201,7 +205,7 @@ struct Pool {
     }
 
     bool addChunk() {
-        Chunk* const chunk = mapChunk(chunkCount > 0);
+        Chunk* const chunk = mapChunk(hugePages.load(std::memory_order_relaxed));
         if (!chunk)
             return false;
         chunk->owner = this;
@@ -297,6 +301,10 @@ void* QORPool::allocate(std::size_t size) {
     if (void* const block = pool.take(sizeIndex(size)))
         return block;
     throw std::bad_alloc();
+}
+
+void QORPool::useHugePages(bool use) noexcept {
+    hugePages.store(use, std::memory_order_relaxed);
 }
 
 void QORPool::release(void* block, std::size_t size) noexcept {

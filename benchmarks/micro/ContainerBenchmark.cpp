@@ -53,10 +53,13 @@ public:
 
     std::vector<QORObject*> const& items() const { return order; }
 
-    /// At most `scanSample` of the elements.
+    /// At most `scanSample` of the elements, spread over the order of adding.
     std::vector<QORObject*> sample() const {
-        return {order.begin(),
-                order.begin() + static_cast<std::ptrdiff_t>(std::min(order.size(), scanSample))};
+        std::vector<QORObject*> chosen;
+        std::size_t const step = std::max<std::size_t>(1, order.size() / scanSample);
+        for (std::size_t at = 0; at < order.size() && chosen.size() < scanSample; at += step)
+            chosen.push_back(order[at]);
+        return chosen;
     }
 
 private:

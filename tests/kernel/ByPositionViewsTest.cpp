@@ -120,7 +120,7 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(All, ByPositionViews, testing::ValuesIn(kinds),
-                         [](auto const& info) { return std::string(info.param.name); });
+                         [](auto const& kind) { return std::string(kind.param.name); });
 
 } // namespace
 

@@ -68,3 +68,20 @@ void operator delete(void* block, std::size_t) noexcept {
 void operator delete[](void* block, std::size_t) noexcept {
     giveBack(block);
 }
+
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    try {
+        return obtain(size);
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
+    return operator new(size, std::nothrow);
+}
+void operator delete(void* block, std::nothrow_t const&) noexcept {
+    giveBack(block);
+}
+void operator delete[](void* block, std::nothrow_t const&) noexcept {
+    giveBack(block);
+}
