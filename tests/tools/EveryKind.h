@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <regex>
 #include <set>
 #include <string>
@@ -117,14 +116,15 @@ private:
         }
     }
 
-    /// Links an object with up to two others, those first that it comes before, so that no owners form a
-    /// ring; the last ones first, so that the order of links isn't that of the objects.
+    /// Links an object with up to two others, the last ones first, so that the order of links isn't that of
+    /// the objects. No owners form a ring.
     void link(std::size_t near, QORMetaLink const& role) {
         std::vector<QORObject*> const& objects = graph.objects();
         int made = 0;
         for (std::size_t far = objects.size(); far-- > 0 && made < 2;) {
             bool const owning = role.getType() == QORMetaLinkType::CHILD;
-            if (far == near || (owning && far < near) || !objects[far]->isInstanceOf(kit::farClassOf(role))) {
+            if (far == near || !objects[far]->isInstanceOf(kit::farClassOf(role)) ||
+                (owning && owns(*objects[far], *objects[near]))) {
                 continue;
             }
             if (role.addLink(objects[near], objects[far])) {
@@ -132,6 +132,21 @@ private:
                 linked.insert(role.getId());
             }
         }
+    }
+
+    static bool owns(QORObject const& owner, QORObject& object) {
+        std::vector<QORObject*> owners{&object};
+        for (std::size_t i = 0; i < owners.size(); ++i) {
+            if (owners[i] == &owner) {
+                return true;
+            }
+            for (QORMetaLink const* link : kit::linksOf(*owners[i])) {
+                if (link->getType() == QORMetaLinkType::PARENT && link->getLink(owners[i], 0)) {
+                    owners.push_back(link->getLink(owners[i], 0));
+                }
+            }
+        }
+        return false;
     }
 
     std::vector<std::string> words;

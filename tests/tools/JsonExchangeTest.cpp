@@ -130,4 +130,288 @@ TEST(JsonExchange, EveryAttributeThatCanBeSetIsOneThatTheTestSets) {
     EXPECT_THAT(unchanged, ElementsAre());
 }
 
+// ---- what is written ---------------------------------------------------------------------------------
+
+std::vector<QORObject*> elements(QORObject& object, char const* role) {
+    return kit::elementsOf(object, *object.getMetaClass()->getMetaLinkByRoleName(role));
+}
+
+template <class Class>
+Class* made(kit::Graph& graph, char const* name = "") {
+    auto* object = new Class;
+    graph.adopt(object);
+    if (*name) {
+        object->setName(name);
+    }
+    return object;
+}
+
+TEST(JsonExchange, OnlyWhatDiffersFromANewObjectIsWritten) {
+    QORModel model;
+    EXPECT_EQ(jsonOf(model), "{\n\"format\": \"qor-graph\",\n\"version\": 1,\n\"objects\": [\n"
+                             "{\"number\": 1, \"class\": \"Model\"}\n],\n\"links\": []\n}\n");
+    QORClass table; // whose multiplicity starts with "0", while its record says otherwise
+    EXPECT_THAT(jsonOf(table), Not(HasSubstr("attributes")));
+    table.setCppMultiplicity("MUL_UNSPECIFIED");
+    EXPECT_THAT(jsonOf(table), HasSubstr("\"attributes\": {\"cppMultiplicity\": \"MUL_UNSPECIFIED\"}}"));
+}
+
+TEST(JsonExchange, LinksAreWrittenOnceFromTheOwnersOrReferringEnd) {
+    kit::Graph graph;
+    auto* model = made<QORModel>(graph, "m");
+    for (char const* name : {"b", "a"}) {
+        model->addChildPackage(made<QORDesignPackage>(graph, name));
+    }
+    EXPECT_THAT(jsonOf(*model),
+                HasSubstr("\"links\": [\n{\"from\": 1, \"role\": \"childPackage\", \"to\": [2, 3]}\n]"));
+}
+
+TEST(JsonExchange, BothEndsOfALinkKeepTheirOrder) {
+    kit::Graph graph;
+    std::vector<QORClass*> classes;
+    std::vector<QORGeneralization*> generalizations;
+    for (int i = 0; i < 4; ++i) {
+        std::string const number = std::to_string(i);
+        classes.push_back(made<QORClass>(graph, ("c" + number).c_str()));
+        generalizations.push_back(made<QORGeneralization>(graph, ("g" + number).c_str()));
+    }
+    // An order that is neither that of the one side nor that of the other.
+    for (auto const& [c, g] : std::vector<std::pair<std::size_t, std::size_t>>{
+             {2, 1}, {0, 3}, {2, 0}, {3, 1}, {0, 1}, {1, 2}, {1, 3}, {2, 3}}) {
+        ASSERT_TRUE(classes[c]->addSupertypeOfGeneralization(generalizations[g]));
+    }
+    kit::Graph const read = graphOf(jsonOf(*classes[2]));
+    expectEqual(*classes[2], read.root());
+    std::vector<std::string> names;
+    for (QORObject const* generalization : elements(read.root(), "supertypeOfGeneralization")) {
+        names.emplace_back(generalization->getName().chars);
+    }
+    EXPECT_THAT(names, ElementsAre("g1", "g0", "g3"));
+    names.clear();
+    QORObject& g1 = *elements(read.root(), "supertypeOfGeneralization")[0];
+    for (QORObject const* table : elements(g1, "supertypeClass")) {
+        names.emplace_back(table->getName().chars);
+    }
+    EXPECT_THAT(names, ElementsAre("c2", "c3", "c0"));
+}
+
+TEST(JsonExchange, TextThatIsNotUtf8KeepsItsBytes) {
+    for (char const* text : {"\xe9", "a\xc3", "\xed\xa0\x80", "\xc0\x80", "\xf4\x90\x80\x80", "\xff\"\\"}) {
+        QORModel model;
+        model.setName(text);
+        EXPECT_THAT(jsonOf(model), HasSubstr("\"name\": {\"hex\": \""));
+        EXPECT_STREQ(graphOf(jsonOf(model)).root().getName().chars, text);
+    }
+    for (char const* text : {"\xc3\xa9", "\xed\x9f\xbf", "\xf4\x8f\xbf\xbf", "\x7f\x01\n\t\"\\/"}) {
+        QORModel model;
+        model.setName(text);
+        EXPECT_THAT(jsonOf(model), Not(HasSubstr("hex")));
+        EXPECT_STREQ(graphOf(jsonOf(model)).root().getName().chars, text);
+    }
+}
+
+TEST(JsonExchange, NameThatComesFromTheTypeIsNotWritten) {
+    kit::Graph graph;
+    auto* table = made<QORClass>(graph, "t");
+    auto* type = made<QORPropertyType>(graph, "color");
+    auto* value = made<QORPropertyValue>(graph);
+    value->setValue("red");
+    value->addPropertyType(type);
+    table->addPropertyValue(value);
+    std::string const json = jsonOf(*table);
+    EXPECT_THAT(json, HasSubstr("\"class\": \"PropertyValue\", \"attributes\": {\"value\": \"red\"}}"));
+    kit::Graph const read = graphOf(json);
+    EXPECT_STREQ(elements(read.root(), "propertyValue")[0]->getName().chars, "color");
+}
+
+TEST(JsonExchange, NameThatWasChangedAfterTheAttributeItFollowsStays) {
+    for (char const* name : {"", "other", "CLASS"}) {
+        QORPropertyElementTypeScope scope;
+        scope.setScope(QORElementType::CLASS);
+        scope.setName(name);
+        kit::Graph const read = graphOf(jsonOf(scope));
+        expectEqual(scope, read.root());
+    }
+}
+
+/// Classes and generalizations without names, which differ in their links with each other alone.
+std::string jsonOfTwins(unsigned seed) {
+    kit::Graph graph;
+    auto* model = made<QORModel>(graph);
+    auto* package = made<QORDesignPackage>(graph);
+    model->addChildPackage(package);
+    constexpr std::size_t count = 12;
+    std::vector<QORGeneralization*> generalizations;
+    std::vector<QORClass*> classes;
+    for (std::size_t i = 0; i < count; ++i) {
+        generalizations.push_back(made<QORGeneralization>(graph));
+        classes.push_back(made<QORClass>(graph));
+    }
+    // Which ones belong together is a matter of the seed, and so of their addresses.
+    for (std::size_t i = 0; i < count; ++i) {
+        QORGeneralization* const generalization = generalizations[(i * 5 + seed) % count];
+        package->addModelElement(generalization);
+        QORClass* const table = classes[(i * 7 + seed * 3) % count];
+        generalization->addSupertypeClass(table);
+        generalization->addSubtypeClass(classes[((i + 1) % count * 7 + seed * 3) % count]);
+    }
+    return jsonOf(*model);
+}
+
+TEST(JsonExchange, TextDoesNotDependOnWhereTheObjectsLie) {
+    std::string const first = jsonOfTwins(0);
+    EXPECT_THAT(first, HasSubstr("\"number\": 26"));
+    for (unsigned seed = 1; seed < 12; ++seed) {
+        EXPECT_TRUE(jsonOfTwins(seed) == first) << seed;
+    }
+}
+
+TEST(JsonExchange, DeepGraphNeedsNoDeepStack) {
+    kit::Graph graph;
+    auto* package = made<QORDesignPackage>(graph);
+    for (int i = 0; i < 20000; ++i) {
+        auto* inner = made<QORDesignPackage>(graph);
+        ASSERT_TRUE(package->addChildPackage(inner));
+        package = inner;
+    }
+    std::string const json = jsonOf(graph.root());
+    EXPECT_TRUE(jsonOf(graphOf(json).root()) == json);
+}
+
+// ---- what is refused ---------------------------------------------------------------------------------
+
+TEST(JsonExchange, CutOffFileIsRefusedWhereverItEnds) {
+    kit::Graph graph;
+    auto* model = made<QORModel>(graph, "m");
+    model->addChildPackage(made<QORDesignPackage>(graph, "\xe9"));
+    std::string const json = jsonOf(*model);
+    std::size_t const end = json.size() - 1; // the line break behind the last brace
+    ASSERT_EQ(problemOf(json.substr(0, end)), "");
+    for (std::size_t size = 0; size < end; ++size) {
+        EXPECT_THAT(problemOf(json.substr(0, size)), StartsWith("x.json: line ")) << size;
+    }
+    EXPECT_EQ(problemOf(json.substr(0, 100)), "x.json: line 5: the text ends too early");
+}
+
+TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
+    struct Case {
+        char const* objects;
+        char const* links;
+        char const* problem;
+    };
+    char const* const two =
+        "{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 2, \"class\": \"DesignPackage\"}";
+    Case const cases[] = {
+        {"{\"number\": 1, \"class\": \"Modell\"}", "", "line 5: \"Modell\" is no class"},
+        {"{\"number\": 1, \"class\": \"Element\"}", "", "line 5: \"Element\" is a class without objects"},
+        {"{\"number\": 1, \"class\": \"Object\"}", "", "line 5: \"Object\" is a class without objects"},
+        {"\n{\"number\": 1, \"class\": \"Model\",\n\"attributes\": {\n\"color\": 1}}", "",
+         "line 8: Model has no attribute \"color\""},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": \"a\", \"name\": \"b\"}}", "",
+         "line 5: the attribute \"name\" is given twice"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": 1}}", "",
+         "line 5: \"name\" takes a text"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": null}}", "", "line 5: null"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": \"a\\u0000b\"}}", "",
+         "line 5: the text of \"name\" holds a NUL"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": {\"hex\": \"4\"}}}", "",
+         "line 5: \"hex\" takes"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": {\"hex\": \"4G\"}}}", "",
+         "line 5: \"hex\" takes"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": {}}}", "",
+         "line 5: \"hex\" is missing"},
+        {"{\"number\": 1, \"class\": \"Class\", \"attributes\": {\"cppAbstract\": \"true\"}}", "",
+         "line 5: \"cppAbstract\" takes true or false"},
+        {"{\"number\": 1, \"class\": \"Class\", \"attributes\": {\"cppSpace\": 1.5}}", "",
+         "line 5: 1.5 isn't a whole number"},
+        {"{\"number\": 1, \"class\": \"Class\", \"attributes\": {\"cppSpace\": 99999999999}}", "",
+         "line 5: Class doesn't take \"99999999999\" as \"cppSpace\""},
+        {"{\"number\": 1, \"class\": \"Attribute\", \"attributes\": {\"position\": 40000}}", "",
+         "line 5: Attribute doesn't take \"40000\" as \"position\""},
+        {"{\"number\": 1, \"class\": \"Class\", \"attributes\": {\n\"cppClassType\": \"entity\"\n\n}}", "",
+         "line 6: Class doesn't take \"entity\" as \"cppClassType\""},
+        {"{\"number\": 1, \"class\": \"PropertyElementTypeScope\", \"attributes\": {\"scope\": \"NOTHING\"}}",
+         "", "line 5: PropertyElementTypeScope doesn't take \"NOTHING\" as \"scope\""},
+        {"{\"number\": 1, \"class\": \"ModelFormat\", \"attributes\": {\"formatType\": \"text/plain\"}}", "",
+         "line 5: ModelFormat doesn't take \"text/plain\" as \"formatType\""},
+        {"{\"number\": 1, \"class\": \"PropertyValue\", \"attributes\": {\"name\": \"x\"}}", "",
+         "line 5: PropertyValue doesn't take \"x\" as \"name\""},
+        {"{\"number\": 1, \"class\": \"Version\", \"attributes\": {\"startDate\": \"25:00:00 2001-01-01\"}}",
+         "", "line 5: "},
+        {"{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 1, \"class\": \"Model\"}", "",
+         "line 6: the number 1 is taken twice"},
+        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: the number of an object is due"},
+        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: the number of an object is due"},
+        {"{\"class\": \"Model\", \"number\": 1}", "", "line 5: \"class\" stands where \"number\" is due"},
+        {"{\"number\": 1}", "", "line 5: \"class\" is missing"},
+        {"{\"number\": 1, \"class\": \"Model\", \"colour\": 1}", "", "line 5: \"colour\" stands where"},
+        {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {}, \"attributes\": {}}", "",
+         "line 5: \"attributes\" isn't a key here"},
+        {"[1]", "", "line 5: [ has no meaning here"},
+        {"", "", "there is no object"},
+        {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [3]}", "line 9: no object has the number 3"},
+        {two, "\n{\"from\": 3, \"role\": \"childPackage\", \"to\": [2]}",
+         "line 10: no object has the number 3"},
+        {two, "{\"from\": 1, \"role\": \"color\", \"to\": [2]}", "line 9: Model has no role \"color\""},
+        {two, "{\"from\": 2, \"role\": \"parentPackage\", \"to\": [1]}",
+         "line 9: the role \"parentPackage\" of DesignPackage is told from its other end"},
+        {two, "{\"from\": 1, \"role\": \"type\", \"to\": [2]}",
+         "line 9: the role \"type\" of Model takes no DesignPackage"},
+        {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [1]}",
+         "line 9: an object is linked with itself as \"childPackage\""},
+        {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2,\n2]}",
+         "line 10: the link \"childPackage\" to the object 2 is refused: an end is taken"},
+        {"{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 2, \"class\": \"Model\"},\n{\"number\": 3, "
+         "\"class\": \"Model\"}",
+         "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2, 3]}",
+         "line 10: the link \"childPackage\" to the object 3 is refused"},
+        {"{\"number\": 1, \"class\": \"Generalization\"},\n{\"number\": 2, \"class\": \"Class\"}",
+         "{\"from\": 2, \"role\": \"supertypeOfGeneralization\", \"to\": [1, 1]}",
+         "line 9: the link \"supertypeOfGeneralization\" to the object 1 is refused"},
+        {two, "{\"from\": 1, \"role\": \"childPackage\"}", "line 9: \"to\" is missing"},
+        {two, "{\"from\": 1, \"to\": [2]}", "line 9: \"to\" stands where \"role\" is due"},
+        {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [[2]]}", "line 9: [ has no meaning here"},
+    };
+    for (Case const& each : cases) {
+        EXPECT_THAT(problemOf(fileOf(each.objects, each.links)), HasSubstr(each.problem))
+            << each.objects << each.links;
+    }
+}
+
+TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
+    std::string const good = fileOf("{\"number\": 1, \"class\": \"Model\"}");
+    ASSERT_EQ(problemOf(good), "");
+    struct Change {
+        char const* from;
+        char const* to;
+        char const* problem;
+    };
+    Change const changes[] = {
+        {"qor-graph", "qor", "line 2: \"format\" is due"},
+        {"\"version\": 1", "\"version\": 2", "line 3: \"version\" is one that this program doesn't know"},
+        {"\"version\": 1", "\"version\": \"1\"", "line 3: \"version\""},
+        {"\"version\": 1,\n", "", "\"objects\" stands where \"version\" is due"},
+        {",\n\"links\": [\n\n]", "", "\"links\" is missing"},
+        {"]\n}\n", "],\n\"more\": 1}\n", "\"more\" isn't a key here"},
+        {"]\n}\n", "]\n}\n{}", "this isn't JSON"},
+        {"\"Model\"", "\"Mod\xff\"", "line 5: this isn't JSON"},
+        {"\"Model\"", "'Model'", "line 5: this isn't JSON"},
+        {"{\n", "[\n", "line 1: [ has no meaning here"},
+    };
+    for (Change const& change : changes) {
+        std::string json = good;
+        replace(json, change.from, change.to);
+        EXPECT_THAT(problemOf(json), HasSubstr(change.problem)) << change.to;
+    }
+    EXPECT_THAT(problemOf("1"), HasSubstr("line 1: 1 has no meaning here"));
+    EXPECT_THAT(problemOf(std::string(1000000, '[')), HasSubstr("line 1: [ has no meaning here"));
+    EXPECT_THAT(problemOf(fileOf(std::string(1000000, '['))), HasSubstr("line 5: [ has no meaning here"));
+}
+
+TEST(JsonExchange, MissingFileAndFolderAreRefused) {
+    TemporaryFolder const folder;
+    EXPECT_THROW(exchange::readJsonFile(folder.file("none.json")), kit::ToolError);
+    EXPECT_THROW(exchange::readJsonFile(folder.path.string()), kit::ToolError);
+}
+
 } // namespace

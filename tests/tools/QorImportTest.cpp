@@ -411,7 +411,7 @@ TEST_F(QorImport, UnknownOptionsAndVerbsAreNamed) {
 
 TEST_F(QorImport, MissingArgumentsAreErrors) {
     expectError(qor({}), "no verb given");
-    expectError(qor({"import"}), "FILE is required");
+    expectError(qor({"import"}), "SOURCE is required");
 }
 
 TEST_F(QorImport, VersionIsOneLine) {

@@ -31,6 +31,17 @@ Lead leadOf(unsigned char byte) {
     return {4, low, high};
 }
 
+std::string hexadecimal(std::string_view bytes) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (char const character : bytes) {
+        auto const byte = static_cast<unsigned char>(character);
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
 bool lies(std::string_view text, std::size_t place, unsigned char low, unsigned char high) {
     auto const byte = static_cast<unsigned char>(text[place]);
     return low <= byte && byte <= high;
@@ -81,6 +92,24 @@ std::string jsonString(std::string_view text) {
         }
     }
     return json += '"';
+}
+
+std::string jsonValue(std::string_view text) {
+    return isUtf8(text) ? jsonString(text) : "{\"hex\": \"" + hexadecimal(text) + "\"}";
+}
+
+std::string printable(std::string_view text) {
+    bool const wellFormed = isUtf8(text);
+    std::string result(text);
+    for (char& character : result) {
+        auto const code = static_cast<unsigned char>(character);
+        if (code < 0x20 || code == 0x7f) {
+            character = ' ';
+        } else if (code > 0x7f && !wellFormed) {
+            character = '?';
+        }
+    }
+    return result;
 }
 
 } // namespace exchange

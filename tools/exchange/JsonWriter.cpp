@@ -13,17 +13,6 @@
 namespace exchange {
 namespace {
 
-std::string hexadecimal(std::string_view bytes) {
-    constexpr char digits[] = "0123456789abcdef";
-    std::string text;
-    for (char const character : bytes) {
-        auto const byte = static_cast<unsigned char>(character);
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
-    }
-    return text;
-}
-
 std::string valueOf(QORMetaAttribute const& attribute, QORString const& value) {
     switch (attribute.getType()) {
     case QORMetaAttributeType::BOOL:
@@ -31,12 +20,8 @@ std::string valueOf(QORMetaAttribute const& attribute, QORString const& value) {
     case QORMetaAttributeType::SHORT:
         return std::string(kit::view(value));
     default:
-        break;
+        return jsonValue(kit::view(value));
     }
-    if (!isUtf8(kit::view(value))) {
-        return "{\"hex\": \"" + hexadecimal(kit::view(value)) + "\"}";
-    }
-    return jsonString(kit::view(value));
 }
 
 /// The attributes that must be set to make a new object equal this one. What a new object doesn't take isn't

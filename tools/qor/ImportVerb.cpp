@@ -1,52 +1,57 @@
 #include "qor/Verbs.h"
 
+#include "exchange/JsonWriter.h"
+#include "kit/OutputFile.h"
 #include "kit/Statistics.h"
 #include "kit/TreePrinter.h"
-#include "sqlite/SchemaImporter.h"
-#include "sqlite/SqliteDatabase.h"
-
-#include <qor/QORModel.h>
+#include "qor/Session.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <ostream>
-#include <sstream>
 
 namespace qorprogram {
 namespace {
 
 struct ImportOptions {
-    std::string file;
+    std::string source;
+    std::string output;
     bool statistics = false;
 };
 
-void import(ImportOptions const& options, std::ostream& out) {
-    sqlite::Database database(options.file);
-    std::unique_ptr<QORModel> const model = sqlite::importSchema(database);
-    // Into memory first: what fails half-way shows nothing.
-    std::ostringstream text;
-    if (options.statistics) {
-        kit::printStatistics(kit::countObjects(*model), text);
-    } else {
-        kit::printTree(*model, text);
-    }
-    out << text.str();
+void import(ImportOptions const& options, Session& session) {
+    kit::Graph const graph = loadSource(options.source);
+    kit::writeOutput(options.output, session.out, [&](std::ostream& out) {
+        if (!options.output.empty()) {
+            exchange::writeJson(graph.root(), out);
+        } else if (options.statistics) {
+            kit::printStatistics(kit::countObjects(graph.root()), out);
+        } else {
+            kit::printTree(graph.root(), out);
+        }
+    });
 }
 
 } // namespace
 
-void addImportVerb(CLI::App& program, std::ostream& out) {
+void addImportVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ImportOptions>();
-    CLI::App* const verb =
-        program.add_subcommand("import", "Read the schema of an SQLite database and print it");
+    CLI::App* const verb = program.add_subcommand(
+        "import", "Read the schema of an SQLite database and print it, or keep it as JSON");
     verb->group("Verbs");
-    verb->add_option("FILE", options->file, "The database; it is only read")->required();
-    verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead");
+    verb->add_option("SOURCE", options->source, "The database, or a graph in JSON; it is only read")
+        ->required();
+    auto* const output = verb->add_option("-o,--output", options->output,
+                                          "Write JSON to this file instead; - is the standard output");
+    verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
+        ->excludes(output);
+    verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
     verb->footer(
         "\nPrints a model, its packages, a Class for each table with an Attribute for each column, and\n"
         "the types of the columns, as a tree: each line is an object, below its owner.\n"
-        "\nExample:\n  qor import orchard.sqlite\n  qor import --stats orchard.sqlite");
-    verb->callback([options, &out] { import(*options, out); });
+        "\nExample:\n  qor import orchard.sqlite\n  qor import --stats orchard.sqlite\n"
+        "  qor import orchard.sqlite -o orchard.json");
+    verb->callback([options, &session] { import(*options, session); });
 }
 
 } // namespace qorprogram

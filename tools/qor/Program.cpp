@@ -1,6 +1,7 @@
 #include "qor/Program.h"
 
 #include "kit/ToolError.h"
+#include "qor/Session.h"
 #include "qor/Verbs.h"
 
 #include <CLI/CLI.hpp>
@@ -27,14 +28,18 @@ int fail(std::ostream& err, std::string const& problem) {
     return failure;
 }
 
-void parseAndRun(CLI::App& program, int argc, char const* const* argv, std::ostream& out) {
+void parseAndRun(CLI::App& program, int argc, char const* const* argv, Session& session) {
     program.set_version_flag("--version", "qor " QOR_TOOLS_VERSION, "Print the version and exit");
     program.get_formatter()->label("SUBCOMMAND", "VERB");
     program.footer("qor VERB --help tells more of a verb.\n\nExample:\n  qor import orchard.sqlite");
     program.require_subcommand(1);
-    addImportVerb(program, out);
+    addImportVerb(program, session);
+    addShowVerb(program, session);
+    addExportVerb(program, session);
+    addDiffVerb(program, session);
+    addRecodeVerb(program, session);
     program.parse(argc, argv);
-    if (!out.flush()) {
+    if (!session.out.flush()) {
         throw kit::ToolError("standard output", "can't be written");
     }
 }
@@ -55,10 +60,12 @@ std::string problemOf(CLI::App const& program, CLI::ParseError const& error) {
 } // namespace
 
 int run(int argc, char const* const* argv, std::ostream& out, std::ostream& err) {
-    CLI::App program("Reads database schemas into metadata models and prints them.", "qor");
+    CLI::App program(
+        "Reads database schemas into metadata models; keeps, shows, compares and converts these.", "qor");
     try {
-        parseAndRun(program, argc, argv, out);
-        return 0;
+        Session session{out, err};
+        parseAndRun(program, argc, argv, session);
+        return session.exitCode;
     } catch (CLI::Success const& request) {
         return program.exit(request, out, err);
     } catch (CLI::ParseError const& error) {

@@ -1,15 +1,19 @@
 #pragma once
 
-#include <iosfwd>
-
 namespace CLI {
 class App;
 }
 
 namespace qorprogram {
 
-/// Adds the verb `import`. Its run writes to `out` once all has gone well, and throws kit::ToolError before.
-/// Each further verb is a source of its own with one such function, which `run` calls.
-void addImportVerb(CLI::App& program, std::ostream& out);
+struct Session;
+
+/// Each adds a verb, which is a source of its own. A verb's run writes its result once all has gone well, and
+/// throws kit::ToolError before.
+void addImportVerb(CLI::App& program, Session& session);
+void addShowVerb(CLI::App& program, Session& session);
+void addExportVerb(CLI::App& program, Session& session);
+void addDiffVerb(CLI::App& program, Session& session);
+void addRecodeVerb(CLI::App& program, Session& session);
 
 } // namespace qorprogram

@@ -1,0 +1,93 @@
+#include "kit/Numbering.h"
+
+#include "kit/Graph.h"
+#include "kit/Reflection.h"
+
+#include <qor/QORAttribute.h>
+#include <qor/QORBaseType.h>
+#include <qor/QORClass.h>
+#include <qor/QORDesignPackage.h>
+#include <qor/QORGeneralization.h>
+#include <qor/QORModel.h>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+
+class Numbering : public testing::Test {
+protected:
+    template <class Class>
+    Class* made(char const* name) {
+        auto* object = new Class;
+        graph.adopt(object);
+        object->setName(name);
+        return object;
+    }
+
+    static std::vector<std::string> numbered(QORObject& root) {
+        std::vector<std::string> names;
+        kit::Numbering const numbering(root);
+        for (QORObject const* object : numbering.objects()) {
+            names.emplace_back(object->getName().chars);
+        }
+        return names;
+    }
+
+    kit::Graph graph;
+};
+
+TEST_F(Numbering, OwnersComeBeforeWhatTheyOwnAndThatBeforeTheNext) {
+    auto* model = made<QORModel>("m");
+    for (char const* name : {"b", "a"}) {
+        auto* package = made<QORDesignPackage>(name);
+        model->addChildPackage(package);
+        package->addChildPackage(made<QORDesignPackage>((std::string(name) + "1").c_str()));
+    }
+    EXPECT_THAT(numbered(*model), ElementsAre("m", "a", "a1", "b", "b1"));
+}
+
+TEST_F(Numbering, WhatIsReferredToFollowsFromItsTopmostOwnerOn) {
+    auto* table = made<QORClass>("t");
+    auto* column = made<QORAttribute>("c");
+    auto* model = made<QORModel>("m");
+    auto* type = made<QORBaseType>("b");
+    auto* other = made<QORBaseType>("a");
+    table->addFeature(column);
+    column->addType(type);
+    model->addType(type);
+    model->addType(other);
+    EXPECT_THAT(numbered(*table), ElementsAre("t", "c", "m", "a", "b"));
+    EXPECT_THAT(numbered(*model), ElementsAre("m", "a", "b", "t", "c"));
+    EXPECT_EQ(kit::Numbering(*table).numberOf(*type), 4u);
+}
+
+TEST_F(Numbering, EndThatKeepsAnOrderGivesItAndTheOthersGoByNumber) {
+    auto* table = made<QORClass>("t");
+    auto* first = made<QORGeneralization>("b");
+    auto* second = made<QORGeneralization>("a");
+    table->addSupertypeOfGeneralization(first);
+    table->addSupertypeOfGeneralization(second);
+    kit::Numbering const numbering(*table);
+    QORMetaLink const* const link = table->getMetaClass()->getMetaLinkByRoleName("supertypeOfGeneralization");
+    EXPECT_THAT(numbering.elements(*table, *link), ElementsAre(first, second));
+    auto* model = made<QORModel>("m");
+    auto* late = made<QORBaseType>("z");
+    auto* early = made<QORBaseType>("y");
+    model->addType(late);
+    model->addType(early);
+    QORMetaLink const* const types = model->getMetaClass()->getMetaLinkByRoleName("type");
+    EXPECT_THAT(kit::Numbering(*model).elements(*model, *types), ElementsAre(early, late));
+}
+
+TEST_F(Numbering, RingOfOwnersIsNumberedOnce) {
+    auto* outer = made<QORDesignPackage>("o");
+    auto* inner = made<QORDesignPackage>("i");
+    outer->addChildPackage(inner);
+    inner->addChildPackage(outer);
+    EXPECT_THAT(numbered(*outer), ElementsAre("o", "i"));
+    EXPECT_THAT(numbered(*inner), ElementsAre("i", "o"));
+}
+
+} // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <iosfwd>
+
+class QORObject;
+
+namespace exchange {
+
+/// Writes a page with a chapter for each class, table and view, and in it a table of its columns.
+void writeMarkdown(QORObject& root, std::ostream& out);
+
+} // namespace exchange

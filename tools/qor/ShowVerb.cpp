@@ -1,0 +1,69 @@
+#include "qor/Verbs.h"
+
+#include "kit/Numbering.h"
+#include "kit/ObjectPaths.h"
+#include "kit/OutputFile.h"
+#include "kit/Statistics.h"
+#include "kit/ToolError.h"
+#include "kit/TreePrinter.h"
+#include "qor/Session.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <ostream>
+
+namespace qorprogram {
+namespace {
+
+struct ShowOptions {
+    std::string source;
+    std::string path;
+    bool tree = false;
+    bool statistics = false;
+};
+
+QORObject& objectAt(kit::Graph const& graph, ShowOptions const& options) {
+    kit::ObjectPaths const paths{kit::Numbering(graph.root())};
+    std::vector<QORObject*> const found = paths.find(options.path);
+    if (found.empty()) {
+        throw kit::ToolError(options.source, "no object at " + options.path);
+    }
+    if (found.size() > 1) {
+        throw kit::ToolError(options.source, "more than one object at " + options.path + ", such as " +
+                                                 paths.pathOf(*found[0]) + " and " + paths.pathOf(*found[1]));
+    }
+    return *found.front();
+}
+
+void show(ShowOptions const& options, Session& session) {
+    kit::Graph const graph = loadSource(options.source);
+    QORObject& top = options.path.empty() ? graph.root() : objectAt(graph, options);
+    kit::writeOutput("", session.out, [&](std::ostream& out) {
+        if (options.statistics) {
+            kit::printStatistics(kit::countObjects(top), out);
+        } else {
+            kit::printTree(top, out);
+        }
+    });
+}
+
+} // namespace
+
+void addShowVerb(CLI::App& program, Session& session) {
+    auto options = std::make_shared<ShowOptions>();
+    CLI::App* const verb = program.add_subcommand("show", "Print a graph, or a part of it");
+    verb->group("Verbs");
+    verb->add_option("FILE", options->source, "A graph in JSON, or a database; it is only read")->required();
+    auto* const tree =
+        verb->add_flag("--tree", options->tree, "Print each object below its owner (the default)");
+    verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
+        ->excludes(tree);
+    verb->add_option("--path", options->path,
+                     "Begin at this object: names of owners and its own, with slashes");
+    verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
+    verb->footer("\nWhere siblings share a name, the class tells them apart: DesignPackage:orchard/tree.\n"
+                 "\nExample:\n  qor show orchard.json --path DesignPackage:orchard/tree");
+    verb->callback([options, &session] { show(*options, session); });
+}
+
+} // namespace qorprogram
