@@ -11,7 +11,6 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 
 QORObject::QORObject() = default;
 
@@ -214,8 +213,7 @@ QORObject* QORObject::_removen(QORArrayInterface* end, QORString const& key, int
 
 bool QORObject::_removen(QORContainer* end, QORObject* item) {
     auto const iterator = borrowIterator(*end);
-    if (!end->contains(item, iterator.get()))
-        iterator->moveToFirst();
+    end->contains(item, iterator.get());
     // A namesake, or an element that no longer lies where its key belongs: this very object is looked for.
     if (iterator->get() != item)
         for (iterator->moveToFirst(); iterator->get() && iterator->get() != item;)
