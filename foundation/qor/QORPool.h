@@ -5,8 +5,7 @@
 #include <cstddef>
 
 /// Memory for the many small blocks of an object graph: objects and tree nodes. Blocks of one size lie side
-/// by side, so that a walk touches few pages; once a thread holds more than a little, huge pages are asked of
-/// the system.
+/// by side, so that a walk touches few pages.
 ///
 /// Each thread takes from a pool of its own; a block may be given back by any thread. Under AddressSanitizer
 /// every block is one of `operator new`, so that its checks hold.
