@@ -1,0 +1,185 @@
+#include "postgres/Connection.h"
+
+#include "kit/ToolError.h"
+#include "postgres/PostgresUrl.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <libpq-fe.h>
+#include <new>
+
+namespace postgres {
+namespace {
+
+using kit::ToolError;
+
+constexpr int oldestServer = 120000;
+
+/// All names come qualified and all texts in one form, whatever the server's, the database's and the user's
+/// settings are. Another session that changes the structure right now is waited for, but not for ever.
+constexpr char const* settings =
+    "SET search_path = ''; SET quote_all_identifiers = off; SET standard_conforming_strings = on;"
+    "SET jit = off; SET lock_timeout = '10s'; SET statement_timeout = 0; SET bytea_output = 'hex';"
+    "SET DateStyle = 'ISO'; SET IntervalStyle = 'postgres'; SET extra_float_digits = 1;"
+    "SET row_security = off;"
+    "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY";
+
+/// Lines become one, and what stands before and behind goes.
+std::string onOneLine(std::string const& message) {
+    std::string result;
+    for (char const character : message) {
+        bool const isBlank = static_cast<unsigned char>(character) <= ' ';
+        if (!isBlank) {
+            result += character;
+        } else if (!result.empty() && result.back() != ' ') {
+            result += ' ';
+        }
+    }
+    while (!result.empty() && result.back() == ' ') {
+        result.pop_back();
+    }
+    return result;
+}
+
+/// What libpq says of an address that it can't read, without the pieces that it quotes: they may hold a
+/// password.
+std::string withoutQuotations(std::string const& message) {
+    std::string result;
+    bool quoted = false;
+    for (char const character : message) {
+        quoted = character == '"' ? !quoted : quoted;
+        result +=
+            character == '"' ? std::string(quoted ? "..." : "") : std::string(quoted ? 0 : 1, character);
+    }
+    return result;
+}
+
+/// libpq knows the scheme in small letters alone.
+std::string withPlainScheme(std::string const& url) {
+    auto const end = url.find("://");
+    return end == std::string::npos ? url : "postgresql" + url.substr(end);
+}
+
+void checkUrl(std::string const& url, std::string const& shownUrl) {
+    char* problem = nullptr;
+    PQconninfoOption* const options = PQconninfoParse(url.c_str(), &problem);
+    std::string const message = problem ? problem : "out of memory";
+    PQfreemem(problem);
+    PQconninfoFree(options);
+    if (!options) {
+        throw ToolError(shownUrl, "is no valid address: " + onOneLine(withoutQuotations(message)));
+    }
+}
+
+} // namespace
+
+void Connection::Closer::operator()(pg_conn* handle) const {
+    PQfinish(handle);
+}
+
+Connection::Connection(std::string const& url) : shownUrl(withoutPassword(url)) {
+    if (!isPostgresUrl(url)) {
+        throw ToolError(shownUrl, "is no valid address: it must begin with postgresql://");
+    }
+    std::string const address = withPlainScheme(url);
+    checkUrl(address, shownUrl);
+    connect(address);
+    if (versionNumber() < oldestServer) {
+        throw ToolError(shownUrl,
+                        "the server is PostgreSQL " + version() + ", and 12 is the first that is read");
+    }
+    run(settings);
+}
+
+/// Of keywords given twice the last one counts, and the URL is one of them.
+void Connection::connect(std::string const& url) {
+    bool const timeoutKnown = std::getenv("PGCONNECT_TIMEOUT") != nullptr;
+    char const* const keywords[] = {"fallback_application_name", timeoutKnown ? "dbname" : "connect_timeout",
+                                    "dbname", "client_encoding", nullptr};
+    char const* const values[] = {"qor", timeoutKnown ? url.c_str() : "10", url.c_str(), "UTF8", nullptr};
+    connection.reset(PQconnectdbParams(keywords, values, 1));
+    if (!connection) {
+        throw std::bad_alloc();
+    }
+    char const* const password = PQpass(connection.get());
+    secret = password ? password : "";
+    if (PQstatus(connection.get()) != CONNECTION_OK) {
+        fail(PQerrorMessage(connection.get()));
+    }
+}
+
+std::string Connection::version() const {
+    char const* const text = PQparameterStatus(connection.get(), "server_version");
+    return text ? std::string(text, std::strcspn(text, " ")) : "";
+}
+
+int Connection::versionNumber() const {
+    return PQserverVersion(connection.get());
+}
+
+void Connection::run(char const* sql) {
+    std::unique_ptr<PGresult, void (*)(PGresult*)> const result(PQexec(connection.get(), sql), PQclear);
+    if (PQresultStatus(result.get()) != PGRES_COMMAND_OK) {
+        fail(PQerrorMessage(connection.get()));
+    }
+}
+
+/// A message that has the password's letters in it, if only by chance, isn't shown: with stars in their place
+/// it would tell them to whoever knows the usual message.
+void Connection::fail(std::string const& message) const {
+    std::string const line = onOneLine(message);
+    bool const tells = !secret.empty() && line.find(secret) != std::string::npos;
+    if (!tells) {
+        throw ToolError(shownUrl, line);
+    }
+    bool const refused = line.find("password authentication failed") != std::string::npos;
+    throw ToolError(shownUrl, refused ? "password authentication failed" : "the server can't be used");
+}
+
+void Query::Clearer::operator()(pg_result* handle) const {
+    PQclear(handle);
+}
+
+Query::Query(Connection& onConnection, std::string const& sql) : connection(onConnection) {
+    auto* const handle = connection.connection.get();
+    if (!PQsendQuery(handle, sql.c_str()) || !PQsetSingleRowMode(handle)) {
+        connection.fail(PQerrorMessage(handle));
+    }
+}
+
+Query::~Query() {
+    row.reset();
+    while (PGresult* const left = PQgetResult(connection.connection.get())) {
+        PQclear(left);
+    }
+}
+
+bool Query::next() {
+    row.reset(PQgetResult(connection.connection.get()));
+    if (!row) {
+        return false;
+    }
+    ExecStatusType const status = PQresultStatus(row.get());
+    if (status != PGRES_SINGLE_TUPLE && status != PGRES_TUPLES_OK) {
+        connection.fail(PQresultErrorMessage(row.get()));
+    }
+    return status == PGRES_SINGLE_TUPLE;
+}
+
+char const* Query::text(int column) const {
+    return PQgetvalue(row.get(), 0, column);
+}
+
+bool Query::isNull(int column) const {
+    return PQgetisnull(row.get(), 0, column) != 0;
+}
+
+bool Query::flag(int column) const {
+    return *text(column) == 't';
+}
+
+std::int64_t Query::number(int column) const {
+    return std::strtoll(text(column), nullptr, 10);
+}
+
+} // namespace postgres

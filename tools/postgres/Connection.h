@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct pg_conn;
+struct pg_result;
+
+namespace postgres {
+
+/// A PostgreSQL database, read in one transaction that sees one state of it and writes nothing. Every
+/// operation, and every one of a Query on it, throws kit::ToolError when the server can't be reached or
+/// doesn't answer the question. No password is part of any message.
+class Connection {
+public:
+    /// Connects to the database of a URL, `postgresql://user@host:port/database?parameters`. What the URL
+    /// doesn't say comes from the environment (PGPASSWORD, PGHOST ...) and the password file, as for every
+    /// PostgreSQL program. Gives up after 10 seconds unless the URL or PGCONNECT_TIMEOUT says otherwise.
+    /// Refuses servers before 12.
+    explicit Connection(std::string const& url);
+
+    /// The URL as it may be shown.
+    std::string const& source() const { return shownUrl; }
+    /// The server's version, such as "15.18".
+    std::string version() const;
+    /// The same as a number, such as 150018.
+    int versionNumber() const;
+
+private:
+    friend class Query;
+
+    struct Closer {
+        void operator()(pg_conn* handle) const;
+    };
+
+    void connect(std::string const& url);
+    void run(char const* sql);
+    [[noreturn]] void fail(std::string const& message) const;
+
+    std::string shownUrl;
+    std::string secret; ///< the password in use, of which no message may hold anything
+    std::unique_ptr<pg_conn, Closer> connection;
+};
+
+/// A statement under way and the row on which it stands. The rows come from the server one by one, so that a
+/// large result takes no memory; there is one Query on a Connection at a time.
+class Query {
+public:
+    Query(Connection& connection, std::string const& sql);
+    Query(Query const&) = delete;
+    Query& operator=(Query const&) = delete;
+    /// Reads what is left of the result.
+    ~Query();
+
+    /// Goes to the next row; false if there is none.
+    bool next();
+    /// A column of the row as text in UTF-8, empty for NULL; it lives until `next`.
+    char const* text(int column) const;
+    bool isNull(int column) const;
+    /// A column that holds true or false; false for NULL.
+    bool flag(int column) const;
+    /// A column of the row as a number, 0 for NULL.
+    std::int64_t number(int column) const;
+
+private:
+    struct Clearer {
+        void operator()(pg_result* handle) const;
+    };
+
+    Connection& connection;
+    std::unique_ptr<pg_result, Clearer> row;
+};
+
+} // namespace postgres
