@@ -1,11 +1,13 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
-/// What a database is made of, whatever system runs it: the reader of each system fills these records, `buildModel` makes a
-/// model of them, `readModel` gets them back from a model, and the writer of each system prints them as SQL. All texts are
-/// UTF-8. Records refer to each other by index into the vectors of Structure, -1 for none.
+/// What a database is made of, whatever system runs it: the reader of each system fills these records,
+/// `buildModel` makes a model of them, `readModel` gets them back from a model, and the writer of each system
+/// prints them as SQL. All texts are UTF-8. Records refer to each other by index into the vectors of
+/// Structure, -1 for none.
 namespace database {
 
 /// One fact that the model has no member for, such as ("fillfactor", "70"). It becomes a user property.
@@ -14,6 +16,16 @@ struct Extra {
     std::string value;
 };
 using Extras = std::vector<Extra>;
+
+/// The value of the first extra of that name, or null.
+inline std::string const* findExtra(Extras const& extras, std::string_view name) {
+    for (Extra const& extra : extras) {
+        if (extra.name == name) {
+            return &extra.value;
+        }
+    }
+    return nullptr;
+}
 
 /// What every named thing has.
 struct Named {
@@ -37,16 +49,16 @@ enum class TypeKind { BUILT_IN, DOMAIN_TYPE, ENUMERATION, COMPOSITE, RANGE };
 
 /// A type of columns and arguments. One for each spelling, so that VARCHAR(10) and VARCHAR(20) are two.
 struct Type : Named {
-    int schema = -1;         ///< -1 for a type of the system
+    int schema = -1; ///< -1 for a type of the system
     TypeKind kind = TypeKind::BUILT_IN;
-    std::string declaration; ///< the spelling of the database, such as "character varying(40)"
-    std::string dataType;    ///< a key of QorDataTypeName, such as "SQL_VARCHAR"
-    int length = 0;          ///< in characters, bytes or digits, 0 if not told
-    int scale = 0;           ///< digits after the point
+    std::string declaration;         ///< the spelling of the database, such as "character varying(40)"
+    std::string dataType;            ///< a key of QorDataTypeName, such as "SQL_VARCHAR"
+    int length = 0;                  ///< in characters, bytes or digits, 0 if not told
+    int scale = 0;                   ///< digits after the point
     std::vector<std::string> values; ///< of an enumeration, in order
-    int base = -1;           ///< the type under a domain, into Structure::types
-    bool notNull = false;    ///< of a domain
-    std::string defaultValue; ///< of a domain, as an SQL expression
+    int base = -1;                   ///< the type under a domain, into Structure::types
+    bool notNull = false;            ///< of a domain
+    std::string defaultValue;        ///< of a domain, as an SQL expression
 };
 
 struct Column : Named {
@@ -62,21 +74,25 @@ enum class TableKind { TABLE, VIEW, MATERIALIZED_VIEW };
 struct Table : Named {
     int schema = -1;
     TableKind kind = TableKind::TABLE;
-    std::string nativeKind; ///< "TABLE", "VIRTUAL TABLE", "TABLE WITHOUT ROWID", "PARTITIONED TABLE", "VIEW", ...
+    std::string
+        nativeKind; ///< "TABLE", "VIRTUAL TABLE", "TABLE WITHOUT ROWID", "PARTITIONED TABLE", "VIEW", ...
     std::vector<Column> columns;
-    std::string statement;  ///< of a view: the SELECT
+    std::string statement;    ///< of a view: the SELECT
     std::vector<int> parents; ///< tables that this one inherits from
 };
 
 enum class KeyKind { PRIMARY, UNIQUE, FOREIGN };
 enum class Action { NO_ACTION, RESTRICT, CASCADE, SET_NULL, SET_DEFAULT };
 
-/// A key constraint. The system's own names for unnamed constraints are left empty.
+/// A key constraint. The system's own names for unnamed constraints are left empty. Extra "deferrable" of a
+/// deferrable one says INITIALLY DEFERRED or INITIALLY IMMEDIATE; Extra "match" says FULL or PARTIAL.
 struct Key : Named {
     KeyKind kind = KeyKind::PRIMARY;
     int table = -1;
-    std::vector<int> columns;    ///< into the columns of the table, in the order of the key
-    int referredTable = -1;      ///< of a foreign key; -1 if the database has no such table, which Extra "references" then names
+    std::vector<int> columns; ///< into the columns of the table, in the order of the key
+    /// Of a foreign key. If the database has no such table (-1) or not all of the columns (then
+    /// `referredColumns` is empty), Extra "references" has what stands behind REFERENCES.
+    int referredTable = -1;
     std::vector<int> referredColumns;
     Action onUpdate = Action::NO_ACTION;
     Action onDelete = Action::NO_ACTION;
@@ -90,13 +106,13 @@ struct Check : Named {
 };
 
 struct IndexMember {
-    int column = -1;        ///< -1 for an expression
+    int column = -1; ///< -1 for an expression
     std::string expression;
     bool descending = false;
-    Extras extras;          ///< such as "collation", "opclass", "nulls"
+    Extras extras; ///< such as "collation", "opclass", "nulls"
 };
 
-/// An index, those aside that only carry out a key.
+/// An index, those aside that only carry out a key. It can be one of a materialized view.
 struct Index : Named {
     int table = -1;
     bool unique = false;

@@ -1,0 +1,216 @@
+#include "database/SqlTokens.h"
+
+#include <algorithm>
+
+namespace database {
+namespace {
+
+bool isBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool startsName(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
+           character == '_' || static_cast<unsigned char>(character) >= 0x80;
+}
+
+bool continuesName(char character) {
+    return startsName(character) || isDigit(character) || character == '$';
+}
+
+char upper(char character) {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+}
+
+char lower(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+class Scanner {
+public:
+    explicit Scanner(std::string_view sql) : text(sql) {}
+
+    std::vector<Token> run() {
+        std::vector<Token> tokens;
+        while (skipBlanks()) {
+            std::size_t const start = position;
+            TokenKind const kind = scan();
+            tokens.push_back({kind, text.substr(start, position - start)});
+        }
+        return tokens;
+    }
+
+private:
+    char at(std::size_t index) const { return index < text.size() ? text[index] : '\0'; }
+
+    /// False at the end.
+    bool skipBlanks() {
+        for (;;) {
+            if (position >= text.size()) {
+                return false;
+            }
+            if (isBlank(text[position])) {
+                ++position;
+            } else if (text.substr(position, 2) == "--") {
+                position = std::min(text.find('\n', position), text.size());
+            } else if (text.substr(position, 2) == "/*") {
+                position = std::min(text.find("*/", position + 2), text.size() - 2) + 2;
+            } else {
+                return true;
+            }
+        }
+    }
+
+    TokenKind scan() {
+        char const first = text[position];
+        switch (first) {
+        case '\'':
+            skipQuoted('\'', false);
+            return TokenKind::STRING;
+        case '"':
+        case '`':
+            skipQuoted(first, false);
+            return TokenKind::QUOTED_NAME;
+        case '[':
+            position = std::min(text.find(']', position), text.size() - 1) + 1;
+            return TokenKind::QUOTED_NAME;
+        case '$':
+            return scanDollar();
+        default:
+            break;
+        }
+        if (startsName(first)) {
+            return scanWord();
+        }
+        if (isDigit(first) || (first == '.' && isDigit(at(position + 1)))) {
+            return scanNumber();
+        }
+        position += text.substr(position, 2) == "::" ? 2 : 1;
+        return TokenKind::SYMBOL;
+    }
+
+    /// Inside, the quotation mark stands doubled.
+    void skipQuoted(char mark, bool backslashes) {
+        for (++position; position < text.size(); ++position) {
+            if (backslashes && text[position] == '\\') {
+                ++position;
+            } else if (text[position] == mark) {
+                ++position;
+                if (at(position) != mark) {
+                    return;
+                }
+            }
+        }
+        position = text.size();
+    }
+
+    TokenKind scanWord() {
+        std::size_t const start = position;
+        while (continuesName(at(position))) {
+            ++position;
+        }
+        std::size_t const length = position - start;
+        char const letter = upper(text[start]);
+        if (at(position) != '\'' || length != 1 ||
+            std::string_view("XBEN").find(letter) == std::string_view::npos) {
+            return TokenKind::WORD;
+        }
+        skipQuoted('\'', letter == 'E');
+        return TokenKind::STRING;
+    }
+
+    TokenKind scanNumber() {
+        while (continuesName(at(position)) || at(position) == '.' ||
+               ((at(position) == '+' || at(position) == '-') && upper(text[position - 1]) == 'E')) {
+            ++position;
+        }
+        return TokenKind::NUMBER;
+    }
+
+    /// A string between equal tags such as $body$, or else a parameter.
+    TokenKind scanDollar() {
+        std::size_t end = position + 1;
+        while (continuesName(at(end)) && at(end) != '$') {
+            ++end;
+        }
+        if (at(end) != '$' || isDigit(at(position + 1))) {
+            position = end;
+            return TokenKind::SYMBOL;
+        }
+        std::string_view const tag = text.substr(position, end + 1 - position);
+        std::size_t const closing = text.find(tag, end + 1);
+        position = closing == std::string_view::npos ? text.size() : closing + tag.size();
+        return TokenKind::STRING;
+    }
+
+    std::string_view text;
+    std::size_t position = 0;
+};
+
+} // namespace
+
+bool Token::is(std::string_view wanted) const {
+    return kind == TokenKind::WORD && equalIgnoringCase(text, wanted);
+}
+
+std::string Token::name() const {
+    bool const quoted = kind == TokenKind::QUOTED_NAME || (kind == TokenKind::STRING && text[0] == '\'');
+    if (!quoted) {
+        return std::string(text);
+    }
+    char const mark = text[0] == '[' ? ']' : text[0];
+    std::string result;
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] == mark) {
+            ++i;
+            if (i >= text.size()) {
+                break;
+            }
+        }
+        result += text[i];
+    }
+    return result;
+}
+
+std::vector<Token> tokenize(std::string_view sql) {
+    return Scanner(sql).run();
+}
+
+std::string_view textBetween(Token const& first, Token const& last) {
+    char const* const end = last.text.data() + last.text.size();
+    return {first.text.data(), static_cast<std::size_t>(end - first.text.data())};
+}
+
+std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open) {
+    int depth = 0;
+    for (std::size_t i = open; i < tokens.size(); ++i) {
+        depth += tokens[i].isSymbol('(') - tokens[i].isSymbol(')');
+        if (depth == 0) {
+            return i;
+        }
+    }
+    return tokens.size() - 1;
+}
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+    return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
+                                                     [](char a, char b) { return upper(a) == upper(b); });
+}
+
+std::string upperCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), upper);
+    return result;
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), lower);
+    return result;
+}
+
+} // namespace database

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace database {
+
+enum class TokenKind {
+    WORD,        ///< a keyword or a name without quotation marks
+    QUOTED_NAME, ///< in double quotation marks, backticks or square brackets
+    STRING,      ///< in apostrophes or between dollar signs, with what belongs to it in front, as in X'00'
+    NUMBER,
+    SYMBOL, ///< anything else: one character, or a cast's "::"
+};
+
+/// A piece of SQL text, which lives as long as the text.
+struct Token {
+    TokenKind kind;
+    std::string_view text; ///< as it stands
+
+    /// Whether this is a keyword, whatever the case; `upper` is in upper case.
+    bool is(std::string_view upper) const;
+    bool isSymbol(char character) const {
+        return kind == TokenKind::SYMBOL && text.size() == 1 && text[0] == character;
+    }
+    /// The name that a word, a quoted name or a plain string stands for, without quotation marks.
+    std::string name() const;
+};
+
+/// Cuts SQL text into tokens as SQLite and PostgreSQL do. Blanks and comments are left out. Whatever isn't
+/// closed reaches to the end of the text.
+std::vector<Token> tokenize(std::string_view sql);
+
+/// The text from one token to another, both included; they must be of the same text.
+std::string_view textBetween(Token const& first, Token const& last);
+
+/// The position of the token that closes the parenthesis at `open`, or that of the last token if none does.
+std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open);
+
+/// Whether both names are equal but for the case of ASCII letters.
+bool equalIgnoringCase(std::string_view left, std::string_view right);
+
+/// ASCII letters in upper case.
+std::string upperCase(std::string_view text);
+
+/// ASCII letters in lower case.
+std::string lowerCase(std::string_view text);
+
+} // namespace database
