@@ -343,11 +343,16 @@ TEST_F(QorVerbs, RecodeConvertsAndCounts) {
         "{\"number\": 2, \"class\": \"DesignPackage\", \"attributes\": {\"name\": \"\xe2\x82\xac\"}}],"
         "\"links\": [{\"from\": 1, \"role\": \"childPackage\", \"to\": [2]}]}");
     std::string const recoded = folder.file("recoded.json");
+    expectError(
+        qor({"recode", path, "--from", "UTF-8", "--to", "ISO-8859-1", "-o", recoded}),
+        "x.json: 1 of 2 texts can't be converted from UTF-8 to ISO-8859-1, the first at \xe2\x82\xac, "
+        "name; --force keeps those as they are");
+    EXPECT_FALSE(std::filesystem::exists(recoded));
     ProgramResult const result =
-        qor({"recode", path, "--from", "UTF-8", "--to", "ISO-8859-1", "-o", recoded});
-    EXPECT_EQ(result.exitCode, 0);
+        qor({"recode", path, "--from", "UTF-8", "--to", "ISO-8859-1", "--force", "-o", recoded});
+    EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "converted 1, failed 1\n");
+    EXPECT_EQ(result.err, "converted 1, unchanged 0, failed 1\n");
     EXPECT_THAT(contentOf(recoded), HasSubstr("\"name\": {\"hex\": \"e9\"}"));
     EXPECT_THAT(contentOf(recoded), HasSubstr("\"name\": \"\xe2\x82\xac\""));
     ProgramResult const back = qor({"recode", recoded, "--from", "ISO-8859-1", "--to", "UTF-8", "--quiet"});

@@ -6,6 +6,7 @@
 #include <qor/QORException.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace exchange {
 namespace {
@@ -43,6 +44,19 @@ bool setAttribute(QORObject& object, QORMetaAttribute const& attribute, QORStrin
         return false;
     }
     return attribute.getValue(&object) == text;
+}
+
+std::vector<QORMetaAttribute const*> attributesToWrite(QORObject& object) {
+    std::unique_ptr<QORObject> const fresh(object.getMetaClass()->newInstance());
+    std::vector<QORMetaAttribute const*> written;
+    for (QORMetaAttribute const* attribute : inSettingOrder(*object.getMetaClass())) {
+        QORString const value = attribute->getValue(&object);
+        if (attribute->getValue(fresh.get()) != value && setAttribute(*fresh, *attribute, value)) {
+            written.push_back(attribute);
+        }
+    }
+    std::reverse(written.begin(), written.end());
+    return written;
 }
 
 } // namespace exchange

@@ -92,6 +92,10 @@ void GraphBuilder::addAttribute(std::string const& name, Scalar const& value, st
     settings.push_back({attribute, QORString(value.text.c_str()), line});
 }
 
+void GraphBuilder::addAttribute(QORMetaAttribute const& attribute, QORString const& value) {
+    settings.push_back({&attribute, value, 0});
+}
+
 void GraphBuilder::checkKind(QORMetaAttribute const& attribute, Scalar const& value) const {
     std::string const name = kit::quoted(kit::view(attribute.getDisplayName()));
     if (value.kind != kindOf(attribute.getType())) {
@@ -135,8 +139,8 @@ void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
 }
 
 // What isn't of the classes that a link is between is no argument for it, nor is an object for itself.
-void GraphBuilder::addLink(std::uint64_t to) {
-    QORObject& other = object(to);
+QORObject& GraphBuilder::linkable(std::uint64_t number) const {
+    QORObject& other = object(number);
     std::string const roleName = kit::quoted(kit::view(role->getRoleName()));
     if (!other.isInstanceOf(kit::farClassOf(*role))) {
         throw Mistake("the role " + roleName + " of " + classOf(*current) + " takes no " + classOf(other));
@@ -144,11 +148,37 @@ void GraphBuilder::addLink(std::uint64_t to) {
     if (current == &other) {
         throw Mistake("an object is linked with itself as " + roleName);
     }
-    bool const taken = isLinked(*current, *role, other);
-    if (taken || !tryToLink(*current, *role, other)) {
-        throw Mistake("the link " + roleName + " to the object " + std::to_string(to) +
-                      " is refused: " + (taken ? "an end is taken" : "it is there already, or its name is"));
+    if (isLinked(*current, *role, other)) {
+        refuse(number, "an end is taken");
     }
+    return other;
+}
+
+void GraphBuilder::refuse(std::uint64_t to, char const* reason) const {
+    throw Mistake("the link " + kit::quoted(kit::view(role->getRoleName())) + " to the object " +
+                  std::to_string(to) + " is refused: " + reason);
+}
+
+void GraphBuilder::addLink(std::uint64_t to) {
+    if (!tryToLink(*current, *role, linkable(to))) {
+        refuse(to, "it is there already, or its name is");
+    }
+}
+
+bool GraphBuilder::addLinkUnderFreeName(std::uint64_t to) {
+    QORObject& other = linkable(to);
+    if (tryToLink(*current, *role, other)) {
+        return false;
+    }
+    QORString const name = other.getName();
+    constexpr int mostTries = 1000;
+    for (int i = 1; i <= mostTries; ++i) {
+        other.setName(name + QORString("/") + QORString(i));
+        if (tryToLink(*current, *role, other)) {
+            return true;
+        }
+    }
+    refuse(to, "its name is taken");
 }
 
 kit::Graph GraphBuilder::take() {

@@ -40,12 +40,17 @@ public:
     void beginObject(std::uint64_t number, std::string const& className);
     /// Keeps an attribute of that object, whose class must have it.
     void addAttribute(std::string const& name, Scalar const& value, std::size_t line);
+    /// Keeps an attribute, known to be of the class, with a value that is of its kind.
+    void addAttribute(QORMetaAttribute const& attribute, QORString const& value);
     /// Sets the attributes in the order that the class asks for.
     void endObject();
 
     /// Chooses the end for the links that follow.
     void beginLinks(std::uint64_t from, std::string const& role);
     void addLink(std::uint64_t to);
+    /// The same; an object whose name is taken there gets a slash and a number behind it, and true is the
+    /// answer.
+    bool addLinkUnderFreeName(std::uint64_t to);
 
     /// The finished graph; there must be an object.
     kit::Graph take();
@@ -58,6 +63,8 @@ private:
     };
 
     QORObject& object(std::uint64_t number) const;
+    QORObject& linkable(std::uint64_t number) const;
+    [[noreturn]] void refuse(std::uint64_t to, char const* reason) const;
     void checkKind(QORMetaAttribute const& attribute, Scalar const& value) const;
 
     kit::Graph graph;

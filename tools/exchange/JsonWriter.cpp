@@ -6,9 +6,7 @@
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
 
-#include <memory>
 #include <ostream>
-#include <unordered_set>
 
 namespace exchange {
 namespace {
@@ -24,31 +22,15 @@ std::string valueOf(QORMetaAttribute const& attribute, QORString const& value) {
     }
 }
 
-/// The attributes that must be set to make a new object equal this one. What a new object doesn't take isn't
-/// an object's own: it comes from what the object is linked with.
-std::unordered_set<QORMetaAttribute const*> attributesToWrite(QORObject& object) {
-    std::unique_ptr<QORObject> const fresh(object.getMetaClass()->newInstance());
-    std::unordered_set<QORMetaAttribute const*> written;
-    for (QORMetaAttribute const* attribute : inSettingOrder(*object.getMetaClass())) {
-        QORString const value = attribute->getValue(&object);
-        if (attribute->getValue(fresh.get()) != value && setAttribute(*fresh, *attribute, value)) {
-            written.insert(attribute);
-        }
-    }
-    return written;
-}
-
 void writeObject(QORObject& object, std::size_t number, std::ostream& out) {
     out << "{\"number\": " << number << ", \"class\": \"" << object.getMetaClass()->getDisplayName().chars
         << '"';
-    auto const written = attributesToWrite(object);
+    std::vector<QORMetaAttribute const*> const written = attributesToWrite(object);
     char const* before = ", \"attributes\": {";
-    for (QORMetaAttribute const* attribute : kit::attributesOf(object)) {
-        if (written.count(attribute)) {
-            out << before << '"' << attribute->getDisplayName().chars
-                << "\": " << valueOf(*attribute, attribute->getValue(&object));
-            before = ", ";
-        }
+    for (QORMetaAttribute const* attribute : written) {
+        out << before << '"' << attribute->getDisplayName().chars
+            << "\": " << valueOf(*attribute, attribute->getValue(&object));
+        before = ", ";
     }
     out << (written.empty() ? "}" : "}}");
 }

@@ -13,7 +13,10 @@ public:
     Graph(Graph&& other) noexcept : all(static_cast<std::vector<QORObject*>&&>(other.all)) {
         other.all.clear();
     }
-    Graph& operator=(Graph&&) = delete;
+    Graph& operator=(Graph&& other) noexcept {
+        all.swap(other.all);
+        return *this;
+    }
     ~Graph();
 
     /// Takes over an object and all that it owns.

@@ -1,12 +1,12 @@
 #include "qor/Verbs.h"
 
 #include "exchange/JsonWriter.h"
+#include "exchange/Recoding.h"
 #include "kit/OutputFile.h"
 #include "kit/ToolError.h"
 #include "qor/Session.h"
 
 #include <qor/QOREncodingConverter.h>
-#include <qor/QORObject.h>
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -15,11 +15,14 @@
 namespace qorprogram {
 namespace {
 
+constexpr int incomplete = 1;
+
 struct RecodeOptions {
     std::string source;
     std::string from;
     std::string to;
     std::string output;
+    bool force = false;
 };
 
 std::unique_ptr<QOREncodingConverter> converterFor(std::string const& encoding) {
@@ -30,22 +33,33 @@ std::unique_ptr<QOREncodingConverter> converterFor(std::string const& encoding) 
     return converter;
 }
 
+void report(exchange::Recoded const& recoded, Session& session) {
+    session.err << "converted " << recoded.converted << ", unchanged " << recoded.unchanged << ", failed "
+                << recoded.failed;
+    if (recoded.renamed > 0) {
+        session.err << ", with a number behind the name " << recoded.renamed;
+    }
+    session.err << '\n';
+}
+
 void recode(RecodeOptions const& options, Session& session) {
     auto const from = converterFor(options.from);
     auto const to = converterFor(options.to);
     kit::Graph const graph = loadSource(options.source);
-    int converted = 0;
-    int failed = 0;
-    for (QORObject* object : graph.objects()) {
-        if (object->getParentCount() == 0) { // each takes along what it owns
-            object->transcode(from.get(), to.get(), converted, failed);
-        }
+    exchange::Recoded const recoded = exchange::recode(graph.root(), *from, *to);
+    if (recoded.failed > 0 && !options.force) {
+        std::size_t const texts = recoded.converted + recoded.unchanged + recoded.failed;
+        throw kit::ToolError(options.source, std::to_string(recoded.failed) + " of " + std::to_string(texts) +
+                                                 " texts can't be converted from " + options.from + " to " +
+                                                 options.to + ", the first at " + recoded.firstFailed +
+                                                 "; --force keeps those as they are");
     }
     kit::writeOutput(options.output, session.out,
-                     [&](std::ostream& out) { exchange::writeJson(graph.root(), out); });
+                     [&](std::ostream& out) { exchange::writeJson(recoded.graph.root(), out); });
     if (!session.quiet) {
-        session.err << "converted " << converted << ", failed " << failed << '\n';
+        report(recoded, session);
     }
+    session.exitCode = recoded.failed > 0 ? incomplete : 0;
 }
 
 } // namespace
@@ -59,10 +73,13 @@ void addRecodeVerb(CLI::App& program, Session& session) {
     verb->add_option("--from", options->from, "The encoding that the texts have")->required();
     verb->add_option("--to", options->to, "The encoding that they are to have")->required();
     verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
+    verb->add_flag("--force", options->force, "Write the graph even if some texts can't be converted");
     verb->add_flag("--quiet", session.quiet, "Don't tell how many texts were converted");
     verb->footer(
-        "\nWrites JSON. A text that can't be converted stays as it is; the standard error tells how many\n"
-        "were converted and how many weren't.\n"
+        "\nWrites JSON, with each text converted once; the standard error tells how many were converted,\n"
+        "are the same in both encodings, and can't be converted. Such a text is an error, and nothing is\n"
+        "written, unless --force keeps it as it is.\n"
+        "The exit code is 0 if all is converted, 1 if --force kept some, 2 for an error.\n"
         "\nExample:\n  qor recode orchard.json --from ISO-8859-1 --to UTF-8 -o recoded.json");
     verb->callback([options, &session] { recode(*options, session); });
 }

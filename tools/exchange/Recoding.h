@@ -1,0 +1,29 @@
+#pragma once
+
+#include "kit/Graph.h"
+
+#include <cstddef>
+#include <string>
+
+class QOREncodingConverter;
+class QORObject;
+
+namespace exchange {
+
+/// A graph in another encoding, and what became of its texts. Those count that JSON would hold: an object's
+/// own that a new object hasn't already.
+struct Recoded {
+    kit::Graph graph;
+    std::size_t converted = 0; ///< texts that have other bytes now
+    std::size_t unchanged = 0; ///< texts that are the same in both encodings
+    std::size_t failed = 0;    ///< texts that stay as they were, since they can't be converted
+    std::size_t renamed = 0;   ///< names that are taken in the new encoding, and got a number
+    std::string firstFailed{}; ///< the path of an object with such a text, and the attribute
+};
+
+/// Makes a copy of an object and all that can be reached from it over links of any kind, with each text
+/// converted once, however many owners its object has, and every end in the order that it keeps. Throws
+/// kit::ToolError for a graph that can't be made anew.
+Recoded recode(QORObject& root, QOREncodingConverter& from, QOREncodingConverter& to);
+
+} // namespace exchange
