@@ -1,0 +1,530 @@
+#include "database/ModelReader.h"
+
+#include "database/IndexText.h"
+#include "database/ModelBuilder.h"
+#include "kit/Numbering.h"
+#include "kit/Reflection.h"
+
+#include <qor/QORAliasType.h>
+#include <qor/QORArgument.h>
+#include <qor/QORAssociationRole.h>
+#include <qor/QORAssociationRoleNameMap.h>
+#include <qor/QORAttribute.h>
+#include <qor/QORBusinessRule.h>
+#include <qor/QORCandidateKey.h>
+#include <qor/QORClass.h>
+#include <qor/QORDataPackage.h>
+#include <qor/QORDatabaseCatalog.h>
+#include <qor/QORDatabaseSchema.h>
+#include <qor/QORDerivedType.h>
+#include <qor/QORDesignPackage.h>
+#include <qor/QORForeignKey.h>
+#include <qor/QORGeneralization.h>
+#include <qor/QORIndex.h>
+#include <qor/QORIndexMember.h>
+#include <qor/QORMetadataOrigin.h>
+#include <qor/QORModel.h>
+#include <qor/QORPropertyType.h>
+#include <qor/QORPropertyValue.h>
+#include <qor/QORSQLViewAttribute.h>
+#include <qor/QORSQLViewEntity.h>
+#include <qor/QORStoredProcedure.h>
+#include <qor/QORTrigger.h>
+#include <qor/QORTypeValue.h>
+
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+
+namespace database {
+namespace {
+
+constexpr char const* sequenceKind = "SEQUENCE";
+
+std::string text(QORString const& from) {
+    return std::string(kit::view(from));
+}
+
+Action actionOf(QORReferentialActionType action) {
+    switch (action) {
+    case QORReferentialActionType::RESTRICT:
+        return Action::RESTRICT;
+    case QORReferentialActionType::CASCADE:
+        return Action::CASCADE;
+    case QORReferentialActionType::SET_NULL:
+        return Action::SET_NULL;
+    case QORReferentialActionType::SET_DEFAULT:
+        return Action::SET_DEFAULT;
+    default:
+        return Action::NO_ACTION;
+    }
+}
+
+TypeKind kindOf(QORType const& type, std::string const& nativeKind) {
+    static std::map<std::string, TypeKind> const kinds = {{"DOMAIN", TypeKind::DOMAIN_TYPE},
+                                                          {"ENUMERATION", TypeKind::ENUMERATION},
+                                                          {"COMPOSITE", TypeKind::COMPOSITE},
+                                                          {"RANGE", TypeKind::RANGE}};
+    auto const known = kinds.find(nativeKind);
+    if (known != kinds.end()) {
+        return known->second;
+    }
+    return type.getTypeValueCount() > 0 ? TypeKind::ENUMERATION : TypeKind::BUILT_IN;
+}
+
+TriggerTime timeOf(QORTriggerType time) {
+    return time == QORTriggerType::BEFORE  ? TriggerTime::BEFORE
+           : time == QORTriggerType::AFTER ? TriggerTime::AFTER
+                                           : TriggerTime::INSTEAD_OF;
+}
+
+ArgumentMode modeOf(QORArgument const& argument) {
+    if (text(argument.getNativeType()) == "VARIADIC") {
+        return ArgumentMode::VARIADIC;
+    }
+    switch (argument.getKind()) {
+    case QORArgumentType::OUT_MODE:
+        return ArgumentMode::OUT;
+    case QORArgumentType::INOUT_MODE:
+        return ArgumentMode::IN_OUT;
+    case QORArgumentType::RETURN_MODE:
+        return ArgumentMode::RESULT_COLUMN;
+    default:
+        return ArgumentMode::IN;
+    }
+}
+
+/// The value of an extra, which is then taken out of them; empty if there is none.
+std::string takeExtra(Extras& extras, std::string_view name) {
+    for (auto extra = extras.begin(); extra != extras.end(); ++extra) {
+        if (extra->name == name) {
+            std::string value = extra->value;
+            extras.erase(extra);
+            return value;
+        }
+    }
+    return "";
+}
+
+/// Reads one kind of thing after the other, each for the whole model; what refers to something is read after
+/// that.
+class Reader {
+public:
+    explicit Reader(QORModel& toRead) : model(toRead), numbering(toRead) {}
+
+    Structure run() {
+        readOrigin();
+        ofClass<QORDatabaseSchema>(QORElementType::DATABASE_SCHEMA,
+                                   [this](auto& schema) { readSchema(schema); });
+        ofClass<QORDerivedType>(QORElementType::DERIVED_TYPE, [this](auto& type) {
+            if (!type.isInstanceOf(QORElementType::PROPERTY_TYPE)) {
+                typeOf(&type);
+            }
+        });
+        ofClass<QORClass>(QORElementType::CLASS, [this](auto& table) { readClass(table); });
+        ofClass<QORSQLViewEntity>(QORElementType::SQL_VIEW_ENTITY, [this](auto& view) { readView(view); });
+        ofClass<QORGeneralization>(QORElementType::GENERALIZATION,
+                                   [this](auto& link) { readGeneralization(link); });
+        ofClass<QORCandidateKey>(QORElementType::CANDIDATE_KEY, [this](auto& key) { readCandidateKey(key); });
+        ofClass<QORForeignKey>(QORElementType::FOREIGN_KEY, [this](auto& key) { readForeignKey(key); });
+        ofClass<QORBusinessRule>(QORElementType::BUSINESS_RULE, [this](auto& rule) { readRule(rule); });
+        ofClass<QORIndex>(QORElementType::INDEX, [this](auto& index) { readIndex(index); });
+        ofClass<QORTrigger>(QORElementType::TRIGGER, [this](auto& trigger) { readTrigger(trigger); });
+        ofClass<QORStoredProcedure>(QORElementType::STORED_PROCEDURE,
+                                    [this](auto& routine) { readRoutine(routine); });
+        return std::move(structure);
+    }
+
+private:
+    // ---- what all steps use --------------------------------------------------------------------------
+
+    template <class Object, class Read>
+    void ofClass(QORElementType type, Read const& read) {
+        for (QORObject* object : numbering.objects()) {
+            if (object->isInstanceOf(type)) {
+                read(static_cast<Object&>(*object));
+            }
+        }
+    }
+
+    /// The objects of an end, by their positions if they have such, or else by name.
+    template <class Far>
+    std::vector<Far*> elements(QORObject& object, char const* role) const {
+        std::vector<Far*> result;
+        for (QORObject* far :
+             numbering.elements(object, *object.getMetaClass()->getMetaLinkByRoleName(role))) {
+            result.push_back(static_cast<Far*>(far));
+        }
+        return result;
+    }
+
+    static int indexIn(std::unordered_map<QORObject const*, int> const& known, QORObject const* object) {
+        auto const found = known.find(object);
+        return found == known.end() ? -1 : found->second;
+    }
+
+    template <class Records>
+    static int lastIndex(Records const& records) {
+        return static_cast<int>(records.size()) - 1;
+    }
+
+    static Extras extrasOf(QORElement const& element) {
+        Extras extras;
+        for (int i = 0; i < element.getPropertyValueCount(); ++i) {
+            QORPropertyValue const* value = element.getPropertyValue(i);
+            QORPropertyType const* type = value->getPropertyType();
+            if (type && text(type->getGroup()) == extrasGroup) {
+                extras.push_back({text(type->getName()), text(value->getValue())});
+            }
+        }
+        return extras;
+    }
+
+    static void readNamed(QORModelObject const& object, Named& record) {
+        QORString const& physical = object.getPhysicalName();
+        record.name = text(physical.length ? physical : object.getName());
+        record.comment = text(object.getComment());
+        record.extras = extrasOf(object);
+    }
+
+    // ---- packages and types --------------------------------------------------------------------------
+
+    void readOrigin() {
+        structure.catalog.name = text(model.getName());
+        for (int i = 0; i < model.getChildPackageCount(); ++i) {
+            if (QORPackage* const package = model.getChildPackage(i);
+                package->isInstanceOf(QORElementType::DATABASE_CATALOG)) {
+                auto const& catalog = static_cast<QORDatabaseCatalog const&>(*package);
+                readNamed(catalog, structure.catalog);
+                structure.origin.system = text(catalog.getSystemType());
+                structure.origin.version = text(catalog.getNativeVersion());
+                break;
+            }
+        }
+        if (QORMetadataOrigin const* from = model.getMetadataOrigin()) {
+            structure.origin.source = text(from->getSource());
+            structure.origin.encoding = text(from->getEncoding());
+            structure.origin.formatName = text(from->getFormatName());
+            structure.origin.formatVersion = text(from->getFormatVersion());
+        }
+    }
+
+    void readSchema(QORDatabaseSchema const& object) {
+        Schema record;
+        readNamed(object, record);
+        structure.schemas.push_back(record);
+        schemas.emplace(&object, lastIndex(structure.schemas));
+    }
+
+    /// The schema that lists an object. Without one its design package stands for a schema.
+    int schemaOf(QORModelObject const& object, QORDesignPackage const* package) {
+        QORObject const* const owner = schemas.count(object.getDataPackage())
+                                           ? static_cast<QORObject const*>(object.getDataPackage())
+                                           : package;
+        auto const [known, isNew] = schemas.emplace(owner, static_cast<int>(structure.schemas.size()));
+        if (isNew) {
+            structure.schemas.emplace_back();
+            structure.schemas.back().name = package ? text(package->getName()) : "";
+        }
+        return known->second;
+    }
+
+    /// The number of a type, which is read if it hasn't been; -1 for none.
+    int typeOf(QORType* type) {
+        while (type && type->isInstanceOf(QORElementType::ALIAS_TYPE)) {
+            type = static_cast<QORAliasType*>(type)->getAliasOfType();
+        }
+        if (!type) {
+            return -1;
+        }
+        auto const [known, isNew] = types.emplace(type, static_cast<int>(structure.types.size()));
+        int const index = known->second;
+        if (isNew) {
+            structure.types.emplace_back();
+            Type const record = readType(*type);
+            structure.types[static_cast<std::size_t>(index)] = record;
+        }
+        return index;
+    }
+
+    Type readType(QORType& object) {
+        Type record;
+        record.name = text(object.getName());
+        record.comment = text(object.getComment());
+        record.extras = extrasOf(object);
+        record.kind = kindOf(object, text(object.getNativeType()));
+        record.declaration = text(object.getNativeDataType());
+        record.dataType = text(object.getDataType());
+        record.length = object.getLength();
+        record.scale = object.getScale();
+        record.defaultValue = text(object.getInitialValue());
+        record.notNull = takeExtra(record.extras, "not null") == "true";
+        if (schemas.count(object.getDataPackage())) {
+            record.schema = indexIn(schemas, object.getDataPackage());
+        }
+        if (object.isInstanceOf(QORElementType::DERIVED_TYPE)) {
+            for (QORTypeValue const* value : elements<QORTypeValue>(object, "typeValue")) {
+                record.values.push_back(text(value->getValue()));
+            }
+            QORConcreteType* const base = static_cast<QORDerivedType&>(object).getDerivedFromConcreteType();
+            if (base && base->isInstanceOf(QORElementType::DERIVED_TYPE) && base != &object) {
+                record.base = typeOf(base);
+            }
+        }
+        return record;
+    }
+
+    // ---- tables and views ----------------------------------------------------------------------------
+
+    void readClass(QORClass& object) {
+        if (text(object.getNativeType()) == sequenceKind) {
+            Sequence record;
+            readNamed(object, record);
+            record.schema = schemaOf(object, object.getDesignPackage());
+            structure.sequences.push_back(record);
+            return;
+        }
+        Table record;
+        readNamed(object, record);
+        record.kind = TableKind::TABLE;
+        record.nativeKind = object.getNativeType().length ? text(object.getNativeType()) : "TABLE";
+        addTable(object, record);
+    }
+
+    void readView(QORSQLViewEntity& object) {
+        Table record;
+        readNamed(object, record);
+        record.kind =
+            object.getViewType() == QORViewType::VIEW ? TableKind::VIEW : TableKind::MATERIALIZED_VIEW;
+        record.nativeKind = object.getNativeType().length    ? text(object.getNativeType())
+                            : record.kind == TableKind::VIEW ? "VIEW"
+                                                             : "MATERIALIZED VIEW";
+        record.statement = text(object.getViewStatement());
+        int const index = addTable(object, record);
+        Table& added = structure.tables[static_cast<std::size_t>(index)];
+        for (std::string indexText = takeExtra(added.extras, "index"); !indexText.empty();
+             indexText = takeExtra(added.extras, "index")) {
+            if (auto ofView = readIndexText(indexText, added)) {
+                ofView->table = index;
+                structure.indexes.push_back(*ofView);
+            }
+        }
+    }
+
+    int addTable(QORClassifier& object, Table& record) {
+        record.schema = schemaOf(object, object.getDesignPackage());
+        int const index = static_cast<int>(structure.tables.size());
+        for (QORFeature* feature : elements<QORFeature>(object, "feature")) {
+            columns.emplace(feature, static_cast<int>(record.columns.size()));
+            record.columns.push_back(readColumn(*feature));
+        }
+        tables.emplace(&object, index);
+        structure.tables.push_back(record);
+        return index;
+    }
+
+    Column readColumn(QORFeature& object) {
+        Column record;
+        readNamed(object, record);
+        record.type = typeOf(object.getType());
+        if (object.isInstanceOf(QORElementType::STRUCTURAL_FEATURE)) {
+            auto const& feature = static_cast<QORStructuralFeature const&>(object);
+            record.notNull = !feature.getOptional();
+            record.defaultValue = text(feature.getInitialValue());
+        }
+        if (object.isInstanceOf(QORElementType::ATTRIBUTE)) {
+            record.generated = static_cast<QORAttribute const&>(object).getCppDerived();
+        }
+        return record;
+    }
+
+    void readGeneralization(QORGeneralization& object) {
+        for (QORClass const* subtype : elements<QORClass>(object, "subtypeClass")) {
+            int const table = indexIn(tables, subtype);
+            for (QORClass const* supertype : elements<QORClass>(object, "supertypeClass")) {
+                int const parent = indexIn(tables, supertype);
+                if (table >= 0 && parent >= 0) {
+                    structure.tables[static_cast<std::size_t>(table)].parents.push_back(parent);
+                }
+            }
+        }
+    }
+
+    // ---- keys ----------------------------------------------------------------------------------------
+
+    /// A key tells which columns it has, and its index in which order.
+    std::vector<int> columnsOf(QORKey& key) const {
+        std::vector<int> result;
+        if (QORIndex* const index = key.getIndex()) {
+            for (QORIndexMember const* member : elements<QORIndexMember>(*index, "indexMember")) {
+                appendColumn(member->getAttribute(), result);
+            }
+        }
+        if (result.empty()) {
+            for (QORAttribute const* attribute : elements<QORAttribute>(key, "attribute")) {
+                appendColumn(attribute, result);
+            }
+        }
+        return result;
+    }
+
+    void appendColumn(QORAttribute const* attribute, std::vector<int>& result) const {
+        if (int const column = indexIn(columns, attribute); column >= 0) {
+            result.push_back(column);
+        }
+    }
+
+    void readCandidateKey(QORCandidateKey& object) {
+        Key record;
+        readNamed(object, record);
+        record.table = indexIn(tables, object.getAssociatedClass());
+        record.kind = object.getPrimaryOfClass() ? KeyKind::PRIMARY : KeyKind::UNIQUE;
+        record.columns = columnsOf(object);
+        if (record.table >= 0) {
+            structure.keys.push_back(record);
+        }
+    }
+
+    static int positionOf(QORAssociationRoleNameMap const& pair) {
+        Extras const extras = extrasOf(pair);
+        std::string const* const position = findExtra(extras, "position");
+        return position ? std::atoi(position->c_str()) : 0;
+    }
+
+    std::vector<QORAssociationRoleNameMap*> pairsOf(QORForeignKey& key) const {
+        auto pairs = elements<QORAssociationRoleNameMap>(key, "associationRoleNameMap");
+        std::stable_sort(pairs.begin(), pairs.end(),
+                         [](auto const* a, auto const* b) { return positionOf(*a) < positionOf(*b); });
+        return pairs;
+    }
+
+    void readForeignKey(QORForeignKey& object) {
+        Key record;
+        readNamed(object, record);
+        record.kind = KeyKind::FOREIGN;
+        record.table = indexIn(tables, object.getAssociatedClass());
+        if (QORAssociationRole const* role = object.getAssociationRole()) {
+            record.onUpdate = actionOf(role->getOnUpdate());
+            record.onDelete = actionOf(role->getOnDelete());
+            record.referredTable = indexIn(tables, role->getAssociatedClass());
+        }
+        if (record.referredTable < 0 && object.getCandidateKey()) {
+            record.referredTable = indexIn(tables, object.getCandidateKey()->getAssociatedClass());
+        }
+        readPairs(object, record);
+        if (record.table >= 0) {
+            structure.keys.push_back(record);
+        }
+    }
+
+    void readPairs(QORForeignKey& object, Key& record) const {
+        for (QORAssociationRoleNameMap const* pair : pairsOf(object)) {
+            appendColumn(pair->getSourceAttribute(), record.columns);
+            appendColumn(pair->getDestinationAttribute(), record.referredColumns);
+        }
+        if (record.columns.empty()) {
+            record.columns = columnsOf(object);
+            if (QORCandidateKey* const key = object.getCandidateKey()) {
+                record.referredColumns = columnsOf(*key);
+            }
+        }
+        if (record.columns.size() != record.referredColumns.size()) {
+            record.referredColumns.clear();
+        }
+    }
+
+    // ---- what goes with tables and types -------------------------------------------------------------
+
+    void readRule(QORBusinessRule& object) {
+        if (object.getType() != QORBusinessRuleType::TEXT_PHYSICAL) {
+            return;
+        }
+        for (QORModelObject* constrained : elements<QORModelObject>(object, "modelObject")) {
+            Check record;
+            readNamed(object, record);
+            record.expression = text(object.getValue());
+            record.table = indexIn(tables, constrained);
+            record.type = indexIn(types, constrained);
+            if (record.table >= 0 || record.type >= 0) {
+                structure.checks.push_back(record);
+            }
+        }
+    }
+
+    void readIndex(QORIndex& object) {
+        Index record;
+        readNamed(object, record);
+        record.table = indexIn(tables, object.getAssociatedClass());
+        record.unique = object.getUnique();
+        record.clustered = object.getClustered();
+        for (QORIndexMember* member : elements<QORIndexMember>(object, "indexMember")) {
+            record.members.push_back(readMember(*member));
+        }
+        if (record.table >= 0 && !object.getKey()) {
+            structure.indexes.push_back(record);
+        }
+    }
+
+    IndexMember readMember(QORIndexMember const& object) const {
+        IndexMember record;
+        record.extras = extrasOf(object);
+        record.expression = takeExtra(record.extras, "expression");
+        record.column = indexIn(columns, object.getAttribute());
+        record.descending = object.getSortOrder() == QORSortOrderType::DESCENDING;
+        return record;
+    }
+
+    void readTrigger(QORTrigger& object) {
+        Trigger record;
+        readNamed(object, record);
+        record.table = indexIn(tables, object.getAssociatedClass()
+                                           ? static_cast<QORObject const*>(object.getAssociatedClass())
+                                           : object.getAssociatedSQLViewEntity());
+        record.time = timeOf(object.getTriggerType());
+        record.onInsert = object.getFireOnInsert();
+        record.onUpdate = object.getFireOnUpdate();
+        record.onDelete = object.getFireOnDelete();
+        record.statement = text(object.getSemantics());
+        if (record.table >= 0) {
+            structure.triggers.push_back(record);
+        }
+    }
+
+    void readRoutine(QORStoredProcedure& object) {
+        Routine record;
+        readNamed(object, record);
+        record.schema = schemaOf(object, object.getDesignPackage());
+        record.procedure = text(object.getNativeType()) == "PROCEDURE";
+        record.returnType = typeOf(object.getReturnType());
+        record.statement = text(object.getSemantics());
+        for (QORArgument* argument : elements<QORArgument>(object, "argument")) {
+            record.arguments.push_back(readArgument(*argument));
+        }
+        structure.routines.push_back(record);
+    }
+
+    Argument readArgument(QORArgument const& object) {
+        Argument record;
+        readNamed(object, record);
+        record.mode = modeOf(object);
+        record.type = typeOf(object.getType());
+        record.defaultValue = text(object.getDefaultValue());
+        return record;
+    }
+
+    QORModel& model;
+    kit::Numbering numbering;
+    Structure structure;
+    std::unordered_map<QORObject const*, int> schemas;
+    std::unordered_map<QORObject const*, int> types;
+    std::unordered_map<QORObject const*, int> tables;
+    std::unordered_map<QORObject const*, int> columns; ///< each within its table
+};
+
+} // namespace
+
+Structure readModel(QORModel& model) {
+    return Reader(model).run();
+}
+
+} // namespace database
