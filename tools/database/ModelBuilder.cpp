@@ -38,6 +38,7 @@
 #include <limits>
 #include <map>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace database {
@@ -114,8 +115,46 @@ QORViewSelectType selectType(std::string const& quantifier) {
                                     : QORViewSelectType::UNSPECIFIED;
 }
 
-/// The steps of `buildModel`. Each makes one kind of thing for the whole database, and finds by index what
-/// the steps before it have made.
+/// The numbers of records in the order of what `keyOf` gives for each.
+template <class Records, class KeyOf>
+std::vector<int> orderOf(Records const& records, KeyOf const& keyOf) {
+    using SortKey = decltype(keyOf(records.front()));
+    std::vector<std::pair<SortKey, int>> sorted;
+    sorted.reserve(records.size());
+    for (auto const& record : records) {
+        sorted.emplace_back(keyOf(record), static_cast<int>(sorted.size()));
+    }
+    std::sort(sorted.begin(), sorted.end());
+    std::vector<int> order;
+    order.reserve(sorted.size());
+    for (auto const& entry : sorted) {
+        order.push_back(entry.second);
+    }
+    return order;
+}
+
+/// The place of each number in an order; a number that isn't there has none, which is -1.
+class Ranks {
+public:
+    Ranks() = default;
+    explicit Ranks(std::vector<int> const& order) : ranks(order.size()) {
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            ranks[static_cast<std::size_t>(order[i])] = static_cast<int>(i);
+        }
+    }
+
+    int operator[](int number) const {
+        bool const known = number >= 0 && static_cast<std::size_t>(number) < ranks.size();
+        return known ? ranks[static_cast<std::size_t>(number)] : -1;
+    }
+
+private:
+    std::vector<int> ranks;
+};
+
+/// The steps of `buildModel`. Each makes one kind of thing for the whole database, and finds by number what
+/// the steps before it have made. The order of the records doesn't matter: everything is made in an order
+/// that follows from names.
 class Builder {
 public:
     explicit Builder(Structure const& toBuild) : structure(toBuild), model(std::make_unique<QORModel>()) {}
@@ -125,32 +164,14 @@ public:
         buildOrigin();
         buildCatalog();
         buildTypes();
-        for (Table const& table : structure.tables) {
-            buildTable(table);
-        }
+        buildTables();
         buildGeneralizations();
-        for (Key const& key : structure.keys) {
-            buildCandidateKey(key);
-        }
-        for (Index const& index : structure.indexes) {
-            noteUniqueIndex(index);
-        }
-        for (Key const& key : structure.keys) {
-            buildForeignKey(key);
-        }
-        for (Check const& check : structure.checks) {
-            buildCheck(check);
-        }
-        for (Index const& index : structure.indexes) {
-            buildIndex(index);
-        }
-        for (Trigger const& trigger : structure.triggers) {
-            buildTrigger(trigger);
-        }
+        buildKeys();
+        buildChecks();
+        buildIndexes();
+        buildTriggers();
         buildRoutines();
-        for (Sequence const& sequence : structure.sequences) {
-            buildSequence(sequence);
-        }
+        buildSequences();
         return std::move(model);
     }
 
@@ -212,9 +233,8 @@ private:
             made->setName(name.c_str());
             made->setGroup(extrasGroup);
             made->setDataType("SQL_VARCHAR");
-            QORPropertyElementTypeScope& scope = scopeOf(elementType);
-            made->setPosition(positionOf(static_cast<std::size_t>(scope.getPropertyTypeCount())));
-            known = &adopt(scope, &QORPropertyElementTypeScope::addPropertyType, std::move(made));
+            known =
+                &adopt(scopeOf(elementType), &QORPropertyElementTypeScope::addPropertyType, std::move(made));
         }
         return *known;
     }
@@ -253,35 +273,46 @@ private:
         setVersion(*made, structure.origin.version);
         addExtras(*made, structure.catalog.extras);
         QORDatabaseCatalog& catalog = adopt(*model, &QORPackage::addChildPackage, std::move(made));
-        for (Schema const& record : structure.schemas) {
-            buildSchema(record, catalog);
+        schemas.resize(structure.schemas.size());
+        packages.resize(structure.schemas.size());
+        auto const order = orderOf(structure.schemas, [](Schema const& record) { return record.name; });
+        schemaRanks = Ranks(order);
+        for (int const number : order) {
+            buildSchema(static_cast<std::size_t>(number), catalog);
         }
     }
 
     /// What the tables of the only schema become goes by the name of the database; those of several are told
     /// apart by the names of these.
-    void buildSchema(Schema const& record, QORDatabaseCatalog& catalog) {
+    void buildSchema(std::size_t number, QORDatabaseCatalog& catalog) {
+        Schema const& record = structure.schemas[number];
         auto schema = std::make_unique<QORDatabaseSchema>();
         schema->setName(record.name.c_str());
         schema->setComment(record.comment.c_str());
         addExtras(*schema, record.extras);
-        schemas.push_back(&adopt(catalog, &QORPackage::addChildPackage, std::move(schema)));
+        schemas[number] = &adopt(catalog, &QORPackage::addChildPackage, std::move(schema));
         auto package = std::make_unique<QORDesignPackage>();
         bool const single = structure.schemas.size() == 1;
         package->setName((single ? structure.catalog.name : record.name).c_str());
-        packages.push_back(&adopt(*model, &QORPackage::addChildPackage, std::move(package)));
+        packages[number] = &adopt(*model, &QORPackage::addChildPackage, std::move(package));
     }
 
     void buildTypes() {
-        for (Type const& record : structure.types) {
-            types.push_back(&buildType(record));
+        auto const order = orderOf(structure.types, [this](Type const& record) {
+            return std::make_tuple(schemaRanks[record.schema], record.name, record.declaration);
+        });
+        typeRanks = Ranks(order);
+        types.resize(structure.types.size());
+        for (int const number : order) {
+            types[static_cast<std::size_t>(number)] =
+                &buildType(structure.types[static_cast<std::size_t>(number)]);
         }
-        for (std::size_t i = 0; i < structure.types.size(); ++i) {
-            Type const& record = structure.types[i];
+        for (int const number : order) {
+            Type const& record = structure.types[static_cast<std::size_t>(number)];
             QORConcreteType* const base = record.base >= 0
                                               ? static_cast<QORConcreteType*>(at(types, record.base, "type"))
                                               : &baseType(record.dataType);
-            types[i]->addDerivedFromConcreteType(base);
+            types[static_cast<std::size_t>(number)]->addDerivedFromConcreteType(base);
         }
     }
 
@@ -326,14 +357,21 @@ private:
 
     // ---- tables and views ----------------------------------------------------------------------------
 
-    void buildTable(Table const& record) {
-        classes.push_back(nullptr);
-        views.push_back(nullptr);
-        attributes.emplace_back();
-        if (record.kind == TableKind::TABLE) {
-            classes.back() = &buildClass(record);
-        } else {
-            views.back() = &buildView(record);
+    void buildTables() {
+        tableOrder = orderOf(structure.tables, [this](Table const& record) {
+            return std::make_tuple(schemaRanks[record.schema], record.name);
+        });
+        tableRanks = Ranks(tableOrder);
+        classes.resize(structure.tables.size());
+        views.resize(structure.tables.size());
+        attributes.resize(structure.tables.size());
+        for (int const number : tableOrder) {
+            auto const index = static_cast<std::size_t>(number);
+            if (structure.tables[index].kind == TableKind::TABLE) {
+                classes[index] = &buildClass(structure.tables[index], attributes[index]);
+            } else {
+                views[index] = &buildView(structure.tables[index]);
+            }
         }
     }
 
@@ -346,7 +384,7 @@ private:
         return added;
     }
 
-    QORClass& buildClass(Table const& record) {
+    QORClass& buildClass(Table const& record, std::vector<QORAttribute*>& columns) {
         auto made = named<QORClass>(record);
         made->setNativeType(record.nativeKind.c_str());
         made->setCppClassType(QORClassCategoryType::ENTITY);
@@ -355,7 +393,7 @@ private:
         for (Column const& column : record.columns) {
             auto attribute = namedColumn<QORAttribute>(column);
             attribute->setCppDerived(column.generated);
-            attributes.back().push_back(&addColumn(added, column, std::move(attribute)));
+            columns.push_back(&addColumn(added, column, std::move(attribute)));
         }
         return added;
     }
@@ -413,8 +451,8 @@ private:
     }
 
     void buildGeneralizations() {
-        for (std::size_t i = 0; i < structure.tables.size(); ++i) {
-            Table const& table = structure.tables[i];
+        for (int const number : tableOrder) {
+            Table const& table = structure.tables[static_cast<std::size_t>(number)];
             if (table.parents.empty()) {
                 continue;
             }
@@ -422,8 +460,8 @@ private:
             for (int const parent : table.parents) {
                 made->addSupertypeClass(&tableAt(parent));
             }
-            made->addSubtypeClass(&tableAt(static_cast<int>(i)));
-            adopt(packageOf(static_cast<int>(i)), &QORDesignPackage::addModelElement, std::move(made));
+            made->addSubtypeClass(&tableAt(number));
+            adopt(packageOf(number), &QORDesignPackage::addModelElement, std::move(made));
         }
     }
 
@@ -433,10 +471,29 @@ private:
 
     // ---- keys ----------------------------------------------------------------------------------------
 
-    void buildCandidateKey(Key const& record) {
-        if (record.kind == KeyKind::FOREIGN) {
-            return;
+    void buildKeys() {
+        std::vector<int> const order = orderOf(structure.keys, [this](Key const& record) {
+            return std::make_tuple(tableRanks[record.table], record.kind, record.name, record.columns,
+                                   tableRanks[record.referredTable], record.referredColumns);
+        });
+        for (Index const& index : structure.indexes) {
+            noteUniqueIndex(index);
         }
+        std::vector<Key const*> foreign;
+        for (int const number : order) {
+            Key const& key = structure.keys[static_cast<std::size_t>(number)];
+            if (key.kind == KeyKind::FOREIGN) {
+                foreign.push_back(&key);
+            } else {
+                buildCandidateKey(key);
+            }
+        }
+        for (Key const* key : foreign) {
+            buildForeignKey(*key);
+        }
+    }
+
+    void buildCandidateKey(Key const& record) {
         QORClass& table = tableAt(record.table);
         auto made = named<QORCandidateKey>(record);
         made->setUniqueKey(record.kind == KeyKind::UNIQUE);
@@ -480,9 +537,6 @@ private:
     }
 
     void buildForeignKey(Key const& record) {
-        if (record.kind != KeyKind::FOREIGN) {
-            return;
-        }
         QORForeignKey& key = addKey(tableAt(record.table), record, named<QORForeignKey>(record));
         if (record.referredTable >= 0) {
             linkCandidateKey(record, key);
@@ -578,6 +632,16 @@ private:
 
     // ---- what goes with tables and types -------------------------------------------------------------
 
+    void buildChecks() {
+        auto const order = orderOf(structure.checks, [this](Check const& record) {
+            return std::make_tuple(tableRanks[record.table], typeRanks[record.type], record.name,
+                                   record.expression);
+        });
+        for (int const number : order) {
+            buildCheck(structure.checks[static_cast<std::size_t>(number)]);
+        }
+    }
+
     void buildCheck(Check const& record) {
         auto made = named<QORBusinessRule>(record);
         made->setNativeType("CHECK");
@@ -589,6 +653,15 @@ private:
             rule.addModelObject(&tableAt(record.table));
         } else {
             rule.addModelObject(at(types, record.type, "type"));
+        }
+    }
+
+    void buildIndexes() {
+        auto const order = orderOf(structure.indexes, [this](Index const& record) {
+            return std::make_tuple(tableRanks[record.table], record.name);
+        });
+        for (int const number : order) {
+            buildIndex(structure.indexes[static_cast<std::size_t>(number)]);
         }
     }
 
@@ -622,6 +695,15 @@ private:
         }
     }
 
+    void buildTriggers() {
+        auto const order = orderOf(structure.triggers, [this](Trigger const& record) {
+            return std::make_tuple(tableRanks[record.table], record.name);
+        });
+        for (int const number : order) {
+            buildTrigger(structure.triggers[static_cast<std::size_t>(number)]);
+        }
+    }
+
     template <class Owner>
     void addTrigger(Owner& owner, Trigger const& record) {
         auto made = named<QORTrigger>(record);
@@ -643,6 +725,15 @@ private:
         }
     }
 
+    void buildSequences() {
+        auto const order = orderOf(structure.sequences, [this](Sequence const& record) {
+            return std::make_tuple(schemaRanks[record.schema], record.name);
+        });
+        for (int const number : order) {
+            buildSequence(structure.sequences[static_cast<std::size_t>(number)]);
+        }
+    }
+
     void buildSequence(Sequence const& record) {
         auto made = named<QORClass>(record);
         made->setNativeType("SEQUENCE");
@@ -657,7 +748,11 @@ private:
         for (Routine const& record : structure.routines) {
             ++count[{record.schema, record.name}];
         }
-        for (Routine const& record : structure.routines) {
+        auto const order = orderOf(structure.routines, [this](Routine const& record) {
+            return std::make_tuple(schemaRanks[record.schema], record.name, signature(record));
+        });
+        for (int const number : order) {
+            Routine const& record = structure.routines[static_cast<std::size_t>(number)];
             buildRoutine(record, count[{record.schema, record.name}] > 1);
         }
     }
@@ -719,6 +814,10 @@ private:
 
     Structure const& structure;
     std::unique_ptr<QORModel> model;
+    Ranks schemaRanks;
+    Ranks typeRanks;
+    Ranks tableRanks;
+    std::vector<int> tableOrder;
     std::vector<QORDatabaseSchema*> schemas;
     std::vector<QORDesignPackage*> packages; ///< one for each schema
     std::vector<QORDerivedType*> types;

@@ -1,0 +1,133 @@
+#include "database/ModelReader.h"
+
+#include "DescribeStructure.h"
+#include "EveryRecord.h"
+#include "database/ModelBuilder.h"
+#include "exchange/JsonReader.h"
+#include "exchange/JsonWriter.h"
+#include "kit/Verify.h"
+
+#include <qor/QORAliasType.h>
+#include <qor/QORAttribute.h>
+#include <qor/QORBaseType.h>
+#include <qor/QORCandidateKey.h>
+#include <qor/QORClass.h>
+#include <qor/QORDesignPackage.h>
+#include <qor/QORForeignKey.h>
+#include <qor/QORModel.h>
+
+#include <gmock/gmock.h>
+#include <sstream>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(ModelReader, EveryRecordComesBackFromItsModel) {
+    database::Structure const structure = everyRecord();
+    auto const model = database::buildModel(structure);
+    EXPECT_EQ(describe(database::readModel(*model)), describe(structure));
+}
+
+TEST(ModelReader, EveryRecordComesBackFromAModelThatWasJson) {
+    database::Structure const structure = everyRecord();
+    std::stringstream json;
+    exchange::writeJson(*database::buildModel(structure), json);
+    kit::Graph const graph = exchange::readJson(json, "test");
+    EXPECT_THAT(kit::verify(graph.root()), IsEmpty());
+    EXPECT_EQ(describe(database::readModel(static_cast<QORModel&>(graph.root()))), describe(structure));
+}
+
+TEST(ModelReader, WhatCameBackGivesTheSameModelAgain) {
+    auto const model = database::buildModel(everyRecord());
+    std::stringstream first;
+    exchange::writeJson(*model, first);
+    std::stringstream second;
+    exchange::writeJson(*database::buildModel(database::readModel(*model)), second);
+    EXPECT_EQ(first.str(), second.str());
+}
+
+TEST(ModelReader, EmptyModelIsAnEmptyStructure) {
+    QORModel model;
+    database::Structure const structure = database::readModel(model);
+    EXPECT_THAT(structure.schemas, IsEmpty());
+    EXPECT_THAT(structure.tables, IsEmpty());
+    EXPECT_THAT(structure.types, IsEmpty());
+}
+
+TEST(ModelReader, ModelMadeByHandNeedsNoSchemaAndNoPhysicalNames) {
+    QORModel model;
+    auto* const package = new QORDesignPackage;
+    package->setName("sales");
+    model.addChildPackage(package);
+    auto* const base = new QORBaseType;
+    base->setName("text");
+    base->setDataType("SQL_VARCHAR");
+    model.addType(base);
+    auto* const alias = new QORAliasType;
+    alias->setName("name");
+    alias->addAliasOfType(base);
+    model.addType(alias);
+    auto* const table = new QORClass;
+    table->setName("customer");
+    package->addModelElement(table);
+    for (char const* name : {"b", "a"}) {
+        auto* const column = new QORAttribute;
+        column->setName(name);
+        column->setPosition(name[0] == 'b' ? 1 : 2);
+        column->addType(alias);
+        table->addAttribute(column);
+    }
+    auto* const key = new QORCandidateKey;
+    key->addAttribute(table->getAttribute("b", nullptr));
+    table->addKey(key);
+    table->addPrimaryCandidateKey(key);
+    auto* const foreign = new QORForeignKey;
+    foreign->addAttribute(table->getAttribute("a", nullptr));
+    foreign->addCandidateKey(key);
+    table->addKey(foreign);
+
+    database::Structure const structure = database::readModel(model);
+    ASSERT_EQ(structure.schemas.size(), 1u);
+    EXPECT_EQ(structure.schemas[0].name, "sales");
+    ASSERT_EQ(structure.tables.size(), 1u);
+    EXPECT_EQ(structure.tables[0].name, "customer");
+    EXPECT_EQ(structure.tables[0].schema, 0);
+    EXPECT_EQ(structure.tables[0].nativeKind, "TABLE");
+    ASSERT_EQ(structure.tables[0].columns.size(), 2u);
+    EXPECT_EQ(structure.tables[0].columns[0].name, "b");
+    ASSERT_EQ(structure.types.size(), 1u);
+    EXPECT_EQ(structure.types[0].dataType, "SQL_VARCHAR");
+    ASSERT_EQ(structure.keys.size(), 2u);
+    EXPECT_EQ(structure.keys[0].kind, database::KeyKind::PRIMARY);
+    EXPECT_THAT(structure.keys[0].columns, ElementsAre(0));
+    EXPECT_EQ(structure.keys[1].kind, database::KeyKind::FOREIGN);
+    EXPECT_THAT(structure.keys[1].columns, ElementsAre(1));
+    EXPECT_EQ(structure.keys[1].referredTable, 0);
+    EXPECT_THAT(structure.keys[1].referredColumns, ElementsAre(0));
+}
+
+TEST(ModelReader, PropertiesOfUsersAreNoExtras) {
+    database::Structure structure;
+    structure.catalog.name = "shop";
+    structure.schemas.resize(1);
+    structure.schemas[0].name = "main";
+    structure.tables.resize(1);
+    structure.tables[0].name = "t";
+    structure.tables[0].schema = 0;
+    structure.tables[0].extras = {{"colour", "red"}};
+    auto const model = database::buildModel(structure);
+    std::stringstream json;
+    exchange::writeJson(*model, json);
+    std::string text = json.str();
+    std::string const group = "\"group\": \"database\"";
+    ASSERT_NE(text.find(group), std::string::npos);
+    text.replace(text.find(group), group.size(), "\"group\": \"mine\"");
+    std::istringstream changed(text);
+    kit::Graph const graph = exchange::readJson(changed, "test");
+    EXPECT_THAT(database::readModel(static_cast<QORModel&>(graph.root())).tables[0].extras, IsEmpty());
+    EXPECT_EQ(database::readModel(*model).tables[0].extras.size(), 1u);
+}
+
+} // namespace
