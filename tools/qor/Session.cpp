@@ -1,8 +1,9 @@
 #include "qor/Session.h"
 
+#include "database/ModelBuilder.h"
 #include "exchange/JsonReader.h"
-#include "sqlite/SchemaImporter.h"
 #include "sqlite/SqliteDatabase.h"
+#include "sqlite/StructureReader.h"
 
 #include <qor/QORModel.h>
 
@@ -32,9 +33,9 @@ kit::Graph loadSource(std::string const& path) {
     if (isJson(path)) {
         return exchange::readJsonFile(path);
     }
-    sqlite::Database database(path);
+    sqlite::Database file(path);
     kit::Graph graph;
-    graph.adoptTree(sqlite::importSchema(database).release());
+    graph.adoptTree(database::buildModel(sqlite::readStructure(file)).release());
     return graph;
 }
 

@@ -1,6 +1,5 @@
 #include "sqlite/SqliteDatabase.h"
 
-#include "kit/ToolError.h"
 #include "sqlite/FileHeader.h"
 #include "sqlite/VirtualTable.h"
 
@@ -167,6 +166,8 @@ void Database::fail(int code) const {
         throw ToolError(file, "is damaged: " + message);
     case SQLITE_BUSY:
         throw ToolError(file, "is locked by another program");
+    case SQLITE_ERROR:
+        throw QueryError(file, message);
     default:
         throw ToolError(file, message);
     }

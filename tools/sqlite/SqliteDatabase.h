@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/ToolError.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
@@ -8,6 +10,12 @@ struct sqlite3;
 struct sqlite3_stmt;
 
 namespace sqlite {
+
+/// A query that SQLite refuses although the file is whole, such as one of a view whose table is gone.
+class QueryError : public kit::ToolError {
+public:
+    using ToolError::ToolError;
+};
 
 /// An SQLite database file, opened to be read in one transaction and never written. Every operation, and
 /// every one of a Query on it, throws kit::ToolError when the file can't be read.

@@ -1,0 +1,402 @@
+#include "sqlite/StructureReader.h"
+
+#include "database/SqlTokens.h"
+#include "kit/ToolError.h"
+#include "sqlite/CreateStatements.h"
+#include "sqlite/DeclaredType.h"
+#include "sqlite/Names.h"
+#include "sqlite/SqliteDatabase.h"
+#include "sqlite/VirtualTable.h"
+
+#include <filesystem>
+#include <map>
+#include <unordered_map>
+
+namespace sqlite {
+namespace {
+
+using database::Column;
+using database::Index;
+using database::IndexMember;
+using database::Key;
+using database::KeyKind;
+using database::Structure;
+using database::Table;
+using database::TableKind;
+using database::Trigger;
+
+/// How a generated column and one that only a virtual table's own queries see are told by the database.
+enum Hidden { ORDINARY = 0, HIDDEN = 1, GENERATED_VIRTUAL = 2, GENERATED_STORED = 3 };
+
+/// The tables of the database, without SQLite's own, with what kind of table each is. `closed` is a virtual
+/// table whose module isn't there, so that nothing but its name is known. `kinds` is materialized since each
+/// use of the list makes it anew.
+#define TABLES                                                                                               \
+    "WITH kinds AS MATERIALIZED"                                                                             \
+    " (SELECT name, type, wr, strict FROM pragma_table_list WHERE schema = 'main'),"                         \
+    " tables AS (SELECT s.name, s.sql, k.type, k.wr, k.strict, k.type = 'virtual' AND NOT EXISTS"            \
+    " (SELECT 1 FROM pragma_module_list AS m WHERE m.name = module_of(s.sql) COLLATE NOCASE) AS closed"      \
+    " FROM main.sqlite_schema AS s LEFT JOIN kinds AS k ON k.name = s.name"                                  \
+    " WHERE s.type = 'table' AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\') "
+
+constexpr char const* tablesQuery =
+    TABLES "SELECT name, type, wr, strict, closed, sql FROM tables ORDER BY name";
+
+#define COLUMNS "SELECT t.name, c.name, c.type, c.\"notnull\", c.dflt_value, c.hidden"
+
+constexpr char const* columnsQuery =
+    TABLES COLUMNS " FROM tables AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
+                   " WHERE t.closed IS NOT 1 ORDER BY t.name, c.cid";
+
+constexpr char const* viewsQuery =
+    "SELECT name, sql FROM main.sqlite_schema WHERE type = 'view' ORDER BY name";
+
+constexpr char const* viewColumnsQuery =
+    COLUMNS " FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
+            " WHERE t.type = 'view' ORDER BY t.name, c.cid";
+
+/// Of one view; the name is put in as a literal.
+constexpr char const* oneViewsColumnsQuery =
+    COLUMNS " FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
+            " WHERE t.type = 'view' AND t.name = ";
+
+#undef COLUMNS
+#undef TABLES
+
+/// Those that a constraint brings along have no statement.
+constexpr char const* indexesQuery = "SELECT name, tbl_name, sql FROM main.sqlite_schema"
+                                     " WHERE type = 'index' AND sql IS NOT NULL ORDER BY tbl_name, name";
+
+constexpr char const* triggersQuery = "SELECT name, tbl_name, sql FROM main.sqlite_schema"
+                                      " WHERE type = 'trigger' ORDER BY tbl_name, name";
+
+std::string kindOf(std::string const& type, bool withoutRowid, bool strict) {
+    std::string kind = type == "virtual" ? "VIRTUAL TABLE" : type == "shadow" ? "SHADOW TABLE" : "TABLE";
+    kind += withoutRowid ? " WITHOUT ROWID" : "";
+    kind += strict ? " STRICT" : "";
+    return kind;
+}
+
+class Reader {
+public:
+    explicit Reader(Database& toRead) : source(toRead) {}
+
+    Structure run() {
+        readOrigin();
+        readTables();
+        readColumns(columnsQuery);
+        readViews();
+        readStatements();
+        readIndexes();
+        readTriggers();
+        return std::move(structure);
+    }
+
+private:
+    [[noreturn]] void fail(std::string const& problem) const {
+        throw kit::ToolError(source.path(), "is damaged: " + problem);
+    }
+
+    void readOrigin() {
+        Query encoding(source, "PRAGMA main.encoding");
+        encoding.next();
+        structure.catalog.name = std::filesystem::path(source.path()).stem().string();
+        structure.origin = {"SQLite",         source.writerVersion(), source.path(),
+                            encoding.text(0), "SQLite database",      "3"};
+        structure.schemas.emplace_back();
+        structure.schemas.back().name = "main";
+    }
+
+    // ---- tables, views and their columns -------------------------------------------------------------
+
+    /// SQLite's names are equal whatever the case of their letters.
+    int addTable(Table const& table) {
+        int const number = static_cast<int>(structure.tables.size());
+        if (!tables.emplace(database::lowerCase(table.name), number).second) {
+            fail("more than one " + table.name);
+        }
+        structure.tables.push_back(table);
+        columns.emplace_back();
+        return number;
+    }
+
+    void readTables() {
+        Query rows(source, tablesQuery);
+        while (rows.next()) {
+            Table table;
+            table.name = rows.text(0);
+            table.schema = 0;
+            std::string const type = rows.text(1);
+            table.nativeKind = kindOf(type, rows.number(2), rows.number(3));
+            std::string const statement = rows.text(5);
+            if (type == "virtual") {
+                table.extras = {{"module", moduleOf(statement)}, {"statement", statement}};
+            }
+            if (rows.number(4)) {
+                table.comment = "The columns are unknown: the module of this virtual table isn't available.";
+            }
+            int const number = addTable(table);
+            if (type != "virtual") {
+                statements.emplace_back(number, statement);
+            }
+        }
+    }
+
+    void readColumns(std::string const& sql) {
+        Query rows(source, sql);
+        while (rows.next()) {
+            if (rows.number(5) != HIDDEN) {
+                readColumn(rows);
+            }
+        }
+    }
+
+    void readColumn(Query const& row) {
+        int const number = tableOf(row.text(0));
+        Table& owner = structure.tables[static_cast<std::size_t>(number)];
+        Column column;
+        column.name = row.text(1);
+        column.type = typeOf(row.text(2));
+        column.notNull = row.number(3);
+        column.defaultValue = row.text(4);
+        column.generated = row.number(5) == GENERATED_VIRTUAL || row.number(5) == GENERATED_STORED;
+        columns[static_cast<std::size_t>(number)].emplace(database::lowerCase(column.name),
+                                                          static_cast<int>(owner.columns.size()));
+        owner.columns.push_back(column);
+    }
+
+    int tableOf(std::string const& name) const {
+        auto const known = tables.find(database::lowerCase(name));
+        if (known == tables.end()) {
+            fail("no table " + name);
+        }
+        return known->second;
+    }
+
+    /// Each spelling of a type is one type.
+    int typeOf(std::string const& declared) {
+        auto const [known, isNew] = types.emplace(declared, static_cast<int>(structure.types.size()));
+        if (isNew) {
+            DeclaredType const read = readDeclaredType(declared);
+            database::Type type;
+            type.name = declared.empty() ? read.dataType : declared;
+            type.declaration = declared;
+            type.dataType = read.dataType;
+            type.length = read.length;
+            type.scale = read.scale;
+            structure.types.push_back(type);
+        }
+        return known->second;
+    }
+
+    void readViews() {
+        {
+            Query rows(source, viewsQuery);
+            while (rows.next()) {
+                Table view;
+                view.name = rows.text(0);
+                view.schema = 0;
+                view.kind = TableKind::VIEW;
+                view.nativeKind = "VIEW";
+                ViewText const text = readCreateView(rows.text(1));
+                view.statement = text.select;
+                if (text.named) {
+                    view.extras = {{"columns", "named"}};
+                }
+                addTable(view);
+            }
+        }
+        try {
+            readColumns(viewColumnsQuery);
+        } catch (QueryError const&) {
+            readColumnsOfEachView();
+        }
+    }
+
+    /// One view that can't be used must not hide the others.
+    void readColumnsOfEachView() {
+        for (std::size_t i = 0; i < structure.tables.size(); ++i) {
+            if (structure.tables[i].kind != TableKind::VIEW) {
+                continue;
+            }
+            structure.tables[i].columns.clear();
+            columns[i].clear();
+            try {
+                readColumns(oneViewsColumnsQuery + quoteText(structure.tables[i].name));
+            } catch (QueryError const&) {
+                structure.tables[i].comment =
+                    "The columns are unknown: SQLite can't tell those of this view.";
+            }
+        }
+    }
+
+    // ---- what the statements of the tables tell ------------------------------------------------------
+
+    void readStatements() {
+        std::vector<TableText> texts;
+        for (auto const& [number, statement] : statements) {
+            texts.push_back(readCreateTable(statement));
+            addColumnTexts(number, texts.back());
+        }
+        for (std::size_t i = 0; i < statements.size(); ++i) {
+            for (CheckText const& text : texts[i].checks) {
+                database::Check check;
+                check.name = text.name;
+                check.table = statements[i].first;
+                check.expression = text.expression;
+                structure.checks.push_back(check);
+            }
+            addKeys(statements[i].first, texts[i], false);
+        }
+        for (std::size_t i = 0; i < statements.size(); ++i) {
+            addKeys(statements[i].first, texts[i], true);
+        }
+    }
+
+    void addColumnTexts(int number, TableText const& text) {
+        Table& table = structure.tables[static_cast<std::size_t>(number)];
+        if (text.columns.size() != table.columns.size()) {
+            fail("the statement of table " + table.name + " tells other columns than the table has");
+        }
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            table.columns[i].extras = text.columns[i].extras;
+            if (table.columns[i].generated) {
+                table.columns[i].defaultValue = text.columns[i].generated;
+            }
+        }
+    }
+
+    /// Foreign keys come after all the keys that they can refer to.
+    void addKeys(int number, TableText const& text, bool foreign) {
+        for (KeyText const& from : text.keys) {
+            if ((from.kind == KeyKind::FOREIGN) != foreign) {
+                continue;
+            }
+            Key key;
+            key.kind = from.kind;
+            key.name = from.name;
+            key.table = number;
+            key.onUpdate = from.onUpdate;
+            key.onDelete = from.onDelete;
+            key.extras = from.extras;
+            for (std::string const& column : from.columns) {
+                key.columns.push_back(columnOf(number, column));
+                if (key.columns.back() < 0) {
+                    fail("table " + structure.tables[static_cast<std::size_t>(number)].name +
+                         " has no column " + column);
+                }
+            }
+            if (foreign) {
+                addReference(from, key);
+            } else if (key.kind == KeyKind::PRIMARY) {
+                primaryKeys[number] = key.columns;
+            }
+            structure.keys.push_back(key);
+        }
+    }
+
+    /// -1 for none.
+    int columnOf(int table, std::string const& name) const {
+        auto const& known = columns[static_cast<std::size_t>(table)];
+        auto const found = known.find(database::lowerCase(name));
+        return found == known.end() ? -1 : found->second;
+    }
+
+    /// SQLite lets a foreign key refer to what isn't there, or to a view.
+    void addReference(KeyText const& from, Key& key) const {
+        auto const known = tables.find(database::lowerCase(from.referredTable));
+        if (known != tables.end() &&
+            structure.tables[static_cast<std::size_t>(known->second)].kind == TableKind::TABLE) {
+            key.referredTable = known->second;
+            key.referredColumns = referredColumns(from, known->second);
+        }
+        if (key.referredColumns.size() != key.columns.size()) {
+            key.referredColumns.clear();
+            std::string const names = quoteNames(from.referredColumns);
+            key.extras.push_back(
+                {"references", quoteName(from.referredTable) + (names.empty() ? "" : "(" + names + ")")});
+        }
+    }
+
+    /// Those that aren't there are left out.
+    std::vector<int> referredColumns(KeyText const& from, int table) const {
+        std::vector<int> result;
+        for (std::string const& name : from.referredColumns) {
+            if (int const column = columnOf(table, name); column >= 0) {
+                result.push_back(column);
+            }
+        }
+        auto const primary = primaryKeys.find(table);
+        return from.referredColumns.empty() && primary != primaryKeys.end() ? primary->second : result;
+    }
+
+    // ---- indexes and triggers ------------------------------------------------------------------------
+
+    void readIndexes() {
+        Query rows(source, indexesQuery);
+        while (rows.next()) {
+            Index index;
+            index.name = rows.text(0);
+            index.table = tableOf(rows.text(1));
+            std::string const statement = rows.text(2);
+            auto const words = database::tokenize(statement);
+            index.unique = words.size() > 1 && words[1].is("UNIQUE");
+            IndexText const text = readCreateIndex(statement);
+            for (MemberText const& member : text.members) {
+                index.members.push_back(memberOf(index.table, member));
+            }
+            if (!text.where.empty()) {
+                index.extras.push_back({"where", text.where});
+            }
+            structure.indexes.push_back(index);
+        }
+    }
+
+    IndexMember memberOf(int table, MemberText const& from) const {
+        IndexMember member;
+        member.column = from.column.empty() ? -1 : columnOf(table, from.column);
+        if (member.column < 0) {
+            member.expression = from.expression;
+        }
+        member.descending = from.descending;
+        if (!from.collation.empty()) {
+            member.extras.push_back({"collation", from.collation});
+        }
+        return member;
+    }
+
+    void readTriggers() {
+        Query rows(source, triggersQuery);
+        while (rows.next()) {
+            Trigger trigger;
+            trigger.name = rows.text(0);
+            trigger.table = tableOf(rows.text(1));
+            trigger.statement = rows.text(2);
+            TriggerText const text = readCreateTrigger(trigger.statement);
+            trigger.time = text.time;
+            trigger.onInsert = text.onInsert;
+            trigger.onUpdate = text.onUpdate;
+            trigger.onDelete = text.onDelete;
+            if (!text.columns.empty()) {
+                trigger.extras.push_back({"columns", quoteNames(text.columns)});
+            }
+            structure.triggers.push_back(trigger);
+        }
+    }
+
+    Database& source;
+    Structure structure;
+    std::unordered_map<std::string, int> tables;               ///< by their names in lower case
+    std::vector<std::unordered_map<std::string, int>> columns; ///< of each table, likewise
+    std::unordered_map<std::string, int> types;
+    std::unordered_map<int, std::vector<int>> primaryKeys;
+    std::vector<std::pair<int, std::string>> statements; ///< of the ordinary tables
+};
+
+} // namespace
+
+Structure readStructure(Database& database) {
+    return Reader(database).run();
+}
+
+} // namespace sqlite
