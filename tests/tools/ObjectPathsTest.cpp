@@ -2,6 +2,7 @@
 
 #include "kit/Graph.h"
 #include "kit/Numbering.h"
+#include "kit/ToolError.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORBaseType.h>
@@ -95,6 +96,70 @@ TEST_F(ObjectPaths, PathToNothingGivesNothing) {
     for (char const* path : {"q", "p/q", "/q", "p/", "//", "p\\"}) {
         EXPECT_THAT(paths.find(path), IsEmpty()) << path;
     }
+}
+
+/// What `only` says of a path that stands for no object or for several.
+std::string problemOf(kit::ObjectPaths const& paths, char const* path) {
+    try {
+        paths.only(path, "x");
+    } catch (kit::ToolError const& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST_F(ObjectPaths, EndOfAPathIsEnoughIfItLeadsToOneObject) {
+    auto* first = made<QORDesignPackage>("p");
+    auto* second = made<QORDesignPackage>("q");
+    auto* table = made<QORClass>("t");
+    auto* other = made<QORClass>("t");
+    auto* column = made<QORAttribute>("a:b#c/d\\e");
+    model->addChildPackage(first);
+    model->addChildPackage(second);
+    first->addModelElement(table);
+    second->addModelElement(other);
+    table->addFeature(column);
+    kit::ObjectPaths const paths{kit::Numbering(*model)};
+    EXPECT_EQ(&paths.only("p/t", "x"), table);
+    EXPECT_EQ(&paths.only("a\\:b\\#c\\/d\\\\e", "x"), column);
+    EXPECT_EQ(&paths.only("t/a\\:b\\#c\\/d\\\\e", "x"), column);
+    EXPECT_EQ(&paths.only("Class:t/Attribute:a\\:b\\#c\\/d\\\\e", "x"), column);
+    EXPECT_EQ(problemOf(paths, "t"), "x: more than one object at t, such as p/t and q/t");
+    EXPECT_EQ(problemOf(paths, "Class:t"), "x: more than one object at Class:t, such as p/t and q/t");
+}
+
+TEST_F(ObjectPaths, MissingPartOfAPathIsTold) {
+    auto* package = made<QORDesignPackage>("p");
+    model->addChildPackage(package);
+    package->addModelElement(made<QORClass>("t"));
+    model->addType(made<QORBaseType>("same"));
+    model->addChildPackage(made<QORDesignPackage>("same"));
+    kit::ObjectPaths const paths{kit::Numbering(*model)};
+    EXPECT_EQ(problemOf(paths, "q"), "x: no object at q: there is no q");
+    EXPECT_EQ(problemOf(paths, "q/t"), "x: no object at q/t: there is no q");
+    EXPECT_EQ(problemOf(paths, "p/u"), "x: no object at p/u: p has no u");
+    EXPECT_EQ(problemOf(paths, "p/t/c"), "x: no object at p/t/c: p/t has no c");
+    EXPECT_EQ(problemOf(paths, "same/c"), "x: no object at same/c: same is the path of several");
+}
+
+TEST_F(ObjectPaths, RingOfOwnersBeginsAtItsFirstObject) {
+    auto* outer = made<QORDesignPackage>("outer");
+    auto* inner = made<QORDesignPackage>("inner");
+    auto* table = made<QORClass>("t");
+    auto* column = made<QORAttribute>("c");
+    auto* type = made<QORBaseType>("b");
+    model->addType(type);
+    column->addType(type);
+    table->addFeature(column);
+    inner->addModelElement(table);
+    outer->addChildPackage(inner);
+    inner->addChildPackage(outer);
+    kit::ObjectPaths const paths{kit::Numbering(*model)};
+    for (QORObject* object : graph.objects()) {
+        EXPECT_THAT(paths.find(paths.pathOf(*object)), ElementsAre(object)) << paths.pathOf(*object);
+    }
+    EXPECT_EQ(paths.owners().tops().size(), 2u);
+    EXPECT_TRUE(paths.owners().tops()[1] == outer || paths.owners().tops()[1] == inner);
 }
 
 } // namespace

@@ -196,10 +196,13 @@ TEST_F(QorVerbs, ShowPrintsTheTreeOrStatisticsOfAnyPart) {
 
 TEST_F(QorVerbs, ShowRefusesAPathThatNamesNoObjectOrSeveral) {
     std::string const path = json();
-    expectError(qor({"show", path, "--path", "nobody"}), "no object at nobody");
+    expectError(qor({"show", path, "--path", "nobody"}), "no object at nobody: there is no nobody");
     expectError(qor({"show", path, "--path", "shop"}),
                 "more than one object at shop, such as DatabaseCatalog:shop and DesignPackage:shop");
-    expectError(qor({"show", path, "--path", "shop/invoice"}), "no object at shop/invoice");
+    EXPECT_EQ(qor({"show", path, "--path", "shop/invoice"}).out,
+              qor({"show", path, "--path", "DesignPackage:shop/invoice"}).out);
+    expectError(qor({"show", path, "--path", "DesignPackage:shop/invoice/tax"}),
+                "no object at DesignPackage:shop/invoice/tax: DesignPackage:shop/invoice has no tax");
     expectError(qor({"show", path, "--tree", "--stats"}), "excludes");
 }
 
@@ -294,13 +297,29 @@ TEST_F(QorVerbs, DiffTellsByItsExitCode) {
     ProgramResult const different = qor({"diff", path, other});
     EXPECT_EQ(different.exitCode, 1);
     EXPECT_EQ(different.err, "");
-    EXPECT_THAT(different.out, HasSubstr("removed Attribute DesignPackage:shop/customer/name\n"));
-    EXPECT_THAT(different.out, HasSubstr("changed MetadataOrigin MetadataOrigin:\n    source: "));
+    EXPECT_THAT(different.out, HasSubstr("Class DesignPackage:shop/customer\n  - Attribute name  ("));
+    EXPECT_THAT(different.out, HasSubstr(" removed, 0 renamed, 0 moved, "));
+    EXPECT_THAT(different.out, Not(HasSubstr("MetadataOrigin")));
+    EXPECT_THAT(qor({"diff", "--origin", path, other}).out,
+                HasSubstr("  ~ MetadataOrigin MetadataOrigin:: source "));
     ProgramResult const quiet = qor({"diff", "--quiet", path, other});
     EXPECT_EQ(quiet.exitCode, 1);
     EXPECT_EQ(quiet.out, "");
     expectError(qor({"diff", path, folder.file("none.json")}), "none.json");
     expectError(qor({"diff", path, path, "--format", "xml"}), "xml");
+}
+
+TEST_F(QorVerbs, DiffOfSourcesWithOtherNamesRemarksThat) {
+    std::string const path = json();
+    std::string const other = database("new/store.sqlite");
+    ProgramResult const result = qor({"diff", path, other});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "qor: the graphs are named \"shop\" and \"store\", which doesn't count as a difference\n");
+    expectSuccess(qor({"diff", path, other, "--quiet"}));
+    std::string const third = database("third/store.sqlite", "CREATE TABLE customer(id INTEGER NOT NULL)");
+    EXPECT_THAT(qor({"diff", path, third}).out, HasSubstr("- Class DesignPackage:shop/invoice\n"));
 }
 
 TEST_F(QorVerbs, DiffAsJsonIsJson) {
@@ -323,9 +342,13 @@ TEST_F(QorVerbs, DiffTakesRenamesFromAFile) {
         "renames", "# before\tafter\n\nDesignPackage:shop/customer\tDesignPackage:shop/client\n");
     ProgramResult const result = qor({"diff", path, other, "--renames", renames});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.out,
-                HasSubstr("renamed Class DesignPackage:shop/customer -> DesignPackage:shop/client\n"));
-    EXPECT_THAT(result.out, Not(HasSubstr("added")));
+    EXPECT_THAT(result.out, HasSubstr("Class DesignPackage:shop/client\n  > is renamed from customer\n"));
+    EXPECT_THAT(result.out, HasSubstr("\n0 added, "));
+    EXPECT_EQ(qor({"diff", path, other, "--rename", "customer=client"}).out, result.out);
+    EXPECT_EQ(qor({"diff", "--rename", "customer=client", path, other}).out, result.out);
+    expectError(qor({"diff", path, other, "--rename", "customer"}), "--rename customer: two paths");
+    expectError(qor({"diff", path, other, "--rename", "a=b=c"}), "--rename a=b=c: two paths");
+    expectError(qor({"diff", path, other, "--rename", "a\\=b=c"}), "no object at a=b");
     expectError(qor({"diff", path, other, "--renames", folder.write("bad", "#\none\n")}),
                 "bad: line 2: two paths");
     expectError(qor({"diff", path, other, "--renames", folder.write("bad", "no\tbody\n")}),

@@ -2,35 +2,210 @@
 #include "exchange/JsonText.h"
 #include "kit/TreePrinter.h"
 
+#include <algorithm>
+#include <map>
 #include <ostream>
+#include <tuple>
 
 namespace diff {
 namespace {
 
-void printSingles(char const* what, std::vector<Single> const& singles, std::ostream& out) {
-    for (Single const& single : singles) {
-        out << what << ' ' << single.className << ' ' << exchange::printable(single.path) << '\n';
+// ---- as text --------------------------------------------------------------------------------------------
+
+constexpr char const* plain = "\x1b[0m";
+constexpr char const* bold = "\x1b[1m";
+
+char const* colorOf(char sign) {
+    switch (sign) {
+    case '+':
+        return "\x1b[32m";
+    case '-':
+        return "\x1b[31m";
+    case '~':
+        return "\x1b[33m";
+    default:
+        return "\x1b[36m";
     }
 }
 
-void printPairs(char const* what, std::vector<Pair> const& pairs, std::ostream& out) {
-    for (Pair const& pair : pairs) {
-        out << what << ' ' << pair.className << ' ' << exchange::printable(pair.from) << " -> "
-            << exchange::printable(pair.to) << '\n';
+struct Line {
+    char sign;
+    std::string text;
+};
+
+bool startsCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xc0) != 0x80;
+}
+
+/// Two long texts around the part in which they differ.
+void shorten(std::string& from, std::string& to) {
+    constexpr std::size_t longest = 60;
+    constexpr std::size_t context = 20;
+    if (from.size() <= longest && to.size() <= longest) {
+        return;
+    }
+    std::size_t const least = std::min(from.size(), to.size());
+    std::size_t front = 0;
+    while (front < least && from[front] == to[front]) {
+        ++front;
+    }
+    std::size_t back = 0;
+    while (back < least - front && from[from.size() - 1 - back] == to[to.size() - 1 - back]) {
+        ++back;
+    }
+    front = front > context ? front - context : 0;
+    back = back > context ? back - context : 0;
+    for (std::string* text : {&from, &to}) {
+        std::size_t begin = front;
+        while (begin > 0 && begin < text->size() && !startsCharacter((*text)[begin])) {
+            --begin;
+        }
+        std::size_t end = text->size() - back;
+        while (end < text->size() && !startsCharacter((*text)[end])) {
+            ++end;
+        }
+        std::string const middle = text->substr(begin, end - begin);
+        *text = (begin > 0 ? "..." : "") + middle + (end < text->size() ? "..." : "");
     }
 }
 
-void printLinks(LinkChange const& change, std::ostream& out) {
-    for (std::string const& path : change.removed) {
-        out << "    " << change.role << ": without " << exchange::printable(path) << '\n';
+/// What stands behind the last slash of a path that isn't part of a name.
+std::string lastStepOf(std::string const& path) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        if (path[i] == '\\') {
+            ++i;
+        } else if (path[i] == '/') {
+            start = i + 1;
+        }
     }
-    for (std::string const& path : change.added) {
-        out << "    " << change.role << ": with " << exchange::printable(path) << '\n';
-    }
-    if (change.reordered) {
-        out << "    " << change.role << ": in another order\n";
-    }
+    return path.substr(start);
 }
+
+/// The changes of one class, table, view or package.
+struct Chapter {
+    bool isAdded = false;
+    std::vector<Line> lines;
+};
+
+class Text {
+public:
+    Text(bool colored, std::ostream& stream) : inColor(colored), out(stream) {}
+
+    void add(Difference const& difference) {
+        rootName = difference.rootAfter;
+        for (Single const& single : difference.removed) {
+            addSingle('-', single);
+        }
+        for (Single const& single : difference.added) {
+            addSingle('+', single);
+        }
+        for (Pair const& pair : difference.renamed) {
+            add(pair.place, '>', subjectOf(pair) + "is renamed from " + lastStepOf(pair.from));
+        }
+        for (Pair const& pair : difference.moved) {
+            add(pair.place, '>', subjectOf(pair) + "is moved from " + pair.from);
+        }
+        for (Change const& change : difference.changed) {
+            addChange(change);
+        }
+    }
+
+    void print() {
+        for (auto const& [key, chapter] : chapters) {
+            auto const& [path, className, gone] = key;
+            char const sign = gone ? '-' : chapter.isAdded ? '+' : ' ';
+            std::string const heading = className + " " + exchange::printable(path == "/" ? rootName : path);
+            if (sign == ' ') {
+                print(bold, heading);
+            } else {
+                print(colorOf(sign), std::string(1, sign) + " " + heading);
+            }
+            for (Line const& line : chapter.lines) {
+                out << "  ";
+                print(colorOf(line.sign), std::string(1, line.sign) + " " + exchange::printable(line.text));
+            }
+        }
+    }
+
+private:
+    using Key = std::tuple<std::string, std::string, bool>;
+
+    void print(char const* color, std::string const& text) {
+        if (inColor) {
+            out << color << text << plain << '\n';
+        } else {
+            out << text << '\n';
+        }
+    }
+
+    Chapter& chapter(Place const& place) { return chapters[{place.path, place.className, place.gone}]; }
+
+    void add(Place const& place, char sign, std::string const& text) {
+        chapter(place).lines.push_back({sign, text});
+    }
+
+    static std::string subjectOf(Pair const& pair) {
+        return pair.place.within.empty() ? "" : pair.className + " " + pair.place.within + " ";
+    }
+
+    void addSingle(char sign, Single const& single) {
+        std::string const details = single.details.empty() ? "" : "  (" + single.details + ")";
+        if (!single.place.within.empty()) {
+            add(single.place, sign, single.className + " " + single.place.within + details);
+        } else {
+            chapter(single.place).isAdded = sign == '+';
+        }
+    }
+
+    void addChange(Change const& change) {
+        Place const& place = change.place;
+        std::string const subject = place.within.empty() ? "" : change.className + " " + place.within + ": ";
+        for (AttributeChange const& attribute : change.attributes) {
+            std::string from = attribute.from;
+            std::string to = attribute.to;
+            if (attribute.isText) {
+                shorten(from, to);
+                from = kit::quoted(from);
+                to = kit::quoted(to);
+            }
+            add(place, '~', subject + attribute.name + " " + from + " -> " + to);
+        }
+        for (LinkChange const& link : change.links) {
+            addLinks(place, subject + link.role, link);
+        }
+    }
+
+    void addLinks(Place const& place, std::string const& subject, LinkChange const& change) {
+        if (change.isUnary && change.removed.size() == 1 && change.added.size() == 1) {
+            add(place, '~',
+                subject + " " + near(place, change.removed[0]) + " -> " + near(place, change.added[0]));
+        } else {
+            for (std::string const& path : change.removed) {
+                add(place, '~', subject + " without " + near(place, path));
+            }
+            for (std::string const& path : change.added) {
+                add(place, '~', subject + " with " + near(place, path));
+            }
+        }
+        if (change.reordered) {
+            add(place, '~', subject + " in another order");
+        }
+    }
+
+    /// A path from the place, if it leads on from there.
+    static std::string near(Place const& place, std::string const& path) {
+        bool const within = path.compare(0, place.path.size() + 1, place.path + "/") == 0;
+        return within ? path.substr(place.path.size() + 1) : path;
+    }
+
+    std::map<Key, Chapter> chapters;
+    std::string rootName;
+    bool inColor;
+    std::ostream& out;
+};
+
+// ---- as JSON --------------------------------------------------------------------------------------------
 
 /// Writes a JSON array, an element a line.
 template <class Element, class Write>
@@ -80,21 +255,17 @@ void printChange(Change const& change, std::ostream& out) {
 
 } // namespace
 
-void printText(Difference const& difference, std::ostream& out) {
-    printSingles("removed", difference.removed, out);
-    printSingles("added  ", difference.added, out);
-    printPairs("renamed", difference.renamed, out);
-    printPairs("moved  ", difference.moved, out);
-    for (Change const& change : difference.changed) {
-        out << "changed " << change.className << ' ' << exchange::printable(change.path) << '\n';
-        for (AttributeChange const& attribute : change.attributes) {
-            out << "    " << attribute.name << ": " << kit::quoted(attribute.from) << " -> "
-                << kit::quoted(attribute.to) << '\n';
-        }
-        for (LinkChange const& link : change.links) {
-            printLinks(link, out);
-        }
+void printText(Difference const& difference, bool inColor, std::ostream& out) {
+    if (difference.none()) {
+        return;
     }
+    Text text(inColor, out);
+    text.add(difference);
+    text.print();
+    out << '\n'
+        << difference.added.size() << " added, " << difference.removed.size() << " removed, "
+        << difference.renamed.size() << " renamed, " << difference.moved.size() << " moved, "
+        << difference.changed.size() << " changed\n";
 }
 
 void printJson(Difference const& difference, std::ostream& out) {
@@ -107,6 +278,8 @@ void printJson(Difference const& difference, std::ostream& out) {
             << ", \"to\": " << exchange::jsonValue(each.to) << '}';
     };
     out << "{\n\"same\": " << (difference.none() ? "true" : "false");
+    out << ",\n\"roots\": {\"from\": " << exchange::jsonValue(difference.rootBefore)
+        << ", \"to\": " << exchange::jsonValue(difference.rootAfter) << '}';
     printList("removed", difference.removed, out, single);
     printList("added", difference.added, out, single);
     printList("renamed", difference.renamed, out, pair);

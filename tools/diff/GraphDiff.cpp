@@ -1,20 +1,17 @@
 #include "diff/GraphDiff.h"
 
+#include "diff/Matching.h"
 #include "kit/LinkEnds.h"
-#include "kit/Numbering.h"
-#include "kit/ObjectPaths.h"
 #include "kit/Reflection.h"
-#include "kit/ToolError.h"
+#include "kit/TreePrinter.h"
 
-#include <map>
-#include <tuple>
+#include <algorithm>
+#include <cstdlib>
 #include <unordered_map>
 #include <unordered_set>
 
 namespace diff {
 namespace {
-
-using Partners = std::unordered_map<QORObject const*, QORObject*>;
 
 std::string textOf(QORString const& text) {
     return std::string(kit::view(text));
@@ -24,207 +21,258 @@ std::string classOf(QORObject const& object) {
     return textOf(object.getMetaClass()->getDisplayName());
 }
 
-struct Side {
-    explicit Side(QORObject& top) : root(top), numbering(top), paths(numbering) {}
+bool isOrigin(QORObject const* object) {
+    return object && object->isInstanceOf(QORElementType::METADATA_ORIGIN);
+}
 
-    QORObject& root;
-    kit::Numbering numbering;
-    kit::ObjectPaths paths;
-    Partners partners; ///< the same objects in the other graph
+bool tellsSystemVersion(QORAttributeType attribute) {
+    return attribute == QORAttributeType::DATABASE_CATALOG__NATIVE_VERSION ||
+           attribute == QORAttributeType::DATABASE_CATALOG__MAJOR_VERSION ||
+           attribute == QORAttributeType::DATABASE_CATALOG__MINOR_VERSION ||
+           attribute == QORAttributeType::DATABASE_CATALOG__TERTIARY_VERSION;
+}
+
+bool isText(QORMetaAttribute const& attribute) {
+    return attribute.getType() == QORMetaAttributeType::STRING ||
+           attribute.getType() == QORMetaAttributeType::DATE;
+}
+
+/// The references and attributes of an object, but for those that only repeat its name or its place.
+std::string detailsOf(QORObject& object) {
+    std::string text;
+    auto const append = [&text](std::string const& more) {
+        text.append(text.empty() ? "" : ", ").append(more);
+    };
+    for (QORMetaLink const* link : kit::linksOf(object)) {
+        QORObject const* const far =
+            link->isUnary() && link->getType() == QORMetaLinkType::REF ? link->getLink(&object, 0) : nullptr;
+        if (far && far->getName().length) {
+            append(textOf(link->getRoleName()) + " " + textOf(far->getName()));
+        }
+    }
+    for (QORMetaAttribute const* attribute : kit::attributesOf(object)) {
+        QORString const value = attribute->getValue(&object);
+        std::string const name = textOf(attribute->getDisplayName());
+        if (value == attribute->getDefaultValue() || value == object.getName() || name == "position") {
+            continue;
+        }
+        append(value == "true"
+                   ? name
+                   : name + " " + (isText(*attribute) ? kit::quoted(kit::view(value)) : textOf(value)));
+    }
+    return text;
+}
+
+/// The positions of the objects of an end that changed just because others came or went: an object that has
+/// stayed at its place among those that stayed, and that moved by as many positions as came and went before.
+class Positions {
+public:
+    /// Looks at an end of two objects that are the same.
+    void read(Side const& before, Side const& after, QORObject& ours, QORObject& theirs,
+              QORMetaLink const& link) {
+        std::vector<Item> const here = items(before, ours, link);
+        std::vector<Item> const there = items(after, theirs, link);
+        std::vector<Item> const kept = keptOf(here);
+        std::vector<Item> const keptThere = keptOf(there);
+        for (std::size_t i = 0; i < std::min(kept.size(), keptThere.size()); ++i) {
+            bool const stayed = before.partnerOf(kept[i].object) == keptThere[i].object;
+            if (stayed && keptThere[i].position - kept[i].position == keptThere[i].place - kept[i].place) {
+                explained.insert(keptThere[i].object);
+            }
+        }
+    }
+
+    bool explains(QORObject const& theirs) const { return explained.count(&theirs) > 0; }
+
+private:
+    struct Item {
+        QORObject* object;
+        long position;
+        long place; ///< among all objects of the end
+        bool kept;
+    };
+
+    static std::vector<Item> items(Side const& side, QORObject& owner, QORMetaLink const& link) {
+        std::vector<Item> all;
+        for (QORObject* object : side.numbering.elements(owner, link)) {
+            QORMetaAttribute const* const attribute =
+                object->getMetaClass()->getMetaAttributeByDisplayName("position");
+            if (attribute) {
+                all.push_back({object, std::atol(attribute->getValue(object).chars), 0,
+                               side.partnerOf(object) != nullptr});
+            }
+        }
+        std::stable_sort(all.begin(), all.end(),
+                         [](Item const& a, Item const& b) { return a.position < b.position; });
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            all[i].place = static_cast<long>(i);
+        }
+        return all;
+    }
+
+    static std::vector<Item> keptOf(std::vector<Item> const& items) {
+        std::vector<Item> kept;
+        std::copy_if(items.begin(), items.end(), std::back_inserter(kept),
+                     [](Item const& item) { return item.kept; });
+        return kept;
+    }
+
+    std::unordered_set<QORObject const*> explained;
 };
 
 class Comparison {
 public:
-    Comparison(QORObject& first, QORObject& second) : before(first), after(second) {}
+    Comparison(QORObject& first, QORObject& second, Options const& given)
+        : before(first), after(second), options(given) {}
 
-    Difference run(std::vector<Rename> const& renames) {
-        if (before.root.getMetaClass() == after.root.getMetaClass()) {
-            pair(before.root, after.root);
+    Difference run() {
+        Matching(before, after).run(options.renames);
+        difference.rootBefore = textOf(before.root.getName());
+        difference.rootAfter = textOf(after.root.getName());
+        for (QORObject* object : before.numbering.objects()) {
+            if (!before.partnerOf(object) && counts(before, *object)) {
+                difference.removed.push_back(single(before, *object));
+            }
         }
-        for (Rename const& rename : renames) {
-            pairRenamed(rename);
+        for (QORObject* object : after.numbering.objects()) {
+            readPositions(*object);
         }
-        pairTops();
-        settle();
-        while (pairByNumber()) {
-            settle();
+        for (QORObject* object : after.numbering.objects()) {
+            if (!counts(after, *object)) {
+                continue;
+            }
+            if (QORObject* const ours = after.partnerOf(object)) {
+                reportPair(*ours, *object);
+            } else {
+                difference.added.push_back(single(after, *object));
+            }
         }
-        report();
         return std::move(difference);
     }
 
 private:
-    void pair(QORObject& ours, QORObject& theirs) {
-        before.partners[&ours] = &theirs;
-        after.partners[&theirs] = &ours;
-        pending.push_back(&ours);
+    bool counts(Side const& side, QORObject const& object) const {
+        return options.origin || (!isOrigin(&object) && !isOrigin(side.paths.owners().of(object)));
     }
 
-    static QORObject& only(Side const& side, std::string const& path) {
-        std::vector<QORObject*> const found = side.paths.find(path);
-        if (found.size() != 1) {
-            throw kit::ToolError("renames",
-                                 (found.empty() ? "no object at " : "more than one object at ") + path);
-        }
-        return *found.front();
-    }
-
-    void pairRenamed(Rename const& rename) {
-        QORObject& ours = only(before, rename.from);
-        QORObject& theirs = only(after, rename.to);
-        if (ours.getMetaClass() != theirs.getMetaClass()) {
-            throw kit::ToolError("renames", rename.from + " and " + rename.to + " aren't of one class");
-        }
-        if (before.partners.count(&ours) || after.partners.count(&theirs)) {
-            throw kit::ToolError("renames", rename.from + " or " + rename.to + " has a partner already");
-        }
-        pair(ours, theirs);
-    }
-
-    using Key = std::tuple<std::string, std::string, std::size_t>;
-
-    /// The objects without a partner by class, name, and how many of both came before.
-    static std::map<Key, QORObject*> keyed(Side const& side, std::vector<QORObject*> const& objects) {
-        std::map<std::pair<std::string, std::string>, std::size_t> counts;
-        std::map<Key, QORObject*> byKey;
-        for (QORObject* object : objects) {
-            if (!side.partners.count(object)) {
-                std::string const name = textOf(object->getName());
-                std::size_t const place = counts[{classOf(*object), name}]++;
-                byKey.emplace(Key(classOf(*object), name, place), object);
+    /// The nearest class, table or view that owns the object or is it, or else the nearest package.
+    static QORObject const& placeObject(Side const& side, QORObject const& object) {
+        QORObject const* package = nullptr;
+        for (QORObject const* each = &object; each; each = side.paths.owners().of(*each)) {
+            if (each->isInstanceOf(QORElementType::CLASSIFIER)) {
+                return *each;
+            }
+            if (!package && each->isInstanceOf(QORElementType::PACKAGE)) {
+                package = each;
             }
         }
-        return byKey;
+        return package ? *package : object;
     }
 
-    void pairByName(std::vector<QORObject*> const& ours, std::vector<QORObject*> const& theirs) {
-        auto const others = keyed(after, theirs);
-        for (auto const& [key, object] : keyed(before, ours)) {
-            auto const other = others.find(key);
-            if (other != others.end()) {
-                pair(*object, *other->second);
+    Place placeOf(Side const& side, QORObject const& object, std::string const& path) const {
+        QORObject const& found = placeObject(side, object);
+        std::string const prefix = &found == &side.root ? "" : side.paths.pathOf(found) + "/";
+        std::string const within = &found == &object ? "" : path.substr(prefix.size());
+        QORObject const* const kept = &side == &before ? before.partnerOf(&found) : &found;
+        return {classOf(found), kept ? after.paths.pathOf(*kept) : side.paths.pathOf(found), !kept, within};
+    }
+
+    Single single(Side const& side, QORObject& object) const {
+        std::string const path = side.paths.pathOf(object);
+        return {classOf(object), path, detailsOf(object), placeOf(side, object, path)};
+    }
+
+    void readPositions(QORObject& theirs) {
+        QORObject* const ours = after.partnerOf(&theirs);
+        if (!ours) {
+            return;
+        }
+        for (QORMetaLink const* link : kit::linksOf(theirs)) {
+            if (link->getType() == QORMetaLinkType::CHILD && !link->isUnary()) {
+                positions.read(before, after, *ours, theirs, *link);
             }
         }
     }
 
-    static std::vector<QORObject*> topsOf(Side const& side) {
-        std::vector<QORObject*> tops;
-        for (QORObject* object : side.numbering.objects()) {
-            if (!object->getParent()) {
-                tops.push_back(object);
-            }
-        }
-        return tops;
-    }
-
-    void pairTops() { pairByName(topsOf(before), topsOf(after)); }
-
-    /// Pairs what is owned by pairs.
-    void settle() {
-        while (!pending.empty()) {
-            QORObject& ours = *pending.back();
-            pending.pop_back();
-            QORObject& theirs = *before.partners.at(&ours);
-            for (QORMetaLink const* link : kit::linksOf(ours)) {
-                if (link->getType() == QORMetaLinkType::CHILD) {
-                    pairByName(before.numbering.elements(ours, *link),
-                               after.numbering.elements(theirs, *link));
-                }
-            }
-        }
-    }
-
-    using Number = std::pair<std::string, long>;
-
-    /// The objects left over by class and number; null where several share them.
-    static std::map<Number, QORObject*> numbered(Side const& side) {
-        std::map<Number, QORObject*> byNumber;
-        for (QORObject* object : side.numbering.objects()) {
-            if (object->getID() != 0 && !side.partners.count(object)) {
-                auto const [place, isNew] =
-                    byNumber.emplace(Number(classOf(*object), object->getID()), object);
-                place->second = isNew ? object : nullptr;
-            }
-        }
-        return byNumber;
-    }
-
-    bool pairByNumber() {
-        bool paired = false;
-        auto const others = numbered(after);
-        for (auto const& [number, object] : numbered(before)) {
-            auto const other = others.find(number);
-            if (object && other != others.end() && other->second) {
-                pair(*object, *other->second);
-                paired = true;
-            }
-        }
-        return paired;
-    }
-
-    void report() {
-        for (QORObject* object : before.numbering.objects()) {
-            if (!before.partners.count(object)) {
-                difference.removed.push_back({classOf(*object), before.paths.pathOf(*object)});
-            }
-        }
-        for (QORObject* object : after.numbering.objects()) {
-            auto const partner = after.partners.find(object);
-            if (partner == after.partners.end()) {
-                difference.added.push_back({classOf(*object), after.paths.pathOf(*object)});
-            } else {
-                reportPair(*partner->second, *object);
-            }
-        }
+    /// The name of the root, or of an object that has it from there.
+    bool isRootName(QORObject const& ours, QORObject const& theirs, QORString const& from,
+                    QORString const& to) const {
+        bool const isTop = &ours == &before.root || before.paths.owners().of(ours) == &before.root;
+        bool const isTopThere = &theirs == &after.root || after.paths.owners().of(theirs) == &after.root;
+        return isTop && isTopThere && from == before.root.getName() && to == after.root.getName();
     }
 
     void reportPair(QORObject& ours, QORObject& theirs) {
-        Pair const pair{classOf(ours), before.paths.pathOf(ours), after.paths.pathOf(theirs)};
-        // The root is the same whatever its name; that counts as an attribute.
-        bool const renamed = &ours != &before.root && ours.getName() != theirs.getName();
-        if (renamed) {
-            difference.renamed.push_back(pair);
-        }
-        if (partnerOf(ours.getParent()) != theirs.getParent()) {
-            difference.moved.push_back(pair);
-        }
-        Change change{pair.className, pair.to, {}, {}};
-        for (QORMetaAttribute const* attribute : kit::attributesOf(ours)) {
-            QORString const from = attribute->getValue(&ours);
-            QORString const to = attribute->getValue(&theirs);
-            if (from != to && !(renamed && attribute->getId() == QORAttributeType::OBJECT__NAME)) {
-                change.attributes.push_back({textOf(attribute->getDisplayName()), textOf(from), textOf(to)});
-            }
-        }
+        Pair pair{classOf(ours), before.paths.pathOf(ours), after.paths.pathOf(theirs), {}};
+        bool const renamed =
+            ours.getName() != theirs.getName() && !isRootName(ours, theirs, ours.getName(), theirs.getName());
+        QORObject const* const owner = before.paths.owners().of(ours);
+        QORObject const* const ownerThere = after.paths.owners().of(theirs);
+        bool const moved = !owner != !ownerThere || before.partnerOf(owner) != ownerThere;
+        Change change{pair.className, pair.to, {}, {}, {}};
+        compareAttributes(ours, theirs, change);
         for (QORMetaLink const* link : kit::linksOf(ours)) {
             compareLinks(ours, theirs, *link, change);
         }
-        if (!change.attributes.empty() || !change.links.empty()) {
+        bool const changed = !change.attributes.empty() || !change.links.empty();
+        if (renamed || moved || changed) {
+            pair.place = change.place = placeOf(after, theirs, pair.to);
+        }
+        if (renamed) {
+            difference.renamed.push_back(pair);
+        }
+        if (moved) {
+            difference.moved.push_back(pair);
+        }
+        if (changed) {
             difference.changed.push_back(std::move(change));
         }
     }
 
-    QORObject const* partnerOf(QORObject const* object) const {
-        auto const partner = before.partners.find(object);
-        return partner == before.partners.end() ? nullptr : partner->second;
+    void compareAttributes(QORObject& ours, QORObject& theirs, Change& change) const {
+        for (QORMetaAttribute const* attribute : kit::attributesOf(ours)) {
+            QORString const from = attribute->getValue(&ours);
+            QORString const to = attribute->getValue(&theirs);
+            if (from == to || attribute->getId() == QORAttributeType::OBJECT__NAME ||
+                isRootName(ours, theirs, from, to) ||
+                (!options.origin && tellsSystemVersion(attribute->getId()))) {
+                continue;
+            }
+            if (attribute->getDisplayName() == "position" && positions.explains(theirs)) {
+                continue;
+            }
+            change.attributes.push_back(
+                {textOf(attribute->getDisplayName()), textOf(from), textOf(to), isText(*attribute)});
+        }
     }
 
     /// A link is told at the end that refers; what an owner holds is told by the objects that come and go,
-    /// and an order at each end that keeps one.
+    /// the first owner by those that move, further owners at the owned object, and an order at each end that
+    /// keeps one.
     void compareLinks(QORObject& ours, QORObject& theirs, QORMetaLink const& link, Change& change) const {
-        LinkChange found{textOf(link.getRoleName()), {}, {}, false};
-        std::vector<QORObject*> const here = before.numbering.elements(ours, link);
-        std::vector<QORObject*> const there = after.numbering.elements(theirs, link);
-        std::vector<QORObject*> const kept = keptIn(before, here, there, found.removed);
-        std::vector<QORObject*> keptThere = keptIn(after, there, here, found.added);
+        QORMetaLinkType const type = link.getType();
+        std::vector<QORObject*> here = before.numbering.elements(ours, link);
+        std::vector<QORObject*> there = after.numbering.elements(theirs, link);
+        if (here.empty() && there.empty()) {
+            return;
+        }
+        if (type == QORMetaLinkType::PARENT) {
+            here.erase(std::remove(here.begin(), here.end(), before.paths.owners().of(ours)), here.end());
+            there.erase(std::remove(there.begin(), there.end(), after.paths.owners().of(theirs)),
+                        there.end());
+        }
+        bool const telling = type == QORMetaLinkType::REF || type == QORMetaLinkType::PARENT;
+        bool const inOrder = kit::linkEnd(link).keepsOrder;
+        if (!telling && !inOrder) {
+            return;
+        }
+        LinkChange found{textOf(link.getRoleName()), {}, {}, false, link.isUnary()};
+        std::vector<QORObject*> const kept = keptIn(before, here, there, telling ? &found.removed : nullptr);
+        std::vector<QORObject*> keptThere = keptIn(after, there, here, telling ? &found.added : nullptr);
         for (QORObject*& object : keptThere) {
             object = after.partners.at(object);
         }
-        found.reordered = kit::linkEnd(link).keepsOrder && kept != keptThere;
-        if (link.getType() != QORMetaLinkType::REF) {
-            found.removed.clear();
-            found.added.clear();
-        }
+        found.reordered = inOrder && kept != keptThere;
         if (found.reordered || !found.removed.empty() || !found.added.empty()) {
             change.links.push_back(std::move(found));
         }
@@ -234,15 +282,14 @@ private:
     /// go to `alone`.
     static std::vector<QORObject*> keptIn(Side const& side, std::vector<QORObject*> const& objects,
                                           std::vector<QORObject*> const& others,
-                                          std::vector<std::string>& alone) {
+                                          std::vector<std::string>* alone) {
         std::unordered_set<QORObject const*> const held(others.begin(), others.end());
         std::vector<QORObject*> kept;
         for (QORObject* object : objects) {
-            auto const partner = side.partners.find(object);
-            if (partner != side.partners.end() && held.count(partner->second)) {
+            if (held.count(side.partnerOf(object))) {
                 kept.push_back(object);
-            } else {
-                alone.push_back(side.paths.pathOf(*object));
+            } else if (alone) {
+                alone->push_back(side.paths.pathOf(*object));
             }
         }
         return kept;
@@ -250,7 +297,8 @@ private:
 
     Side before;
     Side after;
-    std::vector<QORObject*> pending;
+    Options options;
+    Positions positions;
     Difference difference;
 };
 
@@ -260,8 +308,8 @@ bool Difference::none() const {
     return added.empty() && removed.empty() && renamed.empty() && moved.empty() && changed.empty();
 }
 
-Difference compare(QORObject& before, QORObject& after, std::vector<Rename> const& renames) {
-    return Comparison(before, after).run(renames);
+Difference compare(QORObject& before, QORObject& after, Options const& options) {
+    return Comparison(before, after, options).run();
 }
 
 } // namespace diff

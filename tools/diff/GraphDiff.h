@@ -8,10 +8,20 @@ class QORObject;
 
 namespace diff {
 
+/// Where a thing is told in the text: the class, table or view that it belongs to, or else the package.
+struct Place {
+    std::string className;
+    std::string path;   ///< in the second graph, or in the first one if that has it alone
+    bool gone = false;  ///< whether the first graph has it alone
+    std::string within; ///< the path of the thing from there; empty if it is the place itself
+};
+
 /// An object of one graph that the other one hasn't.
 struct Single {
     std::string className;
     std::string path;
+    std::string details; ///< its references and attributes for people to read
+    Place place;
 };
 
 /// An object that bears another name, or has another owner, in the other graph.
@@ -19,12 +29,14 @@ struct Pair {
     std::string className;
     std::string from;
     std::string to;
+    Place place;
 };
 
 struct AttributeChange {
     std::string name;
     std::string from;
     std::string to;
+    bool isText;
 };
 
 /// What an end holds in one graph alone, by paths, and whether it has the rest in another order.
@@ -33,6 +45,7 @@ struct LinkChange {
     std::vector<std::string> removed; ///< paths in the first graph
     std::vector<std::string> added;   ///< paths in the second graph
     bool reordered;
+    bool isUnary;
 };
 
 /// An object that both graphs have and that differs, by its path in the second one.
@@ -41,6 +54,7 @@ struct Change {
     std::string path;
     std::vector<AttributeChange> attributes;
     std::vector<LinkChange> links;
+    Place place;
 };
 
 /// What must be done to the first graph to get the second one.
@@ -50,25 +64,45 @@ struct Difference {
     std::vector<Pair> renamed;
     std::vector<Pair> moved;
     std::vector<Change> changed;
+    std::string rootBefore; ///< the names of the roots; that they differ doesn't count
+    std::string rootAfter;
 
     bool none() const;
 };
 
-/// A path in the first graph and that of the same object in the second one.
+/// A path in the first graph and that of the same object in the second one; the end of a path is enough.
 struct Rename {
     std::string from;
     std::string to;
 };
 
-/// Compares two graphs. The roots belong together; then objects of one class and name on one role of owners
-/// that belong together, several of them in the order of a Numbering; before them those that `renames` names,
-/// and after them those left over that have one class and one number of the caller's, if it isn't 0 and none
-/// of the others left over has it. Nothing else is guessed. Throws kit::ToolError for a rename that no two
-/// objects of one class answer to.
-Difference compare(QORObject& before, QORObject& after, std::vector<Rename> const& renames);
+struct Options {
+    std::vector<Rename> renames{};
+    bool origin = false; ///< compare as well where the graphs come from
+};
 
-/// Writes a line for each thing, and one below for each attribute and link; nothing for no difference.
-void printText(Difference const& difference, std::ostream& out);
+/// Compares two graphs. What belongs together is of one class, and it is, one rule after the other,
+/// - the roots, whatever they are called, and objects right below them that have their root's name;
+/// - what a rename names;
+/// - objects of one name on one role of owners that belong together;
+/// - those left over that have one number of the caller's, if it isn't 0 and none of the others left over has
+///   it;
+/// - of several with one name, or without any: those with the same content; those linked with the same
+///   objects; the only ones with the same attributes; and in the end, but for model objects without
+///   names in a package, those at the same place in the order of a Numbering.
+/// Nothing else is guessed: an object with another name is a new one.
+///
+/// Two things don't count as a difference: the name of the root, where it stands as an attribute of the root
+/// or of an object right below it; and a position that is another one just because siblings before it came or
+/// went. Unless asked for, neither does where the graphs come from: metadata origins and the version of the
+/// database system.
+///
+/// Throws kit::ToolError for a rename that no two objects of one class answer to.
+Difference compare(QORObject& before, QORObject& after, Options const& options = {});
+
+/// Writes a line for each thing under a heading for each table, and how many there are of each kind; nothing
+/// for no difference.
+void printText(Difference const& difference, bool inColor, std::ostream& out);
 void printJson(Difference const& difference, std::ostream& out);
 
 } // namespace diff

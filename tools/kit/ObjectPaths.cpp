@@ -2,9 +2,9 @@
 
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
+#include "kit/ToolError.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace kit {
 namespace {
@@ -40,12 +40,27 @@ std::vector<std::string> stepsOf(std::string_view path) {
     return steps;
 }
 
+/// The name that a step tells, without class and number.
+std::string nameIn(std::string const& step) {
+    std::string name;
+    for (std::size_t i = 0; i < step.size() && step[i] != '#'; ++i) {
+        if (step[i] == ':') {
+            name.clear();
+        } else if (step[i] == '\\' && i + 1 < step.size()) {
+            name += step[++i];
+        } else {
+            name += step[i];
+        }
+    }
+    return name;
+}
+
 } // namespace
 
-ObjectPaths::ObjectPaths(Numbering const& numbering) : root(numbering.objects().front()) {
+ObjectPaths::ObjectPaths(Numbering const& numbering) : root(numbering.objects().front()), forest(numbering) {
     for (QORObject* object : numbering.objects()) {
         if (object != root) {
-            children[object->getParent()].push_back(object);
+            children[forest.of(*object)].push_back(object);
         }
     }
     for (auto const& [owner, siblings] : children) {
@@ -76,9 +91,8 @@ std::string ObjectPaths::pathOf(QORObject const& object) const {
         return "/";
     }
     std::vector<QORObject const*> chain{&object};
-    std::unordered_set<QORObject const*> met{&object};
-    QORObject const* owner = object.getParent();
-    for (; owner && owner != root && met.insert(owner).second; owner = owner->getParent()) {
+    QORObject const* owner = forest.of(object);
+    for (; owner && owner != root; owner = forest.of(*owner)) {
         chain.push_back(owner);
     }
     std::string path = owner == root ? "" : "/";
@@ -111,12 +125,78 @@ std::vector<QORObject*> ObjectPaths::find(std::string_view path) const {
                 found = {object};
                 break;
             }
-            if (escaped(view(object->getName())) == step || withClass(*object) == step) {
+            if (answers(*object, step)) {
                 found.push_back(object);
             }
         }
     }
     return found;
+}
+
+bool ObjectPaths::answers(QORObject const& object, std::string const& step) const {
+    return escaped(view(object.getName())) == step || withClass(object) == step || steps.at(&object) == step;
+}
+
+/// The objects of which the path ends with this one.
+std::vector<QORObject*> ObjectPaths::findEnd(std::string_view path) const {
+    std::vector<std::string> const wanted = stepsOf(path);
+    if (byName.empty()) {
+        for (auto const& [object, step] : steps) {
+            byName.emplace(view(object->getName()), object);
+        }
+    }
+    std::vector<QORObject*> found;
+    std::string const name = nameIn(wanted.back());
+    auto const [first, last] = byName.equal_range(name);
+    for (auto candidate = first; candidate != last; ++candidate) {
+        QORObject const* each = candidate->second;
+        auto step = wanted.rbegin();
+        while (step != wanted.rend() && each && each != root && answers(*each, *step)) {
+            each = forest.of(*each);
+            ++step;
+        }
+        if (step == wanted.rend()) {
+            found.push_back(const_cast<QORObject*>(candidate->second));
+        }
+    }
+    return found;
+}
+
+std::string ObjectPaths::problem(std::string_view path) const {
+    std::string const text = "no object at " + std::string(path) + ": ";
+    std::string before;
+    for (std::string const& step : stepsOf(path)) {
+        std::string const next = before.empty() ? step : before + "/" + step;
+        std::size_t const found = find(next).size();
+        if (found > 1) {
+            return text + next + " is the path of several";
+        }
+        if (found == 0) {
+            return text + (before.empty() ? "there is no " : before + " has no ") + step;
+        }
+        before = next;
+    }
+    return text + "the path is incomplete";
+}
+
+QORObject& ObjectPaths::only(std::string_view path, std::string const& subject) const {
+    std::vector<QORObject*> found = find(path);
+    if (found.empty() && !path.empty() && path.front() != '/') {
+        found = findEnd(path);
+    }
+    if (found.empty()) {
+        throw ToolError(subject, problem(path));
+    }
+    if (found.size() > 1) {
+        std::vector<std::string> paths;
+        for (QORObject const* object : found) {
+            paths.push_back(pathOf(*object));
+        }
+        std::sort(paths.begin(), paths.end());
+        throw ToolError(subject, "more than one object at " + std::string(path) + ", such as " + paths[0] +
+                                     " and " + paths[1]);
+    }
+    return *found.front();
 }
 
 } // namespace kit

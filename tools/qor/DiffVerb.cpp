@@ -2,13 +2,16 @@
 
 #include "diff/GraphDiff.h"
 #include "kit/OutputFile.h"
+#include "kit/Terminal.h"
 #include "kit/ToolError.h"
+#include "kit/TreePrinter.h"
 #include "qor/Session.h"
 
 #include <CLI/CLI.hpp>
 #include <fstream>
 #include <memory>
 #include <ostream>
+#include <unistd.h>
 
 namespace qorprogram {
 namespace {
@@ -19,15 +22,38 @@ struct DiffOptions {
     std::string before;
     std::string after;
     std::string format = "text";
-    std::string renames;
+    std::vector<std::string> renames;
+    std::string renamesFile;
+    bool origin = false;
 };
+
+/// The two paths with an equals sign between; one in a path has a backslash before it.
+diff::Rename renameFrom(std::string const& text) {
+    std::string paths[2];
+    std::size_t side = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '=') {
+            if (++side > 1) {
+                break;
+            }
+            continue;
+        }
+        if (text[i] == '\\' && i + 1 < text.size() && text[++i] != '=') {
+            paths[side] += '\\';
+        }
+        paths[side] += text[i];
+    }
+    if (side != 1 || paths[0].empty() || paths[1].empty()) {
+        throw kit::ToolError("--rename " + text, "two paths with an equals sign between are due");
+    }
+    return {paths[0], paths[1]};
+}
 
 /// A line for each: the path before, a tab, the path after. Empty lines and those with a # in front don't
 /// count.
-std::vector<diff::Rename> readRenames(std::string const& path) {
-    std::vector<diff::Rename> renames;
+void readRenames(std::string const& path, std::vector<diff::Rename>& renames) {
     if (path.empty()) {
-        return renames;
+        return;
     }
     std::ifstream in(path);
     if (!in) {
@@ -49,20 +75,37 @@ std::vector<diff::Rename> readRenames(std::string const& path) {
     if (in.bad()) {
         throw kit::ToolError(path, "can't be read");
     }
-    return renames;
+}
+
+diff::Options optionsFrom(DiffOptions const& given) {
+    diff::Options options;
+    options.origin = given.origin;
+    for (std::string const& rename : given.renames) {
+        options.renames.push_back(renameFrom(rename));
+    }
+    readRenames(given.renamesFile, options.renames);
+    return options;
 }
 
 void compareSources(DiffOptions const& options, Session& session) {
+    diff::Options const rules = optionsFrom(options);
     kit::Graph const before = loadSource(options.before);
     kit::Graph const after = loadSource(options.after);
-    diff::Difference const difference =
-        diff::compare(before.root(), after.root(), readRenames(options.renames));
+    diff::Difference const difference = diff::compare(before.root(), after.root(), rules);
     session.exitCode = difference.none() ? 0 : different;
     if (session.quiet) {
         return;
     }
+    if (difference.rootBefore != difference.rootAfter) {
+        session.err << "qor: the graphs are named " << kit::quoted(difference.rootBefore) << " and "
+                    << kit::quoted(difference.rootAfter) << ", which doesn't count as a difference\n";
+    }
     kit::writeOutput("", session.out, [&](std::ostream& out) {
-        options.format == "json" ? diff::printJson(difference, out) : diff::printText(difference, out);
+        if (options.format == "json") {
+            diff::printJson(difference, out);
+        } else {
+            diff::printText(difference, kit::wantsColor(STDOUT_FILENO), out);
+        }
     });
 }
 
@@ -75,14 +118,23 @@ void addDiffVerb(CLI::App& program, Session& session) {
     verb->add_option("A", options->before, "A graph in JSON, or a database; it is only read")->required();
     verb->add_option("B", options->after, "What to compare it with")->required();
     verb->add_option("--format", options->format, "text or json")->check(CLI::IsMember({"text", "json"}));
-    verb->add_option("--renames", options->renames,
-                     "A file that tells which objects have other names or owners: a line for each, the path\n"
-                     "in A, a tab, the path in B");
+    verb->add_option(
+            "--rename", options->renames,
+            "Objects that have other names or owners: OLD=NEW, the path in A and that in B, or their\n"
+            "ends, such as customer/mail=customer/email; may come several times")
+        ->type_name("OLD=NEW")
+        ->allow_extra_args(false);
+    verb->add_option("--renames", options->renamesFile,
+                     "A file with such: a line for each, the path in A, a tab, the path in B");
+    verb->add_flag("--origin", options->origin,
+                   "Compare as well where the graphs come from, such as files and versions");
     verb->add_flag("--quiet", session.quiet, "Tell by the exit code alone");
     verb->footer("\nObjects belong together that have the same names, and the same owners; those left over\n"
-                 "that have the same id, unless it is 0; and those that --renames names.\n"
+                 "that have the same id, unless it is 0; and those that --rename names. The roots belong\n"
+                 "together whatever their names, and so does what bears its root's name right below it.\n"
                  "The exit code is 0 for no difference, 1 for some, 2 for an error.\n"
-                 "\nExample:\n  qor diff old/orchard.sqlite new/orchard.sqlite");
+                 "\nExample:\n  qor diff old/orchard.sqlite new/orchard.sqlite\n"
+                 "  qor diff before.json after.json --rename customer/mail=customer/email");
     verb->callback([options, &session] { compareSources(*options, session); });
 }
 

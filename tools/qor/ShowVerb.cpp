@@ -4,7 +4,6 @@
 #include "kit/ObjectPaths.h"
 #include "kit/OutputFile.h"
 #include "kit/Statistics.h"
-#include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
 #include "qor/Session.h"
 
@@ -22,22 +21,11 @@ struct ShowOptions {
     bool statistics = false;
 };
 
-QORObject& objectAt(kit::Graph const& graph, ShowOptions const& options) {
-    kit::ObjectPaths const paths{kit::Numbering(graph.root())};
-    std::vector<QORObject*> const found = paths.find(options.path);
-    if (found.empty()) {
-        throw kit::ToolError(options.source, "no object at " + options.path);
-    }
-    if (found.size() > 1) {
-        throw kit::ToolError(options.source, "more than one object at " + options.path + ", such as " +
-                                                 paths.pathOf(*found[0]) + " and " + paths.pathOf(*found[1]));
-    }
-    return *found.front();
-}
-
 void show(ShowOptions const& options, Session& session) {
     kit::Graph const graph = loadSource(options.source);
-    QORObject& top = options.path.empty() ? graph.root() : objectAt(graph, options);
+    QORObject& top = options.path.empty()
+                         ? graph.root()
+                         : kit::ObjectPaths(kit::Numbering(graph.root())).only(options.path, options.source);
     kit::writeOutput("", session.out, [&](std::ostream& out) {
         if (options.statistics) {
             kit::printStatistics(kit::countObjects(top), out);
@@ -59,7 +47,8 @@ void addShowVerb(CLI::App& program, Session& session) {
     verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
         ->excludes(tree);
     verb->add_option("--path", options->path,
-                     "Begin at this object: names of owners and its own, with slashes");
+                     "Begin at this object: names of owners and its own, with slashes; the end of a path is\n"
+                     "enough if it leads to one object");
     verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
     verb->footer("\nWhere siblings share a name, the class tells them apart: DesignPackage:orchard/tree.\n"
                  "\nExample:\n  qor show orchard.json --path DesignPackage:orchard/tree");

@@ -1,0 +1,321 @@
+#include "diff/Matching.h"
+
+#include "kit/Reflection.h"
+#include "kit/ToolError.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+
+namespace diff {
+namespace {
+
+std::uint64_t mixed(std::uint64_t hash, std::uint64_t other) {
+    hash = (hash ^ (other + 0x9e3779b97f4a7c15u)) * 0xbf58476d1ce4e5b9u;
+    return hash ^ hash >> 29;
+}
+
+std::uint64_t mixed(std::uint64_t hash, std::string_view text) {
+    return mixed(hash, std::hash<std::string_view>()(text));
+}
+
+bool isPackage(QORObject const& object) {
+    return object.isInstanceOf(QORElementType::PACKAGE);
+}
+
+/// Class and name, which both outlive the comparison.
+using Key = std::pair<QORMetaClass const*, std::string_view>;
+
+struct KeyHash {
+    std::size_t operator()(Key const& key) const {
+        return mixed(std::hash<QORMetaClass const*>()(key.first), key.second);
+    }
+};
+
+Key keyOf(QORObject const& object) {
+    return {object.getMetaClass(), kit::view(object.getName())};
+}
+
+/// The objects without a partner that a root owns on an end and that have its name.
+std::vector<QORObject*> namedAsRoot(Side const& side, QORMetaLink const& link) {
+    std::vector<QORObject*> found;
+    for (QORObject* object : side.numbering.elements(side.root, link)) {
+        if (object->getName() == side.root.getName() && !side.partners.count(object)) {
+            found.push_back(object);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+void Matching::run(std::vector<Rename> const& renames) {
+    for (Rename const& rename : renames) {
+        pairRenamed(rename);
+    }
+    pairRoots();
+    pairByName(before.paths.owners().tops(), after.paths.owners().tops(), true);
+    do {
+        settle();
+    } while (pairById() || settleGroups());
+}
+
+void Matching::pair(QORObject& ours, QORObject& theirs) {
+    before.partners.emplace(&ours, &theirs);
+    after.partners.emplace(&theirs, &ours);
+    pairs.emplace(&ours, before.partners.size());
+    pairs.emplace(&theirs, before.partners.size());
+    pending.push_back(&ours);
+}
+
+void Matching::pairRenamed(Rename const& rename) {
+    QORObject& ours = before.paths.only(rename.from, "renames, in the first graph");
+    QORObject& theirs = after.paths.only(rename.to, "renames, in the second graph");
+    if (ours.getMetaClass() != theirs.getMetaClass()) {
+        throw kit::ToolError("renames", rename.from + " and " + rename.to + " aren't of one class");
+    }
+    if (&ours == &before.root || &theirs == &after.root) {
+        throw kit::ToolError("renames", "the roots belong together anyway");
+    }
+    if (before.partners.count(&ours) || after.partners.count(&theirs)) {
+        throw kit::ToolError("renames", rename.from + " or " + rename.to + " has a partner already");
+    }
+    pair(ours, theirs);
+}
+
+/// What is right below a root and bears its name, such as the catalog of a database, has that from the source
+/// and not of its own.
+void Matching::pairRoots() {
+    if (before.root.getMetaClass() != after.root.getMetaClass()) {
+        return;
+    }
+    pair(before.root, after.root);
+    if (before.root.getName() == after.root.getName()) {
+        return;
+    }
+    for (QORMetaLink const* link : kit::linksOf(before.root)) {
+        if (link->getType() != QORMetaLinkType::CHILD) {
+            continue;
+        }
+        for (QORObject* ours : namedAsRoot(before, *link)) {
+            for (QORObject* theirs : namedAsRoot(after, *link)) {
+                if (ours->getMetaClass() == theirs->getMetaClass() && !before.partners.count(ours) &&
+                    !after.partners.count(theirs)) {
+                    pair(*ours, *theirs);
+                }
+            }
+        }
+    }
+}
+
+/// Pairs the objects without a partner that class and name tell apart; the others are for later.
+void Matching::pairByName(Objects const& ours, Objects const& theirs, bool inPackage) {
+    std::unordered_map<Key, Objects, KeyHash> others;
+    for (QORObject* object : theirs) {
+        if (!after.partners.count(object)) {
+            others[keyOf(*object)].push_back(object);
+        }
+    }
+    std::unordered_map<Key, std::size_t, KeyHash> places;
+    std::vector<Group> found;
+    for (QORObject* object : ours) {
+        auto const other = others.find(keyOf(*object));
+        if (before.partners.count(object) || other == others.end()) {
+            continue;
+        }
+        auto const [place, isNew] = places.emplace(other->first, found.size());
+        if (isNew) {
+            bool const isModelObject = object->isInstanceOf(QORElementType::MODEL_OBJECT);
+            found.push_back({{}, other->second, inPackage && isModelObject});
+        }
+        found[place->second].ours.push_back(object);
+    }
+    for (Group& group : found) {
+        bool const named = group.ours.front()->getName().length > 0;
+        if (group.ours.size() == 1 && group.theirs.size() == 1 && (named || !group.independent)) {
+            pair(*group.ours.front(), *group.theirs.front());
+        } else {
+            groups.push_back(std::move(group));
+        }
+    }
+}
+
+/// Pairs what is owned by pairs.
+void Matching::settle() {
+    while (!pending.empty()) {
+        QORObject& ours = *pending.back();
+        pending.pop_back();
+        QORObject& theirs = *before.partners.at(&ours);
+        for (QORMetaLink const* link : kit::linksOf(ours)) {
+            if (link->getType() == QORMetaLinkType::CHILD) {
+                pairByName(before.numbering.elements(ours, *link), after.numbering.elements(theirs, *link),
+                           isPackage(ours));
+            }
+        }
+    }
+}
+
+namespace {
+
+using Number = std::pair<std::string_view, long>;
+
+/// The objects left over by class and number of the caller's; null where several share them.
+std::map<Number, QORObject*> numbered(Side const& side) {
+    std::map<Number, QORObject*> byNumber;
+    for (QORObject* object : side.numbering.objects()) {
+        if (object->getID() != 0 && !side.partners.count(object)) {
+            Number const number(kit::view(object->getMetaClass()->getDisplayName()), object->getID());
+            auto const [place, isNew] = byNumber.emplace(number, object);
+            place->second = isNew ? object : nullptr;
+        }
+    }
+    return byNumber;
+}
+
+} // namespace
+
+bool Matching::pairById() {
+    bool paired = false;
+    auto const others = numbered(after);
+    for (auto const& [number, object] : numbered(before)) {
+        auto const other = others.find(number);
+        if (object && other != others.end() && other->second) {
+            pair(*object, *other->second);
+            paired = true;
+        }
+    }
+    return paired;
+}
+
+/// Whether there was something left to settle.
+bool Matching::settleGroups() {
+    if (groups.empty()) {
+        return false;
+    }
+    std::deque<Group> settling;
+    settling.swap(groups);
+    for (Group& group : settling) {
+        settleGroup(group);
+    }
+    return true;
+}
+
+/// From what the objects are linked with, own and hold, the surest first. At last they belong together in
+/// their order, unless they have no names and nothing to do with each other.
+void Matching::settleGroup(Group& group) {
+    pairBySignature(group, &Matching::wholeOf, true);
+    pairBySignature(group, &Matching::linksOf, true);
+    pairBySignature(group, &Matching::attributesOf, false);
+    if (group.independent && (group.ours.empty() || group.ours.front()->getName().length == 0)) {
+        return;
+    }
+    std::size_t const count = std::min(group.ours.size(), group.theirs.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        pair(*group.ours[i], *group.theirs[i]);
+    }
+}
+
+/// Pairs the objects of one signature: several in their order, or only one with one.
+void Matching::pairBySignature(Group& group, Signature signature, bool evenSeveral) {
+    dropPaired(group);
+    if (group.ours.empty() || group.theirs.empty()) {
+        return;
+    }
+    std::unordered_map<std::uint64_t, std::pair<Objects, Objects>> bySignature;
+    std::vector<std::uint64_t> order;
+    for (QORObject* object : group.ours) {
+        std::uint64_t const number = (this->*signature)(before, *object);
+        Objects& same = bySignature[number].first;
+        if (number != 0 && same.empty()) {
+            order.push_back(number);
+        }
+        same.push_back(object);
+    }
+    for (QORObject* object : group.theirs) {
+        bySignature[(this->*signature)(after, *object)].second.push_back(object);
+    }
+    for (std::uint64_t const number : order) {
+        auto const& [ours, theirs] = bySignature.at(number);
+        if (!evenSeveral && (ours.size() != 1 || theirs.size() != 1)) {
+            continue;
+        }
+        for (std::size_t i = 0; i < std::min(ours.size(), theirs.size()); ++i) {
+            pair(*ours[i], *theirs[i]);
+        }
+    }
+    dropPaired(group);
+}
+
+void Matching::dropPaired(Group& group) const {
+    auto const drop = [](Objects& objects, Side const& side) {
+        auto const isPaired = [&side](QORObject* object) { return side.partners.count(object) > 0; };
+        objects.erase(std::remove_if(objects.begin(), objects.end(), isPaired), objects.end());
+    };
+    drop(group.ours, before);
+    drop(group.theirs, after);
+}
+
+// ---- signatures: equal numbers for objects that are alike, 0 for none ------------------------------------
+
+namespace {
+
+constexpr int deepest = 3; ///< a bound, so that all signatures together take time by the objects' number
+
+}
+
+std::uint64_t Matching::wholeOf(Side const& side, QORObject& object) const {
+    return signatureOf(side, object, true, deepest);
+}
+
+std::uint64_t Matching::linksOf(Side const& side, QORObject& object) const {
+    return signatureOf(side, object, false, deepest);
+}
+
+/// Of the attributes alone; none if a new object has them too.
+std::uint64_t Matching::attributesOf(Side const&, QORObject& object) const {
+    std::uint64_t hash = 0;
+    for (QORMetaAttribute const* attribute : kit::attributesOf(object)) {
+        QORString const value = attribute->getValue(&object);
+        if (attribute->getId() != QORAttributeType::OBJECT__NAME && value != attribute->getDefaultValue()) {
+            hash = mixed(mixed(hash, static_cast<std::uint64_t>(attribute->getId())), kit::view(value));
+        }
+    }
+    return hash;
+}
+
+/// Of what the object refers to, of the one object that an end refers to it from, and of what it owns; none
+/// if without attributes there is nothing of that.
+std::uint64_t Matching::signatureOf(Side const& side, QORObject& object, bool withAttributes,
+                                    int depth) const {
+    std::uint64_t hash = withAttributes ? mixed(attributesOf(side, object), 1) : 0;
+    for (QORMetaLink const* link : kit::linksOf(object)) {
+        QORMetaLinkType const type = link->getType();
+        bool const owned = type == QORMetaLinkType::CHILD;
+        if (type == QORMetaLinkType::PARENT || (type == QORMetaLinkType::BACK_REF && !link->isUnary()) ||
+            (owned && depth == 0)) {
+            continue;
+        }
+        std::vector<std::uint64_t> numbers;
+        for (QORObject* far : side.numbering.elements(object, *link)) {
+            std::uint64_t const label = labelOf(*far);
+            numbers.push_back(owned ? mixed(signatureOf(side, *far, withAttributes, depth - 1), label)
+                                    : label);
+        }
+        std::sort(numbers.begin(), numbers.end());
+        for (std::uint64_t const number : numbers) {
+            hash = mixed(mixed(hash, static_cast<std::uint64_t>(link->getId())), number);
+        }
+    }
+    return hash;
+}
+
+/// The number of the pair, or class and name.
+std::uint64_t Matching::labelOf(QORObject const& object) const {
+    auto const known = pairs.find(&object);
+    if (known != pairs.end()) {
+        return mixed(1, known->second);
+    }
+    return mixed(mixed(2, kit::view(object.getMetaClass()->getDisplayName())), kit::view(object.getName()));
+}
+
+} // namespace diff

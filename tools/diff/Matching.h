@@ -1,0 +1,74 @@
+#pragma once
+
+#include "diff/GraphDiff.h"
+#include "kit/Numbering.h"
+#include "kit/ObjectPaths.h"
+
+#include <deque>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace diff {
+
+/// One of the two graphs.
+struct Side {
+    explicit Side(QORObject& top) : root(top), numbering(top), paths(numbering) {}
+
+    /// The same object of the other graph; null if there is none.
+    QORObject* partnerOf(QORObject const* object) const {
+        auto const partner = partners.find(object);
+        return partner == partners.end() ? nullptr : partner->second;
+    }
+
+    QORObject& root;
+    kit::Numbering numbering;
+    kit::ObjectPaths paths;
+    std::unordered_map<QORObject const*, QORObject*> partners;
+};
+
+/// Finds out which objects of two graphs are the same; `compare` tells the rules.
+class Matching {
+public:
+    Matching(Side& first, Side& second) : before(first), after(second) {}
+
+    /// Fills the partners of both sides. Throws kit::ToolError for a rename that no two objects of one class
+    /// answer to.
+    void run(std::vector<Rename> const& renames);
+
+private:
+    using Objects = std::vector<QORObject*>;
+
+    /// Objects of one class and name below owners that are the same, of which it isn't clear which are.
+    struct Group {
+        Objects ours;
+        Objects theirs;
+        bool independent; ///< whether they have nothing to do with each other but their package
+    };
+    using Signature = std::uint64_t (Matching::*)(Side const& side, QORObject& object) const;
+
+    void pair(QORObject& ours, QORObject& theirs);
+    void pairRoots();
+    void pairRenamed(Rename const& rename);
+    void pairByName(Objects const& ours, Objects const& theirs, bool inPackage);
+    void settle();
+    bool pairById();
+    bool settleGroups();
+    void settleGroup(Group& group);
+    void pairBySignature(Group& group, Signature signature, bool evenSeveral);
+    void dropPaired(Group& group) const;
+
+    std::uint64_t wholeOf(Side const& side, QORObject& object) const;
+    std::uint64_t linksOf(Side const& side, QORObject& object) const;
+    std::uint64_t attributesOf(Side const& side, QORObject& object) const;
+    std::uint64_t signatureOf(Side const& side, QORObject& object, bool withAttributes, int depth) const;
+    std::uint64_t labelOf(QORObject const& object) const;
+
+    Side& before;
+    Side& after;
+    Objects pending; ///< of the first graph: paired, but not yet what they own
+    std::deque<Group> groups;
+    std::unordered_map<QORObject const*, std::uint64_t> pairs; ///< of both graphs, a number for each pair
+};
+
+} // namespace diff
