@@ -6,7 +6,7 @@ BEGIN;
 CREATE TABLE member (
     member_id    INTEGER      NOT NULL PRIMARY KEY,
     "Prénom"     VARCHAR(40)  NOT NULL,
-    family_name  VARCHAR(60)  NOT NULL,
+    family_name  VARCHAR(60)  NOT NULL COLLATE NOCASE,
     email        VARCHAR(120) UNIQUE,
     joined_on    DATE         NOT NULL DEFAULT CURRENT_DATE,
     mentor_id    INTEGER,
@@ -99,6 +99,7 @@ CREATE TABLE customer (
     country      CHAR(2)      NOT NULL DEFAULT 'FR',
     vat_no       VARCHAR(14),
     rebate       DECIMAL(4,2) NOT NULL DEFAULT 0.00,
+    label        VARCHAR(90)  GENERATED ALWAYS AS (company || ' (' || country || ')') VIRTUAL,
     CONSTRAINT customer_vat UNIQUE (country, vat_no),
     CONSTRAINT customer_rebate CHECK (rebate >= 0 AND rebate < 50)
 );
@@ -121,6 +122,7 @@ CREATE TABLE delivery_item (
     sorte_id     INTEGER      NOT NULL,
     weight_kg    DECIMAL(8,1) NOT NULL CHECK (weight_kg > 0),
     price_per_kg DECIMAL(6,3) NOT NULL,
+    amount       DECIMAL(9,2) GENERATED ALWAYS AS (round(weight_kg * price_per_kg, 2)) STORED,
     CONSTRAINT delivery_item_key PRIMARY KEY (delivery_id, item_no),
     CONSTRAINT delivery_item_once UNIQUE (delivery_id, sorte_id),
     CONSTRAINT delivery_item_delivery FOREIGN KEY (delivery_id) REFERENCES delivery (delivery_id)
@@ -133,6 +135,7 @@ CREATE INDEX member_by_name ON member (family_name, "Prénom");
 CREATE INDEX plot_by_sorte ON plot (sorte_id);
 CREATE INDEX harvest_by_day ON harvest (picked_on DESC, orchard_id, plot_no);
 CREATE INDEX delivery_open ON delivery (customer_id) WHERE shipped_on IS NULL;
+CREATE INDEX sorte_by_name ON "Sorte" (lower(name), ripe_from DESC);
 CREATE UNIQUE INDEX customer_by_company ON customer (country, company COLLATE NOCASE);
 
 CREATE VIEW harvest_by_sorte AS
@@ -150,6 +153,24 @@ FROM delivery d
 JOIN customer c ON c.customer_id = d.customer_id
 JOIN delivery_item i ON i.delivery_id = d.delivery_id
 GROUP BY d.delivery_id, c.company, c.rebate;
+
+CREATE VIEW commune_with_old_trees AS
+SELECT DISTINCT o.commune
+FROM orchard o JOIN plot p ON p.orchard_id = o.orchard_id
+WHERE p.planted_in < 2000
+ORDER BY o.commune;
+
+-- Deleting a line of the overview deletes the delivery.
+CREATE TRIGGER delivery_withdrawn INSTEAD OF DELETE ON "Lieferübersicht"
+BEGIN
+    DELETE FROM delivery WHERE delivery_id = OLD.delivery_id;
+END;
+
+CREATE TRIGGER harvest_weighed_again AFTER UPDATE OF weight_kg ON harvest
+FOR EACH ROW WHEN NEW.room IS NOT NULL
+BEGIN
+    UPDATE "Kühlraum" SET stock_kg = stock_kg - OLD.weight_kg + NEW.weight_kg WHERE room = NEW.room;
+END;
 
 -- What is picked into a cold room counts towards its stock.
 CREATE TRIGGER harvest_fills_room AFTER INSERT ON harvest

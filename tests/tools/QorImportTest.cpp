@@ -179,7 +179,7 @@ std::map<std::string, std::vector<std::string>> tablesOf(std::string const& path
     };
     sqlite3_exec(
         handle,
-        "SELECT s.name, c.name FROM sqlite_schema s, pragma_table_info(s.name) c WHERE s.type='table'"
+        "SELECT s.name, c.name FROM sqlite_schema s, pragma_table_xinfo(s.name) c WHERE s.type='table'"
         " AND substr(s.name, 1, 7) <> 'sqlite_' ORDER BY s.name, c.cid",
         add, &tables, nullptr);
     sqlite3_close(handle);

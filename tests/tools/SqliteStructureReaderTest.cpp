@@ -300,7 +300,7 @@ TEST(SqliteStructureReader, WhatKeysSayBesideTheirColumnsIsKept) {
             "key \"\" | main.c | 0 | (x,y,) | - | () | 0 | 0 | comment  | "
             "{columns=x COLLATE NOCASE, y DESC;conflict=IGNORE;}",
             "key \"\" | main.d | 0 | (x,) | - | () | 0 | 0 | comment  | {autoincrement=true;}",
-            "key \"n\" | main.b | 0 | (x,) | - | () | 0 | 0 | comment  | {order=DESC;conflict=FAIL;}"));
+            "key \"n\" | main.b | 0 | (x,) | - | () | 0 | 0 | comment  | {conflict=FAIL;order=DESC;}"));
 }
 
 TEST(SqliteStructureReader, ForeignKeysHaveActionsDeferralAndMatch) {
@@ -315,7 +315,7 @@ TEST(SqliteStructureReader, ForeignKeysHaveActionsDeferralAndMatch) {
             " DEFERRABLE INITIALLY IMMEDIATE)"),
         ElementsAre("key \"f1\" | main.c | 2 | (a,) | main.p | (i,) | 2 | 3 | comment  | {}",
                     "key \"f2\" | main.c | 2 | (b,a,) | main.p | (j,k,) | 0 | 4 | comment  | "
-                    "{match=FULL;deferrable=INITIALLY DEFERRED;}",
+                    "{deferrable=INITIALLY DEFERRED;match=FULL;}",
                     "key \"f3\" | main.c | 2 | (b,) | main.p | (i,) | 1 | 0 | comment  | "
                     "{deferrable=INITIALLY IMMEDIATE;}",
                     "key \"f4\" | main.c | 2 | (a,) | main.c | (b,) | 0 | 0 | comment  | {}"));
@@ -360,7 +360,7 @@ TEST(SqliteStructureReader, ColumnsHaveCollationsAndExpressions) {
             " IGNORE, b INT GENERATED ALWAYS AS (a || ')') STORED, c AS (b+1), d DEFAULT (1 + 2),"
             " e DEFAULT -1, f DEFAULT x'00', g NULL DEFAULT CURRENT_DATE)"),
         ElementsAre("column main.t#0 \"a\" | -.TEXT<TEXT> | 1 | 'x' | 0 | comment  | "
-                    "{collation=nocase;default constraint=d;conflict=IGNORE;not null constraint=n;}",
+                    "{collation=nocase;conflict=IGNORE;default constraint=d;not null constraint=n;}",
                     "column main.t#1 \"b\" | -.INT<INT> | 0 | a || ')' | 1 | comment  | {generated=STORED;}",
                     "column main.t#2 \"c\" | -.undefined<> | 0 | b+1 | 1 | comment  | {generated=VIRTUAL;}",
                     "column main.t#3 \"d\" | -.undefined<> | 0 | 1 + 2 | 0 | comment  | {}",

@@ -1,10 +1,17 @@
 #include "qor/Verbs.h"
 
+#include "database/ModelReader.h"
+#include "database/SqlTokens.h"
 #include "exchange/DotWriter.h"
 #include "exchange/JsonWriter.h"
 #include "exchange/MarkdownWriter.h"
 #include "kit/OutputFile.h"
+#include "kit/ToolError.h"
+#include "postgres/SqlWriter.h"
 #include "qor/Session.h"
+#include "sqlite/SqlWriter.h"
+
+#include <qor/QORModel.h>
 
 #include <CLI/CLI.hpp>
 #include <map>
@@ -20,14 +27,48 @@ using Writer = void (*)(QORObject& root, std::ostream& out);
 std::map<std::string, Writer> const writers = {
     {"json", exchange::writeJson}, {"dot", exchange::writeDot}, {"markdown", exchange::writeMarkdown}};
 
+using SqlWriter = void (*)(database::Structure const& structure, std::ostream& out);
+
+std::map<std::string, SqlWriter> const sqlWriters = {{"sqlite", sqlite::writeSqliteSql},
+                                                     {"postgresql", postgres::writePostgresSql}};
+
 struct ExportOptions {
     std::string source;
     std::string format;
+    std::string dialect;
     std::string output;
 };
 
+/// Without a dialect it is that of the system which the structure comes from.
+SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& structure) {
+    std::string const dialect =
+        options.dialect.empty() ? database::lowerCase(structure.origin.system) : options.dialect;
+    auto const known = sqlWriters.find(dialect);
+    if (known == sqlWriters.end()) {
+        throw kit::ToolError(options.source,
+                             "comes from no known system, so --dialect must tell for which to write");
+    }
+    return known->second;
+}
+
+void exportSql(ExportOptions const& options, kit::Graph const& graph, Session& session) {
+    if (!graph.root().isInstanceOf(QORElementType::MODEL)) {
+        throw kit::ToolError(options.source, "its root is no model, which SQL is written from");
+    }
+    database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
+    SqlWriter const write = sqlWriterFor(options, structure);
+    kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(structure, out); });
+}
+
 void exportGraph(ExportOptions const& options, Session& session) {
+    if (!options.dialect.empty() && options.format != "sql") {
+        throw kit::ToolError("--dialect", "goes with --format sql alone");
+    }
     kit::Graph const graph = loadSource(options.source);
+    if (options.format == "sql") {
+        exportSql(options, graph, session);
+        return;
+    }
     Writer const write = writers.at(options.format);
     kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(graph.root(), out); });
 }
@@ -40,11 +81,16 @@ void addExportVerb(CLI::App& program, Session& session) {
     verb->group("Verbs");
     verb->add_option("FILE", options->source, "A graph in JSON, or a database; it is only read")->required();
     verb->add_option("--format", options->format,
-                     "json, or dot for a drawing with Graphviz, or markdown for a page of tables")
+                     "json, or dot for a drawing with Graphviz, or markdown for a page of tables, or sql to\n"
+                     "make the database again")
         ->required()
         ->check([](std::string const& format) {
-            return writers.count(format) ? std::string() : format + " is no format; see qor export --help";
+            return writers.count(format) || format == "sql" ? std::string()
+                                                            : format + " is no format; see qor export --help";
         });
+    verb->add_option("--dialect", options->dialect,
+                     "Whose SQL it is to be, sqlite or postgresql; that of the database at first")
+        ->check(CLI::IsMember({"sqlite", "postgresql"}));
     verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
     verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
     verb->footer("\nExample:\n  qor export orchard.json --format dot -o orchard.dot\n  dot -Tsvg orchard.dot "

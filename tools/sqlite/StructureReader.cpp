@@ -8,8 +8,8 @@
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/VirtualTable.h"
 
+#include <algorithm>
 #include <filesystem>
-#include <map>
 #include <unordered_map>
 
 namespace sqlite {
@@ -75,6 +75,11 @@ std::string kindOf(std::string const& type, bool withoutRowid, bool strict) {
     kind += withoutRowid ? " WITHOUT ROWID" : "";
     kind += strict ? " STRICT" : "";
     return kind;
+}
+
+/// An order that doesn't depend on how the statement was written.
+void sortByName(database::Extras& extras) {
+    std::sort(extras.begin(), extras.end(), [](auto const& a, auto const& b) { return a.name < b.name; });
 }
 
 class Reader {
@@ -260,6 +265,7 @@ private:
         }
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             table.columns[i].extras = text.columns[i].extras;
+            sortByName(table.columns[i].extras);
             if (table.columns[i].generated) {
                 table.columns[i].defaultValue = text.columns[i].generated;
             }
@@ -291,6 +297,7 @@ private:
             } else if (key.kind == KeyKind::PRIMARY) {
                 primaryKeys[number] = key.columns;
             }
+            sortByName(key.extras);
             structure.keys.push_back(key);
         }
     }
