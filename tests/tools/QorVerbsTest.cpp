@@ -143,7 +143,7 @@ std::string everyKindAsJson() {
 
 /// Says whether the schema in docs/ takes a file; 0 if it does.
 int validate(std::string const& path) {
-    return runProgram({"/usr/bin/env", "python3", "-c",
+    return runProgram({"/usr/bin/python3", "-c",
                        "import json, jsonschema, sys\n"
                        "validator = jsonschema.Draft202012Validator(json.load(open(sys.argv[1])))\n"
                        "sys.exit(0 if validator.is_valid(json.load(open(sys.argv[2]))) else 7)\n",
@@ -167,8 +167,8 @@ TEST_F(QorVerbs, WrittenFileFollowsTheSchema) {
             }
         }
     }
-    if (!isInstalled({"python3", "-c", "import jsonschema"})) {
-        return;
+    if (runProgram({"/usr/bin/python3", "-c", "import jsonschema"}).exitCode != 0) {
+        GTEST_SKIP() << "python3-jsonschema is missing";
     }
     EXPECT_EQ(validate(folder.write("good.json", text)), 0);
     std::string bad = text;

@@ -2,6 +2,7 @@
 
 #include "diff/Matching.h"
 #include "kit/LinkEnds.h"
+#include "kit/Progress.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"
 
@@ -126,6 +127,7 @@ public:
         : before(first), after(second), options(given) {}
 
     Difference run() {
+        kit::Progress::phase("comparing");
         Matching(before, after).run(options.renames);
         difference.rootBefore = textOf(before.root.getName());
         difference.rootAfter = textOf(after.root.getName());

@@ -2,6 +2,7 @@
 
 #include "exchange/Attributes.h"
 #include "kit/LinkEnds.h"
+#include "kit/Progress.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"
 
@@ -73,6 +74,7 @@ void GraphBuilder::beginObject(std::uint64_t number, std::string const& classNam
     }
     graph.adopt(made);
     byNumber.emplace(number, made);
+    kit::Progress::count(byNumber.size());
     current = made;
     settings.clear();
 }

@@ -2,6 +2,7 @@
 
 #include "exchange/GraphBuilder.h"
 #include "exchange/JsonWriter.h"
+#include "kit/Progress.h"
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
 
@@ -355,6 +356,7 @@ private:
 } // namespace
 
 kit::Graph readJson(std::istream& in, std::string const& subject) {
+    kit::Progress::phase("reading");
     Source source(in);
     try {
         Handler handler(source);

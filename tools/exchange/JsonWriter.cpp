@@ -4,6 +4,7 @@
 #include "exchange/JsonText.h"
 #include "exchange/LinkSequence.h"
 #include "kit/Numbering.h"
+#include "kit/Progress.h"
 #include "kit/Reflection.h"
 
 #include <ostream>
@@ -58,6 +59,7 @@ void writeJson(QORObject& root, std::ostream& out) {
     for (std::size_t i = 0; i < numbering.objects().size(); ++i) {
         out << (i > 0 ? ",\n" : "\n");
         writeObject(*numbering.objects()[i], i + 1, out);
+        kit::Progress::count(i + 1);
     }
     out << "\n],\n\"links\": [";
     writeLinks(links, numbering, out);

@@ -1,0 +1,50 @@
+# Completes the verbs, options, formats and files of qor in bash.
+
+_qor() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local verb= i
+    for ((i = 1; i < COMP_CWORD; ++i)); do
+        if [[ ${COMP_WORDS[i]} != -* ]]; then
+            verb=${COMP_WORDS[i]}
+            break
+        fi
+    done
+
+    local options='--help' words=
+    case $verb in
+    '')
+        words='import show export diff recode'
+        options+=' --version'
+        ;;
+    import) options+=' --output --stats --quiet' ;;
+    show) options+=' --tree --stats --path --quiet' ;;
+    export) options+=' --format --dialect --output --quiet' ;;
+    diff) options+=' --format --rename --renames --origin --quiet' ;;
+    recode) options+=' --from --to --output --force --quiet' ;;
+    *) return ;;
+    esac
+
+    # What the option before this word takes.
+    case $verb:$previous in
+    export:--format) words='json dot markdown sql' ;;
+    export:--dialect) words='sqlite postgresql' ;;
+    diff:--format) words='text json' ;;
+    recode:--from | recode:--to) words=$(iconv -l 2>/dev/null | sed 's|//||') ;;
+    show:--path | diff:--rename) return ;; # names of the graph's own
+    *:--output | *:-o | diff:--renames) ;;
+    *)
+        if [[ -z $verb || $current == -* ]]; then
+            words+=" $options"
+        fi
+        ;;
+    esac
+
+    if [[ -n $words ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+    else
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -f -- "$current")
+    fi
+}
+
+complete -F _qor qor
