@@ -41,8 +41,8 @@ std::string onOneLine(std::string const& message) {
     return result;
 }
 
-/// What libpq says of an address that it can't read, without the pieces that it quotes: they may hold a
-/// password.
+/// What libpq says of an address that it can't read, or takes for another than was meant, without the pieces
+/// that it quotes: they may hold a password.
 std::string withoutQuotations(std::string const& message) {
     std::string result;
     bool quoted = false;
@@ -127,7 +127,8 @@ void Connection::run(char const* sql) {
 /// A message that has the password's letters in it, if only by chance, isn't shown: with stars in their place
 /// it would tell them to whoever knows the usual message.
 void Connection::fail(std::string const& message) const {
-    std::string const line = onOneLine(message);
+    bool const isHidden = shownUrl == hiddenUrl;
+    std::string const line = onOneLine(isHidden ? withoutQuotations(message) : message);
     bool const tells = !secret.empty() && line.find(secret) != std::string::npos;
     if (!tells) {
         throw ToolError(shownUrl, line);

@@ -27,6 +27,12 @@ std::string columnNames(std::string const& table, std::string const& numbers) {
            " AND a.attnum = u.number)";
 }
 
+/// The server puts everything but the call of a function in parentheses.
+std::string withoutParentheses(std::string const& expression) {
+    bool const isEnclosed = !expression.empty() && expression.front() == '(';
+    return isEnclosed ? expression.substr(1, expression.size() - 2) : expression;
+}
+
 /// The columns of a key's or an index's index that are only stored in it.
 constexpr char const* storedColumns = "(i.indkey::int2[])[i.indnkeyatts:i.indnatts - 1]";
 
@@ -204,7 +210,7 @@ void CatalogReader::readIndexMembers() {
         IndexMember member;
         auto const number = static_cast<int>(row.number(1));
         member.column = number == 0 ? -1 : columnOf(owner.table, number);
-        member.expression = row.text(2);
+        member.expression = withoutParentheses(row.text(2));
         member.descending = row.flag(3);
         addExtra(member.extras, "collation", row.text(7));
         addExtra(member.extras, "opclass", row.text(5));

@@ -9,7 +9,6 @@ namespace {
 
 constexpr std::string_view shortScheme = "postgres://";
 constexpr std::string_view longScheme = "postgresql://";
-constexpr std::string_view hidden = "postgresql://***";
 constexpr auto npos = std::string_view::npos;
 
 /// Parameters whose values tell no secret.
@@ -141,13 +140,15 @@ std::optional<std::string> harmlessParameters(std::string_view query) {
     bool const readable = eachPiece(query, '&', [&](std::string_view parameter) {
         auto const equals = parameter.find('=');
         auto const key = decoded(parameter.substr(0, equals));
-        if (equals == npos || !key || !isFreeOf(parameter.substr(equals + 1), "@?#=&")) {
+        std::string_view const value = equals == npos ? parameter : parameter.substr(equals + 1);
+        if (equals == npos || !key || value.find_first_of("@?#=") != npos) {
             return false;
         }
-        if (std::find(harmless.begin(), harmless.end(), *key) != harmless.end()) {
-            kept.append(kept.empty() ? "?" : "&").append(parameter);
+        if (std::find(harmless.begin(), harmless.end(), *key) == harmless.end()) {
+            return true;
         }
-        return true;
+        kept.append(kept.empty() ? "?" : "&").append(parameter);
+        return isFreeOf(value, "@?#=&");
     });
     return readable ? std::optional(kept) : std::nullopt;
 }
@@ -200,23 +201,22 @@ bool isPostgresUrl(std::string_view text) {
 std::string withoutPassword(std::string_view url) {
     std::size_t const length = schemeLength(url);
     auto const rest = length ? shown(url.substr(length)) : std::nullopt;
-    return rest ? std::string(longScheme) + *rest : std::string(hidden);
+    return rest ? std::string(longScheme) + *rest : std::string(hiddenUrl);
 }
 
-std::string withoutPasswords(std::string_view text) {
-    std::string result;
-    while (!text.empty()) {
-        if (!isPostgresUrl(text)) {
-            result += text.front();
-            text.remove_prefix(1);
-            continue;
-        }
-        auto const end = std::find_if(text.begin(), text.end(), isBlank);
-        auto const length = static_cast<std::size_t>(end - text.begin());
-        result += withoutPassword(text.substr(0, length));
-        text.remove_prefix(length);
+std::string withHiddenUrl(std::string message, std::string_view argument) {
+    while (!argument.empty() && !isPostgresUrl(argument)) {
+        argument.remove_prefix(1);
     }
-    return result;
+    if (argument.empty()) {
+        return message;
+    }
+    std::string const shownUrl = withoutPassword(argument);
+    for (auto found = message.find(argument); found != std::string::npos;
+         found = message.find(argument, found + shownUrl.size())) {
+        message.replace(found, argument.size(), shownUrl);
+    }
+    return message;
 }
 
 } // namespace postgres

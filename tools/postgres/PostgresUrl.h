@@ -14,7 +14,11 @@ bool isPostgresUrl(std::string_view text);
 /// throws for what the address holds.
 std::string withoutPassword(std::string_view url);
 
-/// A text in which each PostgreSQL URL, up to the next blank, is shown as `withoutPassword` does.
-std::string withoutPasswords(std::string_view text);
+/// What `withoutPassword` gives for an address of which nothing may be shown.
+constexpr std::string_view hiddenUrl = "postgresql://***";
+
+/// A message about an argument of a program. If the argument is or ends with a PostgreSQL URL, this is shown
+/// in the message as `withoutPassword` does.
+std::string withHiddenUrl(std::string message, std::string_view argument);
 
 } // namespace postgres

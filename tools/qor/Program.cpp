@@ -1,6 +1,7 @@
 #include "qor/Program.h"
 
 #include "kit/ToolError.h"
+#include "postgres/PostgresUrl.h"
 #include "qor/Session.h"
 #include "qor/Verbs.h"
 
@@ -21,6 +22,14 @@ std::string onOneLine(std::string text) {
         }
     }
     return text;
+}
+
+/// The address of a database is an argument that may hold a password.
+std::string withoutPasswords(std::string problem, int argc, char const* const* argv) {
+    for (int i = 1; i < argc; ++i) {
+        problem = postgres::withHiddenUrl(std::move(problem), argv[i]);
+    }
+    return problem;
 }
 
 int fail(std::ostream& err, std::string const& problem) {
@@ -69,11 +78,11 @@ int run(int argc, char const* const* argv, std::ostream& out, std::ostream& err)
     } catch (CLI::Success const& request) {
         return program.exit(request, out, err);
     } catch (CLI::ParseError const& error) {
-        return fail(err, problemOf(program, error));
+        return fail(err, withoutPasswords(problemOf(program, error), argc, argv));
     } catch (std::bad_alloc const&) {
         return fail(err, "out of memory");
     } catch (std::exception const& error) {
-        return fail(err, error.what());
+        return fail(err, withoutPasswords(error.what(), argc, argv));
     }
 }
 

@@ -2,6 +2,9 @@
 
 #include "database/ModelBuilder.h"
 #include "exchange/JsonReader.h"
+#include "postgres/Connection.h"
+#include "postgres/PostgresUrl.h"
+#include "postgres/StructureReader.h"
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/StructureReader.h"
 
@@ -27,15 +30,23 @@ bool isJson(std::string const& path) {
     return first == '{';
 }
 
+database::Structure readDatabase(std::string const& source) {
+    if (postgres::isPostgresUrl(source)) {
+        postgres::Connection connection(source);
+        return postgres::readStructure(connection);
+    }
+    sqlite::Database file(source);
+    return sqlite::readStructure(file);
+}
+
 } // namespace
 
-kit::Graph loadSource(std::string const& path) {
-    if (isJson(path)) {
-        return exchange::readJsonFile(path);
+kit::Graph loadSource(std::string const& source) {
+    if (!postgres::isPostgresUrl(source) && isJson(source)) {
+        return exchange::readJsonFile(source);
     }
-    sqlite::Database file(path);
     kit::Graph graph;
-    graph.adoptTree(database::buildModel(sqlite::readStructure(file)).release());
+    graph.adoptTree(database::buildModel(readDatabase(source)).release());
     return graph;
 }
 

@@ -16,7 +16,8 @@ struct Session {
 };
 
 /// Reads what a verb works on: a graph in JSON, known by its first character or by the ending ".json" of its
-/// name, or else the schema of an SQLite database. Throws kit::ToolError.
-kit::Graph loadSource(std::string const& path);
+/// name, or the structure of a PostgreSQL database, given by its URL, or else that of an SQLite database.
+/// Throws kit::ToolError.
+kit::Graph loadSource(std::string const& source);
 
 } // namespace qorprogram
