@@ -131,12 +131,17 @@ private:
                 }
             }
         }
-        if (object.isInstanceOf(QORElementType::ASSOCIATION)) {
+        if (object.isInstanceOf(QORElementType::ASSOCIATION) && !isDrawnAsKey(object)) {
             std::vector<QORObject*> const ends = follow(object, "associationRole.associatedClass");
             for (std::size_t i = 1; i < ends.size(); ++i) {
                 writeArrow(*ends.front(), *ends[i], object.getName(), "dir=none");
             }
         }
+    }
+
+    /// Whether a foreign key that carries out the association has an arrow already.
+    bool isDrawnAsKey(QORObject& association) const {
+        return !follow(association, "associationRole.foreignKey.candidateKey.associatedClass").empty();
     }
 
     void writeArrow(QORObject const& tail, QORObject const& head, QORString const& name, char const* style) {

@@ -42,25 +42,19 @@ enum Hidden { ORDINARY = 0, HIDDEN = 1, GENERATED_VIRTUAL = 2, GENERATED_STORED 
 constexpr char const* tablesQuery =
     TABLES "SELECT name, type, wr, strict, closed, sql FROM tables ORDER BY name";
 
-#define COLUMNS "SELECT t.name, c.name, c.type, c.\"notnull\", c.dflt_value, c.hidden"
+#define COLUMNS ", c.name, c.type, c.\"notnull\", c.dflt_value, c.hidden"
 
 constexpr char const* columnsQuery =
-    TABLES COLUMNS " FROM tables AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
-                   " WHERE t.closed IS NOT 1 ORDER BY t.name, c.cid";
+    TABLES "SELECT t.name" COLUMNS " FROM tables AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
+           " WHERE t.closed IS NOT 1 ORDER BY t.name, c.cid";
 
 constexpr char const* viewsQuery =
     "SELECT name, sql FROM main.sqlite_schema WHERE type = 'view' ORDER BY name";
 
 constexpr char const* viewColumnsQuery =
-    COLUMNS " FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
-            " WHERE t.type = 'view' ORDER BY t.name, c.cid";
+    "SELECT t.name" COLUMNS " FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
+    " WHERE t.type = 'view' ORDER BY t.name, c.cid";
 
-/// Of one view; the name is put in as a literal.
-constexpr char const* oneViewsColumnsQuery =
-    COLUMNS " FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
-            " WHERE t.type = 'view' AND t.name = ";
-
-#undef COLUMNS
 #undef TABLES
 
 /// Those that a constraint brings along have no statement.
@@ -227,7 +221,8 @@ private:
             structure.tables[i].columns.clear();
             columns[i].clear();
             try {
-                readColumns(oneViewsColumnsQuery + quoteText(structure.tables[i].name));
+                std::string const name = quoteText(structure.tables[i].name);
+                readColumns("SELECT " + name + COLUMNS " FROM pragma_table_xinfo(" + name + ", 'main') AS c");
             } catch (QueryError const&) {
                 structure.tables[i].comment =
                     "The columns are unknown: SQLite can't tell those of this view.";
@@ -401,6 +396,8 @@ private:
 };
 
 } // namespace
+
+#undef COLUMNS
 
 Structure readStructure(Database& database) {
     return Reader(database).run();
