@@ -26,6 +26,8 @@ void QORPool::release(void* block, std::size_t) noexcept {
 
 void QORPool::useHugePages(bool) noexcept {}
 
+void QORPool::bypass(bool) noexcept {}
+
 #else
 
 namespace {
@@ -35,7 +37,7 @@ namespace {
 constexpr std::size_t chunkSize = std::size_t{2} << 20; // bytes; that of a huge page on the usual machines
 constexpr std::size_t pageSize = std::size_t{64} << 10; // bytes
 constexpr int pagesPerChunk = static_cast<int>(chunkSize / pageSize);
-constexpr std::size_t largestBlock = 4096; // bytes; more comes from operator new
+constexpr std::size_t largestBlock = 4096; // bytes
 constexpr std::size_t smallStep = 8;       // bytes between block sizes up to smallLimit
 constexpr std::size_t smallLimit = 128;    // bytes
 constexpr std::size_t largeStep = 64;      // bytes between block sizes above that
@@ -125,6 +127,9 @@ Chunk* mapChunk(bool huge) {
 }
 
 std::atomic<bool> hugePages{false};
+
+/// What is larger comes from operator new: everything, while the pool is bypassed.
+std::size_t largestPooled = largestBlock; // bytes
 
 /// The memory of one thread at a time. A pool outlives its thread, since others may hold its blocks, and then
 /// serves the next thread that comes.
@@ -295,7 +300,7 @@ Pool& leasePool() {
 } // namespace
 
 void* QORPool::allocate(std::size_t size) {
-    if (size > largestBlock)
+    if (size > largestPooled)
         return ::operator new(size);
     Pool& pool = poolOfThread ? *poolOfThread : leasePool();
     if (void* const block = pool.take(sizeIndex(size)))
@@ -307,10 +312,14 @@ void QORPool::useHugePages(bool use) noexcept {
     hugePages.store(use, std::memory_order_relaxed);
 }
 
+void QORPool::bypass(bool use) noexcept {
+    largestPooled = use ? 0 : largestBlock;
+}
+
 void QORPool::release(void* block, std::size_t size) noexcept {
     if (!block)
         return;
-    if (size > largestBlock) {
+    if (size > largestPooled) {
         ::operator delete(block);
         return;
     }

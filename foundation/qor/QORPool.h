@@ -19,4 +19,8 @@ public:
     /// Large graphs are then walked faster, and their building takes less or more time, as the system has
     /// such pages at hand.
     static void useHugePages(bool use) noexcept;
+    /// Whether each block is one of `operator new`, for tests that let memory end at every block or watch
+    /// single ones. To be called only while no block is given out and no other thread uses the library. At
+    /// first the pool isn't bypassed.
+    static void bypass(bool use) noexcept;
 };
