@@ -479,7 +479,8 @@ def metamodel_source(model):
     for link in model.links:
         out.append(f"    {{offsetof({link.owner.name}, {link.field}), {link.far.index}, QOREndShape::{link.shape}, "
                    f"QORMetaLinkType::{KINDS[link.kind]}, QORElementType::{link.owner.enumerator}, "
-                   f"{bit_of(link)}, {str(link.left_to_destructor).lower()}}}, // {link.index} {link.owner.name}.{link.role}")
+                   f"{bit_of(link)}, {str(link.left_to_destructor).lower()}, {str(is_keyed(link)).lower()}}}, "
+                   f"// {link.index} {link.owner.name}.{link.role}")
     out += ["};", "", "std::uint16_t const QORMetamodel::lists[] = {"]
     out += ["    " + ", ".join(map(str, lists[i:i + 20])) + "," for i in range(0, len(lists), 20)]
     out += ["};", "", "std::uint16_t const QORMetamodel::strings[] = {"]
@@ -491,6 +492,10 @@ def metamodel_source(model):
     out += [f"    &describe{by_id[i].display}," if i in by_id else "    nullptr," for i in range(last + 1)]
     out += ["};", "", f"int const QORMetamodel::descriptionCount = {last + 1};"]
     return "\n".join(out) + "\n"
+
+
+def is_keyed(link):
+    return link.shape == "TREE" and link.container != "QORPtrLinkTree"
 
 
 def bit_of(link):

@@ -18,6 +18,7 @@ struct QORLinkEnd {
     std::uint8_t owner;    ///< element type of the class that declares the end
     std::uint8_t bit;      ///< the place of the end among all ends of an object, from the root class down
     bool leftToDestructor; ///< a child end that recursiveDelete leaves alone
+    bool keyed;            ///< sorted by what may change while an element is in it, such as its name
 };
 
 /// A constant list of indices into `QORMetamodel::ends`, or of field offsets.

@@ -108,6 +108,28 @@ void QORRecipe::fill(QORObject const& object, QORLinkEnd const& end, QORContaine
     }
 }
 
+/// Whether an end holds this very element, wherever it stands.
+bool QORRecipe::holdsItem(QORObject& object, QORLinkEnd const& end, QORObject const* element) {
+    QORRBTree::Iterator walk(tree(object, end), true);
+    QORContainerItem const* item = walk.get();
+    while (item && item != element)
+        item = walk.next(1);
+    return item;
+}
+
+/// Whether two objects are linked already without the ends being sure to notice: an element whose key has
+/// changed isn't always found on the way down a tree. An end of another kind, or a unary one, notices.
+bool QORRecipe::isLinkedUnnoticed(QORObject& object, QORLinkEnd const& end, QORObject& far,
+                                  QORLinkEnd const& farEnd) {
+    if (&object == &far)
+        return (end.keyed && holdsItem(object, end, &far)) ||
+               (farEnd.keyed && holdsItem(far, farEnd, &object));
+    if (!end.keyed || !farEnd.keyed)
+        return false;
+    return count(object, end) < count(far, farEnd) ? holdsItem(object, end, &far)
+                                                   : holdsItem(far, farEnd, &object);
+}
+
 bool QORRecipe::makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd) {
     bool const unary = end.shape == QOREndShape::UNARY;
     bool const farUnary = farEnd.shape == QOREndShape::UNARY;
@@ -124,6 +146,8 @@ bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
     if (!far)
         return false;
     QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    if (isLinkedUnnoticed(object, end, *far, farEnd))
+        return false;
     // Both ends are noted whatever comes: also where no link is made, as a self-link may leave the object in
     // its own end, and where memory ends.
     struct Noting {
@@ -505,16 +529,18 @@ void QORRecipe::transcode(QORString& text, QOREncodingConverter* from, QOREncodi
         text = std::move(converted);
 }
 
-/// Re-encodes the name of an object that is exactly of its class. A name that stays needs no new place,
-/// except that an object held in a vector goes to the end with each naming.
-void QORRecipe::transcodeName(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
-                              QOREncodingConverter* to, int& firstCounter, int& errorCounter) {
+/// Re-encodes the name of an object that is exactly of its class. Naming it finds it a place under its first
+/// owner, also with a name that stays; that is left out where the object has no owner or is held in
+/// `inOrder`, an end in order, as nothing would come of it.
+void QORRecipe::transcodeName(QORObject& object, QORClassDescription const& level, QORLinkEnd const* inOrder,
+                              QOREncodingConverter* from, QOREncodingConverter* to, int& firstCounter,
+                              int& errorCounter) {
     if (object.name.length == 0)
         return;
     QORLinkEnd const* const end = firstOwnerEnd(object, level);
-    bool const inVector = end && QORMetamodel::ends[end->far].shape == QOREndShape::VECTOR;
     int counted = firstCounter;
-    if (!inVector && isUnchangedByEncoding(object.name, from, to, counted)) {
+    if ((!end || &QORMetamodel::ends[end->far] == inOrder) &&
+        isUnchangedByEncoding(object.name, from, to, counted)) {
         firstCounter = counted;
         return;
     }
@@ -537,6 +563,7 @@ struct QORRecipe::TranscodeFrame {
     std::uint16_t nextEnd = 0;
     std::vector<QORObject*> snapshot{};
     std::size_t nextChild = 0;
+    QORLinkEnd const* inOrder = nullptr; ///< the end of the snapshot if each element stands where it belongs
 
     QORObject* next() {
         while (nextChild == snapshot.size()) {
@@ -545,6 +572,7 @@ struct QORRecipe::TranscodeFrame {
             QORLinkEnd const& end = QORMetamodel::ends[ends.first[nextEnd++]];
             snapshot.clear();
             nextChild = 0;
+            inOrder = nullptr;
             if (!isSet(*object, end))
                 continue;
             if (end.shape == QOREndShape::UNARY) {
@@ -554,22 +582,32 @@ struct QORRecipe::TranscodeFrame {
             }
             for (int i = 0, count = QORRecipe::count(*object, end); i < count; ++i)
                 snapshot.push_back(at(*object, end, i));
+            if (end.shape == QOREndShape::TREE && isInOrder(tree(*object, end)))
+                inOrder = &end;
         }
         return snapshot[nextChild++];
+    }
+
+    /// Keys may have changed since the elements were added.
+    bool isInOrder(QORLinkTree const& tree) const {
+        return std::adjacent_find(snapshot.begin(), snapshot.end(), [&](QORObject* a, QORObject* b) {
+                   return tree.compare2Object(a, b) >= 0;
+               }) == snapshot.end();
     }
 };
 
 void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
                           QOREncodingConverter* to, int& firstCounter, int& errorCounter) {
-    auto const texts = [&](QORObject& each, QORClassDescription const& description) {
+    auto const texts = [&](QORObject& each, QORClassDescription const& description,
+                           QORLinkEnd const* inOrder) {
         for (std::uint16_t const offset : description.strings)
             transcode(fieldAt<QORString>(each, offset), from, to, firstCounter, errorCounter);
         if (&description == exactDescription(each))
-            transcodeName(each, description, from, to, firstCounter, errorCounter);
+            transcodeName(each, description, inOrder, from, to, firstCounter, errorCounter);
         else
             each.QORObject::transcode(from, to, firstCounter, errorCounter);
     };
-    texts(object, level);
+    texts(object, level, nullptr);
     std::deque<TranscodeFrame> frames;
     frames.push_back({&object, level.children});
     while (!frames.empty()) {
@@ -577,7 +615,7 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
         if (!child) {
             frames.pop_back();
         } else if (QORClassDescription const* const exact = exactDescription(*child)) {
-            texts(*child, *exact);
+            texts(*child, *exact, frames.back().inOrder);
             if (isParent(*child, *exact))
                 frames.push_back({child, exact->children});
         } else {

@@ -99,9 +99,13 @@ private:
     static void unlinkAll(QORObject& object, QORLinkEnd const& end);
     static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level);
     static void takeApart(QORObject& top, QORClassDescription const& level);
+    static bool holdsItem(QORObject& object, QORLinkEnd const& end, QORObject const* element);
+    static bool isLinkedUnnoticed(QORObject& object, QORLinkEnd const& end, QORObject& far,
+                                  QORLinkEnd const& farEnd);
     static bool makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd);
-    static void transcodeName(QORObject& object, QORClassDescription const& level, QOREncodingConverter* from,
-                              QOREncodingConverter* to, int& firstCounter, int& errorCounter);
+    static void transcodeName(QORObject& object, QORClassDescription const& level, QORLinkEnd const* inOrder,
+                              QOREncodingConverter* from, QOREncodingConverter* to, int& firstCounter,
+                              int& errorCounter);
     static bool isParent(QORObject const& object, QORClassDescription const& level);
     static bool ownerIsSet(QORObject const& object, QORClassDescription const& level);
     static QORClassDescription const* exactDescription(QORObject const& object);

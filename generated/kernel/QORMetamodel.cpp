@@ -147,348 +147,348 @@
 #include <cstddef>
 
 QORLinkEnd const QORMetamodel::ends[] = {
-    {offsetof(QORAggregationRule, measure_), 219, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::AGGREGATION_RULE, 11, false}, // 0 QORAggregationRule.measure
-    {offsetof(QORAggregationRule, cubeDimensionAssociation_), 73, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::AGGREGATION_RULE, 12, false}, // 1 QORAggregationRule.cubeDimensionAssociation
-    {offsetof(QORAliasType, aliasOfType_), 326, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::ALIAS_TYPE, 18, false}, // 2 QORAliasType.aliasOfType
-    {offsetof(QORArgument, operation_), 245, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ARGUMENT, 11, false}, // 3 QORArgument.operation
-    {offsetof(QORArgument, type_), 324, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ARGUMENT, 12, false}, // 4 QORArgument.type
-    {offsetof(QORArgument, parameterizedClass_), 38, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ARGUMENT, 13, false}, // 5 QORArgument.parameterizedClass
-    {offsetof(QORAssociation, associatedClass_), 34, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION, 13, false}, // 6 QORAssociation.associatedClass
-    {offsetof(QORAssociation, associationRole_), 8, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::ASSOCIATION, 14, false}, // 7 QORAssociation.associationRole
-    {offsetof(QORAssociationRole, association_), 7, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ASSOCIATION_ROLE, 11, false}, // 8 QORAssociationRole.association
-    {offsetof(QORAssociationRole, foreignKey_), 149, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION_ROLE, 12, false}, // 9 QORAssociationRole.foreignKey
-    {offsetof(QORAssociationRole, associatedClass_), 41, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::ASSOCIATION_ROLE, 13, false}, // 10 QORAssociationRole.associatedClass
-    {offsetof(QORAssociationRole, qualifierAttribute_), 16, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::ASSOCIATION_ROLE, 14, false}, // 11 QORAssociationRole.qualifierAttribute
-    {offsetof(QORAssociationRole, grouping_), 162, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ASSOCIATION_ROLE, 15, false}, // 12 QORAssociationRole.grouping
-    {offsetof(QORAssociationRoleNameMap, foreignKey_), 152, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ASSOCIATION_ROLE_NAME_MAP, 11, false}, // 13 QORAssociationRoleNameMap.foreignKey
-    {offsetof(QORAssociationRoleNameMap, destinationAttribute_), 17, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION_ROLE_NAME_MAP, 12, false}, // 14 QORAssociationRoleNameMap.destinationAttribute
-    {offsetof(QORAssociationRoleNameMap, sourceAttribute_), 18, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION_ROLE_NAME_MAP, 13, false}, // 15 QORAssociationRoleNameMap.sourceAttribute
-    {offsetof(QORAttribute, qualifierOfAssociationRole_), 11, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ATTRIBUTE, 16, false}, // 16 QORAttribute.qualifierOfAssociationRole
-    {offsetof(QORAttribute, destinationOfAssociationRoleNameMap_), 14, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 17, false}, // 17 QORAttribute.destinationOfAssociationRoleNameMap
-    {offsetof(QORAttribute, sourceOfAssociationRoleNameMap_), 15, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 18, false}, // 18 QORAttribute.sourceOfAssociationRoleNameMap
-    {offsetof(QORAttribute, indexMember_), 179, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 19, false}, // 19 QORAttribute.indexMember
-    {offsetof(QORAttribute, grouping_), 163, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 20, false}, // 20 QORAttribute.grouping
-    {offsetof(QORAttribute, discriminatorOfGeneralization_), 159, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 21, false}, // 21 QORAttribute.discriminatorOfGeneralization
-    {offsetof(QORAttribute, key_), 189, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 22, false}, // 22 QORAttribute.key
-    {offsetof(QORAttribute, sourceOfClassMap_), 48, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 23, false}, // 23 QORAttribute.sourceOfClassMap
-    {offsetof(QORAttribute, destinationOfClassMap_), 49, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 24, false}, // 24 QORAttribute.destinationOfClassMap
-    {offsetof(QORBranchingNode, conditionExpressionNode_), 132, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::BRANCHING_NODE, 16, false}, // 25 QORBranchingNode.conditionExpressionNode
-    {offsetof(QORBranchingNode, expressionNode_), 133, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::BRANCHING_NODE, 17, false}, // 26 QORBranchingNode.expressionNode
-    {offsetof(QORBusinessRule, model_), 228, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::BUSINESS_RULE, 11, false}, // 27 QORBusinessRule.model
-    {offsetof(QORBusinessRule, typeValue_), 330, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::BUSINESS_RULE, 12, true}, // 28 QORBusinessRule.typeValue
-    {offsetof(QORBusinessRule, modelObject_), 238, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::BUSINESS_RULE, 13, false}, // 29 QORBusinessRule.modelObject
-    {offsetof(QORCandidateKey, primaryOfClass_), 32, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::CANDIDATE_KEY, 15, false}, // 30 QORCandidateKey.primaryOfClass
-    {offsetof(QORCandidateKey, foreignKey_), 150, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CANDIDATE_KEY, 16, false}, // 31 QORCandidateKey.foreignKey
-    {offsetof(QORClass, primaryCandidateKey_), 30, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 19, false}, // 32 QORClass.primaryCandidateKey
-    {offsetof(QORClass, grouping_), 160, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::CLASS, 20, false}, // 33 QORClass.grouping
-    {offsetof(QORClass, association_), 6, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 21, false}, // 34 QORClass.association
-    {offsetof(QORClass, classType_), 50, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 22, false}, // 35 QORClass.classType
-    {offsetof(QORClass, mappingModel_), 214, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CLASS, 23, false}, // 36 QORClass.mappingModel
-    {offsetof(QORClass, operation_), 243, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 24, false}, // 37 QORClass.operation
-    {offsetof(QORClass, argument_), 5, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 25, false}, // 38 QORClass.argument
-    {offsetof(QORClass, supertypeOfGeneralization_), 157, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::CLASS, 26, false}, // 39 QORClass.supertypeOfGeneralization
-    {offsetof(QORClass, subtypeOfGeneralization_), 158, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 27, false}, // 40 QORClass.subtypeOfGeneralization
-    {offsetof(QORClass, associationRole_), 10, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 28, false}, // 41 QORClass.associationRole
-    {offsetof(QORClass, realization_), 279, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 29, false}, // 42 QORClass.realization
-    {offsetof(QORClass, dependency_), 77, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 30, false}, // 43 QORClass.dependency
-    {offsetof(QORClass, supplierOfDependency_), 78, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 31, false}, // 44 QORClass.supplierOfDependency
-    {offsetof(QORClass, specificationOfRealization_), 280, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 32, false}, // 45 QORClass.specificationOfRealization
-    {offsetof(QORClass, index_), 176, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 33, false}, // 46 QORClass.index
-    {offsetof(QORClass, key_), 187, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 34, false}, // 47 QORClass.key
-    {offsetof(QORClassMap, sourceAttribute_), 23, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS_MAP, 9, false}, // 48 QORClassMap.sourceAttribute
-    {offsetof(QORClassMap, destinationAttribute_), 24, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS_MAP, 10, false}, // 49 QORClassMap.destinationAttribute
-    {offsetof(QORClassType, associatedClass_), 35, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::CLASS_TYPE, 18, false}, // 50 QORClassType.associatedClass
-    {offsetof(QORClassifier, report_), 282, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CLASSIFIER, 13, false}, // 51 QORClassifier.report
-    {offsetof(QORClassifier, sourceOfClassifierMap_), 60, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CLASSIFIER, 14, false}, // 52 QORClassifier.sourceOfClassifierMap
-    {offsetof(QORClassifier, destinationOfClassifierMap_), 61, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CLASSIFIER, 15, false}, // 53 QORClassifier.destinationOfClassifierMap
-    {offsetof(QORClassifier, feature_), 140, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASSIFIER, 16, false}, // 54 QORClassifier.feature
-    {offsetof(QORClassifier, sourceOfSQLViewAssociation_), 292, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER, 17, false}, // 55 QORClassifier.sourceOfSQLViewAssociation
-    {offsetof(QORClassifier, associatedJoinRole_), 185, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER, 18, false}, // 56 QORClassifier.associatedJoinRole
-    {offsetof(QORClassifierMap, transformation_), 308, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CLASSIFIER_MAP, 4, false}, // 57 QORClassifierMap.transformation
-    {offsetof(QORClassifierMap, expression_), 124, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::CLASSIFIER_MAP, 5, false}, // 58 QORClassifierMap.expression
-    {offsetof(QORClassifierMap, featureMap_), 144, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASSIFIER_MAP, 6, false}, // 59 QORClassifierMap.featureMap
-    {offsetof(QORClassifierMap, sourceClassifier_), 52, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER_MAP, 7, false}, // 60 QORClassifierMap.sourceClassifier
-    {offsetof(QORClassifierMap, destinationClassifier_), 53, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER_MAP, 8, false}, // 61 QORClassifierMap.destinationClassifier
-    {offsetof(QORComponent, referencedByComponent_), 63, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::COMPONENT, 4, false}, // 62 QORComponent.referencedByComponent
-    {offsetof(QORComponent, referencedComponent_), 62, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::COMPONENT, 5, false}, // 63 QORComponent.referencedComponent
-    {offsetof(QORConcreteType, derivedType_), 79, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CONCRETE_TYPE, 18, false}, // 64 QORConcreteType.derivedType
-    {offsetof(QORCondition, reportItem_), 290, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CONDITION, 16, false}, // 65 QORCondition.reportItem
-    {offsetof(QORConfigurationFormat, metadataFormat_), 220, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CONFIGURATION_FORMAT, 8, false}, // 66 QORConfigurationFormat.metadataFormat
-    {offsetof(QORCube, filter_), 148, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CUBE, 19, false}, // 67 QORCube.filter
-    {offsetof(QORCube, join_), 182, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CUBE, 20, false}, // 68 QORCube.join
-    {offsetof(QORCube, cubeDimensionAssociation_), 70, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CUBE, 21, false}, // 69 QORCube.cubeDimensionAssociation
-    {offsetof(QORCubeDimensionAssociation, cube_), 69, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CUBE_DIMENSION_ASSOCIATION, 11, false}, // 70 QORCubeDimensionAssociation.cube
-    {offsetof(QORCubeDimensionAssociation, dimension_), 97, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CUBE_DIMENSION_ASSOCIATION, 12, false}, // 71 QORCubeDimensionAssociation.dimension
-    {offsetof(QORCubeDimensionAssociation, hierarchy_), 169, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CUBE_DIMENSION_ASSOCIATION, 13, false}, // 72 QORCubeDimensionAssociation.hierarchy
-    {offsetof(QORCubeDimensionAssociation, aggregationRule_), 1, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CUBE_DIMENSION_ASSOCIATION, 14, false}, // 73 QORCubeDimensionAssociation.aggregationRule
-    {offsetof(QORDataPackage, modelObject_), 234, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::DATA_PACKAGE, 13, false}, // 74 QORDataPackage.modelObject
-    {offsetof(QORDataSet, transformation_), 309, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::DATA_SET, 19, false}, // 75 QORDataSet.transformation
-    {offsetof(QORDelimiterNode, expressionNode_), 134, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DELIMITER_NODE, 16, false}, // 76 QORDelimiterNode.expressionNode
-    {offsetof(QORDependency, clientClass_), 43, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DEPENDENCY, 13, false}, // 77 QORDependency.clientClass
-    {offsetof(QORDependency, supplierClass_), 44, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DEPENDENCY, 14, false}, // 78 QORDependency.supplierClass
-    {offsetof(QORDerivedType, derivedFromConcreteType_), 64, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DERIVED_TYPE, 19, false}, // 79 QORDerivedType.derivedFromConcreteType
-    {offsetof(QORDerivedType, typeValue_), 329, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DERIVED_TYPE, 20, true}, // 80 QORDerivedType.typeValue
-    {offsetof(QORDerivedType, sourceOfEnumeratedTypeMap_), 121, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::DERIVED_TYPE, 21, false}, // 81 QORDerivedType.sourceOfEnumeratedTypeMap
-    {offsetof(QORDerivedType, destinationOfEnumeratedTypeMap_), 122, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::DERIVED_TYPE, 22, false}, // 82 QORDerivedType.destinationOfEnumeratedTypeMap
-    {offsetof(QORDesignPackage, defaultDiagram_), 91, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DESIGN_PACKAGE, 13, false}, // 83 QORDesignPackage.defaultDiagram
-    {offsetof(QORDesignPackage, diagram_), 90, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 14, false}, // 84 QORDesignPackage.diagram
-    {offsetof(QORDesignPackage, modelElement_), 229, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 15, false}, // 85 QORDesignPackage.modelElement
-    {offsetof(QORDesignPackage, storedProcedure_), 302, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 16, false}, // 86 QORDesignPackage.storedProcedure
-    {offsetof(QORDesignPackage, importedModelObject_), 240, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::DESIGN_PACKAGE, 17, false}, // 87 QORDesignPackage.importedModelObject
-    {offsetof(QORDesignPackage, transformationTask_), 319, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 18, false}, // 88 QORDesignPackage.transformationTask
-    {offsetof(QORDesignPackage, transformationActivity_), 310, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 19, false}, // 89 QORDesignPackage.transformationActivity
-    {offsetof(QORDiagram, designPackage_), 84, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::DIAGRAM, 11, false}, // 90 QORDiagram.designPackage
-    {offsetof(QORDiagram, defaultOfDesignPackage_), 83, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::DIAGRAM, 12, false}, // 91 QORDiagram.defaultOfDesignPackage
-    {offsetof(QORDiagram, modelElement_), 230, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIAGRAM, 13, false}, // 92 QORDiagram.modelElement
-    {offsetof(QORDiagram, presentationElement_), 264, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIAGRAM, 14, false}, // 93 QORDiagram.presentationElement
-    {offsetof(QORDimension, defaultHierarchy_), 166, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DIMENSION, 19, false}, // 94 QORDimension.defaultHierarchy
-    {offsetof(QORDimension, hierarchy_), 165, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIMENSION, 20, false}, // 95 QORDimension.hierarchy
-    {offsetof(QORDimension, level_), 194, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIMENSION, 21, false}, // 96 QORDimension.level
-    {offsetof(QORDimension, cubeDimensionAssociation_), 71, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION, 22, false}, // 97 QORDimension.cubeDimensionAssociation
-    {offsetof(QORDimension, join_), 183, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION, 23, false}, // 98 QORDimension.join
-    {offsetof(QORDimensionAttribute, descriptiveOfDimensionAttribute_), 101, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DIMENSION_ATTRIBUTE, 16, false}, // 99 QORDimensionAttribute.descriptiveOfDimensionAttribute
-    {offsetof(QORDimensionAttribute, levelAttribute_), 206, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION_ATTRIBUTE, 17, false}, // 100 QORDimensionAttribute.levelAttribute
-    {offsetof(QORDimensionAttribute, descriptiveDimensionAttribute_), 99, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION_ATTRIBUTE, 18, false}, // 101 QORDimensionAttribute.descriptiveDimensionAttribute
-    {offsetof(QORDirectory, product_), 266, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIRECTORY, 4, false}, // 102 QORDirectory.product
-    {offsetof(QORDirectory, propertyElementTypeScope_), 273, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIRECTORY, 5, false}, // 103 QORDirectory.propertyElementTypeScope
-    {offsetof(QORDrillPath, drillPathLevelAssociation_), 107, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::DRILL_PATH, 13, false}, // 104 QORDrillPath.drillPathLevelAssociation
-    {offsetof(QORDrillPath, topDrillPathLevelAssociation_), 109, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DRILL_PATH, 14, false}, // 105 QORDrillPath.topDrillPathLevelAssociation
-    {offsetof(QORDrillPath, bottomDrillPathLevelAssociation_), 110, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DRILL_PATH, 15, false}, // 106 QORDrillPath.bottomDrillPathLevelAssociation
-    {offsetof(QORDrillPathLevelAssociation, drillPath_), 104, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 11, false}, // 107 QORDrillPathLevelAssociation.drillPath
-    {offsetof(QORDrillPathLevelAssociation, level_), 200, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 12, false}, // 108 QORDrillPathLevelAssociation.level
-    {offsetof(QORDrillPathLevelAssociation, topOfDrillPath_), 105, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 13, false}, // 109 QORDrillPathLevelAssociation.topOfDrillPath
-    {offsetof(QORDrillPathLevelAssociation, bottomOfDrillPath_), 106, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 14, false}, // 110 QORDrillPathLevelAssociation.bottomOfDrillPath
-    {offsetof(QORDrillPathLevelAssociation, levelAssociation_), 204, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 15, false}, // 111 QORDrillPathLevelAssociation.levelAssociation
-    {offsetof(QORElement, note_), 241, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::ELEMENT, 0, false}, // 112 QORElement.note
-    {offsetof(QORElement, propertyValue_), 278, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::ELEMENT, 1, false}, // 113 QORElement.propertyValue
-    {offsetof(QORElement, referencedByElementNamePart_), 117, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::ELEMENT, 2, false}, // 114 QORElement.referencedByElementNamePart
-    {offsetof(QORElement, elementNode_), 118, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::ELEMENT, 3, false}, // 115 QORElement.elementNode
-    {offsetof(QORElementNamePart, elementNode_), 119, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ELEMENT_NAME_PART, 0, false}, // 116 QORElementNamePart.elementNode
-    {offsetof(QORElementNamePart, referencedElement_), 114, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ELEMENT_NAME_PART, 1, false}, // 117 QORElementNamePart.referencedElement
-    {offsetof(QORElementNode, element_), 115, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::ELEMENT_NODE, 16, false}, // 118 QORElementNode.element
-    {offsetof(QORElementNode, elementNamePart_), 116, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::ELEMENT_NODE, 17, false}, // 119 QORElementNode.elementNamePart
-    {offsetof(QOREnumeratedAttributeMap, enumeratedTypeMap_), 123, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ENUMERATED_ATTRIBUTE_MAP, 8, false}, // 120 QOREnumeratedAttributeMap.enumeratedTypeMap
-    {offsetof(QOREnumeratedTypeMap, sourceDerivedType_), 81, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ENUMERATED_TYPE_MAP, 9, false}, // 121 QOREnumeratedTypeMap.sourceDerivedType
-    {offsetof(QOREnumeratedTypeMap, destinationDerivedType_), 82, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ENUMERATED_TYPE_MAP, 10, false}, // 122 QOREnumeratedTypeMap.destinationDerivedType
-    {offsetof(QOREnumeratedTypeMap, enumeratedAttributeMap_), 120, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ENUMERATED_TYPE_MAP, 11, false}, // 123 QOREnumeratedTypeMap.enumeratedAttributeMap
-    {offsetof(QORExpression, classifierMap_), 58, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION, 4, false}, // 124 QORExpression.classifierMap
-    {offsetof(QORExpression, featureMap_), 145, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION, 5, false}, // 125 QORExpression.featureMap
-    {offsetof(QORExpression, statementNode_), 296, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::EXPRESSION, 6, false}, // 126 QORExpression.statementNode
-    {offsetof(QORExpressionNode, type_), 328, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::EXPRESSION_NODE, 4, false}, // 127 QORExpressionNode.type
-    {offsetof(QORExpressionNode, operationNode_), 248, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 5, false}, // 128 QORExpressionNode.operationNode
-    {offsetof(QORExpressionNode, predicateNode_), 262, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 6, false}, // 129 QORExpressionNode.predicateNode
-    {offsetof(QORExpressionNode, leftOfOperatorNode_), 249, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 7, false}, // 130 QORExpressionNode.leftOfOperatorNode
-    {offsetof(QORExpressionNode, rightOfOperatorNode_), 250, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 8, false}, // 131 QORExpressionNode.rightOfOperatorNode
-    {offsetof(QORExpressionNode, conditionOfBranchingNode_), 25, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 9, false}, // 132 QORExpressionNode.conditionOfBranchingNode
-    {offsetof(QORExpressionNode, branchingNode_), 26, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 10, false}, // 133 QORExpressionNode.branchingNode
-    {offsetof(QORExpressionNode, delimiterNode_), 76, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 11, false}, // 134 QORExpressionNode.delimiterNode
-    {offsetof(QORExpressionNode, statementNode_), 298, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 12, false}, // 135 QORExpressionNode.statementNode
-    {offsetof(QORExpressionNode, previousExpressionNode_), 137, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::EXPRESSION_NODE, 13, false}, // 136 QORExpressionNode.previousExpressionNode
-    {offsetof(QORExpressionNode, nextExpressionNode_), 136, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::EXPRESSION_NODE, 14, false}, // 137 QORExpressionNode.nextExpressionNode
-    {offsetof(QORExpressionNode, referencedByStatementNode_), 297, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::EXPRESSION_NODE, 15, false}, // 138 QORExpressionNode.referencedByStatementNode
-    {offsetof(QORFeature, type_), 327, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FEATURE, 11, false}, // 139 QORFeature.type
-    {offsetof(QORFeature, classifier_), 54, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::FEATURE, 12, false}, // 140 QORFeature.classifier
-    {offsetof(QORFeature, sourceOfFeatureMap_), 146, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FEATURE, 13, false}, // 141 QORFeature.sourceOfFeatureMap
-    {offsetof(QORFeature, destinationOfFeatureMap_), 147, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FEATURE, 14, false}, // 142 QORFeature.destinationOfFeatureMap
-    {offsetof(QORFeature, sourceOfSQLViewAttribute_), 293, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FEATURE, 15, false}, // 143 QORFeature.sourceOfSQLViewAttribute
-    {offsetof(QORFeatureMap, classifierMap_), 59, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::FEATURE_MAP, 4, false}, // 144 QORFeatureMap.classifierMap
-    {offsetof(QORFeatureMap, expression_), 125, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::FEATURE_MAP, 5, false}, // 145 QORFeatureMap.expression
-    {offsetof(QORFeatureMap, sourceFeature_), 141, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::FEATURE_MAP, 6, false}, // 146 QORFeatureMap.sourceFeature
-    {offsetof(QORFeatureMap, destinationFeature_), 142, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::FEATURE_MAP, 7, false}, // 147 QORFeatureMap.destinationFeature
-    {offsetof(QORFilter, cube_), 67, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FILTER, 19, false}, // 148 QORFilter.cube
-    {offsetof(QORForeignKey, associationRole_), 9, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::FOREIGN_KEY, 15, false}, // 149 QORForeignKey.associationRole
-    {offsetof(QORForeignKey, candidateKey_), 31, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FOREIGN_KEY, 16, false}, // 150 QORForeignKey.candidateKey
-    {offsetof(QORForeignKey, generalization_), 156, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::FOREIGN_KEY, 17, false}, // 151 QORForeignKey.generalization
-    {offsetof(QORForeignKey, associationRoleNameMap_), 13, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::FOREIGN_KEY, 18, false}, // 152 QORForeignKey.associationRoleNameMap
-    {offsetof(QORFormat, version_), 339, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::FORMAT, 4, false}, // 153 QORFormat.version
-    {offsetof(QORFormat, defaultOfVersion_), 337, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FORMAT, 5, false}, // 154 QORFormat.defaultOfVersion
-    {offsetof(QORFormat, originalOfVersion_), 338, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FORMAT, 6, false}, // 155 QORFormat.originalOfVersion
-    {offsetof(QORGeneralization, foreignKey_), 151, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::GENERALIZATION, 13, false}, // 156 QORGeneralization.foreignKey
-    {offsetof(QORGeneralization, supertypeClass_), 39, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::GENERALIZATION, 14, false}, // 157 QORGeneralization.supertypeClass
-    {offsetof(QORGeneralization, subtypeClass_), 40, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::GENERALIZATION, 15, false}, // 158 QORGeneralization.subtypeClass
-    {offsetof(QORGeneralization, discriminatorAttribute_), 21, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::GENERALIZATION, 16, false}, // 159 QORGeneralization.discriminatorAttribute
-    {offsetof(QORGrouping, associatedClass_), 33, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::GROUPING, 11, false}, // 160 QORGrouping.associatedClass
-    {offsetof(QORGrouping, parentGrouping_), 164, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::GROUPING, 12, false}, // 161 QORGrouping.parentGrouping
-    {offsetof(QORGrouping, leafAssociationRole_), 12, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::GROUPING, 13, false}, // 162 QORGrouping.leafAssociationRole
-    {offsetof(QORGrouping, leafAttribute_), 20, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::GROUPING, 14, false}, // 163 QORGrouping.leafAttribute
-    {offsetof(QORGrouping, childGrouping_), 161, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::GROUPING, 15, false}, // 164 QORGrouping.childGrouping
-    {offsetof(QORHierarchy, dimension_), 95, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::HIERARCHY, 11, false}, // 165 QORHierarchy.dimension
-    {offsetof(QORHierarchy, defaultOfDimension_), 94, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::HIERARCHY, 12, false}, // 166 QORHierarchy.defaultOfDimension
-    {offsetof(QORHierarchy, topHierarchyLevelAssociation_), 173, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::HIERARCHY, 13, false}, // 167 QORHierarchy.topHierarchyLevelAssociation
-    {offsetof(QORHierarchy, hierarchyLevelAssociation_), 171, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::HIERARCHY, 14, false}, // 168 QORHierarchy.hierarchyLevelAssociation
-    {offsetof(QORHierarchy, cubeDimensionAssociation_), 72, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::HIERARCHY, 15, false}, // 169 QORHierarchy.cubeDimensionAssociation
-    {offsetof(QORHierarchy, bottomHierarchyLevelAssociation_), 174, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::HIERARCHY, 16, false}, // 170 QORHierarchy.bottomHierarchyLevelAssociation
-    {offsetof(QORHierarchyLevelAssociation, hierarchy_), 168, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 11, false}, // 171 QORHierarchyLevelAssociation.hierarchy
-    {offsetof(QORHierarchyLevelAssociation, level_), 197, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 12, false}, // 172 QORHierarchyLevelAssociation.level
-    {offsetof(QORHierarchyLevelAssociation, topOfHierarchy_), 167, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 13, false}, // 173 QORHierarchyLevelAssociation.topOfHierarchy
-    {offsetof(QORHierarchyLevelAssociation, bottomOfHierarchy_), 170, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 14, false}, // 174 QORHierarchyLevelAssociation.bottomOfHierarchy
-    {offsetof(QORHierarchyLevelAssociation, levelAssociation_), 203, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 15, false}, // 175 QORHierarchyLevelAssociation.levelAssociation
-    {offsetof(QORIndex, associatedClass_), 46, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::INDEX, 11, false}, // 176 QORIndex.associatedClass
-    {offsetof(QORIndex, key_), 186, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::INDEX, 12, false}, // 177 QORIndex.key
-    {offsetof(QORIndex, indexMember_), 180, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::INDEX, 13, false}, // 178 QORIndex.indexMember
-    {offsetof(QORIndexMember, attribute_), 19, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::INDEX_MEMBER, 11, false}, // 179 QORIndexMember.attribute
-    {offsetof(QORIndexMember, index_), 178, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::INDEX_MEMBER, 12, false}, // 180 QORIndexMember.index
-    {offsetof(QORJoin, joinRole_), 184, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::JOIN, 19, false}, // 181 QORJoin.joinRole
-    {offsetof(QORJoin, cube_), 68, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::JOIN, 20, false}, // 182 QORJoin.cube
-    {offsetof(QORJoin, dimension_), 98, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::JOIN, 21, false}, // 183 QORJoin.dimension
-    {offsetof(QORJoinRole, join_), 181, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::JOIN_ROLE, 11, false}, // 184 QORJoinRole.join
-    {offsetof(QORJoinRole, classifier_), 56, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::JOIN_ROLE, 12, false}, // 185 QORJoinRole.classifier
-    {offsetof(QORKey, index_), 177, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::KEY, 11, false}, // 186 QORKey.index
-    {offsetof(QORKey, associatedClass_), 47, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::KEY, 12, false}, // 187 QORKey.associatedClass
-    {offsetof(QORKey, destinationOfKeyMap_), 190, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::KEY, 13, false}, // 188 QORKey.destinationOfKeyMap
-    {offsetof(QORKey, attribute_), 22, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::KEY, 14, false}, // 189 QORKey.attribute
-    {offsetof(QORKeyMap, destinationKey_), 188, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::KEY_MAP, 8, false}, // 190 QORKeyMap.destinationKey
-    {offsetof(QORKeyMap, childKeyMap_), 192, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::KEY_MAP, 9, false}, // 191 QORKeyMap.childKeyMap
-    {offsetof(QORKeyMap, parentKeyMap_), 191, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::KEY_MAP, 10, false}, // 192 QORKeyMap.parentKeyMap
-    {offsetof(QORKeyMap, sourceModelObject_), 235, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::KEY_MAP, 11, false}, // 193 QORKeyMap.sourceModelObject
-    {offsetof(QORLevel, dimension_), 96, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::LEVEL, 19, false}, // 194 QORLevel.dimension
-    {offsetof(QORLevel, levelKey_), 208, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::LEVEL, 20, false}, // 195 QORLevel.levelKey
-    {offsetof(QORLevel, defaultLevelAttribute_), 207, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL, 21, false}, // 196 QORLevel.defaultLevelAttribute
-    {offsetof(QORLevel, hierarchyLevelAssociation_), 172, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL, 22, false}, // 197 QORLevel.hierarchyLevelAssociation
-    {offsetof(QORLevel, parentOfLevelAssociation_), 201, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::LEVEL, 23, false}, // 198 QORLevel.parentOfLevelAssociation
-    {offsetof(QORLevel, childOfLevelAssociation_), 202, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL, 24, false}, // 199 QORLevel.childOfLevelAssociation
-    {offsetof(QORLevel, drillPathLevelAssociation_), 108, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL, 25, false}, // 200 QORLevel.drillPathLevelAssociation
-    {offsetof(QORLevelAssociation, parentLevel_), 198, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::LEVEL_ASSOCIATION, 11, false}, // 201 QORLevelAssociation.parentLevel
-    {offsetof(QORLevelAssociation, childLevel_), 199, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ASSOCIATION, 12, false}, // 202 QORLevelAssociation.childLevel
-    {offsetof(QORLevelAssociation, hierarchyLevelAssociation_), 175, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ASSOCIATION, 13, false}, // 203 QORLevelAssociation.hierarchyLevelAssociation
-    {offsetof(QORLevelAssociation, drillPathLevelAssociation_), 111, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ASSOCIATION, 14, false}, // 204 QORLevelAssociation.drillPathLevelAssociation
-    {offsetof(QORLevelAttribute, levelKey_), 209, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ATTRIBUTE, 16, false}, // 205 QORLevelAttribute.levelKey
-    {offsetof(QORLevelAttribute, dimensionAttribute_), 100, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ATTRIBUTE, 17, false}, // 206 QORLevelAttribute.dimensionAttribute
-    {offsetof(QORLevelAttribute, defaultOfLevel_), 196, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::LEVEL_ATTRIBUTE, 18, false}, // 207 QORLevelAttribute.defaultOfLevel
-    {offsetof(QORLevelKey, level_), 195, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::LEVEL_KEY, 11, false}, // 208 QORLevelKey.level
-    {offsetof(QORLevelKey, levelAttribute_), 205, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL_KEY, 12, false}, // 209 QORLevelKey.levelAttribute
-    {offsetof(QORMappingFormat, mappingModel_), 213, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MAPPING_FORMAT, 8, false}, // 210 QORMappingFormat.mappingModel
-    {offsetof(QORMappingFormat, sourceModelFormat_), 232, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::MAPPING_FORMAT, 9, false}, // 211 QORMappingFormat.sourceModelFormat
-    {offsetof(QORMappingFormat, destinationModelFormat_), 233, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::MAPPING_FORMAT, 10, false}, // 212 QORMappingFormat.destinationModelFormat
-    {offsetof(QORMappingModel, mappingFormat_), 210, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::MAPPING_MODEL, 4, false}, // 213 QORMappingModel.mappingFormat
-    {offsetof(QORMappingModel, variableClass_), 36, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 5, false}, // 214 QORMappingModel.variableClass
-    {offsetof(QORMappingModel, metadataOrigin_), 222, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 6, false}, // 215 QORMappingModel.metadataOrigin
-    {offsetof(QORMappingModel, transformation_), 304, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 7, false}, // 216 QORMappingModel.transformation
-    {offsetof(QORMappingModel, propertyElementTypeScope_), 272, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 8, false}, // 217 QORMappingModel.propertyElementTypeScope
-    {offsetof(QORMappingModel, type_), 323, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 9, false}, // 218 QORMappingModel.type
-    {offsetof(QORMeasure, aggregationRule_), 0, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MEASURE, 16, false}, // 219 QORMeasure.aggregationRule
-    {offsetof(QORMetadataFormat, configurationFormat_), 66, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::METADATA_FORMAT, 7, false}, // 220 QORMetadataFormat.configurationFormat
-    {offsetof(QORMetadataOrigin, model_), 224, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::METADATA_ORIGIN, 4, false}, // 221 QORMetadataOrigin.model
-    {offsetof(QORMetadataOrigin, mappingModel_), 215, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::METADATA_ORIGIN, 5, false}, // 222 QORMetadataOrigin.mappingModel
-    {offsetof(QORModel, modelFormat_), 231, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::MODEL, 13, false}, // 223 QORModel.modelFormat
-    {offsetof(QORModel, metadataOrigin_), 221, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MODEL, 14, false}, // 224 QORModel.metadataOrigin
-    {offsetof(QORModel, type_), 322, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 15, false}, // 225 QORModel.type
-    {offsetof(QORModel, propertyElementTypeScope_), 271, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 16, false}, // 226 QORModel.propertyElementTypeScope
-    {offsetof(QORModel, physicalTarget_), 259, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 17, false}, // 227 QORModel.physicalTarget
-    {offsetof(QORModel, businessRule_), 27, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 18, false}, // 228 QORModel.businessRule
-    {offsetof(QORModelElement, designPackage_), 85, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::MODEL_ELEMENT, 11, false}, // 229 QORModelElement.designPackage
-    {offsetof(QORModelElement, diagram_), 92, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_ELEMENT, 12, false}, // 230 QORModelElement.diagram
-    {offsetof(QORModelFormat, model_), 223, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MODEL_FORMAT, 8, false}, // 231 QORModelFormat.model
-    {offsetof(QORModelFormat, sourceOfMappingFormat_), 211, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_FORMAT, 9, false}, // 232 QORModelFormat.sourceOfMappingFormat
-    {offsetof(QORModelFormat, destinationOfMappingFormat_), 212, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_FORMAT, 10, false}, // 233 QORModelFormat.destinationOfMappingFormat
-    {offsetof(QORModelObject, dataPackage_), 74, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 4, false}, // 234 QORModelObject.dataPackage
-    {offsetof(QORModelObject, sourceOfKeyMap_), 193, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 5, false}, // 235 QORModelObject.sourceOfKeyMap
-    {offsetof(QORModelObject, presentationPresentationElement_), 265, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::MODEL_OBJECT, 6, false}, // 236 QORModelObject.presentationPresentationElement
-    {offsetof(QORModelObject, associatedPhysicalObject_), 255, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::MODEL_OBJECT, 7, false}, // 237 QORModelObject.associatedPhysicalObject
-    {offsetof(QORModelObject, associatedBusinessRule_), 29, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 8, false}, // 238 QORModelObject.associatedBusinessRule
-    {offsetof(QORModelObject, synonym_), 303, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL_OBJECT, 9, false}, // 239 QORModelObject.synonym
-    {offsetof(QORModelObject, importedByDesignPackage_), 87, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 10, false}, // 240 QORModelObject.importedByDesignPackage
-    {offsetof(QORNote, element_), 112, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::NOTE, 0, false}, // 241 QORNote.element
-    {offsetof(QOROperation, returnType_), 325, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::OPERATION, 11, false}, // 242 QOROperation.returnType
-    {offsetof(QOROperation, associatedClass_), 37, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::OPERATION, 12, false}, // 243 QOROperation.associatedClass
-    {offsetof(QOROperation, associatedSQLViewEntity_), 295, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::OPERATION, 13, false}, // 244 QOROperation.associatedSQLViewEntity
-    {offsetof(QOROperation, argument_), 3, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::OPERATION, 14, false}, // 245 QOROperation.argument
-    {offsetof(QOROperation, operationNode_), 247, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::OPERATION, 15, false}, // 246 QOROperation.operationNode
-    {offsetof(QOROperationNode, operation_), 246, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::OPERATION_NODE, 16, false}, // 247 QOROperationNode.operation
-    {offsetof(QOROperationNode, expressionNode_), 128, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::OPERATION_NODE, 17, false}, // 248 QOROperationNode.expressionNode
-    {offsetof(QOROperatorNode, leftExpressionNode_), 130, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::OPERATOR_NODE, 16, false}, // 249 QOROperatorNode.leftExpressionNode
-    {offsetof(QOROperatorNode, rightExpressionNode_), 131, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::OPERATOR_NODE, 17, false}, // 250 QOROperatorNode.rightExpressionNode
-    {offsetof(QORPackage, parentPackage_), 252, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PACKAGE, 11, false}, // 251 QORPackage.parentPackage
-    {offsetof(QORPackage, childPackage_), 251, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PACKAGE, 12, false}, // 252 QORPackage.childPackage
-    {offsetof(QORPhysicalObject, physicalTarget_), 260, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PHYSICAL_OBJECT, 11, false}, // 253 QORPhysicalObject.physicalTarget
-    {offsetof(QORPhysicalObject, destinationOfPhysicalRelationship_), 257, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::PHYSICAL_OBJECT, 12, false}, // 254 QORPhysicalObject.destinationOfPhysicalRelationship
-    {offsetof(QORPhysicalObject, modelObject_), 237, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::PHYSICAL_OBJECT, 13, false}, // 255 QORPhysicalObject.modelObject
-    {offsetof(QORPhysicalObject, sourceOfPhysicalRelationship_), 258, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PHYSICAL_OBJECT, 14, false}, // 256 QORPhysicalObject.sourceOfPhysicalRelationship
-    {offsetof(QORPhysicalRelationship, destinationPhysicalObject_), 254, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::PHYSICAL_RELATIONSHIP, 0, false}, // 257 QORPhysicalRelationship.destinationPhysicalObject
-    {offsetof(QORPhysicalRelationship, sourcePhysicalObject_), 256, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PHYSICAL_RELATIONSHIP, 1, false}, // 258 QORPhysicalRelationship.sourcePhysicalObject
-    {offsetof(QORPhysicalTarget, model_), 227, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PHYSICAL_TARGET, 11, false}, // 259 QORPhysicalTarget.model
-    {offsetof(QORPhysicalTarget, physicalObject_), 253, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PHYSICAL_TARGET, 12, false}, // 260 QORPhysicalTarget.physicalObject
-    {offsetof(QORPredicate, predicateNode_), 263, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PREDICATE, 0, false}, // 261 QORPredicate.predicateNode
-    {offsetof(QORPredicateNode, expressionNode_), 129, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::PREDICATE_NODE, 16, false}, // 262 QORPredicateNode.expressionNode
-    {offsetof(QORPredicateNode, predicate_), 261, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::PREDICATE_NODE, 17, false}, // 263 QORPredicateNode.predicate
-    {offsetof(QORPresentationElement, diagram_), 93, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PRESENTATION_ELEMENT, 0, false}, // 264 QORPresentationElement.diagram
-    {offsetof(QORPresentationElement, subjectModelObject_), 236, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::PRESENTATION_ELEMENT, 1, false}, // 265 QORPresentationElement.subjectModelObject
-    {offsetof(QORProduct, directory_), 102, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PRODUCT, 6, false}, // 266 QORProduct.directory
-    {offsetof(QORProduct, parentProduct_), 270, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PRODUCT, 7, false}, // 267 QORProduct.parentProduct
-    {offsetof(QORProduct, defaultVersion_), 336, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::PRODUCT, 8, false}, // 268 QORProduct.defaultVersion
-    {offsetof(QORProduct, version_), 335, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PRODUCT, 9, false}, // 269 QORProduct.version
-    {offsetof(QORProduct, childProduct_), 267, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PRODUCT, 10, false}, // 270 QORProduct.childProduct
-    {offsetof(QORPropertyElementTypeScope, model_), 226, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 0, false}, // 271 QORPropertyElementTypeScope.model
-    {offsetof(QORPropertyElementTypeScope, mappingModel_), 217, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 1, false}, // 272 QORPropertyElementTypeScope.mappingModel
-    {offsetof(QORPropertyElementTypeScope, directory_), 103, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 2, false}, // 273 QORPropertyElementTypeScope.directory
-    {offsetof(QORPropertyElementTypeScope, propertyType_), 275, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 3, false}, // 274 QORPropertyElementTypeScope.propertyType
-    {offsetof(QORPropertyType, propertyElementTypeScope_), 274, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_TYPE, 23, false}, // 275 QORPropertyType.propertyElementTypeScope
-    {offsetof(QORPropertyType, instanciatedPropertyValue_), 277, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::PROPERTY_TYPE, 24, false}, // 276 QORPropertyType.instanciatedPropertyValue
-    {offsetof(QORPropertyValue, propertyType_), 276, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::PROPERTY_VALUE, 0, false}, // 277 QORPropertyValue.propertyType
-    {offsetof(QORPropertyValue, element_), 113, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_VALUE, 1, false}, // 278 QORPropertyValue.element
-    {offsetof(QORRealization, realizationClass_), 42, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::REALIZATION, 13, false}, // 279 QORRealization.realizationClass
-    {offsetof(QORRealization, specificationClass_), 45, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::REALIZATION, 14, false}, // 280 QORRealization.specificationClass
-    {offsetof(QORReport, reportItem_), 285, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::REPORT, 13, false}, // 281 QORReport.reportItem
-    {offsetof(QORReport, classifier_), 51, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::REPORT, 14, false}, // 282 QORReport.classifier
-    {offsetof(QORReportAttribute, reportField_), 284, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::REPORT_ATTRIBUTE, 16, false}, // 283 QORReportAttribute.reportField
-    {offsetof(QORReportField, reportAttribute_), 283, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::REPORT_FIELD, 17, false}, // 284 QORReportField.reportAttribute
-    {offsetof(QORReportItem, report_), 281, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::REPORT_ITEM, 11, false}, // 285 QORReportItem.report
-    {offsetof(QORReportItem, parentReportItem_), 287, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::REPORT_ITEM, 12, false}, // 286 QORReportItem.parentReportItem
-    {offsetof(QORReportItem, childReportItem_), 286, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::REPORT_ITEM, 13, false}, // 287 QORReportItem.childReportItem
-    {offsetof(QORReportItem, referencedByReportItem_), 289, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::REPORT_ITEM, 14, false}, // 288 QORReportItem.referencedByReportItem
-    {offsetof(QORReportItem, referencedReportItem_), 288, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::REPORT_ITEM, 15, false}, // 289 QORReportItem.referencedReportItem
-    {offsetof(QORReportItem, condition_), 65, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::REPORT_ITEM, 16, false}, // 290 QORReportItem.condition
-    {offsetof(QORSQLViewAssociation, destinationSQLViewEntity_), 294, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::SQL_VIEW_ASSOCIATION, 13, false}, // 291 QORSQLViewAssociation.destinationSQLViewEntity
-    {offsetof(QORSQLViewAssociation, sourceClassifier_), 55, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::SQL_VIEW_ASSOCIATION, 14, false}, // 292 QORSQLViewAssociation.sourceClassifier
-    {offsetof(QORSQLViewAttribute, sourceFeature_), 143, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::SQL_VIEW_ATTRIBUTE, 16, false}, // 293 QORSQLViewAttribute.sourceFeature
-    {offsetof(QORSQLViewEntity, destinationOfSQLViewAssociation_), 291, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::SQL_VIEW_ENTITY, 19, false}, // 294 QORSQLViewEntity.destinationOfSQLViewAssociation
-    {offsetof(QORSQLViewEntity, operation_), 244, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::SQL_VIEW_ENTITY, 20, false}, // 295 QORSQLViewEntity.operation
-    {offsetof(QORStatementNode, expression_), 126, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::STATEMENT_NODE, 16, false}, // 296 QORStatementNode.expression
-    {offsetof(QORStatementNode, referencedExpressionNode_), 138, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::STATEMENT_NODE, 17, false}, // 297 QORStatementNode.referencedExpressionNode
-    {offsetof(QORStatementNode, expressionNode_), 135, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::STATEMENT_NODE, 18, false}, // 298 QORStatementNode.expressionNode
-    {offsetof(QORStepPrecedence, transformationActivity_), 313, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::STEP_PRECEDENCE, 4, false}, // 299 QORStepPrecedence.transformationActivity
-    {offsetof(QORStepPrecedence, sourceTransformationStep_), 317, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::STEP_PRECEDENCE, 5, false}, // 300 QORStepPrecedence.sourceTransformationStep
-    {offsetof(QORStepPrecedence, destinationTransformationStep_), 318, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::STEP_PRECEDENCE, 6, false}, // 301 QORStepPrecedence.destinationTransformationStep
-    {offsetof(QORStoredProcedure, designPackage_), 86, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::STORED_PROCEDURE, 16, false}, // 302 QORStoredProcedure.designPackage
-    {offsetof(QORSynonym, modelObject_), 239, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::SYNONYM, 11, false}, // 303 QORSynonym.modelObject
-    {offsetof(QORTransformation, mappingModel_), 216, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 4, false}, // 304 QORTransformation.mappingModel
-    {offsetof(QORTransformation, transformationTask_), 320, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 5, false}, // 305 QORTransformation.transformationTask
-    {offsetof(QORTransformation, transformationStep_), 316, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 6, false}, // 306 QORTransformation.transformationStep
-    {offsetof(QORTransformation, transformationActivity_), 311, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 7, false}, // 307 QORTransformation.transformationActivity
-    {offsetof(QORTransformation, classifierMap_), 57, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION, 8, false}, // 308 QORTransformation.classifierMap
-    {offsetof(QORTransformation, dataSet_), 75, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION, 9, false}, // 309 QORTransformation.dataSet
-    {offsetof(QORTransformationActivity, designPackage_), 89, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION_ACTIVITY, 4, false}, // 310 QORTransformationActivity.designPackage
-    {offsetof(QORTransformationActivity, transformation_), 307, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_ACTIVITY, 5, false}, // 311 QORTransformationActivity.transformation
-    {offsetof(QORTransformationActivity, transformationStep_), 315, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_ACTIVITY, 6, false}, // 312 QORTransformationActivity.transformationStep
-    {offsetof(QORTransformationActivity, stepPrecedence_), 299, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_ACTIVITY, 7, false}, // 313 QORTransformationActivity.stepPrecedence
-    {offsetof(QORTransformationStep, transformationTask_), 321, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::TRANSFORMATION_STEP, 4, false}, // 314 QORTransformationStep.transformationTask
-    {offsetof(QORTransformationStep, transformationActivity_), 312, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION_STEP, 5, false}, // 315 QORTransformationStep.transformationActivity
-    {offsetof(QORTransformationStep, transformation_), 306, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_STEP, 6, false}, // 316 QORTransformationStep.transformation
-    {offsetof(QORTransformationStep, sourceOfStepPrecedence_), 300, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TRANSFORMATION_STEP, 7, false}, // 317 QORTransformationStep.sourceOfStepPrecedence
-    {offsetof(QORTransformationStep, destinationOfStepPrecedence_), 301, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TRANSFORMATION_STEP, 8, false}, // 318 QORTransformationStep.destinationOfStepPrecedence
-    {offsetof(QORTransformationTask, designPackage_), 88, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION_TASK, 4, false}, // 319 QORTransformationTask.designPackage
-    {offsetof(QORTransformationTask, transformation_), 305, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_TASK, 5, false}, // 320 QORTransformationTask.transformation
-    {offsetof(QORTransformationTask, transformationStep_), 314, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::TRANSFORMATION_TASK, 6, false}, // 321 QORTransformationTask.transformationStep
-    {offsetof(QORType, model_), 225, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE, 11, false}, // 322 QORType.model
-    {offsetof(QORType, mappingModel_), 218, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE, 12, false}, // 323 QORType.mappingModel
-    {offsetof(QORType, argument_), 4, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::TYPE, 13, false}, // 324 QORType.argument
-    {offsetof(QORType, operation_), 242, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::TYPE, 14, false}, // 325 QORType.operation
-    {offsetof(QORType, aliasType_), 2, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::TYPE, 15, false}, // 326 QORType.aliasType
-    {offsetof(QORType, feature_), 139, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TYPE, 16, false}, // 327 QORType.feature
-    {offsetof(QORType, expressionNode_), 127, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::TYPE, 17, false}, // 328 QORType.expressionNode
-    {offsetof(QORTypeValue, derivedType_), 80, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE_VALUE, 11, false}, // 329 QORTypeValue.derivedType
-    {offsetof(QORTypeValue, businessRule_), 28, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE_VALUE, 12, false}, // 330 QORTypeValue.businessRule
-    {offsetof(QORTypeValue, sourceOfTypeValueMap_), 333, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TYPE_VALUE, 13, false}, // 331 QORTypeValue.sourceOfTypeValueMap
-    {offsetof(QORTypeValue, destinationOfTypeValueMap_), 334, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TYPE_VALUE, 14, false}, // 332 QORTypeValue.destinationOfTypeValueMap
-    {offsetof(QORTypeValueMap, sourceTypeValue_), 331, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::TYPE_VALUE_MAP, 8, false}, // 333 QORTypeValueMap.sourceTypeValue
-    {offsetof(QORTypeValueMap, destinationTypeValue_), 332, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::TYPE_VALUE_MAP, 9, false}, // 334 QORTypeValueMap.destinationTypeValue
-    {offsetof(QORVersion, product_), 269, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::VERSION, 6, false}, // 335 QORVersion.product
-    {offsetof(QORVersion, defaultOfProduct_), 268, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::VERSION, 7, false}, // 336 QORVersion.defaultOfProduct
-    {offsetof(QORVersion, defaultFormat_), 154, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::VERSION, 8, false}, // 337 QORVersion.defaultFormat
-    {offsetof(QORVersion, originalFormat_), 155, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::VERSION, 9, false}, // 338 QORVersion.originalFormat
-    {offsetof(QORVersion, format_), 153, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::VERSION, 10, false}, // 339 QORVersion.format
-    {offsetof(QORVersion, predecessorVersion_), 341, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::VERSION, 11, false}, // 340 QORVersion.predecessorVersion
-    {offsetof(QORVersion, successorVersion_), 340, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::VERSION, 12, false}, // 341 QORVersion.successorVersion
+    {offsetof(QORAggregationRule, measure_), 219, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::AGGREGATION_RULE, 11, false, false}, // 0 QORAggregationRule.measure
+    {offsetof(QORAggregationRule, cubeDimensionAssociation_), 73, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::AGGREGATION_RULE, 12, false, false}, // 1 QORAggregationRule.cubeDimensionAssociation
+    {offsetof(QORAliasType, aliasOfType_), 326, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::ALIAS_TYPE, 18, false, false}, // 2 QORAliasType.aliasOfType
+    {offsetof(QORArgument, operation_), 245, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ARGUMENT, 11, false, false}, // 3 QORArgument.operation
+    {offsetof(QORArgument, type_), 324, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ARGUMENT, 12, false, false}, // 4 QORArgument.type
+    {offsetof(QORArgument, parameterizedClass_), 38, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ARGUMENT, 13, false, false}, // 5 QORArgument.parameterizedClass
+    {offsetof(QORAssociation, associatedClass_), 34, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION, 13, false, false}, // 6 QORAssociation.associatedClass
+    {offsetof(QORAssociation, associationRole_), 8, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::ASSOCIATION, 14, false, false}, // 7 QORAssociation.associationRole
+    {offsetof(QORAssociationRole, association_), 7, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ASSOCIATION_ROLE, 11, false, false}, // 8 QORAssociationRole.association
+    {offsetof(QORAssociationRole, foreignKey_), 149, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION_ROLE, 12, false, false}, // 9 QORAssociationRole.foreignKey
+    {offsetof(QORAssociationRole, associatedClass_), 41, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::ASSOCIATION_ROLE, 13, false, false}, // 10 QORAssociationRole.associatedClass
+    {offsetof(QORAssociationRole, qualifierAttribute_), 16, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::ASSOCIATION_ROLE, 14, false, true}, // 11 QORAssociationRole.qualifierAttribute
+    {offsetof(QORAssociationRole, grouping_), 162, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ASSOCIATION_ROLE, 15, false, false}, // 12 QORAssociationRole.grouping
+    {offsetof(QORAssociationRoleNameMap, foreignKey_), 152, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ASSOCIATION_ROLE_NAME_MAP, 11, false, false}, // 13 QORAssociationRoleNameMap.foreignKey
+    {offsetof(QORAssociationRoleNameMap, destinationAttribute_), 17, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION_ROLE_NAME_MAP, 12, false, false}, // 14 QORAssociationRoleNameMap.destinationAttribute
+    {offsetof(QORAssociationRoleNameMap, sourceAttribute_), 18, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ASSOCIATION_ROLE_NAME_MAP, 13, false, false}, // 15 QORAssociationRoleNameMap.sourceAttribute
+    {offsetof(QORAttribute, qualifierOfAssociationRole_), 11, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ATTRIBUTE, 16, false, false}, // 16 QORAttribute.qualifierOfAssociationRole
+    {offsetof(QORAttribute, destinationOfAssociationRoleNameMap_), 14, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 17, false, false}, // 17 QORAttribute.destinationOfAssociationRoleNameMap
+    {offsetof(QORAttribute, sourceOfAssociationRoleNameMap_), 15, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 18, false, false}, // 18 QORAttribute.sourceOfAssociationRoleNameMap
+    {offsetof(QORAttribute, indexMember_), 179, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 19, false, false}, // 19 QORAttribute.indexMember
+    {offsetof(QORAttribute, grouping_), 163, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 20, false, false}, // 20 QORAttribute.grouping
+    {offsetof(QORAttribute, discriminatorOfGeneralization_), 159, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 21, false, false}, // 21 QORAttribute.discriminatorOfGeneralization
+    {offsetof(QORAttribute, key_), 189, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 22, false, false}, // 22 QORAttribute.key
+    {offsetof(QORAttribute, sourceOfClassMap_), 48, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 23, false, false}, // 23 QORAttribute.sourceOfClassMap
+    {offsetof(QORAttribute, destinationOfClassMap_), 49, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ATTRIBUTE, 24, false, false}, // 24 QORAttribute.destinationOfClassMap
+    {offsetof(QORBranchingNode, conditionExpressionNode_), 132, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::BRANCHING_NODE, 16, false, false}, // 25 QORBranchingNode.conditionExpressionNode
+    {offsetof(QORBranchingNode, expressionNode_), 133, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::BRANCHING_NODE, 17, false, false}, // 26 QORBranchingNode.expressionNode
+    {offsetof(QORBusinessRule, model_), 228, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::BUSINESS_RULE, 11, false, false}, // 27 QORBusinessRule.model
+    {offsetof(QORBusinessRule, typeValue_), 330, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::BUSINESS_RULE, 12, true, true}, // 28 QORBusinessRule.typeValue
+    {offsetof(QORBusinessRule, modelObject_), 238, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::BUSINESS_RULE, 13, false, false}, // 29 QORBusinessRule.modelObject
+    {offsetof(QORCandidateKey, primaryOfClass_), 32, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::CANDIDATE_KEY, 15, false, false}, // 30 QORCandidateKey.primaryOfClass
+    {offsetof(QORCandidateKey, foreignKey_), 150, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CANDIDATE_KEY, 16, false, false}, // 31 QORCandidateKey.foreignKey
+    {offsetof(QORClass, primaryCandidateKey_), 30, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 19, false, false}, // 32 QORClass.primaryCandidateKey
+    {offsetof(QORClass, grouping_), 160, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::CLASS, 20, false, false}, // 33 QORClass.grouping
+    {offsetof(QORClass, association_), 6, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 21, false, false}, // 34 QORClass.association
+    {offsetof(QORClass, classType_), 50, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 22, false, false}, // 35 QORClass.classType
+    {offsetof(QORClass, mappingModel_), 214, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CLASS, 23, false, false}, // 36 QORClass.mappingModel
+    {offsetof(QORClass, operation_), 243, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 24, false, false}, // 37 QORClass.operation
+    {offsetof(QORClass, argument_), 5, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 25, false, true}, // 38 QORClass.argument
+    {offsetof(QORClass, supertypeOfGeneralization_), 157, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::CLASS, 26, false, false}, // 39 QORClass.supertypeOfGeneralization
+    {offsetof(QORClass, subtypeOfGeneralization_), 158, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::CLASS, 27, false, false}, // 40 QORClass.subtypeOfGeneralization
+    {offsetof(QORClass, associationRole_), 10, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 28, false, false}, // 41 QORClass.associationRole
+    {offsetof(QORClass, realization_), 279, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 29, false, false}, // 42 QORClass.realization
+    {offsetof(QORClass, dependency_), 77, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 30, false, false}, // 43 QORClass.dependency
+    {offsetof(QORClass, supplierOfDependency_), 78, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 31, false, false}, // 44 QORClass.supplierOfDependency
+    {offsetof(QORClass, specificationOfRealization_), 280, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS, 32, false, false}, // 45 QORClass.specificationOfRealization
+    {offsetof(QORClass, index_), 176, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 33, false, false}, // 46 QORClass.index
+    {offsetof(QORClass, key_), 187, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASS, 34, false, false}, // 47 QORClass.key
+    {offsetof(QORClassMap, sourceAttribute_), 23, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS_MAP, 9, false, false}, // 48 QORClassMap.sourceAttribute
+    {offsetof(QORClassMap, destinationAttribute_), 24, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASS_MAP, 10, false, false}, // 49 QORClassMap.destinationAttribute
+    {offsetof(QORClassType, associatedClass_), 35, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::CLASS_TYPE, 18, false, false}, // 50 QORClassType.associatedClass
+    {offsetof(QORClassifier, report_), 282, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CLASSIFIER, 13, false, false}, // 51 QORClassifier.report
+    {offsetof(QORClassifier, sourceOfClassifierMap_), 60, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CLASSIFIER, 14, false, false}, // 52 QORClassifier.sourceOfClassifierMap
+    {offsetof(QORClassifier, destinationOfClassifierMap_), 61, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CLASSIFIER, 15, false, false}, // 53 QORClassifier.destinationOfClassifierMap
+    {offsetof(QORClassifier, feature_), 140, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASSIFIER, 16, false, true}, // 54 QORClassifier.feature
+    {offsetof(QORClassifier, sourceOfSQLViewAssociation_), 292, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER, 17, false, false}, // 55 QORClassifier.sourceOfSQLViewAssociation
+    {offsetof(QORClassifier, associatedJoinRole_), 185, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER, 18, false, false}, // 56 QORClassifier.associatedJoinRole
+    {offsetof(QORClassifierMap, transformation_), 308, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CLASSIFIER_MAP, 4, false, false}, // 57 QORClassifierMap.transformation
+    {offsetof(QORClassifierMap, expression_), 124, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::CLASSIFIER_MAP, 5, false, false}, // 58 QORClassifierMap.expression
+    {offsetof(QORClassifierMap, featureMap_), 144, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CLASSIFIER_MAP, 6, false, true}, // 59 QORClassifierMap.featureMap
+    {offsetof(QORClassifierMap, sourceClassifier_), 52, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER_MAP, 7, false, false}, // 60 QORClassifierMap.sourceClassifier
+    {offsetof(QORClassifierMap, destinationClassifier_), 53, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CLASSIFIER_MAP, 8, false, false}, // 61 QORClassifierMap.destinationClassifier
+    {offsetof(QORComponent, referencedByComponent_), 63, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::COMPONENT, 4, false, false}, // 62 QORComponent.referencedByComponent
+    {offsetof(QORComponent, referencedComponent_), 62, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::COMPONENT, 5, false, false}, // 63 QORComponent.referencedComponent
+    {offsetof(QORConcreteType, derivedType_), 79, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CONCRETE_TYPE, 18, false, false}, // 64 QORConcreteType.derivedType
+    {offsetof(QORCondition, reportItem_), 290, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CONDITION, 16, false, false}, // 65 QORCondition.reportItem
+    {offsetof(QORConfigurationFormat, metadataFormat_), 220, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::CONFIGURATION_FORMAT, 8, false, true}, // 66 QORConfigurationFormat.metadataFormat
+    {offsetof(QORCube, filter_), 148, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CUBE, 19, false, false}, // 67 QORCube.filter
+    {offsetof(QORCube, join_), 182, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CUBE, 20, false, false}, // 68 QORCube.join
+    {offsetof(QORCube, cubeDimensionAssociation_), 70, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::CUBE, 21, false, false}, // 69 QORCube.cubeDimensionAssociation
+    {offsetof(QORCubeDimensionAssociation, cube_), 69, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::CUBE_DIMENSION_ASSOCIATION, 11, false, false}, // 70 QORCubeDimensionAssociation.cube
+    {offsetof(QORCubeDimensionAssociation, dimension_), 97, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CUBE_DIMENSION_ASSOCIATION, 12, false, false}, // 71 QORCubeDimensionAssociation.dimension
+    {offsetof(QORCubeDimensionAssociation, hierarchy_), 169, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::CUBE_DIMENSION_ASSOCIATION, 13, false, false}, // 72 QORCubeDimensionAssociation.hierarchy
+    {offsetof(QORCubeDimensionAssociation, aggregationRule_), 1, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::CUBE_DIMENSION_ASSOCIATION, 14, false, false}, // 73 QORCubeDimensionAssociation.aggregationRule
+    {offsetof(QORDataPackage, modelObject_), 234, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::DATA_PACKAGE, 13, false, false}, // 74 QORDataPackage.modelObject
+    {offsetof(QORDataSet, transformation_), 309, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::DATA_SET, 19, false, false}, // 75 QORDataSet.transformation
+    {offsetof(QORDelimiterNode, expressionNode_), 134, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DELIMITER_NODE, 16, false, false}, // 76 QORDelimiterNode.expressionNode
+    {offsetof(QORDependency, clientClass_), 43, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DEPENDENCY, 13, false, false}, // 77 QORDependency.clientClass
+    {offsetof(QORDependency, supplierClass_), 44, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DEPENDENCY, 14, false, false}, // 78 QORDependency.supplierClass
+    {offsetof(QORDerivedType, derivedFromConcreteType_), 64, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DERIVED_TYPE, 19, false, false}, // 79 QORDerivedType.derivedFromConcreteType
+    {offsetof(QORDerivedType, typeValue_), 329, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DERIVED_TYPE, 20, true, true}, // 80 QORDerivedType.typeValue
+    {offsetof(QORDerivedType, sourceOfEnumeratedTypeMap_), 121, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::DERIVED_TYPE, 21, false, false}, // 81 QORDerivedType.sourceOfEnumeratedTypeMap
+    {offsetof(QORDerivedType, destinationOfEnumeratedTypeMap_), 122, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::DERIVED_TYPE, 22, false, false}, // 82 QORDerivedType.destinationOfEnumeratedTypeMap
+    {offsetof(QORDesignPackage, defaultDiagram_), 91, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DESIGN_PACKAGE, 13, false, false}, // 83 QORDesignPackage.defaultDiagram
+    {offsetof(QORDesignPackage, diagram_), 90, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 14, false, true}, // 84 QORDesignPackage.diagram
+    {offsetof(QORDesignPackage, modelElement_), 229, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 15, false, true}, // 85 QORDesignPackage.modelElement
+    {offsetof(QORDesignPackage, storedProcedure_), 302, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 16, false, true}, // 86 QORDesignPackage.storedProcedure
+    {offsetof(QORDesignPackage, importedModelObject_), 240, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::DESIGN_PACKAGE, 17, false, false}, // 87 QORDesignPackage.importedModelObject
+    {offsetof(QORDesignPackage, transformationTask_), 319, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 18, false, true}, // 88 QORDesignPackage.transformationTask
+    {offsetof(QORDesignPackage, transformationActivity_), 310, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DESIGN_PACKAGE, 19, false, true}, // 89 QORDesignPackage.transformationActivity
+    {offsetof(QORDiagram, designPackage_), 84, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::DIAGRAM, 11, false, false}, // 90 QORDiagram.designPackage
+    {offsetof(QORDiagram, defaultOfDesignPackage_), 83, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::DIAGRAM, 12, false, false}, // 91 QORDiagram.defaultOfDesignPackage
+    {offsetof(QORDiagram, modelElement_), 230, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIAGRAM, 13, false, false}, // 92 QORDiagram.modelElement
+    {offsetof(QORDiagram, presentationElement_), 264, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIAGRAM, 14, false, false}, // 93 QORDiagram.presentationElement
+    {offsetof(QORDimension, defaultHierarchy_), 166, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DIMENSION, 19, false, false}, // 94 QORDimension.defaultHierarchy
+    {offsetof(QORDimension, hierarchy_), 165, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIMENSION, 20, false, true}, // 95 QORDimension.hierarchy
+    {offsetof(QORDimension, level_), 194, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIMENSION, 21, false, true}, // 96 QORDimension.level
+    {offsetof(QORDimension, cubeDimensionAssociation_), 71, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION, 22, false, false}, // 97 QORDimension.cubeDimensionAssociation
+    {offsetof(QORDimension, join_), 183, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION, 23, false, false}, // 98 QORDimension.join
+    {offsetof(QORDimensionAttribute, descriptiveOfDimensionAttribute_), 101, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DIMENSION_ATTRIBUTE, 16, false, false}, // 99 QORDimensionAttribute.descriptiveOfDimensionAttribute
+    {offsetof(QORDimensionAttribute, levelAttribute_), 206, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION_ATTRIBUTE, 17, false, false}, // 100 QORDimensionAttribute.levelAttribute
+    {offsetof(QORDimensionAttribute, descriptiveDimensionAttribute_), 99, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DIMENSION_ATTRIBUTE, 18, false, false}, // 101 QORDimensionAttribute.descriptiveDimensionAttribute
+    {offsetof(QORDirectory, product_), 266, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIRECTORY, 4, false, true}, // 102 QORDirectory.product
+    {offsetof(QORDirectory, propertyElementTypeScope_), 273, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::DIRECTORY, 5, false, true}, // 103 QORDirectory.propertyElementTypeScope
+    {offsetof(QORDrillPath, drillPathLevelAssociation_), 107, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::DRILL_PATH, 13, false, false}, // 104 QORDrillPath.drillPathLevelAssociation
+    {offsetof(QORDrillPath, topDrillPathLevelAssociation_), 109, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DRILL_PATH, 14, false, false}, // 105 QORDrillPath.topDrillPathLevelAssociation
+    {offsetof(QORDrillPath, bottomDrillPathLevelAssociation_), 110, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DRILL_PATH, 15, false, false}, // 106 QORDrillPath.bottomDrillPathLevelAssociation
+    {offsetof(QORDrillPathLevelAssociation, drillPath_), 104, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 11, false, false}, // 107 QORDrillPathLevelAssociation.drillPath
+    {offsetof(QORDrillPathLevelAssociation, level_), 200, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 12, false, false}, // 108 QORDrillPathLevelAssociation.level
+    {offsetof(QORDrillPathLevelAssociation, topOfDrillPath_), 105, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 13, false, false}, // 109 QORDrillPathLevelAssociation.topOfDrillPath
+    {offsetof(QORDrillPathLevelAssociation, bottomOfDrillPath_), 106, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 14, false, false}, // 110 QORDrillPathLevelAssociation.bottomOfDrillPath
+    {offsetof(QORDrillPathLevelAssociation, levelAssociation_), 204, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::DRILL_PATH_LEVEL_ASSOCIATION, 15, false, false}, // 111 QORDrillPathLevelAssociation.levelAssociation
+    {offsetof(QORElement, note_), 241, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::ELEMENT, 0, false, false}, // 112 QORElement.note
+    {offsetof(QORElement, propertyValue_), 278, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::ELEMENT, 1, false, false}, // 113 QORElement.propertyValue
+    {offsetof(QORElement, referencedByElementNamePart_), 117, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::ELEMENT, 2, false, false}, // 114 QORElement.referencedByElementNamePart
+    {offsetof(QORElement, elementNode_), 118, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::ELEMENT, 3, false, false}, // 115 QORElement.elementNode
+    {offsetof(QORElementNamePart, elementNode_), 119, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::ELEMENT_NAME_PART, 0, false, false}, // 116 QORElementNamePart.elementNode
+    {offsetof(QORElementNamePart, referencedElement_), 114, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ELEMENT_NAME_PART, 1, false, false}, // 117 QORElementNamePart.referencedElement
+    {offsetof(QORElementNode, element_), 115, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::ELEMENT_NODE, 16, false, false}, // 118 QORElementNode.element
+    {offsetof(QORElementNode, elementNamePart_), 116, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::ELEMENT_NODE, 17, false, false}, // 119 QORElementNode.elementNamePart
+    {offsetof(QOREnumeratedAttributeMap, enumeratedTypeMap_), 123, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ENUMERATED_ATTRIBUTE_MAP, 8, false, false}, // 120 QOREnumeratedAttributeMap.enumeratedTypeMap
+    {offsetof(QOREnumeratedTypeMap, sourceDerivedType_), 81, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ENUMERATED_TYPE_MAP, 9, false, false}, // 121 QOREnumeratedTypeMap.sourceDerivedType
+    {offsetof(QOREnumeratedTypeMap, destinationDerivedType_), 82, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::ENUMERATED_TYPE_MAP, 10, false, false}, // 122 QOREnumeratedTypeMap.destinationDerivedType
+    {offsetof(QOREnumeratedTypeMap, enumeratedAttributeMap_), 120, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::ENUMERATED_TYPE_MAP, 11, false, false}, // 123 QOREnumeratedTypeMap.enumeratedAttributeMap
+    {offsetof(QORExpression, classifierMap_), 58, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION, 4, false, false}, // 124 QORExpression.classifierMap
+    {offsetof(QORExpression, featureMap_), 145, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION, 5, false, false}, // 125 QORExpression.featureMap
+    {offsetof(QORExpression, statementNode_), 296, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::EXPRESSION, 6, false, false}, // 126 QORExpression.statementNode
+    {offsetof(QORExpressionNode, type_), 328, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::EXPRESSION_NODE, 4, false, false}, // 127 QORExpressionNode.type
+    {offsetof(QORExpressionNode, operationNode_), 248, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 5, false, false}, // 128 QORExpressionNode.operationNode
+    {offsetof(QORExpressionNode, predicateNode_), 262, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 6, false, false}, // 129 QORExpressionNode.predicateNode
+    {offsetof(QORExpressionNode, leftOfOperatorNode_), 249, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 7, false, false}, // 130 QORExpressionNode.leftOfOperatorNode
+    {offsetof(QORExpressionNode, rightOfOperatorNode_), 250, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 8, false, false}, // 131 QORExpressionNode.rightOfOperatorNode
+    {offsetof(QORExpressionNode, conditionOfBranchingNode_), 25, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 9, false, false}, // 132 QORExpressionNode.conditionOfBranchingNode
+    {offsetof(QORExpressionNode, branchingNode_), 26, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 10, false, false}, // 133 QORExpressionNode.branchingNode
+    {offsetof(QORExpressionNode, delimiterNode_), 76, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 11, false, false}, // 134 QORExpressionNode.delimiterNode
+    {offsetof(QORExpressionNode, statementNode_), 298, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::EXPRESSION_NODE, 12, false, false}, // 135 QORExpressionNode.statementNode
+    {offsetof(QORExpressionNode, previousExpressionNode_), 137, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::EXPRESSION_NODE, 13, false, false}, // 136 QORExpressionNode.previousExpressionNode
+    {offsetof(QORExpressionNode, nextExpressionNode_), 136, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::EXPRESSION_NODE, 14, false, false}, // 137 QORExpressionNode.nextExpressionNode
+    {offsetof(QORExpressionNode, referencedByStatementNode_), 297, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::EXPRESSION_NODE, 15, false, false}, // 138 QORExpressionNode.referencedByStatementNode
+    {offsetof(QORFeature, type_), 327, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FEATURE, 11, false, false}, // 139 QORFeature.type
+    {offsetof(QORFeature, classifier_), 54, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::FEATURE, 12, false, false}, // 140 QORFeature.classifier
+    {offsetof(QORFeature, sourceOfFeatureMap_), 146, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FEATURE, 13, false, false}, // 141 QORFeature.sourceOfFeatureMap
+    {offsetof(QORFeature, destinationOfFeatureMap_), 147, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FEATURE, 14, false, false}, // 142 QORFeature.destinationOfFeatureMap
+    {offsetof(QORFeature, sourceOfSQLViewAttribute_), 293, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FEATURE, 15, false, false}, // 143 QORFeature.sourceOfSQLViewAttribute
+    {offsetof(QORFeatureMap, classifierMap_), 59, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::FEATURE_MAP, 4, false, false}, // 144 QORFeatureMap.classifierMap
+    {offsetof(QORFeatureMap, expression_), 125, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::FEATURE_MAP, 5, false, false}, // 145 QORFeatureMap.expression
+    {offsetof(QORFeatureMap, sourceFeature_), 141, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::FEATURE_MAP, 6, false, false}, // 146 QORFeatureMap.sourceFeature
+    {offsetof(QORFeatureMap, destinationFeature_), 142, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::FEATURE_MAP, 7, false, false}, // 147 QORFeatureMap.destinationFeature
+    {offsetof(QORFilter, cube_), 67, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::FILTER, 19, false, false}, // 148 QORFilter.cube
+    {offsetof(QORForeignKey, associationRole_), 9, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::FOREIGN_KEY, 15, false, false}, // 149 QORForeignKey.associationRole
+    {offsetof(QORForeignKey, candidateKey_), 31, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FOREIGN_KEY, 16, false, false}, // 150 QORForeignKey.candidateKey
+    {offsetof(QORForeignKey, generalization_), 156, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::FOREIGN_KEY, 17, false, false}, // 151 QORForeignKey.generalization
+    {offsetof(QORForeignKey, associationRoleNameMap_), 13, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::FOREIGN_KEY, 18, false, false}, // 152 QORForeignKey.associationRoleNameMap
+    {offsetof(QORFormat, version_), 339, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::FORMAT, 4, false, false}, // 153 QORFormat.version
+    {offsetof(QORFormat, defaultOfVersion_), 337, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FORMAT, 5, false, false}, // 154 QORFormat.defaultOfVersion
+    {offsetof(QORFormat, originalOfVersion_), 338, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::FORMAT, 6, false, false}, // 155 QORFormat.originalOfVersion
+    {offsetof(QORGeneralization, foreignKey_), 151, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::GENERALIZATION, 13, false, false}, // 156 QORGeneralization.foreignKey
+    {offsetof(QORGeneralization, supertypeClass_), 39, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::GENERALIZATION, 14, false, false}, // 157 QORGeneralization.supertypeClass
+    {offsetof(QORGeneralization, subtypeClass_), 40, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::GENERALIZATION, 15, false, false}, // 158 QORGeneralization.subtypeClass
+    {offsetof(QORGeneralization, discriminatorAttribute_), 21, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::GENERALIZATION, 16, false, false}, // 159 QORGeneralization.discriminatorAttribute
+    {offsetof(QORGrouping, associatedClass_), 33, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::GROUPING, 11, false, false}, // 160 QORGrouping.associatedClass
+    {offsetof(QORGrouping, parentGrouping_), 164, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::GROUPING, 12, false, false}, // 161 QORGrouping.parentGrouping
+    {offsetof(QORGrouping, leafAssociationRole_), 12, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::GROUPING, 13, false, false}, // 162 QORGrouping.leafAssociationRole
+    {offsetof(QORGrouping, leafAttribute_), 20, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::GROUPING, 14, false, false}, // 163 QORGrouping.leafAttribute
+    {offsetof(QORGrouping, childGrouping_), 161, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::GROUPING, 15, false, false}, // 164 QORGrouping.childGrouping
+    {offsetof(QORHierarchy, dimension_), 95, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::HIERARCHY, 11, false, false}, // 165 QORHierarchy.dimension
+    {offsetof(QORHierarchy, defaultOfDimension_), 94, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::HIERARCHY, 12, false, false}, // 166 QORHierarchy.defaultOfDimension
+    {offsetof(QORHierarchy, topHierarchyLevelAssociation_), 173, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::HIERARCHY, 13, false, false}, // 167 QORHierarchy.topHierarchyLevelAssociation
+    {offsetof(QORHierarchy, hierarchyLevelAssociation_), 171, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::HIERARCHY, 14, false, false}, // 168 QORHierarchy.hierarchyLevelAssociation
+    {offsetof(QORHierarchy, cubeDimensionAssociation_), 72, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::HIERARCHY, 15, false, false}, // 169 QORHierarchy.cubeDimensionAssociation
+    {offsetof(QORHierarchy, bottomHierarchyLevelAssociation_), 174, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::HIERARCHY, 16, false, false}, // 170 QORHierarchy.bottomHierarchyLevelAssociation
+    {offsetof(QORHierarchyLevelAssociation, hierarchy_), 168, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 11, false, false}, // 171 QORHierarchyLevelAssociation.hierarchy
+    {offsetof(QORHierarchyLevelAssociation, level_), 197, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 12, false, false}, // 172 QORHierarchyLevelAssociation.level
+    {offsetof(QORHierarchyLevelAssociation, topOfHierarchy_), 167, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 13, false, false}, // 173 QORHierarchyLevelAssociation.topOfHierarchy
+    {offsetof(QORHierarchyLevelAssociation, bottomOfHierarchy_), 170, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 14, false, false}, // 174 QORHierarchyLevelAssociation.bottomOfHierarchy
+    {offsetof(QORHierarchyLevelAssociation, levelAssociation_), 203, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::HIERARCHY_LEVEL_ASSOCIATION, 15, false, false}, // 175 QORHierarchyLevelAssociation.levelAssociation
+    {offsetof(QORIndex, associatedClass_), 46, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::INDEX, 11, false, false}, // 176 QORIndex.associatedClass
+    {offsetof(QORIndex, key_), 186, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::INDEX, 12, false, false}, // 177 QORIndex.key
+    {offsetof(QORIndex, indexMember_), 180, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::INDEX, 13, false, false}, // 178 QORIndex.indexMember
+    {offsetof(QORIndexMember, attribute_), 19, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::INDEX_MEMBER, 11, false, false}, // 179 QORIndexMember.attribute
+    {offsetof(QORIndexMember, index_), 178, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::INDEX_MEMBER, 12, false, false}, // 180 QORIndexMember.index
+    {offsetof(QORJoin, joinRole_), 184, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::JOIN, 19, false, false}, // 181 QORJoin.joinRole
+    {offsetof(QORJoin, cube_), 68, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::JOIN, 20, false, false}, // 182 QORJoin.cube
+    {offsetof(QORJoin, dimension_), 98, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::JOIN, 21, false, false}, // 183 QORJoin.dimension
+    {offsetof(QORJoinRole, join_), 181, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::JOIN_ROLE, 11, false, false}, // 184 QORJoinRole.join
+    {offsetof(QORJoinRole, classifier_), 56, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::JOIN_ROLE, 12, false, false}, // 185 QORJoinRole.classifier
+    {offsetof(QORKey, index_), 177, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::KEY, 11, false, false}, // 186 QORKey.index
+    {offsetof(QORKey, associatedClass_), 47, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::KEY, 12, false, false}, // 187 QORKey.associatedClass
+    {offsetof(QORKey, destinationOfKeyMap_), 190, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::KEY, 13, false, false}, // 188 QORKey.destinationOfKeyMap
+    {offsetof(QORKey, attribute_), 22, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::KEY, 14, false, false}, // 189 QORKey.attribute
+    {offsetof(QORKeyMap, destinationKey_), 188, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::KEY_MAP, 8, false, false}, // 190 QORKeyMap.destinationKey
+    {offsetof(QORKeyMap, childKeyMap_), 192, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::KEY_MAP, 9, false, false}, // 191 QORKeyMap.childKeyMap
+    {offsetof(QORKeyMap, parentKeyMap_), 191, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::KEY_MAP, 10, false, false}, // 192 QORKeyMap.parentKeyMap
+    {offsetof(QORKeyMap, sourceModelObject_), 235, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::KEY_MAP, 11, false, false}, // 193 QORKeyMap.sourceModelObject
+    {offsetof(QORLevel, dimension_), 96, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::LEVEL, 19, false, false}, // 194 QORLevel.dimension
+    {offsetof(QORLevel, levelKey_), 208, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::LEVEL, 20, false, false}, // 195 QORLevel.levelKey
+    {offsetof(QORLevel, defaultLevelAttribute_), 207, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL, 21, false, false}, // 196 QORLevel.defaultLevelAttribute
+    {offsetof(QORLevel, hierarchyLevelAssociation_), 172, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL, 22, false, false}, // 197 QORLevel.hierarchyLevelAssociation
+    {offsetof(QORLevel, parentOfLevelAssociation_), 201, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::LEVEL, 23, false, false}, // 198 QORLevel.parentOfLevelAssociation
+    {offsetof(QORLevel, childOfLevelAssociation_), 202, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL, 24, false, false}, // 199 QORLevel.childOfLevelAssociation
+    {offsetof(QORLevel, drillPathLevelAssociation_), 108, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL, 25, false, false}, // 200 QORLevel.drillPathLevelAssociation
+    {offsetof(QORLevelAssociation, parentLevel_), 198, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::LEVEL_ASSOCIATION, 11, false, false}, // 201 QORLevelAssociation.parentLevel
+    {offsetof(QORLevelAssociation, childLevel_), 199, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ASSOCIATION, 12, false, false}, // 202 QORLevelAssociation.childLevel
+    {offsetof(QORLevelAssociation, hierarchyLevelAssociation_), 175, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ASSOCIATION, 13, false, false}, // 203 QORLevelAssociation.hierarchyLevelAssociation
+    {offsetof(QORLevelAssociation, drillPathLevelAssociation_), 111, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ASSOCIATION, 14, false, false}, // 204 QORLevelAssociation.drillPathLevelAssociation
+    {offsetof(QORLevelAttribute, levelKey_), 209, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ATTRIBUTE, 16, false, false}, // 205 QORLevelAttribute.levelKey
+    {offsetof(QORLevelAttribute, dimensionAttribute_), 100, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::LEVEL_ATTRIBUTE, 17, false, false}, // 206 QORLevelAttribute.dimensionAttribute
+    {offsetof(QORLevelAttribute, defaultOfLevel_), 196, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::LEVEL_ATTRIBUTE, 18, false, false}, // 207 QORLevelAttribute.defaultOfLevel
+    {offsetof(QORLevelKey, level_), 195, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::LEVEL_KEY, 11, false, false}, // 208 QORLevelKey.level
+    {offsetof(QORLevelKey, levelAttribute_), 205, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::LEVEL_KEY, 12, false, false}, // 209 QORLevelKey.levelAttribute
+    {offsetof(QORMappingFormat, mappingModel_), 213, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MAPPING_FORMAT, 8, false, false}, // 210 QORMappingFormat.mappingModel
+    {offsetof(QORMappingFormat, sourceModelFormat_), 232, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::MAPPING_FORMAT, 9, false, false}, // 211 QORMappingFormat.sourceModelFormat
+    {offsetof(QORMappingFormat, destinationModelFormat_), 233, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::MAPPING_FORMAT, 10, false, false}, // 212 QORMappingFormat.destinationModelFormat
+    {offsetof(QORMappingModel, mappingFormat_), 210, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::MAPPING_MODEL, 4, false, false}, // 213 QORMappingModel.mappingFormat
+    {offsetof(QORMappingModel, variableClass_), 36, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 5, false, false}, // 214 QORMappingModel.variableClass
+    {offsetof(QORMappingModel, metadataOrigin_), 222, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 6, false, false}, // 215 QORMappingModel.metadataOrigin
+    {offsetof(QORMappingModel, transformation_), 304, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 7, false, true}, // 216 QORMappingModel.transformation
+    {offsetof(QORMappingModel, propertyElementTypeScope_), 272, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 8, false, true}, // 217 QORMappingModel.propertyElementTypeScope
+    {offsetof(QORMappingModel, type_), 323, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MAPPING_MODEL, 9, false, true}, // 218 QORMappingModel.type
+    {offsetof(QORMeasure, aggregationRule_), 0, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MEASURE, 16, false, false}, // 219 QORMeasure.aggregationRule
+    {offsetof(QORMetadataFormat, configurationFormat_), 66, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::METADATA_FORMAT, 7, false, true}, // 220 QORMetadataFormat.configurationFormat
+    {offsetof(QORMetadataOrigin, model_), 224, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::METADATA_ORIGIN, 4, false, false}, // 221 QORMetadataOrigin.model
+    {offsetof(QORMetadataOrigin, mappingModel_), 215, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::METADATA_ORIGIN, 5, false, false}, // 222 QORMetadataOrigin.mappingModel
+    {offsetof(QORModel, modelFormat_), 231, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::MODEL, 13, false, false}, // 223 QORModel.modelFormat
+    {offsetof(QORModel, metadataOrigin_), 221, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MODEL, 14, false, false}, // 224 QORModel.metadataOrigin
+    {offsetof(QORModel, type_), 322, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 15, false, true}, // 225 QORModel.type
+    {offsetof(QORModel, propertyElementTypeScope_), 271, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 16, false, true}, // 226 QORModel.propertyElementTypeScope
+    {offsetof(QORModel, physicalTarget_), 259, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 17, false, true}, // 227 QORModel.physicalTarget
+    {offsetof(QORModel, businessRule_), 27, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL, 18, false, true}, // 228 QORModel.businessRule
+    {offsetof(QORModelElement, designPackage_), 85, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::MODEL_ELEMENT, 11, false, false}, // 229 QORModelElement.designPackage
+    {offsetof(QORModelElement, diagram_), 92, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_ELEMENT, 12, false, false}, // 230 QORModelElement.diagram
+    {offsetof(QORModelFormat, model_), 223, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::MODEL_FORMAT, 8, false, false}, // 231 QORModelFormat.model
+    {offsetof(QORModelFormat, sourceOfMappingFormat_), 211, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_FORMAT, 9, false, false}, // 232 QORModelFormat.sourceOfMappingFormat
+    {offsetof(QORModelFormat, destinationOfMappingFormat_), 212, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_FORMAT, 10, false, false}, // 233 QORModelFormat.destinationOfMappingFormat
+    {offsetof(QORModelObject, dataPackage_), 74, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 4, false, false}, // 234 QORModelObject.dataPackage
+    {offsetof(QORModelObject, sourceOfKeyMap_), 193, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 5, false, false}, // 235 QORModelObject.sourceOfKeyMap
+    {offsetof(QORModelObject, presentationPresentationElement_), 265, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::MODEL_OBJECT, 6, false, false}, // 236 QORModelObject.presentationPresentationElement
+    {offsetof(QORModelObject, associatedPhysicalObject_), 255, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::MODEL_OBJECT, 7, false, false}, // 237 QORModelObject.associatedPhysicalObject
+    {offsetof(QORModelObject, associatedBusinessRule_), 29, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 8, false, false}, // 238 QORModelObject.associatedBusinessRule
+    {offsetof(QORModelObject, synonym_), 303, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::MODEL_OBJECT, 9, false, true}, // 239 QORModelObject.synonym
+    {offsetof(QORModelObject, importedByDesignPackage_), 87, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::MODEL_OBJECT, 10, false, false}, // 240 QORModelObject.importedByDesignPackage
+    {offsetof(QORNote, element_), 112, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::NOTE, 0, false, false}, // 241 QORNote.element
+    {offsetof(QOROperation, returnType_), 325, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::OPERATION, 11, false, false}, // 242 QOROperation.returnType
+    {offsetof(QOROperation, associatedClass_), 37, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::OPERATION, 12, false, false}, // 243 QOROperation.associatedClass
+    {offsetof(QOROperation, associatedSQLViewEntity_), 295, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::OPERATION, 13, false, false}, // 244 QOROperation.associatedSQLViewEntity
+    {offsetof(QOROperation, argument_), 3, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::OPERATION, 14, false, true}, // 245 QOROperation.argument
+    {offsetof(QOROperation, operationNode_), 247, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::OPERATION, 15, false, false}, // 246 QOROperation.operationNode
+    {offsetof(QOROperationNode, operation_), 246, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::OPERATION_NODE, 16, false, false}, // 247 QOROperationNode.operation
+    {offsetof(QOROperationNode, expressionNode_), 128, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::OPERATION_NODE, 17, false, false}, // 248 QOROperationNode.expressionNode
+    {offsetof(QOROperatorNode, leftExpressionNode_), 130, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::OPERATOR_NODE, 16, false, false}, // 249 QOROperatorNode.leftExpressionNode
+    {offsetof(QOROperatorNode, rightExpressionNode_), 131, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::OPERATOR_NODE, 17, false, false}, // 250 QOROperatorNode.rightExpressionNode
+    {offsetof(QORPackage, parentPackage_), 252, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PACKAGE, 11, false, false}, // 251 QORPackage.parentPackage
+    {offsetof(QORPackage, childPackage_), 251, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PACKAGE, 12, false, true}, // 252 QORPackage.childPackage
+    {offsetof(QORPhysicalObject, physicalTarget_), 260, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PHYSICAL_OBJECT, 11, false, false}, // 253 QORPhysicalObject.physicalTarget
+    {offsetof(QORPhysicalObject, destinationOfPhysicalRelationship_), 257, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::PHYSICAL_OBJECT, 12, false, false}, // 254 QORPhysicalObject.destinationOfPhysicalRelationship
+    {offsetof(QORPhysicalObject, modelObject_), 237, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::PHYSICAL_OBJECT, 13, false, false}, // 255 QORPhysicalObject.modelObject
+    {offsetof(QORPhysicalObject, sourceOfPhysicalRelationship_), 258, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PHYSICAL_OBJECT, 14, false, false}, // 256 QORPhysicalObject.sourceOfPhysicalRelationship
+    {offsetof(QORPhysicalRelationship, destinationPhysicalObject_), 254, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::PHYSICAL_RELATIONSHIP, 0, false, false}, // 257 QORPhysicalRelationship.destinationPhysicalObject
+    {offsetof(QORPhysicalRelationship, sourcePhysicalObject_), 256, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PHYSICAL_RELATIONSHIP, 1, false, false}, // 258 QORPhysicalRelationship.sourcePhysicalObject
+    {offsetof(QORPhysicalTarget, model_), 227, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PHYSICAL_TARGET, 11, false, false}, // 259 QORPhysicalTarget.model
+    {offsetof(QORPhysicalTarget, physicalObject_), 253, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PHYSICAL_TARGET, 12, false, false}, // 260 QORPhysicalTarget.physicalObject
+    {offsetof(QORPredicate, predicateNode_), 263, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PREDICATE, 0, false, false}, // 261 QORPredicate.predicateNode
+    {offsetof(QORPredicateNode, expressionNode_), 129, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::PREDICATE_NODE, 16, false, false}, // 262 QORPredicateNode.expressionNode
+    {offsetof(QORPredicateNode, predicate_), 261, QOREndShape::VECTOR, QORMetaLinkType::CHILD, QORElementType::PREDICATE_NODE, 17, false, false}, // 263 QORPredicateNode.predicate
+    {offsetof(QORPresentationElement, diagram_), 93, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PRESENTATION_ELEMENT, 0, false, false}, // 264 QORPresentationElement.diagram
+    {offsetof(QORPresentationElement, subjectModelObject_), 236, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::PRESENTATION_ELEMENT, 1, false, false}, // 265 QORPresentationElement.subjectModelObject
+    {offsetof(QORProduct, directory_), 102, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PRODUCT, 6, false, false}, // 266 QORProduct.directory
+    {offsetof(QORProduct, parentProduct_), 270, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PRODUCT, 7, false, false}, // 267 QORProduct.parentProduct
+    {offsetof(QORProduct, defaultVersion_), 336, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::PRODUCT, 8, false, false}, // 268 QORProduct.defaultVersion
+    {offsetof(QORProduct, version_), 335, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PRODUCT, 9, false, true}, // 269 QORProduct.version
+    {offsetof(QORProduct, childProduct_), 267, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PRODUCT, 10, false, true}, // 270 QORProduct.childProduct
+    {offsetof(QORPropertyElementTypeScope, model_), 226, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 0, false, false}, // 271 QORPropertyElementTypeScope.model
+    {offsetof(QORPropertyElementTypeScope, mappingModel_), 217, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 1, false, false}, // 272 QORPropertyElementTypeScope.mappingModel
+    {offsetof(QORPropertyElementTypeScope, directory_), 103, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 2, false, false}, // 273 QORPropertyElementTypeScope.directory
+    {offsetof(QORPropertyElementTypeScope, propertyType_), 275, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE, 3, false, true}, // 274 QORPropertyElementTypeScope.propertyType
+    {offsetof(QORPropertyType, propertyElementTypeScope_), 274, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_TYPE, 23, false, false}, // 275 QORPropertyType.propertyElementTypeScope
+    {offsetof(QORPropertyType, instanciatedPropertyValue_), 277, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::PROPERTY_TYPE, 24, false, false}, // 276 QORPropertyType.instanciatedPropertyValue
+    {offsetof(QORPropertyValue, propertyType_), 276, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::PROPERTY_VALUE, 0, false, false}, // 277 QORPropertyValue.propertyType
+    {offsetof(QORPropertyValue, element_), 113, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::PROPERTY_VALUE, 1, false, false}, // 278 QORPropertyValue.element
+    {offsetof(QORRealization, realizationClass_), 42, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::REALIZATION, 13, false, false}, // 279 QORRealization.realizationClass
+    {offsetof(QORRealization, specificationClass_), 45, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::REALIZATION, 14, false, false}, // 280 QORRealization.specificationClass
+    {offsetof(QORReport, reportItem_), 285, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::REPORT, 13, false, false}, // 281 QORReport.reportItem
+    {offsetof(QORReport, classifier_), 51, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::REPORT, 14, false, true}, // 282 QORReport.classifier
+    {offsetof(QORReportAttribute, reportField_), 284, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::REPORT_ATTRIBUTE, 16, false, false}, // 283 QORReportAttribute.reportField
+    {offsetof(QORReportField, reportAttribute_), 283, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::REPORT_FIELD, 17, false, false}, // 284 QORReportField.reportAttribute
+    {offsetof(QORReportItem, report_), 281, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::REPORT_ITEM, 11, false, false}, // 285 QORReportItem.report
+    {offsetof(QORReportItem, parentReportItem_), 287, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::REPORT_ITEM, 12, false, false}, // 286 QORReportItem.parentReportItem
+    {offsetof(QORReportItem, childReportItem_), 286, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::REPORT_ITEM, 13, false, false}, // 287 QORReportItem.childReportItem
+    {offsetof(QORReportItem, referencedByReportItem_), 289, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::REPORT_ITEM, 14, false, false}, // 288 QORReportItem.referencedByReportItem
+    {offsetof(QORReportItem, referencedReportItem_), 288, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::REPORT_ITEM, 15, false, false}, // 289 QORReportItem.referencedReportItem
+    {offsetof(QORReportItem, condition_), 65, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::REPORT_ITEM, 16, false, true}, // 290 QORReportItem.condition
+    {offsetof(QORSQLViewAssociation, destinationSQLViewEntity_), 294, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::SQL_VIEW_ASSOCIATION, 13, false, false}, // 291 QORSQLViewAssociation.destinationSQLViewEntity
+    {offsetof(QORSQLViewAssociation, sourceClassifier_), 55, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::SQL_VIEW_ASSOCIATION, 14, false, false}, // 292 QORSQLViewAssociation.sourceClassifier
+    {offsetof(QORSQLViewAttribute, sourceFeature_), 143, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::SQL_VIEW_ATTRIBUTE, 16, false, false}, // 293 QORSQLViewAttribute.sourceFeature
+    {offsetof(QORSQLViewEntity, destinationOfSQLViewAssociation_), 291, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::SQL_VIEW_ENTITY, 19, false, false}, // 294 QORSQLViewEntity.destinationOfSQLViewAssociation
+    {offsetof(QORSQLViewEntity, operation_), 244, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::SQL_VIEW_ENTITY, 20, false, false}, // 295 QORSQLViewEntity.operation
+    {offsetof(QORStatementNode, expression_), 126, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::STATEMENT_NODE, 16, false, false}, // 296 QORStatementNode.expression
+    {offsetof(QORStatementNode, referencedExpressionNode_), 138, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::STATEMENT_NODE, 17, false, false}, // 297 QORStatementNode.referencedExpressionNode
+    {offsetof(QORStatementNode, expressionNode_), 135, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::STATEMENT_NODE, 18, false, false}, // 298 QORStatementNode.expressionNode
+    {offsetof(QORStepPrecedence, transformationActivity_), 313, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::STEP_PRECEDENCE, 4, false, false}, // 299 QORStepPrecedence.transformationActivity
+    {offsetof(QORStepPrecedence, sourceTransformationStep_), 317, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::STEP_PRECEDENCE, 5, false, false}, // 300 QORStepPrecedence.sourceTransformationStep
+    {offsetof(QORStepPrecedence, destinationTransformationStep_), 318, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::STEP_PRECEDENCE, 6, false, false}, // 301 QORStepPrecedence.destinationTransformationStep
+    {offsetof(QORStoredProcedure, designPackage_), 86, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::STORED_PROCEDURE, 16, false, false}, // 302 QORStoredProcedure.designPackage
+    {offsetof(QORSynonym, modelObject_), 239, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::SYNONYM, 11, false, false}, // 303 QORSynonym.modelObject
+    {offsetof(QORTransformation, mappingModel_), 216, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 4, false, false}, // 304 QORTransformation.mappingModel
+    {offsetof(QORTransformation, transformationTask_), 320, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 5, false, false}, // 305 QORTransformation.transformationTask
+    {offsetof(QORTransformation, transformationStep_), 316, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 6, false, false}, // 306 QORTransformation.transformationStep
+    {offsetof(QORTransformation, transformationActivity_), 311, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION, 7, false, false}, // 307 QORTransformation.transformationActivity
+    {offsetof(QORTransformation, classifierMap_), 57, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION, 8, false, true}, // 308 QORTransformation.classifierMap
+    {offsetof(QORTransformation, dataSet_), 75, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION, 9, false, true}, // 309 QORTransformation.dataSet
+    {offsetof(QORTransformationActivity, designPackage_), 89, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION_ACTIVITY, 4, false, false}, // 310 QORTransformationActivity.designPackage
+    {offsetof(QORTransformationActivity, transformation_), 307, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_ACTIVITY, 5, false, false}, // 311 QORTransformationActivity.transformation
+    {offsetof(QORTransformationActivity, transformationStep_), 315, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_ACTIVITY, 6, false, true}, // 312 QORTransformationActivity.transformationStep
+    {offsetof(QORTransformationActivity, stepPrecedence_), 299, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_ACTIVITY, 7, false, false}, // 313 QORTransformationActivity.stepPrecedence
+    {offsetof(QORTransformationStep, transformationTask_), 321, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::TRANSFORMATION_STEP, 4, false, false}, // 314 QORTransformationStep.transformationTask
+    {offsetof(QORTransformationStep, transformationActivity_), 312, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION_STEP, 5, false, false}, // 315 QORTransformationStep.transformationActivity
+    {offsetof(QORTransformationStep, transformation_), 306, QOREndShape::UNARY, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_STEP, 6, false, false}, // 316 QORTransformationStep.transformation
+    {offsetof(QORTransformationStep, sourceOfStepPrecedence_), 300, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TRANSFORMATION_STEP, 7, false, false}, // 317 QORTransformationStep.sourceOfStepPrecedence
+    {offsetof(QORTransformationStep, destinationOfStepPrecedence_), 301, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TRANSFORMATION_STEP, 8, false, false}, // 318 QORTransformationStep.destinationOfStepPrecedence
+    {offsetof(QORTransformationTask, designPackage_), 88, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TRANSFORMATION_TASK, 4, false, false}, // 319 QORTransformationTask.designPackage
+    {offsetof(QORTransformationTask, transformation_), 305, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::TRANSFORMATION_TASK, 5, false, true}, // 320 QORTransformationTask.transformation
+    {offsetof(QORTransformationTask, transformationStep_), 314, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::TRANSFORMATION_TASK, 6, false, false}, // 321 QORTransformationTask.transformationStep
+    {offsetof(QORType, model_), 225, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE, 11, false, false}, // 322 QORType.model
+    {offsetof(QORType, mappingModel_), 218, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE, 12, false, false}, // 323 QORType.mappingModel
+    {offsetof(QORType, argument_), 4, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::TYPE, 13, false, false}, // 324 QORType.argument
+    {offsetof(QORType, operation_), 242, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::TYPE, 14, false, false}, // 325 QORType.operation
+    {offsetof(QORType, aliasType_), 2, QOREndShape::VECTOR, QORMetaLinkType::REF, QORElementType::TYPE, 15, false, false}, // 326 QORType.aliasType
+    {offsetof(QORType, feature_), 139, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TYPE, 16, false, false}, // 327 QORType.feature
+    {offsetof(QORType, expressionNode_), 127, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::TYPE, 17, false, false}, // 328 QORType.expressionNode
+    {offsetof(QORTypeValue, derivedType_), 80, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE_VALUE, 11, false, false}, // 329 QORTypeValue.derivedType
+    {offsetof(QORTypeValue, businessRule_), 28, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::TYPE_VALUE, 12, false, false}, // 330 QORTypeValue.businessRule
+    {offsetof(QORTypeValue, sourceOfTypeValueMap_), 333, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TYPE_VALUE, 13, false, false}, // 331 QORTypeValue.sourceOfTypeValueMap
+    {offsetof(QORTypeValue, destinationOfTypeValueMap_), 334, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::TYPE_VALUE, 14, false, false}, // 332 QORTypeValue.destinationOfTypeValueMap
+    {offsetof(QORTypeValueMap, sourceTypeValue_), 331, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::TYPE_VALUE_MAP, 8, false, false}, // 333 QORTypeValueMap.sourceTypeValue
+    {offsetof(QORTypeValueMap, destinationTypeValue_), 332, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::TYPE_VALUE_MAP, 9, false, false}, // 334 QORTypeValueMap.destinationTypeValue
+    {offsetof(QORVersion, product_), 269, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::VERSION, 6, false, false}, // 335 QORVersion.product
+    {offsetof(QORVersion, defaultOfProduct_), 268, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::VERSION, 7, false, false}, // 336 QORVersion.defaultOfProduct
+    {offsetof(QORVersion, defaultFormat_), 154, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::VERSION, 8, false, false}, // 337 QORVersion.defaultFormat
+    {offsetof(QORVersion, originalFormat_), 155, QOREndShape::UNARY, QORMetaLinkType::BACK_REF, QORElementType::VERSION, 9, false, false}, // 338 QORVersion.originalFormat
+    {offsetof(QORVersion, format_), 153, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::VERSION, 10, false, true}, // 339 QORVersion.format
+    {offsetof(QORVersion, predecessorVersion_), 341, QOREndShape::TREE, QORMetaLinkType::REF, QORElementType::VERSION, 11, false, false}, // 340 QORVersion.predecessorVersion
+    {offsetof(QORVersion, successorVersion_), 340, QOREndShape::TREE, QORMetaLinkType::BACK_REF, QORElementType::VERSION, 12, false, false}, // 341 QORVersion.successorVersion
 };
 
 std::uint16_t const QORMetamodel::lists[] = {

@@ -4,15 +4,19 @@
 #include <qor/QORBusinessRule.h>
 #include <qor/QORClass.h>
 #include <qor/QORCondition.h>
+#include <qor/QORConfigurationFormat.h>
 #include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
+#include <qor/QOREncodingConverter.h>
 #include <qor/QORException.h>
 #include <qor/QORMappingModel.h>
 #include <qor/QORModel.h>
+#include <qor/QORModelFormat.h>
 #include <qor/QORNote.h>
 #include <qor/QOROperation.h>
 #include <qor/QORReport.h>
 #include <qor/QORReportText.h>
+#include <qor/QORSynonym.h>
 #include <qor/QORTypeValue.h>
 
 #include "Mortal.h"
@@ -440,4 +444,92 @@ TEST_F(OutOfOrderValues, AValueOfATypeAndARuleIsSortedUnderTheTypeOnly) {
     rule.reset();
     EXPECT_EQ(4, type.getTypeValueCount());
     EXPECT_EQ(nullptr, values[1]->getBusinessRule());
+}
+
+// ---- re-encoding ----------------------------------------------------------------------------------------
+
+namespace {
+
+/// Synonyms of a model object, which takes one of a name alone; an assignment doesn't ask it.
+struct OutOfOrderSynonyms : public ::testing::Test {
+    QORSynonym* add(char const* name) {
+        auto* const synonym = named<QORSynonym>(name);
+        EXPECT_TRUE(model.addSynonym(synonym));
+        return synonym;
+    }
+
+    void transcode(QORObject& object) {
+        std::unique_ptr<QOREncodingConverter> const latin1(QOREncodingConverter::create("ISO-8859-1"));
+        std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
+        int converted = 0, failed = 0;
+        object.transcode(latin1.get(), utf8.get(), converted, failed);
+        EXPECT_EQ(0, failed);
+    }
+
+    QORModel model;
+};
+
+} // namespace
+
+TEST_F(OutOfOrderSynonyms, NamesakesAreToldApartByReEncodingThoughTheirNameStays) {
+    QORSynonym* const first = add("a");
+    QORSynonym* const second = add("b");
+    *second = *first;
+    ASSERT_STREQ("a", second->getName().chars);
+    transcode(model);
+    EXPECT_STREQ("a/1", first->getName().chars);
+    EXPECT_STREQ("a", second->getName().chars);
+    EXPECT_EQ(second, model.getSynonym(0));
+    EXPECT_EQ(first, model.getSynonym(1));
+}
+
+TEST_F(OutOfOrderSynonyms, ReEncodingBringsThemBackInOrderThoughTheirNamesStay) {
+    QORSynonym* const first = add("a");
+    QORSynonym* const second = add("b");
+    QORSynonym const source(*std::unique_ptr<QORSynonym>(named<QORSynonym>("c")));
+    *first = source;
+    ASSERT_EQ(first, model.getSynonym(0));
+    transcode(*first);
+    EXPECT_EQ(second, model.getSynonym(0));
+    EXPECT_EQ(first, model.getSynonym(1));
+}
+
+// ---- links made twice -----------------------------------------------------------------------------------
+
+TEST(OutOfOrderLinks, ALinkIsntMadeAgainWhereARenameHidesItFromBothEnds) {
+    QORConfigurationFormat configuration, other;
+    QORModelFormat first, second, third;
+    configuration.setName("m");
+    other.setName("n");
+    first.setName("a");
+    second.setName("m");
+    third.setName("z");
+    for (QORModelFormat* const format : {&first, &second, &third})
+        ASSERT_TRUE(configuration.addMetadataFormat(format));
+    ASSERT_TRUE(first.addConfigurationFormat(&other));
+    first.setName("zz");
+    configuration.setName("o");
+    EXPECT_FALSE(configuration.addMetadataFormat(&first));
+    EXPECT_FALSE(first.addConfigurationFormat(&configuration));
+    EXPECT_EQ(3, configuration.getMetadataFormatCount());
+    EXPECT_EQ(2, first.getConfigurationFormatCount());
+    EXPECT_TRUE(configuration.removeMetadataFormat(&first));
+    EXPECT_FALSE(first.removeConfigurationFormat(&configuration));
+    EXPECT_TRUE(configuration.addMetadataFormat(&first));
+    configuration.isolate(false); // or it would die with the last one
+    other.isolate(false);
+}
+
+TEST(OutOfOrderLinks, AnObjectInItsOwnEndIsntAddedAgainWhereARenameHidesIt) {
+    QORDesignPackage package, first, second;
+    package.setName("a");
+    first.setName("b");
+    second.setName("c");
+    EXPECT_FALSE(package.addChildPackage(&package)); // and yet it stays
+    ASSERT_TRUE(package.addChildPackage(&first));
+    ASSERT_TRUE(package.addChildPackage(&second));
+    package.setName("d");
+    EXPECT_FALSE(package.addChildPackage(&package));
+    EXPECT_FALSE(package.addParentPackage(&package));
+    EXPECT_EQ(3, package.getChildPackageCount());
 }

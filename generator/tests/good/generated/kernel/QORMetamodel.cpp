@@ -11,10 +11,10 @@
 #include <cstddef>
 
 QORLinkEnd const QORMetamodel::ends[] = {
-    {offsetof(QORBox, standsOnBox_), 1, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::BOX, 1, false}, // 0 QORBox.standsOnBox
-    {offsetof(QORBox, carriesBox_), 0, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::BOX, 2, false}, // 1 QORBox.carriesBox
-    {offsetof(QORShelf, thing_), 3, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::SHELF, 0, true}, // 2 QORShelf.thing
-    {offsetof(QORThing, shelf_), 2, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::THING, 0, false}, // 3 QORThing.shelf
+    {offsetof(QORBox, standsOnBox_), 1, QOREndShape::UNARY, QORMetaLinkType::REF, QORElementType::BOX, 1, false, false}, // 0 QORBox.standsOnBox
+    {offsetof(QORBox, carriesBox_), 0, QOREndShape::VECTOR, QORMetaLinkType::BACK_REF, QORElementType::BOX, 2, false, false}, // 1 QORBox.carriesBox
+    {offsetof(QORShelf, thing_), 3, QOREndShape::TREE, QORMetaLinkType::CHILD, QORElementType::SHELF, 0, true, true}, // 2 QORShelf.thing
+    {offsetof(QORThing, shelf_), 2, QOREndShape::UNARY, QORMetaLinkType::PARENT, QORElementType::THING, 0, false, false}, // 3 QORThing.shelf
 };
 
 std::uint16_t const QORMetamodel::lists[] = {
