@@ -37,6 +37,8 @@ def render(model) -> dict:
         files[f"tests/generated/Attributes{number}Test.cpp"] = attribute_file(model, part)
     for number, part in enumerate(parts(pairs(classes), LINK_FILES), 1):
         files[f"tests/generated/LinkEnds{number}Test.cpp"] = link_file(model, part)
+    files["tests/generated/ClassRows.cpp"] = class_rows_file(model)
+    files["tests/generated/EndRows.cpp"] = end_rows_file(model)
     return files
 
 
@@ -257,17 +259,13 @@ def end_name(end):
 
 
 def end_constant(model, end):
-    cls, far, x = end.owner.name, end.far_class, capital(end.role)
+    cls, far = end.owner.name, end.far_class
     text = model.enumerations["QORAssociationType"][end.id]
     made = concrete(model, end.owner)
     order, names = order_and_names(model, end)
     companion, companion_class = companion_of(model, end, made)
-    if end.container:
-        kind = "NaryMembers"
-        members = [f"get{x}Count", f"get{x}", f"add{x}", f"remove{x}", f"remove{x}", f"remove{x}", f"remove{x}s"]
-    else:
-        kind = "UnaryMembers"
-        members = [f"get{x}", f"add{x}", f"remove{x}", f"remove{x}"]
+    kind = "NaryMembers" if end.container else "UnaryMembers"
+    members = end_members(end)
     return "\n".join([
         f"constexpr End {end_name(end)} =",
         *wrapped(f"    {kind}<", [cls, far] + [f"&{cls}::{member}" for member in members], ">::of("),
@@ -318,3 +316,82 @@ def end_test(model, end):
     if end.find:
         lines.append(f"    checkFinding<{cls}, {far}, &{cls}::get{x}, &{cls}::contains{x}>({ends});")
     return "\n".join(lines + ["}", ""])
+
+
+# ---- rows for the random test -------------------------------------------------------------------------------
+
+
+def rows_file(headers, body):
+    includes = [f"#include <qor/{name}.h>" for name in sorted(headers)]
+    return "\n".join([HEADING + '#include "Metamodel.h"', "", *includes, "", *body, ""])
+
+
+def class_rows_file(model):
+    used = sorted({a.type for cls in model.classes for a in cls.attributes if a.type not in KINDS})
+    body = ["namespace metamodel {", "namespace {", "",
+            *[enumeration_table(name, model.enumerations[name]) for name in used],
+            "std::vector<Class> makeClasses() {", "    std::vector<Class> rows(151);"]
+    for cls in sorted(model.classes, key=lambda c: c.id):
+        body += [f"    rows[{cls.id}] = {{{cls.id}, {quoted(cls.name)}, {cls.base.id if cls.base else -1}, "
+                 f"{boolean(cls.abstract)}, {{",
+                 *(f"        {attribute_row(a)}," for a in cls.attributes_in_field_order()), "    },"]
+        body += wrapped("        {", [str(link.id) for link in cls.links_in_field_order()], "},")
+        made = f"Made<{cls.name}>::"
+        members = [made + member for member in ("make", "makeWatched", "copy", "assign")]
+        body += wrapped("        ", members if is_made(cls) else ["nullptr"] * 4, "};")
+    body += ["    return rows;", "}", "", "} // namespace", "", "std::vector<Class> const& classes() {",
+             "    static std::vector<Class> const rows = makeClasses();", "    return rows;", "}", "",
+             "} // namespace metamodel"]
+    return rows_file({cls.name for cls in model.classes}, body)
+
+
+def is_made(cls):
+    return not cls.abstract and cls.base is not None
+
+
+def attribute_row(attribute):
+    texts = "nullptr" if attribute.type in KINDS else texts_name(attribute.type)
+    return (f"{{{attribute.id}, {quoted(attribute.name)}, QORMetaAttributeType::{KINDS.get(attribute.type, 'ENUM')}, "
+            f"{quoted(attribute.first)}, {boolean(attribute.compare)}, {boolean(attribute.assign)}, {texts}}}")
+
+
+def end_rows_file(model):
+    links = sorted((link for cls in model.classes for link in cls.links), key=lambda link: link.id)
+    headers = {cls.name for cls in model.classes} | {link.view for link in links if link.view}
+    body = ["namespace metamodel {", "namespace {", "", "std::vector<End> makeEnds() {", "    std::vector<End> rows(375);"]
+    for link in links:
+        body += end_row(link)
+    body += ["    return rows;", "}", "", "} // namespace", "", "std::vector<End> const& ends() {",
+             "    static std::vector<End> const rows = makeEnds();", "    return rows;", "}", "",
+             "} // namespace metamodel"]
+    return rows_file(headers, body)
+
+
+def end_row(link):
+    cls, far, x = link.owner.name, link.far_class, capital(link.role)
+    kind = "Nary" if link.container else "Unary"
+    members = [f"{kind}<{', '.join([cls, far] + [f'&{cls}::{member}' for member in end_members(link)])}>"]
+    if link.find:
+        members.append(f"Finding<{cls}, {far}, &{cls}::get{x}, &{cls}::contains{x}>")
+    if link.view:
+        members.append(f"ByPosition<{cls}, {link.view}, &{cls}::get{x}ByPosition>")
+    return [f"    rows[{link.id}] = end<{', '.join(members)}>(",
+            f"        {{{link.id}, {quoted(cls)}, {quoted(link.role)}, {link.owner.id}, {link.far.id}, "
+            f"QORMetaLinkType::{LINK_TYPES[link.kind]}, Container::{container_row(link)}, "
+            f"{boolean(link.left_to_destructor)},",
+            f"         {', '.join(['nullptr'] * 12)}}});"]
+
+
+def end_members(link):
+    x = capital(link.role)
+    if link.container:
+        return [f"get{x}Count", f"get{x}", f"add{x}", f"remove{x}", f"remove{x}", f"remove{x}", f"remove{x}s"]
+    return [f"get{x}", f"add{x}", f"remove{x}", f"remove{x}"]
+
+
+def container_row(link):
+    """QORNamePtrLinkTree as NAME_PTR_TREE."""
+    if not link.container:
+        return "NONE"
+    plain = link.container.removeprefix("QOR").replace("Link", "")
+    return "".join(("_" if c.isupper() and i else "") + c.upper() for i, c in enumerate(plain))

@@ -1,0 +1,142 @@
+#include "Deaths.h"
+
+#include "Metamodel.h"
+
+#include <qor/QORPool.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <malloc.h>
+#include <new>
+
+namespace {
+
+/// Addresses of watched objects; nothing in here may allocate, as operator delete comes by.
+class Table {
+public:
+    void insert(void* address) {
+        std::size_t slot = slotOf(address);
+        while (slots[slot] && slots[slot] != gone)
+            slot = (slot + 1) % slots.size();
+        slots[slot] = address;
+    }
+
+    bool erase(void const* address) {
+        for (std::size_t slot = slotOf(address); slots[slot]; slot = (slot + 1) % slots.size())
+            if (slots[slot] == address) {
+                slots[slot] = gone;
+                return true;
+            }
+        return false;
+    }
+
+private:
+    static std::size_t slotOf(void const* address) {
+        return (reinterpret_cast<std::uintptr_t>(address) >> 4) * 2654435761U % (1U << 16);
+    }
+
+    void* const gone = this;
+    std::array<void*, 1U << 16> slots{};
+};
+
+Table table;
+bool all = false;
+std::array<QORObject*, 8192> dead;
+std::size_t deadCount = 0;
+std::array<void*, 16> kept{}; ///< blocks that aren't given out again at once
+std::size_t nextKept = 0;
+
+void note(QORObject* object) {
+    if (table.erase(object) && deadCount < dead.size())
+        dead[deadCount++] = object;
+}
+
+void* obtain(std::size_t size) {
+    if (void* const block = std::malloc(size ? size : 1))
+        return block;
+    throw std::bad_alloc();
+}
+
+void giveBack(void* block) noexcept {
+    if (!all || !table.erase(block)) {
+        std::free(block);
+        return;
+    }
+    if (deadCount < dead.size())
+        dead[deadCount++] = static_cast<QORObject*>(block);
+#if defined(__SANITIZE_ADDRESS__)
+    std::free(block);
+#else
+    std::memset(block, 0xD5, malloc_usable_size(block));
+    std::free(kept[nextKept]);
+    kept[nextKept] = block;
+    nextKept = (nextKept + 1) % kept.size();
+#endif
+}
+
+} // namespace
+
+namespace metamodel {
+
+void (*whenWatchedDies)(QORObject* object) = [](QORObject* object) {
+    if (!all)
+        note(object);
+};
+
+} // namespace metamodel
+
+namespace deaths {
+
+void watchAll(bool every) {
+    QORPool::bypass(every);
+    all = every;
+}
+
+bool allAreWatched() {
+    return all;
+}
+
+void watch(QORObject* object) {
+    table.insert(object);
+}
+
+std::vector<QORObject*> take() {
+    std::vector<QORObject*> result(dead.begin(), dead.begin() + static_cast<std::ptrdiff_t>(deadCount));
+    deadCount = 0;
+    return result;
+}
+
+} // namespace deaths
+
+void* operator new(std::size_t size) {
+    return obtain(size);
+}
+void* operator new[](std::size_t size) {
+    return obtain(size);
+}
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    return std::malloc(size ? size : 1);
+}
+void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
+    return std::malloc(size ? size : 1);
+}
+void operator delete(void* block) noexcept {
+    giveBack(block);
+}
+void operator delete[](void* block) noexcept {
+    giveBack(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    giveBack(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    giveBack(block);
+}
+void operator delete(void* block, std::nothrow_t const&) noexcept {
+    giveBack(block);
+}
+void operator delete[](void* block, std::nothrow_t const&) noexcept {
+    giveBack(block);
+}

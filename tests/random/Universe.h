@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Model.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace model {
+
+enum class Kind {
+    CREATE,
+    LINK,
+    UNLINK,
+    REMOVE,
+    REMOVE_AT,
+    REMOVE_NAMED,
+    REMOVE_ALL,
+    SET_NAME,
+    SET_UNIQUE_NAME,
+    SET_VALUE,
+    COPY,
+    ASSIGN,
+    COMPARE,
+    ISOLATE,
+    TAKE_APART,
+    LEAVE_OWNER,
+    DESTROY,
+    TRANSCODE,
+    WALK,
+    DESTROY_BELOW,
+    FIND,
+    VIEW,
+    COUNT
+};
+
+/// One operation. Objects are named by the step that made them; where they have gone or never came, the step
+/// does nothing. So any steps can be left out.
+struct Step {
+    int number;
+    Kind kind;
+    Key object;
+    Key other;
+    int what;   ///< number of the class, end or attribute
+    int detail; ///< position, cursor or variant
+    int form;   ///< which of several equal forms is called
+    std::array<char, 48> text;
+};
+
+char const* describe(Kind kind);
+/// Whether the operation is one on a link end.
+bool concernsEnd(Kind kind);
+std::string describe(Step const& step);
+
+/// How often each thing was done, over many universes.
+struct Coverage {
+    std::array<long, static_cast<std::size_t>(Kind::COUNT)> steps; ///< that did something
+    std::array<long, 151> created;                                 ///< objects by class
+    std::array<long, 375> linked;                                  ///< links made by end
+    std::array<std::array<long, 4>, 375> removed;                  ///< removals by end and form
+    std::array<long, static_cast<std::size_t>(Container::NAME_VECTOR) + 1> elements; ///< added, by container
+    long largestEnd;
+    long foreseen;
+    long unforeseen;
+    long refused;
+    long unforeseeable;
+    long deaths;
+    long selfLinks;
+};
+
+/// Faults put in on purpose, for the test of the test.
+enum class Plant { NONE, WRONG_RULE, CRASH };
+
+/// Objects of the library beside their model. Every operation is done on both and compared.
+class Universe {
+public:
+    Universe(Coverage& whatIsDone, Plant plant);
+    Universe(Universe const&) = delete;
+    Universe& operator=(Universe const&) = delete;
+
+    /// Throws a Mismatch where the library does otherwise than the rules say.
+    void perform(Step const& step);
+    /// Compares everything.
+    void checkAll();
+    /// Deletes all objects, one after the other.
+    void clear();
+
+    World world;
+
+private:
+    void run(Step const& step, Object* object, Object* other);
+    void create(Step const& step);
+    void link(Step const& step, End const& end, Object& object, Object& other);
+    void unlink(Step const& step, End const& end, Object& object, Object& other);
+    void remove(Step const& step, End const& end, Object& object);
+    void removeNamed(Step const& step, End const& end, Object& object);
+    bool removeNamedOnce(End const& end, Object& object, QORString const& name, int* cursor);
+    void setName(Step const& step, Object& object);
+    void setUniqueName(Step const& step, Object& object);
+    void setValue(Step const& step, Object& object);
+    void copy(Step const& step, Object& object);
+    void assign(Step const& step, Object& object, Object& other);
+    void compare(Object& object, Object& other);
+    void transcode(Step const& step, Object& object);
+    void walk(Object& object);
+    void find(Step const& step, End const& end, Object& object, Object* other);
+    void view(End const& end, Object& object);
+
+    void checkDeaths();
+    void checkTouched();
+    void check(Object const& object, bool values);
+    void checkEnd(Object const& object, End const& end, Side const& side);
+    void watchNew();
+    bool soundForVerify() const;
+
+    Coverage& coverage;
+    Plant planted;
+    int stepsDone = 0;
+    unsigned reading = 0; ///< changes how ends are read, so that cursors come to stand anywhere
+};
+
+} // namespace model
