@@ -10,6 +10,7 @@
 #include <qor/QORBaseType.h>
 #include <qor/QORClass.h>
 #include <qor/QORDatabaseCatalog.h>
+#include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
 #include <qor/QORGeneralization.h>
 #include <qor/QORIndex.h>
@@ -79,8 +80,8 @@ TEST(GraphDiff, ObjectsComeAndGoWithWhatTheyOwn) {
     b.sales->addModelElement(order);
     order->addNote(note);
     note->setValue("late");
-    EXPECT_EQ(textOf(a, b), "+ Class sales/order\n  + Note Note:  (value \"late\")\n");
-    EXPECT_EQ(textOf(b, a), "- Class sales/order\n  - Note Note:  (value \"late\")\n");
+    EXPECT_EQ(textOf(a, b), "+ Class sales/order\n  + Note:  (value \"late\")\n");
+    EXPECT_EQ(textOf(b, a), "- Class sales/order\n  - Note:  (value \"late\")\n");
 }
 
 TEST(GraphDiff, AttributesAreToldOneByOne) {
@@ -125,6 +126,18 @@ TEST(GraphDiff, LinksAreToldOneByOne) {
     EXPECT_EQ(textOf(a, b), "Class sales/customer\n  ~ Attribute mail: type text -> number\n");
     b.mail->removeType(b.number);
     EXPECT_EQ(textOf(a, b), "Class sales/customer\n  ~ Attribute mail: type without text\n");
+}
+
+TEST(GraphDiff, LinkToAnObjectThatCameIsLeftOutOfTheTextAlone) {
+    Shop a;
+    Shop b;
+    auto* derived = b.named(new QORDerivedType, "derived");
+    b.model->addType(derived);
+    b.text->addDerivedType(derived);
+    EXPECT_EQ(textOf(a, b), "Model shop\n  + DerivedType derived  (derivedFromConcreteType text)\n");
+    diff::Difference const difference = diff::compare(*a.model, *b.model);
+    ASSERT_EQ(difference.changed.size(), 1u);
+    EXPECT_EQ(difference.changed[0].links.at(0).added.at(0).path, "derived");
 }
 
 TEST(GraphDiff, OrderCountsWhereAnEndKeepsOne) {

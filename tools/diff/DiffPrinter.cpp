@@ -145,14 +145,21 @@ private:
         chapter(place).lines.push_back({sign, text});
     }
 
+    /// Class and path of a thing; the class isn't said twice.
+    static std::string labelOf(std::string const& className, Place const& place) {
+        bool const saysClass =
+            lastStepOf(place.within).compare(0, className.size() + 1, className + ":") == 0;
+        return saysClass ? place.within : className + " " + place.within;
+    }
+
     static std::string subjectOf(Pair const& pair) {
-        return pair.place.within.empty() ? "" : pair.className + " " + pair.place.within + " ";
+        return pair.place.within.empty() ? "" : labelOf(pair.className, pair.place) + " ";
     }
 
     void addSingle(char sign, Single const& single) {
         std::string const details = single.details.empty() ? "" : "  (" + single.details + ")";
         if (!single.place.within.empty()) {
-            add(single.place, sign, single.className + " " + single.place.within + details);
+            add(single.place, sign, labelOf(single.className, single.place) + details);
         } else {
             chapter(single.place).isAdded = sign == '+';
         }
@@ -160,7 +167,7 @@ private:
 
     void addChange(Change const& change) {
         Place const& place = change.place;
-        std::string const subject = place.within.empty() ? "" : change.className + " " + place.within + ": ";
+        std::string const subject = place.within.empty() ? "" : labelOf(change.className, place) + ": ";
         for (AttributeChange const& attribute : change.attributes) {
             std::string from = attribute.from;
             std::string to = attribute.to;
@@ -179,17 +186,22 @@ private:
     void addLinks(Place const& place, std::string const& subject, LinkChange const& change) {
         if (change.isUnary && change.removed.size() == 1 && change.added.size() == 1) {
             add(place, '~',
-                subject + " " + near(place, change.removed[0]) + " -> " + near(place, change.added[0]));
+                subject + " " + near(place, change.removed[0].path) + " -> " +
+                    near(place, change.added[0].path));
         } else {
-            for (std::string const& path : change.removed) {
-                add(place, '~', subject + " without " + near(place, path));
-            }
-            for (std::string const& path : change.added) {
-                add(place, '~', subject + " with " + near(place, path));
-            }
+            addLinks(place, subject + " without ", change.removed);
+            addLinks(place, subject + " with ", change.added);
         }
         if (change.reordered) {
             add(place, '~', subject + " in another order");
+        }
+    }
+
+    void addLinks(Place const& place, std::string const& what, std::vector<LinkedObject> const& objects) {
+        for (LinkedObject const& object : objects) {
+            if (!object.alone) {
+                add(place, '~', what + near(place, object.path));
+            }
         }
     }
 
@@ -220,11 +232,11 @@ void printList(char const* key, std::vector<Element> const& elements, std::ostre
     out << (elements.empty() ? "]" : "\n]");
 }
 
-void printPaths(std::vector<std::string> const& paths, std::ostream& out) {
+void printPaths(std::vector<LinkedObject> const& objects, std::ostream& out) {
     out << '[';
     char const* before = "";
-    for (std::string const& path : paths) {
-        out << before << exchange::jsonValue(path);
+    for (LinkedObject const& object : objects) {
+        out << before << exchange::jsonValue(object.path);
         before = ", ";
     }
     out << ']';

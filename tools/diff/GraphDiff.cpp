@@ -38,15 +38,17 @@ bool isText(QORMetaAttribute const& attribute) {
            attribute.getType() == QORMetaAttributeType::DATE;
 }
 
-/// The references and attributes of an object, but for those that only repeat its name or its place.
+/// The objects that an object is linked with one by one, and its attributes, but for those that only repeat
+/// its name or its place.
 std::string detailsOf(QORObject& object) {
     std::string text;
     auto const append = [&text](std::string const& more) {
         text.append(text.empty() ? "" : ", ").append(more);
     };
     for (QORMetaLink const* link : kit::linksOf(object)) {
-        QORObject const* const far =
-            link->isUnary() && link->getType() == QORMetaLinkType::REF ? link->getLink(&object, 0) : nullptr;
+        bool const refers =
+            link->getType() == QORMetaLinkType::REF || link->getType() == QORMetaLinkType::BACK_REF;
+        QORObject const* const far = link->isUnary() && refers ? link->getLink(&object, 0) : nullptr;
         if (far && far->getName().length) {
             append(textOf(link->getRoleName()) + " " + textOf(far->getName()));
         }
@@ -284,14 +286,14 @@ private:
     /// go to `alone`.
     static std::vector<QORObject*> keptIn(Side const& side, std::vector<QORObject*> const& objects,
                                           std::vector<QORObject*> const& others,
-                                          std::vector<std::string>* alone) {
+                                          std::vector<LinkedObject>* alone) {
         std::unordered_set<QORObject const*> const held(others.begin(), others.end());
         std::vector<QORObject*> kept;
         for (QORObject* object : objects) {
             if (held.count(side.partnerOf(object))) {
                 kept.push_back(object);
             } else if (alone) {
-                alone->push_back(side.paths.pathOf(*object));
+                alone->push_back({side.paths.pathOf(*object), !side.partnerOf(object)});
             }
         }
         return kept;

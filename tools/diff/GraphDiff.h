@@ -39,11 +39,17 @@ struct AttributeChange {
     bool isText;
 };
 
-/// What an end holds in one graph alone, by paths, and whether it has the rest in another order.
+/// An object by its path. `alone` is one that the other graph hasn't at all.
+struct LinkedObject {
+    std::string path;
+    bool alone;
+};
+
+/// What an end holds in one graph alone, and whether it has the rest in another order.
 struct LinkChange {
     std::string role;
-    std::vector<std::string> removed; ///< paths in the first graph
-    std::vector<std::string> added;   ///< paths in the second graph
+    std::vector<LinkedObject> removed; ///< of the first graph
+    std::vector<LinkedObject> added;   ///< of the second graph
     bool reordered;
     bool isUnary;
 };
@@ -100,8 +106,9 @@ struct Options {
 /// Throws kit::ToolError for a rename that no two objects of one class answer to.
 Difference compare(QORObject& before, QORObject& after, Options const& options = {});
 
-/// Writes a line for each thing under a heading for each table, and how many there are of each kind; nothing
-/// for no difference.
+/// Writes a line for each thing under a heading for each table, and how many objects there are of each kind;
+/// nothing for no difference. A link to an object that the other graph hasn't at all is left out, since that
+/// object is told itself; JSON has all of them.
 void printText(Difference const& difference, bool inColor, std::ostream& out);
 void printJson(Difference const& difference, std::ostream& out);
 

@@ -2,6 +2,7 @@
 
 #include "exchange/JsonText.h"
 #include "kit/Numbering.h"
+#include "kit/Owners.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORFeature.h>
@@ -51,14 +52,12 @@ std::string label(QORString const& name) {
 
 class Drawing {
 public:
-    Drawing(QORObject& root, std::ostream& stream) : numbering(root), out(stream) {}
+    Drawing(QORObject& root, std::ostream& stream) : numbering(root), owners(numbering), out(stream) {}
 
     void write() {
         out << "digraph {\nrankdir=LR;\nnode [shape=record];\n";
-        for (QORObject* object : numbering.objects()) {
-            if (!object->getParent()) {
-                writeBoxes(*object);
-            }
+        for (QORObject* top : owners.tops()) {
+            writeBoxes(*top);
         }
         for (QORObject* object : numbering.objects()) {
             writeArrows(*object);
@@ -95,7 +94,7 @@ private:
                 continue;
             }
             for (QORObject* child : numbering.elements(object, *link)) {
-                if (child->getParent() == &object) {
+                if (owners.of(*child) == &object) {
                     children.push_back(child);
                 }
             }
@@ -168,6 +167,7 @@ private:
     }
 
     kit::Numbering numbering;
+    kit::Owners owners;
     std::ostream& out;
 };
 

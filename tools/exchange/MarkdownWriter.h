@@ -6,7 +6,8 @@ class QORObject;
 
 namespace exchange {
 
-/// Writes a page with a chapter for each class, table and view, and in it a table of its columns.
+/// Writes a page with a chapter for each class, table and view, and in it a table of its columns and a list
+/// of its keys and indexes.
 void writeMarkdown(QORObject& root, std::ostream& out);
 
 } // namespace exchange
