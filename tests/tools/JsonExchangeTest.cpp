@@ -393,7 +393,7 @@ TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
         {"\"version\": 1,\n", "", "\"objects\" stands where \"version\" is due"},
         {",\n\"links\": [\n\n]", "", "\"links\" is missing"},
         {"]\n}\n", "],\n\"more\": 1}\n", "\"more\" isn't a key here"},
-        {"]\n}\n", "]\n}\n{}", "this isn't JSON"},
+        {"]\n}\n", "]\n}\n{}", "something follows the graph"},
         {"\"Model\"", "\"Mod\xff\"", "line 5: this isn't JSON"},
         {"\"Model\"", "'Model'", "line 5: this isn't JSON"},
         {"{\n", "[\n", "line 1: [ has no meaning here"},

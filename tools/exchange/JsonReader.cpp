@@ -269,9 +269,12 @@ public:
 
     bool parse_error(std::size_t, std::string const& token, nlohmann::json::exception const& error) override {
         std::string_view const reason = error.what();
-        bool const cutOff = source.atEnd() && (reason.find("end of input") != reason.npos ||
+        bool const cutOff = source.atEnd() && (reason.find("unexpected end of input") != reason.npos ||
                                                reason.find("closing quote") != reason.npos);
-        throw Mistake(cutOff ? "the text ends too early" : "this isn't JSON: " + token);
+        if (place == Place::END) {
+            throw Mistake("something follows the graph");
+        }
+        throw Mistake(cutOff ? "the text ends too early" : "this isn't JSON: " + endOf(token));
     }
 
     kit::Graph take() { return builder.take(); }
@@ -327,6 +330,19 @@ private:
             throw unexpected(scalar.kind == Scalar::TEXT ? kit::quoted(scalar.text) : scalar.text);
         }
         return true;
+    }
+
+    /// The last characters of a text that could be as long as the file.
+    static std::string endOf(std::string const& text) {
+        constexpr std::size_t longest = 40;
+        if (text.size() <= longest) {
+            return text;
+        }
+        std::size_t begin = text.size() - longest;
+        while (begin < text.size() && (static_cast<unsigned char>(text[begin]) & 0xc0) == 0x80) {
+            ++begin;
+        }
+        return "..." + text.substr(begin);
     }
 
     void takeText(Scalar const& scalar, char const* what) {

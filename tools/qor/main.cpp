@@ -36,6 +36,10 @@ int main(int argc, char** argv) {
         kit::ProgressDisplay const display(isatty(STDERR_FILENO) == 1 && !isQuiet(argc, argv));
         exitCode = qorprogram::run(argc, argv, std::cout, remarks);
     }
+    if (exitCode != qorprogram::failure && !std::cout.flush()) { // of a help text, say
+        remarks << "qor: standard output: can't be written\n";
+        exitCode = qorprogram::failure;
+    }
     std::cerr << remarks.str();
     return exitCode;
 }
