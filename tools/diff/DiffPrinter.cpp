@@ -107,11 +107,13 @@ public:
             add(pair.place, '>', subjectOf(pair) + "is moved from " + pair.from);
         }
         for (Change const& change : difference.changed) {
+            std::size_t const before = lineCount;
             addChange(change);
+            changed += lineCount > before;
         }
     }
 
-    void print() {
+    void print(Difference const& difference) {
         for (auto const& [key, chapter] : chapters) {
             auto const& [path, className, gone] = key;
             char const sign = gone ? '-' : chapter.isAdded ? '+' : ' ';
@@ -126,6 +128,10 @@ public:
                 print(colorOf(line.sign), std::string(1, line.sign) + " " + exchange::printable(line.text));
             }
         }
+        out << '\n'
+            << difference.added.size() << " added, " << difference.removed.size() << " removed, "
+            << difference.renamed.size() << " renamed, " << difference.moved.size() << " moved, " << changed
+            << " changed\n";
     }
 
 private:
@@ -143,6 +149,7 @@ private:
 
     void add(Place const& place, char sign, std::string const& text) {
         chapter(place).lines.push_back({sign, text});
+        ++lineCount;
     }
 
     /// Class and path of a thing; the class isn't said twice.
@@ -213,6 +220,8 @@ private:
 
     std::map<Key, Chapter> chapters;
     std::string rootName;
+    std::size_t lineCount = 0;
+    std::size_t changed = 0; ///< objects of which there is a line
     bool inColor;
     std::ostream& out;
 };
@@ -273,11 +282,7 @@ void printText(Difference const& difference, bool inColor, std::ostream& out) {
     }
     Text text(inColor, out);
     text.add(difference);
-    text.print();
-    out << '\n'
-        << difference.added.size() << " added, " << difference.removed.size() << " removed, "
-        << difference.renamed.size() << " renamed, " << difference.moved.size() << " moved, "
-        << difference.changed.size() << " changed\n";
+    text.print(difference);
 }
 
 void printJson(Difference const& difference, std::ostream& out) {
