@@ -51,9 +51,9 @@ void CatalogReader::readConstraints() {
             ", NOT n.convalidated, n.connoinherit AND n.contype = 'c'"
             ", CASE WHEN r.relispartition THEN n.conparentid <> 0 AND n.contype <> 'c'"
             "   ELSE n.coninhcount > 0 END, n.conislocal"
-            ", CASE WHEN n.contype = 'f' THEN substring(pg_get_constraintdef(n.oid) FROM 'REFERENCES "
-            "(.*?[)])') "
-            "END, " +
+            ", CASE WHEN EXISTS (SELECT 1 FROM pg_depend AS e WHERE e.classid = 'pg_class'::regclass"
+            "   AND e.objid = n.confrelid AND e.deptype = 'e')"
+            "   THEN substring(pg_get_constraintdef(n.oid) FROM 'REFERENCES (.*?[)])') END, " +
             (since(150000) ? columnNames("n.conrelid", "n.confdelsetcols") : "NULL") + ", " +
             columnNames("i.indrelid", storedColumns) + ", " + optionsText("ic.reloptions") +
             ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = ic.reltablespace), i.indisclustered"
@@ -169,7 +169,8 @@ void CatalogReader::readIndexes() {
     }
 }
 
-/// An operator class or a collation is told of if the statement that makes the index needs it.
+/// An operator class or a collation is told of if the statement that makes the index needs it. That statement
+/// takes time, so it is only looked at where nothing else tells.
 void CatalogReader::readIndexMembers() {
     Query row(
         connection,
@@ -178,13 +179,15 @@ void CatalogReader::readIndexMembers() {
         ", m.amname = 'btree' AND i.indoption[k.n - 1] & 1 = 1"
         ", CASE WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 2 THEN 'FIRST'"
         "   WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 1 THEN 'LAST' END"
-        ", CASE WHEN NOT o.opcdefault OR position(' ' || quote_ident(o.opcname) IN x.text) > 0"
+        ", CASE WHEN NOT o.opcdefault OR (o.opcintype IS DISTINCT FROM a.atttypid"
+        "   AND (a.atttypid = 'varchar'::regtype AND o.opcintype = 'text'::regtype) IS NOT TRUE"
+        "   AND position(' ' || quote_ident(o.opcname) IN x.text) > 0)"
         "   THEN quote_ident(p.nspname) || '.' || quote_ident(o.opcname) END" +
             std::string(since(130000) ? ", (SELECT string_agg(quote_ident(option_name) || '=' ||"
                                         " quote_literal(option_value), ', ')"
                                         " FROM pg_options_to_table(z.attoptions))"
                                       : ", NULL") +
-            ", CASE WHEN l.oid IS DISTINCT FROM coalesce(a.attcollation, 100)"
+            ", CASE WHEN l.oid <> coalesce(a.attcollation, 100)"
             "   AND position(' COLLATE ' IN x.text) > 0"
             "   THEN quote_ident(q.nspname) || '.' || quote_ident(l.collname) END"
             " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
