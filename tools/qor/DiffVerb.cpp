@@ -115,7 +115,7 @@ void addDiffVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<DiffOptions>();
     CLI::App* const verb = program.add_subcommand("diff", "Tell in what two graphs differ");
     verb->group("Verbs");
-    verb->add_option("A", options->before, "A graph in JSON, or a database; it is only read")->required();
+    verb->add_option("A", options->before, sourceHelp)->required();
     verb->add_option("B", options->after, "What to compare it with")->required();
     verb->add_option("--format", options->format, "text or json")->check(CLI::IsMember({"text", "json"}));
     verb->add_option(

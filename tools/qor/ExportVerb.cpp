@@ -79,7 +79,7 @@ void addExportVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ExportOptions>();
     CLI::App* const verb = program.add_subcommand("export", "Write a graph in another format");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, "A graph in JSON, or a database; it is only read")->required();
+    verb->add_option("FILE", options->source, sourceHelp)->required();
     verb->add_option("--format", options->format,
                      "json, or dot for a drawing with Graphviz, or markdown for a page of tables, or sql to\n"
                      "make the database again")
@@ -92,7 +92,7 @@ void addExportVerb(CLI::App& program, Session& session) {
                      "Whose SQL it is to be, sqlite or postgresql; that of the database at first")
         ->check(CLI::IsMember({"sqlite", "postgresql"}));
     verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
-    verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
+    verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer("\nExample:\n  qor export orchard.json --format dot -o orchard.dot\n  dot -Tsvg orchard.dot "
                  "> orchard.svg");
     verb->callback([options, &session] { exportGraph(*options, session); });

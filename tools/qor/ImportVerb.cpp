@@ -36,20 +36,20 @@ void import(ImportOptions const& options, Session& session) {
 
 void addImportVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ImportOptions>();
-    CLI::App* const verb = program.add_subcommand(
-        "import", "Read the schema of an SQLite database and print it, or keep it as JSON");
+    CLI::App* const verb =
+        program.add_subcommand("import", "Read the schema of a database and print it, or keep it as JSON");
     verb->group("Verbs");
-    verb->add_option("SOURCE", options->source, "The database, or a graph in JSON; it is only read")
-        ->required();
+    verb->add_option("SOURCE", options->source, sourceHelp)->required();
     auto* const output = verb->add_option("-o,--output", options->output,
                                           "Write JSON to this file instead; - is the standard output");
     verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
         ->excludes(output);
-    verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
+    verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
-        "\nPrints a model, its packages, a Class for each table with an Attribute for each column, and\n"
-        "the types of the columns, as a tree: each line is an object, below its owner.\n"
-        "\nExample:\n  qor import orchard.sqlite\n  qor import --stats orchard.sqlite\n"
+        "\nPrints a model as a tree: each line is an object, below its owner. There is a Class for each\n"
+        "table with an Attribute for each column, with keys, indexes, triggers, checks, and the types of\n"
+        "the columns.\n"
+        "\nExample:\n  qor import orchard.sqlite\n  qor import --stats postgresql://clerk@localhost/harbour\n"
         "  qor import orchard.sqlite -o orchard.json");
     verb->callback([options, &session] { import(*options, session); });
 }

@@ -69,12 +69,12 @@ void addRecodeVerb(CLI::App& program, Session& session) {
     CLI::App* const verb =
         program.add_subcommand("recode", "Convert the texts of a graph to another encoding");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, "A graph in JSON, or a database; it is only read")->required();
+    verb->add_option("FILE", options->source, sourceHelp)->required();
     verb->add_option("--from", options->from, "The encoding that the texts have")->required();
     verb->add_option("--to", options->to, "The encoding that they are to have")->required();
     verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
     verb->add_flag("--force", options->force, "Write the graph even if some texts can't be converted");
-    verb->add_flag("--quiet", session.quiet, "Don't tell how many texts were converted");
+    verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
         "\nWrites JSON, with each text converted once; the standard error tells how many were converted,\n"
         "are the same in both encodings, and can't be converted. Such a text is an error, and nothing is\n"

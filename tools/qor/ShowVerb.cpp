@@ -41,7 +41,7 @@ void addShowVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ShowOptions>();
     CLI::App* const verb = program.add_subcommand("show", "Print a graph, or a part of it");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, "A graph in JSON, or a database; it is only read")->required();
+    verb->add_option("FILE", options->source, sourceHelp)->required();
     auto* const tree =
         verb->add_flag("--tree", options->tree, "Print each object below its owner (the default)");
     verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
@@ -49,9 +49,9 @@ void addShowVerb(CLI::App& program, Session& session) {
     verb->add_option("--path", options->path,
                      "Begin at this object: names of owners and its own, with slashes; the end of a path is\n"
                      "enough if it leads to one object");
-    verb->add_flag("--quiet", session.quiet, "No remarks beside the result");
-    verb->footer("\nWhere siblings share a name, the class tells them apart: DesignPackage:orchard/tree.\n"
-                 "\nExample:\n  qor show orchard.json --path DesignPackage:orchard/tree");
+    verb->add_flag("--quiet", session.quiet, quietHelp);
+    verb->footer("\nWhere siblings share a name, the class tells them apart: DesignPackage:orchard/member.\n"
+                 "\nExample:\n  qor show orchard.json --stats\n  qor show orchard.json --path member");
     verb->callback([options, &session] { show(*options, session); });
 }
 
