@@ -533,3 +533,13 @@ TEST(AllocationFailure, AViewThatCannotBeFilledLeavesTheEndAsItWas) {
                        });
     EXPECT_EQ(5, view.size);
 }
+
+TEST(AllocationFailure, WithoutThePoolTheLinkOfATreeCanFail) {
+    QORReportText item;
+    QORCondition condition;
+    int const failures = failEachAllocation([&] { EXPECT_TRUE(item.addCondition(&condition)); }, [] {});
+    if (poolIsBypassed()) {
+        EXPECT_EQ(3, failures); // an iterator and a node on either side
+    }
+    item.removeCondition(&condition);
+}

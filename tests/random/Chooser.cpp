@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace model {
 namespace {
@@ -31,6 +32,11 @@ bool clearsMuch(Kind kind) {
            kind == Kind::DESTROY || kind == Kind::DESTROY_BELOW;
 }
 
+bool takesOut(Kind kind) {
+    return kind == Kind::UNLINK || kind == Kind::REMOVE || kind == Kind::REMOVE_AT ||
+           kind == Kind::REMOVE_NAMED || kind == Kind::LEAVE_OWNER;
+}
+
 std::size_t longestText(std::vector<Object*> const& objects) {
     std::size_t longest = 0;
     for (Object const* object : objects) {
@@ -47,6 +53,7 @@ Chooser::Chooser(unsigned long seed) : random(static_cast<std::mt19937::result_t
     withoutPool = !oneIn(4);
     watched = oneIn(3);
     large = oneIn(6);
+    calm = !large && oneIn(2);
     fewest = large ? 110 : 6 + below(20);
     most = large ? 170 : fewest + 10 + below(25);
     names = large ? 300 : 4 + below(13);
@@ -105,7 +112,7 @@ void Chooser::chooseClasses(unsigned long seed) {
     focus.push_back(first.container == Container::NONE ? &farOfFirst : &first);
     if (large)
         return;
-    if (oneIn(2))
+    if (!oneIn(3))
         chooseChildren();
     std::size_t const count = static_cast<std::size_t>(2 + below(7));
     for (int tries = 0; tries < 40 && chosen.size() < count; ++tries) {
@@ -117,6 +124,13 @@ void Chooser::chooseClasses(unsigned long seed) {
         End const& end = *oneOf(oneIn(4) || near.empty() ? shape.ends : near);
         addClass(concreteClass(endOf(end.farId).ownerId));
     }
+}
+
+/// In a large or a calm universe, ends are left to fill.
+bool Chooser::isSpared(Kind kind) {
+    if (clearsMuch(kind))
+        return large ? !oneIn(30) : calm && !oneIn(5);
+    return calm && takesOut(kind) && !oneIn(3);
 }
 
 Kind Chooser::chooseKind(int objects) {
@@ -133,7 +147,7 @@ Kind Chooser::chooseKind(int objects) {
     int place = below(total);
     for (Weight const& each : weights)
         if ((place -= each.weight) < 0)
-            return large && clearsMuch(each.kind) && !oneIn(30) ? Kind::LINK : each.kind;
+            return isSpared(each.kind) ? Kind::LINK : each.kind;
     return Kind::LINK;
 }
 
@@ -184,8 +198,13 @@ void Chooser::chooseEnd(Step& step, Object const& object, World const& world,
                 far.push_back(each);
     }
     step.what = end->id;
+    End const& farEnd = endOf(end->farId);
+    std::vector<Object*> free;
+    if (step.kind == Kind::LINK && farEnd.container == Container::NONE && !oneIn(4))
+        std::copy_if(far.begin(), far.end(), std::back_inserter(free),
+                     [&](Object* each) { return !each->side(farEnd).far; });
     if (!far.empty())
-        step.other = oneOf(far)->key;
+        step.other = oneOf(free.empty() ? far : free)->key;
     std::vector<Object*> const& elements = object.side(*end).elements;
     if (step.kind == Kind::UNLINK && !oneIn(5)) {
         if (object.side(*end).far)

@@ -28,6 +28,7 @@ private:
     void chooseChildren();
     void addClass(int classId);
     int concreteClass(int classId);
+    bool isSpared(Kind kind);
     Kind chooseKind(int objects);
     void chooseEnd(Step& step, Object const& object, World const& world, std::vector<Object*> const& objects);
     void chooseValue(Step& step, Object const& object);
@@ -41,6 +42,7 @@ private:
     int most;
     int names;
     bool large;
+    bool calm;
     bool withoutPool;
     bool watched;
     int number = 0;

@@ -302,9 +302,14 @@ void Universe::link(Step const& step, End const& end, Object& object, Object& ot
     coverage.elements[static_cast<std::size_t>(end.container)] += linked;
     coverage.elements[static_cast<std::size_t>(farEnd.container)] += linked;
     coverage.selfLinks += &object == &other;
-    if (end.count)
-        coverage.largestEnd =
-            std::max<long>(coverage.largestEnd, static_cast<long>(object.side(end).elements.size()));
+    for (End const* each : {&end, &farEnd})
+        if (each->container != Container::NONE) {
+            bool const isVector =
+                each->container == Container::PTR_VECTOR || each->container == Container::NAME_VECTOR;
+            long& largest = isVector ? coverage.largestVector : coverage.largestTree;
+            Object const& holder = each == &end ? object : other;
+            largest = std::max(largest, static_cast<long>(holder.side(*each).elements.size()));
+        }
     if (planted == Plant::CRASH && end.count && object.side(end).elements.size() == 3)
         std::abort();
 }

@@ -59,7 +59,8 @@ struct Coverage {
     std::array<long, 375> linked;                                  ///< links made by end
     std::array<std::array<long, 4>, 375> removed;                  ///< removals by end and form
     std::array<long, static_cast<std::size_t>(Container::NAME_VECTOR) + 1> elements; ///< added, by container
-    long largestEnd;
+    long largestTree;
+    long largestVector;
     long foreseen;
     long unforeseen;
     long refused;

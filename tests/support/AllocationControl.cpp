@@ -1,8 +1,17 @@
 #include "AllocationControl.h"
 
+#include <qor/QORPool.h>
+
 #include <cstdlib>
 
 namespace {
+
+/// QOR_TEST_WITHOUT_POOL makes each object and tree node a block of operator new, so that each can fail.
+bool const withoutPool = [] {
+    bool const wanted = std::getenv("QOR_TEST_WITHOUT_POOL") != nullptr;
+    QORPool::bypass(wanted);
+    return wanted;
+}();
 
 long live = 0;
 long made = 0;
@@ -40,6 +49,10 @@ long liveAllocations() {
 
 long madeAllocations() {
     return made;
+}
+
+bool poolIsBypassed() {
+    return withoutPool;
 }
 
 FailingAllocation::FailingAllocation(long spared) {

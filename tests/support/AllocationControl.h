@@ -8,6 +8,9 @@ long liveAllocations();
 /// Number of blocks that operator new has given so far.
 long madeAllocations();
 
+/// Whether this program was told to do without the pool, in builds where that isn't so anyway.
+bool poolIsBypassed();
+
 /// While it lives, the allocation after `spared` further ones fails once.
 class FailingAllocation {
 public:
