@@ -8,8 +8,11 @@
 #include <qor/QORClass.h>
 #include <qor/QORDesignPackage.h>
 #include <qor/QORGeneralization.h>
+#include <qor/QORIndex.h>
+#include <qor/QORIndexMember.h>
 #include <qor/QORModel.h>
 
+#include <ctime>
 #include <gmock/gmock.h>
 
 namespace {
@@ -88,6 +91,31 @@ TEST_F(Numbering, RingOfOwnersIsNumberedOnce) {
     inner->addChildPackage(outer);
     EXPECT_THAT(numbered(*outer), ElementsAre("o", "i"));
     EXPECT_THAT(numbered(*inner), ElementsAre("i", "o"));
+}
+
+/// The processor time for a class with so many indexes that are all alike, each with a member.
+double secondsForAlike(int count) {
+    kit::Graph graph;
+    auto* const table = new QORClass;
+    graph.adopt(table);
+    for (int i = 0; i < count; ++i) {
+        auto* const index = new QORIndex;
+        auto* const member = new QORIndexMember;
+        graph.adopt(index);
+        graph.adopt(member);
+        index->addIndexMember(member);
+        table->addIndex(index);
+    }
+    std::clock_t const start = std::clock();
+    EXPECT_EQ(kit::Numbering(*table).objects().size(), static_cast<std::size_t>(2 * count + 1));
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+TEST_F(Numbering, ManyAlikeObjectsTakeTimeByTheirNumber) {
+    secondsForAlike(1000); // finds out about the ends
+    double const few = secondsForAlike(2000);
+    double const many = secondsForAlike(16000);
+    EXPECT_LT(many, 24 * few + 0.1); // by their square it would be 64 times as much
 }
 
 } // namespace

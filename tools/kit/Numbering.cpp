@@ -165,13 +165,13 @@ private:
     }
 
     /// Makes an object differ from those that it is like, and then what is linked with it, step by step,
-    /// from what is linked with them. Gives whether that changed anything but the object.
-    bool distinguish(Index chosen) {
+    /// from what is linked with them. Gives what that changed beside the object.
+    std::vector<Index> distinguish(Index chosen) {
+        std::vector<Index> changed;
         if (!isShared(chosen)) {
-            return false;
+            return changed;
         }
         recolor(chosen, mixed(nodes[chosen].color, ordered.size() + 1));
-        bool changed = false;
         std::unordered_set<Index> met{chosen};
         std::vector<Index> last{chosen};
         while (!last.empty()) {
@@ -191,7 +191,7 @@ private:
                 recolor(index, color);
                 met.insert(index);
                 last.push_back(index);
-                changed = true;
+                changed.push_back(index);
             }
         }
         return changed;
@@ -235,9 +235,19 @@ private:
         if (!end.keepsOrder) {
             std::stable_sort(keys.begin(), keys.end());
         }
+        std::unordered_set<Index> waiting; // filled when first asked for
         for (auto key = keys.begin(); key != keys.end(); ++key) {
             sorted.push_back(key->index);
-            if (!end.keepsOrder && distinguish(key->index)) {
+            std::vector<Index> const changed =
+                end.keepsOrder ? std::vector<Index>() : distinguish(key->index);
+            if (changed.empty()) {
+                continue;
+            }
+            if (waiting.empty()) {
+                std::for_each(key, keys.end(), [&](SortKey const& each) { waiting.insert(each.index); });
+            }
+            waiting.erase(key->index);
+            if (isAnyOf(changed, waiting)) {
                 for (auto rest = key + 1; rest != keys.end(); ++rest) {
                     rest->color = nodes[rest->index].color;
                 }
@@ -245,6 +255,11 @@ private:
             }
         }
         return sorted;
+    }
+
+    static bool isAnyOf(std::vector<Index> const& indices, std::unordered_set<Index> const& among) {
+        return std::any_of(indices.begin(), indices.end(),
+                           [&among](Index index) { return among.count(index) > 0; });
     }
 
     void number(Index start) {
