@@ -79,6 +79,20 @@ TEST(Completion, EachOptionOfTheHelpIsOfferedAndNoOther) {
     }
 }
 
+TEST(Completion, EachOptionOfTheHelpStandsInTheDocumentation) {
+    std::string const page = contentOf(QOR_SOURCE_DIR "/docs/qor.md");
+    for (std::string const& verb : verbs()) {
+        std::size_t const begin = page.find("\n## qor " + verb + " ");
+        ASSERT_NE(begin, std::string::npos) << verb;
+        std::string const chapter = page.substr(begin, page.find("\n## ", begin + 1) - begin);
+        for (std::string const& option : optionsOf({verb})) {
+            if (option != "--help") { // which all verbs have
+                EXPECT_THAT(chapter, testing::HasSubstr(option)) << verb;
+            }
+        }
+    }
+}
+
 /// Expects the program to take each of the words offered, and to refuse another one.
 void expectValues(Words const& command, Words const& values) {
     Words completed = command;

@@ -139,7 +139,7 @@ TEST_F(ObjectPaths, MissingPartOfAPathIsTold) {
     EXPECT_EQ(problemOf(paths, "q/t"), "x: no object at q/t: there is no q");
     EXPECT_EQ(problemOf(paths, "p/u"), "x: no object at p/u: p has no u");
     EXPECT_EQ(problemOf(paths, "p/t/c"), "x: no object at p/t/c: p/t has no c");
-    EXPECT_EQ(problemOf(paths, "same/c"), "x: no object at same/c: same is the path of several");
+    EXPECT_EQ(problemOf(paths, "same/c"), "x: no object at same/c: same has no c");
 }
 
 TEST_F(ObjectPaths, RingOfOwnersBeginsAtItsFirstObject) {

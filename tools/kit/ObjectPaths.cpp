@@ -167,11 +167,7 @@ std::string ObjectPaths::problem(std::string_view path) const {
     std::string before;
     for (std::string const& step : stepsOf(path)) {
         std::string const next = before.empty() ? step : before + "/" + step;
-        std::size_t const found = find(next).size();
-        if (found > 1) {
-            return text + next + " is the path of several";
-        }
-        if (found == 0) {
+        if (find(next).empty() && findEnd(next).empty()) {
             return text + (before.empty() ? "there is no " : before + " has no ") + step;
         }
         before = next;
