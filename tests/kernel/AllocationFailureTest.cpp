@@ -7,6 +7,7 @@
 #include <qor/QORBusinessRule.h>
 #include <qor/QORClass.h>
 #include <qor/QORCondition.h>
+#include <qor/QORConfigurationFormat.h>
 #include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
 #include <qor/QORElementType.h>
@@ -428,6 +429,20 @@ TEST(AllocationFailure, AssignmentOfARuleWithValuesIsWholeOrNothing) {
     EXPECT_LT(3, failures);
     EXPECT_STREQ(longName, target.getName().chars);
     EXPECT_EQ(2, target.getTypeValueCount());
+}
+
+TEST(AllocationFailure, AssignmentOfAFormatWithAFixedTypeIsWholeOrNothing) {
+    QORConfigurationFormat source, target;
+    source.setName(longName);
+    source.setDescription(longName);
+    target.setName(otherName);
+    int const failures = failEachAllocation([&] { target = source; },
+                                            [&] {
+                                                EXPECT_STREQ(otherName, target.getName().chars);
+                                                EXPECT_STREQ("", target.getDescription().chars);
+                                            });
+    EXPECT_LT(0, failures);
+    EXPECT_STREQ(longName, target.getName().chars);
 }
 
 // ---- whole graphs ---------------------------------------------------------------------------------------

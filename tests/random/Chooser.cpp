@@ -20,7 +20,7 @@ struct Weight {
 
 constexpr Weight weights[] = {
     {Kind::LINK, 34},        {Kind::UNLINK, 5},     {Kind::REMOVE, 4},        {Kind::REMOVE_AT, 4},
-    {Kind::REMOVE_NAMED, 4}, {Kind::REMOVE_ALL, 2}, {Kind::SET_NAME, 14},     {Kind::SET_UNIQUE_NAME, 2},
+    {Kind::REMOVE_NAMED, 4}, {Kind::REMOVE_ALL, 4}, {Kind::SET_NAME, 14},     {Kind::SET_UNIQUE_NAME, 2},
     {Kind::SET_VALUE, 9},    {Kind::COPY, 2},       {Kind::ASSIGN, 4},        {Kind::COMPARE, 2},
     {Kind::ISOLATE, 1},      {Kind::TAKE_APART, 1}, {Kind::LEAVE_OWNER, 2},   {Kind::DESTROY, 2},
     {Kind::TRANSCODE, 2},    {Kind::WALK, 2},       {Kind::DESTROY_BELOW, 1}, {Kind::FIND, 2},
@@ -37,6 +37,11 @@ bool takesOut(Kind kind) {
            kind == Kind::REMOVE_NAMED || kind == Kind::LEAVE_OWNER;
 }
 
+bool changesKeys(Kind kind) {
+    return kind == Kind::SET_NAME || kind == Kind::SET_UNIQUE_NAME || kind == Kind::SET_VALUE ||
+           kind == Kind::ASSIGN;
+}
+
 std::size_t longestText(std::vector<Object*> const& objects) {
     std::size_t longest = 0;
     for (Object const* object : objects) {
@@ -49,7 +54,8 @@ std::size_t longestText(std::vector<Object*> const& objects) {
 
 } // namespace
 
-Chooser::Chooser(unsigned long seed) : random(static_cast<std::mt19937::result_type>(seed)) {
+Chooser::Chooser(unsigned long seed, bool withLongTexts)
+    : random(static_cast<std::mt19937::result_type>(seed)), longTexts(withLongTexts) {
     withoutPool = !oneIn(4);
     watched = oneIn(3);
     large = oneIn(6);
@@ -104,12 +110,23 @@ void Chooser::chooseClasses(unsigned long seed) {
     for (End const& end : metamodel::ends())
         if (end.role)
             all.push_back(&end);
+    if (large && !oneIn(3)) {
+        // Ends whose large forms have a way of their own to find elements and keep their order.
+        auto const isPlain = [](End const* end) {
+            return end->container == Container::NONE || end->container == Container::PTR_TREE ||
+                   (end->container == Container::PTR_VECTOR && end->type != QORMetaLinkType::CHILD);
+        };
+        all.erase(std::remove_if(all.begin(), all.end(), isPlain), all.end());
+    }
     // Seeds in a row come by each end in turn.
     End const& first = *all[seed % all.size()];
     End const& farOfFirst = endOf(first.farId);
-    addClass(concreteClass(first.ownerId));
-    addClass(concreteClass(farOfFirst.ownerId));
-    focus.push_back(first.container == Container::NONE ? &farOfFirst : &first);
+    bool const holdsMany = first.container != Container::NONE;
+    int const holder = concreteClass(holdsMany ? first.ownerId : farOfFirst.ownerId);
+    elementClass = concreteClass(holdsMany ? farOfFirst.ownerId : first.ownerId);
+    addClass(holder);
+    addClass(elementClass);
+    focus.push_back(holdsMany ? &first : &farOfFirst);
     if (large)
         return;
     if (!oneIn(3))
@@ -129,7 +146,7 @@ void Chooser::chooseClasses(unsigned long seed) {
 /// In a large or a calm universe, ends are left to fill.
 bool Chooser::isSpared(Kind kind) {
     if (clearsMuch(kind))
-        return large ? !oneIn(30) : calm && !oneIn(5);
+        return large ? !oneIn(30) : calm && !oneIn(3);
     return calm && takesOut(kind) && !oneIn(3);
 }
 
@@ -144,6 +161,9 @@ Kind Chooser::chooseKind(int objects) {
     int total = 0;
     for (Weight const& each : weights)
         total += each.weight;
+    // Ends fill quickly in a calm universe, and then names matter more.
+    if (calm && oneIn(3))
+        return oneIn(3) ? Kind::ASSIGN : Kind::SET_NAME;
     int place = below(total);
     for (Weight const& each : weights)
         if ((place -= each.weight) < 0)
@@ -158,6 +178,8 @@ void Chooser::setText(Step& step, std::string const& text) {
 
 std::string Chooser::nameText() {
     int const which = below(names);
+    if (longTexts)
+        return "a text that needs some memory, number " + std::to_string(which);
     return which < static_cast<int>(std::size(nameTexts)) ? nameTexts[which] : "n" + std::to_string(which);
 }
 
@@ -267,7 +289,7 @@ Step Chooser::next(World const& world) {
     step.number = ++number;
     step.kind = objects.empty() ? Kind::CREATE : chooseKind(static_cast<int>(objects.size()));
     if (step.kind == Kind::CREATE) {
-        step.what = oneOf(chosen);
+        step.what = large && !oneIn(8) ? elementClass : oneOf(chosen);
         step.form = watched && oneIn(2) ? 1 : 2 * below(2);
         setText(step, nameText());
         return step;
@@ -286,6 +308,12 @@ Step Chooser::next(World const& world) {
         for (int tries = 0; tries < 10 && !hasEnd(object); ++tries)
             object = oneOf(objects);
     }
+    if (changesKeys(step.kind))
+        for (std::size_t owners : {2U, 2U, 2U, 1U, 1U}) {
+            if (world.parentsOf(*object).size() >= owners)
+                break;
+            object = oneOf(objects);
+        }
     step.object = object->key;
     switch (step.kind) {
     case Kind::LINK:

@@ -11,7 +11,7 @@ namespace model {
 /// their objects meet, then operations on what there is.
 class Chooser {
 public:
-    explicit Chooser(unsigned long seed);
+    Chooser(unsigned long seed, bool withLongTexts);
 
     Step next(World const& world);
 
@@ -38,11 +38,13 @@ private:
     std::mt19937 random;
     std::vector<int> chosen;       ///< classes
     std::vector<End const*> focus; ///< ends that most links are made over, if any
+    int elementClass;              ///< in a large universe, most objects are of this class
     int fewest;
     int most;
     int names;
     bool large;
     bool calm;
+    bool longTexts;
     bool withoutPool;
     bool watched;
     int number = 0;

@@ -53,13 +53,30 @@ void note(QORObject* object) {
         dead[deadCount++] = object;
 }
 
-void* obtain(std::size_t size) {
-    if (void* const block = std::malloc(size ? size : 1))
+long live = 0;
+long left = -1; ///< allocations until one fails; -1: none does
+bool failsForGood = false;
+
+void* obtain(std::size_t size) noexcept {
+    if (left == 0) {
+        left = failsForGood ? 0 : -1;
+        return nullptr;
+    }
+    if (left > 0)
+        --left;
+    void* const block = std::malloc(size ? size : 1);
+    live += block != nullptr;
+    return block;
+}
+
+void* obtainOrThrow(std::size_t size) {
+    if (void* const block = obtain(size))
         return block;
     throw std::bad_alloc();
 }
 
 void giveBack(void* block) noexcept {
+    live -= block != nullptr;
     if (!all || !table.erase(block)) {
         std::free(block);
         return;
@@ -108,19 +125,32 @@ std::vector<QORObject*> take() {
     return result;
 }
 
+void failAfter(long spared, bool forGood) {
+    left = spared;
+    failsForGood = forGood;
+}
+
+void failNoMore() {
+    left = -1;
+}
+
+long liveBlocks() {
+    return live;
+}
+
 } // namespace deaths
 
 void* operator new(std::size_t size) {
-    return obtain(size);
+    return obtainOrThrow(size);
 }
 void* operator new[](std::size_t size) {
-    return obtain(size);
+    return obtainOrThrow(size);
 }
 void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
-    return std::malloc(size ? size : 1);
+    return obtain(size);
 }
 void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
-    return std::malloc(size ? size : 1);
+    return obtain(size);
 }
 void operator delete(void* block) noexcept {
     giveBack(block);

@@ -17,4 +17,10 @@ void watch(QORObject* object);
 /// The watched objects that have died since the last call.
 std::vector<QORObject*> take();
 
+/// Lets the allocation after `spared` further ones fail: that one, or all from there on.
+void failAfter(long spared, bool forGood);
+void failNoMore();
+/// The blocks of operator new that haven't come back.
+long liveBlocks();
+
 } // namespace deaths

@@ -35,6 +35,21 @@ void rememberMessage(std::array<char, 4096>& place, char const* text) {
     std::strncpy(place.data(), text, place.size() - 1);
 }
 
+/// What the library allocates must have come back when all objects have gone. An empty universe and the step
+/// list need next to nothing of their own.
+class LeakCheck {
+public:
+    void expectNone() const {
+        long const left = deaths::liveBlocks() - before;
+        if (left > allowance)
+            throw Mismatch(std::to_string(left) + " blocks of memory are left");
+    }
+
+private:
+    static constexpr long allowance = 8;
+    long before = deaths::liveBlocks();
+};
+
 /// A message without the numbers and names of objects, by which two runs hardly ever agree.
 std::string sortOf(std::string const& message) {
     std::string sort;
@@ -55,7 +70,7 @@ std::string endOfProcess(int status) {
 
 } // namespace
 
-Runner::Runner(Plant plant) : planted(plant) {
+Runner::Runner(Plant plant, bool withoutMemory) : planted(plant), memoryEnds(withoutMemory) {
     void* const memory =
         mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED)
@@ -64,6 +79,10 @@ Runner::Runner(Plant plant) : planted(plant) {
     // Made before any child, so that all begin alike.
     metamodel::classes();
     metamodel::ends();
+    for (Class const& each : metamodel::classes())
+        if (each.name)
+            shapeOf(each.id);
+    Universe::prepare();
 }
 
 Runner::~Runner() {
@@ -104,10 +123,11 @@ Finding Runner::inChild(Body body) {
 }
 
 Finding Runner::explore(unsigned long seed, int steps) {
-    Chooser chooser(seed);
+    Chooser chooser(seed, memoryEnds);
     Finding finding = inChild([&] {
-        deaths::watchAll(chooser.bypassesPool());
-        Universe universe(shared->coverage, planted);
+        deaths::watchAll(chooser.bypassesPool() || memoryEnds);
+        LeakCheck const leaks;
+        Universe universe(shared->coverage, planted, memoryEnds);
         for (int i = 0; i < steps; ++i) {
             Step const step = chooser.next(universe.world);
             shared->steps[shared->stepCount++] = step;
@@ -115,8 +135,9 @@ Finding Runner::explore(unsigned long seed, int steps) {
         }
         universe.checkAll();
         universe.clear();
+        leaks.expectNone();
     });
-    finding.withoutPool = chooser.bypassesPool();
+    finding.withoutPool = chooser.bypassesPool() || memoryEnds;
     return finding;
 }
 
@@ -124,13 +145,15 @@ Finding Runner::replay(std::vector<Step> const& steps, bool withoutPool) {
     Finding finding = inChild([&] {
         deaths::watchAll(withoutPool);
         Coverage ignored{};
-        Universe universe(ignored, planted);
+        LeakCheck const leaks;
+        Universe universe(ignored, planted, memoryEnds);
         for (Step const& step : steps) {
             shared->steps[shared->stepCount++] = step;
             universe.perform(step);
         }
         universe.checkAll();
         universe.clear();
+        leaks.expectNone();
     });
     finding.withoutPool = withoutPool;
     return finding;

@@ -19,7 +19,7 @@ struct Finding {
 /// again from the same beginning.
 class Runner {
 public:
-    explicit Runner(Plant plant);
+    Runner(Plant plant, bool memoryEnds);
     Runner(Runner const&) = delete;
     Runner& operator=(Runner const&) = delete;
     ~Runner();
@@ -41,6 +41,7 @@ private:
 
     Shared* shared;
     Plant planted;
+    bool memoryEnds;
 };
 
 std::string report(Finding const& finding);

@@ -21,6 +21,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <sstream>
 
 namespace model {
@@ -163,12 +164,51 @@ std::string describe(Step const& step) {
     return text.str();
 }
 
-Universe::Universe(Coverage& whatIsDone, Plant plant) : coverage(whatIsDone), planted(plant) {
+Universe::Universe(Coverage& whatIsDone, Plant plant, bool withoutMemory)
+    : coverage(whatIsDone), planted(plant), memoryEnds(withoutMemory) {
     world.vectorsLoseTheirOrder = plant == Plant::WRONG_RULE;
+}
+
+// ---- memory that ends -----------------------------------------------------------------------------------
+
+void Universe::checkUnchanged() {
+    if (!deaths::take().empty())
+        fail("objects have died of an operation that ran out of memory");
+    for (Object const* object : world.living())
+        check(*object, true);
+}
+
+template <class Operation>
+auto Universe::onLibrary(Operation operation) -> decltype(operation()) {
+    if (!memoryEnds)
+        return operation();
+    bool const forGood = stepsDone % 2 == 1;
+    for (long spared = 0;; ++spared) {
+        struct Failing {
+            Failing(long after, bool always) { deaths::failAfter(after, always); }
+            Failing(Failing const&) = delete;
+            Failing& operator=(Failing const&) = delete;
+            ~Failing() { deaths::failNoMore(); }
+        };
+        try {
+            Failing const failing(spared, forGood);
+            return operation();
+        } catch (std::bad_alloc const&) {
+        }
+        ++coverage.failedAllocations;
+        checkUnchanged();
+    }
 }
 
 // ---- one step
 // -----------------------------------------------------------------------------------------------
+
+void Universe::prepare() {
+    converter(false);
+    for (Class const& each : metamodel::classes())
+        if (each.make)
+            delete createQORObject(static_cast<QORElementType>(each.id));
+}
 
 void Universe::perform(Step const& step) {
     Object* const object = world.find(step.object);
@@ -219,22 +259,22 @@ void Universe::run(Step const& step, Object* object, Object* other) {
     case Kind::COMPARE:
         return compare(*object, *other);
     case Kind::ISOLATE:
-        if (real->isolate(step.form == 1) != real)
+        if (onLibrary([&] { return real->isolate(step.form == 1); }) != real)
             fail("isolate gave another object");
         return world.isolate(*object, step.form == 1);
     case Kind::TAKE_APART: {
-        bool const done = real->recursiveDelete();
+        bool const done = onLibrary([&] { return real->recursiveDelete(); });
         return expectSame(world.recursiveDelete(*object), done, "recursiveDelete");
     }
     case Kind::LEAVE_OWNER: {
-        QORObject const* const owner = real->removeAggregationAssembly();
+        QORObject const* const owner = onLibrary([&] { return real->removeAggregationAssembly(); });
         Object const* const expected = world.removeAggregationAssembly(*object);
         if (owner != (expected ? expected->real : nullptr))
             fail("removeAggregationAssembly gave another owner");
         return;
     }
     case Kind::DESTROY:
-        delete real;
+        onLibrary([&] { delete real; });
         return world.destroy(*object);
     case Kind::TRANSCODE:
         return transcode(step, *object);
@@ -243,7 +283,7 @@ void Universe::run(Step const& step, Object* object, Object* other) {
     case Kind::DESTROY_BELOW:
         if (world.walkEnds(*object) && !world.refersToFromBelow(*object)) {
             QORTraversalDelete operation;
-            real->depthTraversal(operation, real);
+            real->depthTraversal(operation, real); // which may fail half way
             world.destroyBelow(*object);
         }
         return;
@@ -258,13 +298,11 @@ void Universe::run(Step const& step, Object* object, Object* other) {
 
 void Universe::create(Step const& step) {
     Class const& type = metamodel::classes()[static_cast<std::size_t>(step.what)];
-    QORObject* real;
-    if (step.form == 1)
-        real = type.makeWatched();
-    else if (step.form == 2)
-        real = type.make();
-    else
-        real = createQORObject(static_cast<QORElementType>(type.id));
+    QORObject* const real = onLibrary([&]() -> QORObject* {
+        if (step.form == 1)
+            return type.makeWatched();
+        return step.form == 2 ? type.make() : createQORObject(static_cast<QORElementType>(type.id));
+    });
     ++coverage.created[static_cast<std::size_t>(type.id)];
     Object& object = world.create({step.number, 0}, real, type.id);
     object.watched = step.form == 1;
@@ -277,22 +315,20 @@ void Universe::create(Step const& step) {
 void Universe::link(Step const& step, End const& end, Object& object, Object& other) {
     End const& farEnd = endOf(end.farId);
     QORMetaRepository const& repository = *QORMetaRepository::getMetaRepository();
-    bool done;
-    switch (step.form) {
-    case 0:
-        done = end.add(*object.real, other.real);
-        break;
-    case 1:
-        done = farEnd.add(*other.real, object.real);
-        break;
-    case 2:
-        done = repository.getMetaLinkByID(static_cast<QORAssociationType>(end.id))
-                   ->addLink(object.real, other.real);
-        break;
-    default:
-        done = repository.getMetaLinkByID(static_cast<QORAssociationType>(farEnd.id))
-                   ->addLink(other.real, object.real);
-    }
+    bool const done = onLibrary([&] {
+        switch (step.form) {
+        case 0:
+            return end.add(*object.real, other.real);
+        case 1:
+            return farEnd.add(*other.real, object.real);
+        case 2:
+            return repository.getMetaLinkByID(static_cast<QORAssociationType>(end.id))
+                ->addLink(object.real, other.real);
+        default:
+            return repository.getMetaLinkByID(static_cast<QORAssociationType>(farEnd.id))
+                ->addLink(other.real, object.real);
+        }
+    });
     // Of two unary or two nary ends, the one that is asked comes first.
     bool const fromHere = step.form % 2 == 0;
     bool const linked = fromHere ? world.link(object, end, other) : world.link(other, farEnd, object);
@@ -317,8 +353,9 @@ void Universe::link(Step const& step, End const& end, Object& object, Object& ot
 void Universe::unlink(Step const& step, End const& end, Object& object, Object& other) {
     End const& farEnd = endOf(end.farId);
     bool const fromFar = step.form == 1;
-    bool const done =
-        fromFar ? farEnd.unlink(*other.real, object.real) : end.unlink(*object.real, other.real);
+    bool const done = onLibrary([&] {
+        return fromFar ? farEnd.unlink(*other.real, object.real) : end.unlink(*object.real, other.real);
+    });
     bool const expected = fromFar ? world.unlink(other, farEnd, object) : world.unlink(object, end, other);
     expectSame(expected, done, "the result of remove with an object");
     coverage.removed[static_cast<std::size_t>((fromFar ? farEnd : end).id)][0] += done;
@@ -328,16 +365,16 @@ void Universe::remove(Step const& step, End const& end, Object& object) {
     bool const unary = end.container == Container::NONE;
     auto& removed = coverage.removed[static_cast<std::size_t>(end.id)];
     if (unary) {
-        bool const done = end.remove(*object.real);
+        bool const done = onLibrary([&] { return end.remove(*object.real); });
         expectSame(world.remove(object, end), done, "the result of remove");
         removed[1] += done;
     } else if (step.kind == Kind::REMOVE_AT) {
-        bool const done = end.removeAt(*object.real, step.detail);
+        bool const done = onLibrary([&] { return end.removeAt(*object.real, step.detail); });
         expectSame(world.removeAt(object, end, step.detail), done, "the result of remove by position");
         removed[1] += done;
     } else if (step.kind == Kind::REMOVE_ALL) {
         removed[2] += !object.side(end).elements.empty();
-        end.removeAll(*object.real);
+        onLibrary([&] { end.removeAll(*object.real); });
         world.removeAll(object, end);
     }
 }
@@ -346,7 +383,7 @@ void Universe::remove(Step const& step, End const& end, Object& object) {
 /// library.
 bool Universe::removeNamedOnce(End const& end, Object& object, QORString const& name, int* cursor) {
     int expectedCursor = cursor ? *cursor : 0;
-    bool const done = end.removeNamed(*object.real, name, cursor);
+    bool const done = onLibrary([&] { return end.removeNamed(*object.real, name, cursor); });
     auto const observe = [&] {
         if (!done)
             return -1;
@@ -393,7 +430,7 @@ void Universe::removeNamed(Step const& step, End const& end, Object& object) {
 // ---------------------------------------------------------------------------------------
 
 void Universe::setName(Step const& step, Object& object) {
-    Thrown const thrown = thrownBy([&] { object.real->setName(step.text.data()); });
+    Thrown const thrown = thrownBy([&] { onLibrary([&] { object.real->setName(step.text.data()); }); });
     bool const named =
         world.setName(object, step.text.data(), outcomeOf(*object.real, thrown != Thrown::NOTHING));
     Thrown const refusal = object.isA(QORElementType::PROPERTY_VALUE) ? Thrown::NUMBER : Thrown::MESSAGE;
@@ -416,7 +453,7 @@ void Universe::setValue(Step const& step, Object& object) {
     QORMetaAttribute const* const record =
         object.real->getMetaClass()->getMetaAttributeByID(static_cast<QORAttributeType>(attribute.id));
     QORString text(step.text.data());
-    Thrown const thrown = thrownBy([&] { record->setValue(object.real, text); });
+    Thrown const thrown = thrownBy([&] { onLibrary([&] { record->setValue(object.real, text); }); });
     bool const done = world.setValue(object, step.what, step.text.data(),
                                      outcomeOf(*object.real, thrown != Thrown::NOTHING));
     bool const throwsNumber =
@@ -428,7 +465,7 @@ void Universe::setValue(Step const& step, Object& object) {
 }
 
 void Universe::copy(Step const& step, Object& object) {
-    QORObject* const real = object.shape->type->copy(*object.real);
+    QORObject* const real = onLibrary([&] { return object.shape->type->copy(*object.real); });
     Object const& made = world.copy({step.number, 0}, object, real);
     expectSame(world.equals(object, made), *object.real == *real, "whether the copy equals its source");
     expectSame(0L, real->getID(), "the id of a copy");
@@ -439,12 +476,17 @@ void Universe::assign(Step const& step, Object& object, Object& other) {
         return;
     object.real->flag2 = true;
     object.real->generalPointer = this;
-    Thrown const thrown = thrownBy([&] {
+    auto const assignment = [&] {
         if (step.form)
             object.shape->type->assign(*object.real, *other.real);
         else
             object.real->setFrom(*other.real);
-    });
+    };
+    // Memory that ends while a refusal is told leaves what the refusal leaves: all but the key is assigned.
+    bool const mayBeRefused =
+        !world.parentsOf(object).empty() &&
+        (object.isA(QORElementType::TYPE_VALUE) || object.isA(QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE));
+    Thrown const thrown = thrownBy([&] { mayBeRefused ? assignment() : onLibrary(assignment); });
     bool const done =
         world.assign({step.number, 0}, object, other, outcomeOf(*object.real, thrown != Thrown::NOTHING));
     expectSame(static_cast<int>(done ? Thrown::NOTHING : Thrown::MESSAGE), static_cast<int>(thrown),
@@ -455,7 +497,7 @@ void Universe::assign(Step const& step, Object& object, Object& other) {
 
 void Universe::compare(Object& object, Object& other) {
     bool const same = world.equals(object, other);
-    expectSame(same, object.real->equals(*other.real), "equals");
+    expectSame(same, onLibrary([&] { return object.real->equals(*other.real); }), "equals");
     expectSame(same, *object.real == *other.real, "operator==");
     expectSame(!same, *object.real != *other.real, "operator!=");
 }
@@ -513,7 +555,10 @@ void Universe::walk(Object& object) {
     if (!world.walkEnds(object))
         return;
     Record record;
-    bool const done = object.real->depthTraversal(record, nullptr);
+    bool const done = onLibrary([&] {
+        record.events.clear();
+        return object.real->depthTraversal(record, nullptr);
+    });
     expectSame(true, done, "depthTraversal");
     std::vector<std::pair<QORObject*, bool>> events;
     walkByRules(world, object, 0, events);
@@ -529,7 +574,8 @@ void Universe::find(Step const& step, End const& end, Object& object, Object* ot
         return;
     int cursor = step.detail, expected = step.detail;
     bool const withCursor = step.form == 1;
-    QORObject* const found = end.find(*object.real, step.text.data(), withCursor ? &cursor : nullptr);
+    QORObject* const found =
+        onLibrary([&] { return end.find(*object.real, step.text.data(), withCursor ? &cursor : nullptr); });
     auto const& elements = object.side(end).elements;
     auto const observe = [&] {
         for (std::size_t i = 0; i < elements.size(); ++i)
@@ -570,7 +616,7 @@ void Universe::view(End const& end, Object& object) {
     std::vector<QORObject*> objects;
     for (Object const* each : expected)
         objects.push_back(each->real);
-    if (end.byPosition(*object.real) != objects)
+    if (onLibrary([&] { return end.byPosition(*object.real); }) != objects)
         fail("a view by position has another order");
 }
 

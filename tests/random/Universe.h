@@ -67,6 +67,7 @@ struct Coverage {
     long unforeseeable;
     long deaths;
     long selfLinks;
+    long failedAllocations;
 };
 
 /// Faults put in on purpose, for the test of the test.
@@ -75,10 +76,12 @@ enum class Plant { NONE, WRONG_RULE, CRASH };
 /// Objects of the library beside their model. Every operation is done on both and compared.
 class Universe {
 public:
-    Universe(Coverage& whatIsDone, Plant plant);
+    Universe(Coverage& whatIsDone, Plant plant, bool memoryEnds);
     Universe(Universe const&) = delete;
     Universe& operator=(Universe const&) = delete;
 
+    /// Makes what is made once only, so that it doesn't count as what an operation allocates.
+    static void prepare();
     /// Throws a Mismatch where the library does otherwise than the rules say.
     void perform(Step const& step);
     /// Compares everything.
@@ -107,6 +110,12 @@ private:
     void find(Step const& step, End const& end, Object& object, Object* other);
     void view(End const& end, Object& object);
 
+    /// Does an operation on the library's objects. Where memory is to end, does it with each allocation
+    /// failing in turn until it succeeds; after each failure, everything must be as before.
+    template <class Operation>
+    auto onLibrary(Operation operation) -> decltype(operation());
+    void checkUnchanged();
+
     void checkDeaths();
     void checkTouched();
     void check(Object const& object, bool values);
@@ -116,6 +125,7 @@ private:
 
     Coverage& coverage;
     Plant planted;
+    bool memoryEnds;
     int stepsDone = 0;
     unsigned reading = 0; ///< changes how ends are read, so that cursors come to stand anywhere
 };
