@@ -7,6 +7,7 @@
 #include <arpa/inet.h>
 #include <chrono>
 #include <gmock/gmock.h>
+#include <libpq-fe.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -239,6 +240,41 @@ TEST_F(PostgresConnection, ReadsTheStructureOfWhatTheUserMayNotUse) {
     ASSERT_EQ(structure.tables.size(), 2u);
     EXPECT_EQ(structure.tables[0].columns.at(0).defaultValue, "1");
     EXPECT_THAT(structure.tables[1].statement, HasSubstr("FROM closed.t"));
+}
+
+TEST_F(PostgresConnection, TellsIfTheStructureChangesMeanwhile) {
+    for (std::string const kind : {"FUNCTION f()", "VIEW v", "TRIGGER t ON a"}) {
+        std::string const database = server.makeDatabase(
+            "CREATE FUNCTION f() RETURNS int LANGUAGE sql AS 'SELECT 1'; CREATE TABLE a(b int); CREATE VIEW "
+            "v AS SELECT 1;"
+            "CREATE TRIGGER t BEFORE UPDATE ON a EXECUTE FUNCTION suppress_redundant_updates_trigger()");
+        Connection connection(server.url(database));
+        ASSERT_TRUE(Query(connection, "SELECT 1 FROM pg_class").next()) << "which settles what state is seen";
+        server.run(database, "DROP " + kind);
+        try {
+            postgres::readStructure(connection);
+            ADD_FAILURE() << kind;
+        } catch (kit::ToolError const& error) {
+            expectProblem(error.what(), connection.source(), "the structure was changed while it was read");
+        }
+    }
+}
+
+TEST_F(PostgresConnection, WaitsForAChangeUnderWayButNotForEver) {
+    std::string const database =
+        server.makeDatabase("CREATE TABLE a(b int); CREATE VIEW v AS SELECT b FROM a");
+    PGconn* const other = PQconnectdb(server.url(database).c_str());
+    PQclear(PQexec(other, "BEGIN; LOCK TABLE v IN ACCESS EXCLUSIVE MODE"));
+    Connection connection(server.url(database));
+    try {
+        postgres::readStructure(connection);
+        ADD_FAILURE();
+    } catch (kit::ToolError const& error) {
+        expectProblem(error.what(), connection.source(), "lock timeout");
+    }
+    PQfinish(other);
+    Connection again(server.url(database));
+    EXPECT_EQ(postgres::readStructure(again).tables.size(), 2u);
 }
 
 TEST_F(PostgresConnection, TellsIfACatalogueMayNotBeRead) {

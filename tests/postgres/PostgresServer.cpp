@@ -253,6 +253,7 @@ void PostgresServer::run(std::string const& database, std::string const& sql) co
 std::string PostgresServer::ask(std::string const& database, std::string const& sql) const {
     std::unique_ptr<PGconn, void (*)(PGconn*)> const connection(PQconnectdb(url(database).c_str()), PQfinish);
     PQsetClientEncoding(connection.get(), "UTF8");
+    PQclear(PQexec(connection.get(), "SET lock_timeout = '30s'"));
     PQsetNoticeProcessor(
         connection.get(), [](void*, char const*) {}, nullptr);
     std::unique_ptr<PGresult, void (*)(PGresult*)> const result(PQexec(connection.get(), sql.c_str()),

@@ -48,6 +48,9 @@ private:
     void readRoutines();
     void readArguments();
 
+    /// Throws unless a condition holds. The functions of the server that print statements look at the newest
+    /// state, and so give nothing for what somebody has dropped in the meantime.
+    void checkUnchanged(bool holds) const;
     bool since(int version) const { return connection.versionNumber() >= version; }
     int schemaOf(Oid oid) const;
     int tableOf(Oid oid) const;

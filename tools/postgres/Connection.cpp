@@ -15,13 +15,15 @@ using kit::ToolError;
 
 constexpr int oldestServer = 120000;
 
+/// What the server ends with if something goes while it prints what that is.
+constexpr std::string_view internalError = "XX000";
+
 /// All names come qualified and all texts in one form, whatever the server's, the database's and the user's
 /// settings are. Another session that changes the structure right now is waited for, but not for ever.
 constexpr char const* settings =
     "SET search_path = ''; SET quote_all_identifiers = off; SET standard_conforming_strings = on;"
     "SET jit = off; SET lock_timeout = '10s'; SET statement_timeout = 0; SET bytea_output = 'hex';"
     "SET DateStyle = 'ISO'; SET IntervalStyle = 'postgres'; SET extra_float_digits = 1;"
-    "SET row_security = off;"
     "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY";
 
 /// Lines become one, and what stands before and behind goes.
@@ -101,6 +103,8 @@ void Connection::connect(std::string const& url) {
     if (!connection) {
         throw std::bad_alloc();
     }
+    PQsetNoticeProcessor(
+        connection.get(), [](void*, char const*) {}, nullptr);
     char const* const password = PQpass(connection.get());
     secret = password ? password : "";
     if (PQstatus(connection.get()) != CONNECTION_OK) {
@@ -162,7 +166,10 @@ bool Query::next() {
     }
     ExecStatusType const status = PQresultStatus(row.get());
     if (status != PGRES_SINGLE_TUPLE && status != PGRES_TUPLES_OK) {
-        connection.fail(PQresultErrorMessage(row.get()));
+        char const* const code = PQresultErrorField(row.get(), PG_DIAG_SQLSTATE);
+        bool const isLost = code && std::string_view(code) == internalError;
+        connection.fail((isLost ? "the structure was changed while it was read; try again: " : "") +
+                        std::string(PQresultErrorMessage(row.get())));
     }
     return status == PGRES_SINGLE_TUPLE;
 }

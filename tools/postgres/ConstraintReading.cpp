@@ -251,6 +251,7 @@ void CatalogReader::readTriggers() {
         trigger.onUpdate = bits & onUpdate;
         trigger.onDelete = bits & onDelete;
         trigger.statement = row.text(3);
+        checkUnchanged(!row.isNull(3));
         char const enabled = *row.text(4);
         addFlag(trigger.extras, "truncate", bits & onTruncate);
         addExtra(trigger.extras, "enabled",

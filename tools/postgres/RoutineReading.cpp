@@ -68,6 +68,7 @@ void CatalogReader::readRoutines() {
         routine.procedure = kind == 'p';
         routine.comment = row.text(4);
         routine.statement = row.text(5);
+        checkUnchanged(!row.isNull(5));
         routine.statement.erase(routine.statement.find_last_not_of(" \n;") + 1);
         addExtra(routine.extras, "kind", kind == 'a' ? "AGGREGATE" : kind == 'w' ? "WINDOW" : "");
         addExtra(routine.extras, "language", kind == 'a' ? "" : row.text(6));

@@ -142,6 +142,14 @@ private:
     void writeForeignKeys();
     void writeAlterations();
     void writeColumnAlterations(Table const& table);
+    /// True if all columns of all parents are as told.
+    template <class Condition>
+    bool isSameInParents(Table const& table, Condition condition) const {
+        return std::all_of(table.parents.begin(), table.parents.end(), [&](int parent) {
+            auto const& columns = at(structure.tables, parent).columns;
+            return std::all_of(columns.begin(), columns.end(), condition);
+        });
+    }
     void writeTableExtras();
     void writeTriggers();
     void writeComments();
@@ -607,11 +615,19 @@ void Writer::writeColumnAlterations(Table const& table) {
                                   " ALTER COLUMN " + quoteName(column.name) + " ";
         bool const isOfView = table.kind != TableKind::TABLE;
         bool const isOfParent = valueOf(column.extras, "inherited") == "true" && !isPartition(table);
-        if ((isOfView && !foreign && !column.defaultValue.empty()) || (isOfParent && !column.generated)) {
+        bool const hasOwnDefault =
+            isOfParent && !column.generated && !isSameInParents(table, [&](Column const& other) {
+                return other.name != column.name || other.defaultValue == column.defaultValue;
+            });
+        bool const hasOwnNotNull =
+            isOfParent && column.notNull && !isSameInParents(table, [&](Column const& other) {
+                return other.name != column.name || other.notNull;
+            });
+        if (hasOwnDefault || (isOfView && !foreign && !column.defaultValue.empty())) {
             statement(start +
                       (column.defaultValue.empty() ? "DROP DEFAULT" : "SET DEFAULT " + column.defaultValue));
         }
-        if (isOfParent && column.notNull) {
+        if (hasOwnNotNull) {
             statement(start + "SET NOT NULL");
         }
         if (foreign) {

@@ -1,5 +1,6 @@
 #include "postgres/StructureReader.h"
 
+#include "kit/ToolError.h"
 #include "postgres/CatalogReader.h"
 
 #include <cstdlib>
@@ -64,6 +65,12 @@ void CatalogReader::readSchemas() {
         schema.comment = row.text(2);
         addExtra(schema.extras, "extension", row.text(3));
         structure.schemas.push_back(std::move(schema));
+    }
+}
+
+void CatalogReader::checkUnchanged(bool holds) const {
+    if (!holds) {
+        throw kit::ToolError(connection.source(), "the structure was changed while it was read; try again");
     }
 }
 

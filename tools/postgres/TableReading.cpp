@@ -82,6 +82,7 @@ void CatalogReader::readTables() {
         table.nativeKind = nativeKindOf(kind, row.flag(4), row.flag(5));
         table.comment = row.text(6);
         table.statement = trimmed(row.text(13));
+        checkUnchanged(table.kind == TableKind::TABLE || !table.statement.empty());
         std::string const toast = row.text(8);
         std::string options = row.text(7);
         options += (options.empty() || toast.empty() ? "" : ", ") + toast;
@@ -184,8 +185,9 @@ void CatalogReader::readTableExtras() {
         " CASE WHEN d IS NULL THEN '' ELSE format(E';\\nCOMMENT ON CONSTRAINT %I ON %s IS %L', n.conname, r, "
         "d) END"
         " FROM pg_constraint AS n, LATERAL (SELECT n.conrelid::regclass AS r, " +
-        commentOn("pg_constraint", "n.oid") + " AS d) AS x WHERE n.contype = 'x'" +
-        (since(110000) ? " AND n.conparentid = 0" : "") + " ORDER BY n.oid";
+        commentOn("pg_constraint", "n.oid") +
+        " AS d) AS x WHERE n.contype = 'x'"
+        " AND n.conparentid = 0 ORDER BY n.oid";
     std::string const policies =
         "SELECT p.polrelid, 'policy ' || p.polname, concat_ws(' ', format('CREATE POLICY %I ON %s', "
         "p.polname, r),"
