@@ -207,21 +207,24 @@ private:
     }
 
     void reportPair(QORObject& ours, QORObject& theirs) {
-        Pair pair{classOf(ours), before.paths.pathOf(ours), after.paths.pathOf(theirs), {}};
         bool const renamed =
             ours.getName() != theirs.getName() && !isRootName(ours, theirs, ours.getName(), theirs.getName());
         QORObject const* const owner = before.paths.owners().of(ours);
         QORObject const* const ownerThere = after.paths.owners().of(theirs);
         bool const moved = !owner != !ownerThere || before.partnerOf(owner) != ownerThere;
-        Change change{pair.className, pair.to, {}, {}, {}};
+        Change change;
         compareAttributes(ours, theirs, change);
         for (QORMetaLink const* link : kit::linksOf(ours)) {
             compareLinks(ours, theirs, *link, change);
         }
         bool const changed = !change.attributes.empty() || !change.links.empty();
-        if (renamed || moved || changed) {
-            pair.place = change.place = placeOf(after, theirs, pair.to);
+        if (!renamed && !moved && !changed) {
+            return;
         }
+        change.className = classOf(ours);
+        change.path = after.paths.pathOf(theirs);
+        change.place = placeOf(after, theirs, change.path);
+        Pair const pair{change.className, before.paths.pathOf(ours), change.path, change.place};
         if (renamed) {
             difference.renamed.push_back(pair);
         }
