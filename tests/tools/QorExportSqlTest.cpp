@@ -1,0 +1,103 @@
+#include "RunProgram.h"
+#include "Sqlite.h"
+#include "TemporaryFolder.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+class QorExportSql : public testing::Test {
+protected:
+    static ProgramResult qor(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), QOR_TOOL);
+        return runProgram(arguments);
+    }
+
+    static void expectError(ProgramResult const& result, std::string const& problem) {
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.out, "");
+        EXPECT_THAT(result.err, StartsWith("qor: "));
+        EXPECT_THAT(result.err, HasSubstr(problem));
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    }
+
+    /// A graph of one object.
+    std::string graphOf(std::string const& object) const {
+        return folder.write("graph.json",
+                            "{\"format\": \"qor-graph\", \"version\": 1, \"objects\": [{\"number\": 1, " +
+                                object + "}], \"links\": []}");
+    }
+
+    TemporaryFolder folder;
+    std::string const database =
+        makeDatabase(folder.file("shop.sqlite"), "CREATE TABLE item(id INTEGER PRIMARY KEY, \"no\""
+                                                 " VARCHAR(9) NOT NULL UNIQUE);"
+                                                 "CREATE VIEW v AS SELECT id FROM item");
+};
+
+TEST_F(QorExportSql, DatabaseIsMadeAgain) {
+    ProgramResult const result = qor({"export", database, "--format", "sql"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    std::filesystem::create_directory(folder.path / "again");
+    std::string const again = makeDatabase(folder.file("again/shop.sqlite"), result.out);
+    EXPECT_EQ(qor({"export", again, "--format", "sql"}).out, result.out);
+    ProgramResult const difference = qor({"diff", database, again});
+    EXPECT_EQ(difference.exitCode, 0) << difference.out;
+}
+
+TEST_F(QorExportSql, JsonOnTheWayChangesNothing) {
+    std::string const json = folder.file("shop.json");
+    EXPECT_EQ(qor({"import", database, "-o", json}).exitCode, 0);
+    ProgramResult const result = qor({"export", json, "--format", "sql"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, qor({"export", database, "--format", "sql"}).out);
+}
+
+TEST_F(QorExportSql, DialectCanBeThatOfTheOtherSystem) {
+    ProgramResult const result = qor({"export", database, "--format", "sql", "--dialect", "postgresql"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("varchar(9)"));
+    EXPECT_THAT(result.out, Not(HasSubstr("VARCHAR(9)")));
+}
+
+TEST_F(QorExportSql, UnknownDialectIsNamed) {
+    expectError(qor({"export", database, "--format", "sql", "--dialect", "klingon"}), "klingon");
+}
+
+TEST_F(QorExportSql, DialectGoesWithSqlAlone) {
+    expectError(qor({"export", database, "--format", "dot", "--dialect", "sqlite"}),
+                "--dialect: goes with --format sql alone\n");
+}
+
+TEST_F(QorExportSql, ModelOfNoKnownSystemNeedsADialect) {
+    std::string const json = graphOf("\"class\": \"Model\", \"attributes\": {\"name\": \"m\"}");
+    expectError(qor({"export", json, "--format", "sql"}),
+                json + ": comes from no known system, so --dialect must tell");
+    for (char const* dialect : {"sqlite", "postgresql"}) {
+        ProgramResult const result = qor({"export", json, "--format", "sql", "--dialect", dialect});
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_NE(result.out, "");
+    }
+}
+
+TEST_F(QorExportSql, WhatIsNoModelIsRefused) {
+    expectError(qor({"export", graphOf("\"class\": \"Class\""), "--format", "sql", "--dialect", "sqlite"}),
+                "its root is no model");
+}
+
+TEST_F(QorExportSql, FailedExportLeavesTheFileAsItWas) {
+    std::string const output = folder.write("out.sql", "as it was");
+    expectError(qor({"export", folder.file("missing.sqlite"), "--format", "sql", "-o", output}),
+                "missing.sqlite");
+    EXPECT_EQ(contentOf(output), "as it was");
+}
+
+} // namespace
