@@ -103,6 +103,7 @@ std::vector<Mistake> const mistakes = {
     {"invalid UTF-8", one("\"name\": \"\xe9\""), "line 6: this isn't JSON"},
     {"half a pair", one("\"name\": \"\\ud800\""), "line 6: this isn't JSON"},
     {"bad bytes", one("\"name\": {\"hex\": \"E9\"}"), "line 6: \"hex\" takes pairs"},
+    {"object apart", file(two), "line 11: no links lead from the first object to the object 2"},
     {"number twice", file(two + ",\n{\"number\": 2, \"class\": \"Model\"}"),
      "line 7: the number 2 is taken twice"},
     {"number 0", file("{\"number\": 0, \"class\": \"Model\"}"), "line 5: the number of an object is due"},
@@ -197,7 +198,8 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string source = folder.write("x.json", file(two));
+    std::string source =
+        folder.write("x.json", file(two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2]}"));
 };
 
 TEST_F(ProgramStreams, OutputThatCannotBeWrittenIsAnError) {

@@ -73,7 +73,8 @@ void GraphBuilder::beginObject(std::uint64_t number, std::string const& classNam
         throw Mistake(kit::quoted(className) + (metaClass ? " is a class without objects" : " is no class"));
     }
     graph.adopt(made);
-    byNumber.emplace(number, made);
+    byNumber.emplace(number, Entry{made, number});
+    numbers.push_back(number);
     kit::Progress::count(byNumber.size());
     current = made;
     settings.clear();
@@ -125,11 +126,12 @@ QORObject& GraphBuilder::object(std::uint64_t number) const {
     if (found == byNumber.end()) {
         throw Mistake("no object has the number " + std::to_string(number));
     }
-    return *found->second;
+    return *found->second.object;
 }
 
 void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
     current = &object(from);
+    currentNumber = from;
     role = current->getMetaClass()->getMetaLinkByRoleName(roleName.c_str());
     if (!role) {
         throw Mistake(classOf(*current) + " has no role " + kit::quoted(roleName));
@@ -141,7 +143,7 @@ void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
 }
 
 // What isn't of the classes that a link is between is no argument for it, nor is an object for itself.
-QORObject& GraphBuilder::linkable(std::uint64_t number) const {
+QORObject& GraphBuilder::linkable(std::uint64_t number) {
     QORObject& other = object(number);
     std::string const roleName = kit::quoted(kit::view(role->getRoleName()));
     if (!other.isInstanceOf(kit::farClassOf(*role))) {
@@ -153,7 +155,21 @@ QORObject& GraphBuilder::linkable(std::uint64_t number) const {
     if (isLinked(*current, *role, other)) {
         refuse(number, "an end is taken");
     }
+    byNumber.at(representativeOf(number)).towards = representativeOf(currentNumber);
     return other;
+}
+
+/// The same number for all objects that links lead to from each other. The ways get shorter with each
+/// question.
+std::uint64_t GraphBuilder::representativeOf(std::uint64_t number) {
+    for (;;) {
+        Entry& entry = byNumber.at(number);
+        if (entry.towards == number) {
+            return number;
+        }
+        entry.towards = byNumber.at(entry.towards).towards;
+        number = entry.towards;
+    }
 }
 
 void GraphBuilder::refuse(std::uint64_t to, char const* reason) const {
@@ -186,6 +202,12 @@ bool GraphBuilder::addLinkUnderFreeName(std::uint64_t to) {
 kit::Graph GraphBuilder::take() {
     if (graph.objects().empty()) {
         throw Mistake("there is no object");
+    }
+    std::uint64_t const first = representativeOf(numbers.front());
+    for (std::uint64_t const number : numbers) {
+        if (representativeOf(number) != first) {
+            throw Mistake("no links lead from the first object to the object " + std::to_string(number));
+        }
     }
     return std::move(graph);
 }

@@ -52,7 +52,8 @@ public:
     /// answer.
     bool addLinkUnderFreeName(std::uint64_t to);
 
-    /// The finished graph; there must be an object.
+    /// The finished graph; there must be an object, and from the first one all others must be reached over
+    /// links of any kind.
     kit::Graph take();
 
 private:
@@ -62,14 +63,23 @@ private:
         std::size_t line;
     };
 
+    /// An object with one of those that links lead to from it, or with itself.
+    struct Entry {
+        QORObject* object;
+        std::uint64_t towards;
+    };
+
     QORObject& object(std::uint64_t number) const;
-    QORObject& linkable(std::uint64_t number) const;
+    std::uint64_t representativeOf(std::uint64_t number);
+    QORObject& linkable(std::uint64_t number);
     [[noreturn]] void refuse(std::uint64_t to, char const* reason) const;
     void checkKind(QORMetaAttribute const& attribute, Scalar const& value) const;
 
     kit::Graph graph;
-    std::unordered_map<std::uint64_t, QORObject*> byNumber;
+    std::unordered_map<std::uint64_t, Entry> byNumber;
+    std::vector<std::uint64_t> numbers; ///< in the order of the objects
     QORObject* current = nullptr;
+    std::uint64_t currentNumber = 0;
     std::vector<Setting> settings;
     QORMetaLink const* role = nullptr;
 };
