@@ -12,6 +12,7 @@
 #include <qor/QORBaseType.h>
 #include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
+#include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
 #include <qor/QORForeignKey.h>
 #include <qor/QORModel.h>
@@ -106,6 +107,63 @@ TEST(ModelReader, ModelMadeByHandNeedsNoSchemaAndNoPhysicalNames) {
     EXPECT_THAT(structure.keys[1].columns, ElementsAre(1));
     EXPECT_EQ(structure.keys[1].referredTable, 0);
     EXPECT_THAT(structure.keys[1].referredColumns, ElementsAre(0));
+}
+
+TEST(ModelReader, TypesInACircleAreReadAndTheCircleIsOpened) {
+    QORModel model;
+    QORDerivedType* types[4];
+    for (int i = 0; i < 4; ++i) {
+        types[i] = new QORDerivedType;
+        types[i]->setName(QORString(i));
+        model.addType(types[i]);
+    }
+    types[0]->addDerivedFromConcreteType(types[1]);
+    types[1]->addDerivedFromConcreteType(types[2]);
+    types[2]->addDerivedFromConcreteType(types[1]);
+    types[3]->addDerivedFromConcreteType(types[3]);
+    database::Structure const structure = database::readModel(model);
+    ASSERT_EQ(structure.types.size(), 4u);
+    for (auto const& type : structure.types) {
+        int steps = 0;
+        for (int base = type.base; base >= 0; base = structure.types[static_cast<std::size_t>(base)].base) {
+            ASSERT_LT(++steps, 4);
+        }
+    }
+}
+
+TEST(ModelReader, LongChainsOfTypesAreNoTrouble) {
+    QORModel model;
+    QORDerivedType* last = nullptr;
+    for (int i = 0; i < 50000; ++i) {
+        auto* const type = new QORDerivedType;
+        type->setName(QORString(i));
+        model.addType(type);
+        if (last) {
+            type->addDerivedFromConcreteType(last);
+        }
+        last = type;
+    }
+    EXPECT_EQ(database::readModel(model).types.size(), 50000u);
+}
+
+TEST(ModelReader, AliasesInACircleAreNoType) {
+    QORModel model;
+    auto* const one = new QORAliasType;
+    auto* const other = new QORAliasType;
+    one->setName("one");
+    other->setName("other");
+    model.addType(one);
+    model.addType(other);
+    one->addAliasOfType(other);
+    other->addAliasOfType(one);
+    auto* const package = new QORDesignPackage;
+    model.addChildPackage(package);
+    auto* const table = new QORClass;
+    package->addModelElement(table);
+    auto* const column = new QORAttribute;
+    column->addType(one);
+    table->addAttribute(column);
+    EXPECT_EQ(database::readModel(model).tables[0].columns[0].type, -1);
 }
 
 TEST(ModelReader, PropertiesOfUsersAreNoExtras) {

@@ -34,6 +34,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_map>
 
 namespace database {
@@ -121,6 +122,7 @@ public:
                 typeOf(&type);
             }
         });
+        readBases();
         ofClass<QORClass>(QORElementType::CLASS, [this](auto& table) { readClass(table); });
         ofClass<QORSQLViewEntity>(QORElementType::SQL_VIEW_ENTITY, [this](auto& view) { readView(view); });
         ofClass<QORGeneralization>(QORElementType::GENERALIZATION,
@@ -229,23 +231,47 @@ private:
         return known->second;
     }
 
-    /// The number of a type, which is read if it hasn't been; -1 for none.
+    /// The number of a type, which is read if it hasn't been; -1 for none. Aliases that lead in a circle are
+    /// none.
     int typeOf(QORType* type) {
+        std::set<QORType const*> aliases;
         while (type && type->isInstanceOf(QORElementType::ALIAS_TYPE)) {
-            type = static_cast<QORAliasType*>(type)->getAliasOfType();
+            bool const isNew = aliases.insert(type).second;
+            type = isNew ? static_cast<QORAliasType*>(type)->getAliasOfType() : nullptr;
         }
         if (!type) {
             return -1;
         }
         auto const [known, isNew] = types.emplace(type, static_cast<int>(structure.types.size()));
-        int const index = known->second;
         if (isNew) {
-            structure.types.emplace_back();
-            Type const record = readType(*type);
-            structure.types[static_cast<std::size_t>(index)] = record;
+            structure.types.push_back(readType(*type));
         }
-        return index;
+        return known->second;
     }
+
+    /// Types derived from each other in a circle lose the base at which it closes.
+    void readBases() {
+        ofClass<QORDerivedType>(QORElementType::DERIVED_TYPE, [this](auto& type) {
+            int const number = indexIn(types, &type);
+            if (number >= 0) {
+                typeAt(number).base = indexIn(types, type.getDerivedFromConcreteType());
+            }
+        });
+        std::vector<int> walk(structure.types.size(), -1); // in which a type was met first
+        for (int start = 0; start < static_cast<int>(walk.size()); ++start) {
+            int number = start;
+            while (number >= 0 && walk[static_cast<std::size_t>(number)] < 0) {
+                walk[static_cast<std::size_t>(number)] = start;
+                int const base = typeAt(number).base;
+                if (base >= 0 && walk[static_cast<std::size_t>(base)] == start) {
+                    typeAt(number).base = -1;
+                }
+                number = typeAt(number).base;
+            }
+        }
+    }
+
+    Type& typeAt(int number) { return structure.types[static_cast<std::size_t>(number)]; }
 
     Type readType(QORType& object) {
         Type record;
@@ -265,10 +291,6 @@ private:
         if (object.isInstanceOf(QORElementType::DERIVED_TYPE)) {
             for (QORTypeValue const* value : elements<QORTypeValue>(object, "typeValue")) {
                 record.values.push_back(text(value->getValue()));
-            }
-            QORConcreteType* const base = static_cast<QORDerivedType&>(object).getDerivedFromConcreteType();
-            if (base && base->isInstanceOf(QORElementType::DERIVED_TYPE) && base != &object) {
-                record.base = typeOf(base);
             }
         }
         return record;
