@@ -2,7 +2,7 @@
 
 _qor() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local verb= i
+    local verb='' i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         if [[ ${COMP_WORDS[i]} != -* ]]; then
             verb=${COMP_WORDS[i]}
@@ -10,7 +10,7 @@ _qor() {
         fi
     done
 
-    local options='--help' words=
+    local options='--help' words=''
     case $verb in
     '')
         words='import show export diff recode'
