@@ -45,8 +45,6 @@ Table table;
 bool all = false;
 std::array<QORObject*, 8192> dead;
 std::size_t deadCount = 0;
-std::array<void*, 16> kept{}; ///< blocks that aren't given out again at once
-std::size_t nextKept = 0;
 
 void note(QORObject* object) {
     if (table.erase(object) && deadCount < dead.size())
@@ -75,6 +73,22 @@ void* obtainOrThrow(std::size_t size) {
     throw std::bad_alloc();
 }
 
+#if defined(__SANITIZE_ADDRESS__)
+void bury(void* block) noexcept {
+    std::free(block);
+}
+#else
+std::array<void*, 16> kept{}; ///< blocks that aren't given out again at once
+std::size_t nextKept = 0;
+
+void bury(void* block) noexcept {
+    std::memset(block, 0xD5, malloc_usable_size(block));
+    std::free(kept[nextKept]);
+    kept[nextKept] = block;
+    nextKept = (nextKept + 1) % kept.size();
+}
+#endif
+
 void giveBack(void* block) noexcept {
     live -= block != nullptr;
     if (!all || !table.erase(block)) {
@@ -83,14 +97,7 @@ void giveBack(void* block) noexcept {
     }
     if (deadCount < dead.size())
         dead[deadCount++] = static_cast<QORObject*>(block);
-#if defined(__SANITIZE_ADDRESS__)
-    std::free(block);
-#else
-    std::memset(block, 0xD5, malloc_usable_size(block));
-    std::free(kept[nextKept]);
-    kept[nextKept] = block;
-    nextKept = (nextKept + 1) % kept.size();
-#endif
+    bury(block);
 }
 
 } // namespace

@@ -46,7 +46,7 @@ constexpr int stepsOfAUniverse = 1500;
 constexpr int stepsWithoutMemory = 400;
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr long usualSteps = 60'000;
+constexpr long usualSteps = 300'000;
 #else
 constexpr long usualSteps = 2'000'000;
 #endif
