@@ -82,6 +82,19 @@ TEST_F(QorPostgres, ImportGivesTheSameBytesEachTime) {
     EXPECT_EQ(first.out, second.out);
 }
 
+/// Its texts may be in any encoding, which `qor recode` can tell afterwards.
+TEST_F(QorPostgres, ADatabaseOfUnknownEncodingKeepsItsBytes) {
+    std::string const name = server().makeDatabase("", "ENCODING 'SQL_ASCII' LOCALE 'C' TEMPLATE template0");
+    server().run(name, "DO $$ BEGIN EXECUTE 'CREATE TABLE \"gr' || chr(246) || chr(223) || 'e\"()'; END $$");
+    std::string const file = folder.file("bytes.json");
+    ProgramResult const result = qor({"import", server().url(name), "-o", file});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(contentOf(file), HasSubstr("{\"hex\": \"6772f6df65\"}"));
+    ProgramResult const recoded = qor({"recode", file, "--from", "ISO-8859-1", "--to", "UTF-8", "-o", file});
+    EXPECT_EQ(recoded.exitCode, 0) << recoded.err;
+    EXPECT_THAT(contentOf(file), HasSubstr("\"größe\""));
+}
+
 TEST_F(QorPostgres, DiffTellsWhatChanged) {
     std::string const sql = "CREATE TABLE t(a int PRIMARY KEY, b text)";
     std::string const before = server().makeDatabase(sql);

@@ -90,6 +90,11 @@ Connection::Connection(std::string const& url) : shownUrl(withoutPassword(url)) 
         throw ToolError(shownUrl,
                         "the server is PostgreSQL " + version() + ", and 12 is the first that is read");
     }
+    // Such a database doesn't know what its texts are encoded in, and the server converts none of them.
+    char const* const encoding = PQparameterStatus(connection.get(), "server_encoding");
+    if (encoding && std::string_view(encoding) == "SQL_ASCII") {
+        run("SET client_encoding = 'SQL_ASCII'");
+    }
     run(settings);
 }
 

@@ -56,7 +56,8 @@ public:
 
     /// Goes to the next row; false if there is none.
     bool next();
-    /// A column of the row as text in UTF-8, empty for NULL; it lives until `next`.
+    /// A column of the row as text in UTF-8, or as its bytes are if the database's encoding is SQL_ASCII;
+    /// empty for NULL; it lives until `next`.
     char const* text(int column) const;
     bool isNull(int column) const;
     /// A column that holds true or false; false for NULL.
