@@ -20,6 +20,10 @@ class QORTraversalOperation;
 ///
 /// A link is two ends, one in each object: a pointer (unary end) or a link container (nary end). An object
 /// owns what hangs on its `child` ends and dies with its owner. A graph belongs to one thread at a time.
+///
+/// Deleting, walking and re-encoding need a small stack however deep a graph of the library's own classes is.
+/// An object of a caller's class is asked through its virtual operations, as it may override them: where such
+/// objects own each other, each of them takes stack, some hundred bytes.
 class QOR_API QORObject {
 public:
     /// An unnamed object with id 0.
@@ -60,8 +64,8 @@ public:
     virtual void transcode(QOREncodingConverter* from, QOREncodingConverter* to, int& firstCounter,
                            int& errorCounter);
     /// Walks the object and all that it owns, owners before children: `pre_process`, the children,
-    /// `post_process`. Gives false if `pre_process` does, which cuts off the subtree. Any depth is walked on
-    /// a small stack. What the operation throws arrives at the caller.
+    /// `post_process`. Gives false if `pre_process` does, which cuts off the subtree. What the operation
+    /// throws arrives at the caller.
     virtual bool depthTraversal(QORTraversalOperation& operation, void* data);
     /// Names the object. Throws the "Illegal Argument" message, with nothing changed, when the owner already
     /// holds an object of that name.
