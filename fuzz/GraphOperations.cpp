@@ -92,8 +92,10 @@ public:
 
     bool pre_process(QORObject* object, void*&) override {
         length += object->getParentCount();
-        // An alias asks its type, which must be there and no alias of this one.
-        if (object->getElementType() != QORElementType::ALIAS_TYPE)
+        // An alias asks its type, which must be there and no alias of this one; a projection asks what it
+        // shows.
+        if (object->getElementType() != QORElementType::ALIAS_TYPE &&
+            !object->isInstanceOf(QORElementType::PRESENTATION_ELEMENT))
             length += object->getDisplayName().length;
         return (bits >> (met++ % 8) & 1) == 0;
     }
