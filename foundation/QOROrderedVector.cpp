@@ -6,6 +6,6 @@ bool QOROrderedVector::remove(QORContainer::Iterator* iterator) {
     return QORVector::remove(iterator);
 }
 
-void QOROrderedVector::insertElement(QORContainerItem const* item, int position) {
-    insertAt(item, std::clamp(position, 0, size));
+void QOROrderedVector::insertElement(QORContainerItem const* item, int index) {
+    insertAt(item, std::clamp(index, 0, size));
 }

@@ -24,6 +24,8 @@ void QORPool::release(void* block, std::size_t) noexcept {
     ::operator delete(block);
 }
 
+void QORPool::reserve(std::size_t) {}
+
 void QORPool::useHugePages(bool) noexcept {}
 
 void QORPool::bypass(bool) noexcept {}
@@ -108,8 +110,9 @@ Page& pageOf(Chunk& chunk, void const* block) {
     return chunk.pages[offset / pageSize];
 }
 
-/// A chunk of fresh memory at an address that is a multiple of its size; null if there is none.
-Chunk* mapChunk(bool huge) {
+/// A chunk of fresh memory at an address that is a multiple of its size; null if there is none. `touched` has
+/// the system provide the memory at once, which takes it less time than one page after the other.
+Chunk* mapChunk(bool huge, bool touched) {
     std::size_t const reserved = chunkSize * 2;
     void* const area =
         mmap(nullptr, reserved, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -123,6 +126,12 @@ Chunk* mapChunk(bool huge) {
         munmap(reinterpret_cast<void*>(aligned + chunkSize), behind);
     if (huge)
         madvise(reinterpret_cast<void*>(aligned), chunkSize, MADV_HUGEPAGE);
+#ifdef MADV_POPULATE_WRITE // Linux 5.14; where it is refused, each page comes when it is first used
+    if (touched)
+        madvise(reinterpret_cast<void*>(aligned), chunkSize, MADV_POPULATE_WRITE);
+#else
+    static_cast<void>(touched);
+#endif
     return reinterpret_cast<Chunk*>(aligned);
 }
 
@@ -210,7 +219,8 @@ struct Pool {
     }
 
     bool addChunk() {
-        Chunk* const chunk = mapChunk(hugePages.load(std::memory_order_relaxed));
+        bool const touched = chunkCount > 0; // a small graph leaves most of its chunk untouched
+        Chunk* const chunk = mapChunk(hugePages.load(std::memory_order_relaxed), touched);
         if (!chunk)
             return false;
         chunk->owner = this;
@@ -306,6 +316,14 @@ void* QORPool::allocate(std::size_t size) {
     if (void* const block = pool.take(sizeIndex(size)))
         return block;
     throw std::bad_alloc();
+}
+
+void QORPool::reserve(std::size_t bytes) {
+    Pool& pool = poolOfThread ? *poolOfThread : leasePool();
+    for (std::size_t reserved = 0; reserved < bytes; reserved += chunkSize) {
+        if (!pool.addChunk())
+            throw std::bad_alloc();
+    }
 }
 
 void QORPool::useHugePages(bool use) noexcept {

@@ -193,21 +193,39 @@ void QORString::adopt(char* buffer, int bufferCapacity, int count) noexcept {
 }
 
 void QORString::assign(char const* text, int count) {
+    char* target = heapBuffer();
+    if (target == nullptr && count <= inlineCapacity) {
+        if (count == 0) {
+            becomeEmpty();
+            return;
+        }
+        copyCharacters(store, text, count);
+        store[count] = '\0';
+        chars = store;
+        length = count;
+        return;
+    }
     if (count == 0) {
-        delete[] heapBuffer();
+        delete[] target;
         becomeEmpty();
         return;
     }
     int size = capacity();
-    char* target = heapBuffer();
     if (count > size) {
         target = allocate(count);
         size = count;
-    } else if (target == nullptr) {
-        target = store;
     }
     copyCharacters(target, text, count);
     adopt(target, size, count);
+}
+
+// A copy of a text that doesn't fit into `store`, for a string that has no memory yet.
+void QORString::copyToHeap(QORString const& other) {
+    char* const buffer = allocate(other.length);
+    std::memcpy(buffer, other.chars, static_cast<std::size_t>(other.length) + 1);
+    std::memcpy(store, &other.length, sizeof other.length);
+    chars = buffer;
+    length = other.length;
 }
 
 QORString operator+(QORString const& left, QORString const& right) {

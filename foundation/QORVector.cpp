@@ -66,8 +66,8 @@ int QORVector::live() const {
     return block ? block->live : 0;
 }
 
-QORContainerItem*& QORVector::item(int position) const {
-    return block->slots()[block->slotAt(position)];
+QORContainerItem*& QORVector::item(int index) const {
+    return block->slots()[block->slotAt(index)];
 }
 
 void QORVector::growTo(int capacity) {
@@ -117,32 +117,31 @@ void QORVector::makeRoom() {
     }
 }
 
-void QORVector::insertAt(QORContainerItem const* inserted, int position) {
+void QORVector::insertAt(QORContainerItem const* inserted, int index) {
     makeRoom();
     int const count = block->live;
     auto* const added = const_cast<QORContainerItem*>(inserted);
-    if (block->index && (position != count || !added || block->index->slotOf(added) >= 0))
+    if (block->index && (index != count || !added || block->index->slotOf(added) >= 0))
         block->dropIndex(); // it holds each item once, and in the order of adding
-    if (position == count) {
+    if (index == count) {
         block->slots()[block->end] = added;
         if (block->index)
             block->index->insert(added, block->end);
     } else {
         QORContainerItem** const items = block->slots() + block->first;
-        std::memmove(items + position + 1, items + position,
-                     sizeof(*items) * static_cast<unsigned>(count - position));
-        items[position] = added;
+        std::memmove(items + index + 1, items + index, sizeof(*items) * static_cast<unsigned>(count - index));
+        items[index] = added;
     }
     ++block->end;
     ++block->live;
     ++size;
     for (Iterator* walk = block->iterators; walk; walk = walk->nextOfVector)
-        if (walk->index >= position && !(walk->index == position && position == count))
+        if (walk->index >= index && !(walk->index == index && index == count))
             ++walk->index;
 }
 
-QORContainerItem* QORVector::removeAt(int position) {
-    int const slot = block->slotAt(position);
+QORContainerItem* QORVector::removeAt(int index) {
+    int const slot = block->slotAt(index);
     QORContainerItem*& place = block->slots()[slot];
     QORContainerItem* const removed = place;
     --block->live;
@@ -155,10 +154,10 @@ QORContainerItem* QORVector::removeAt(int position) {
             --block->end;
         if (block->live < (block->end - block->first) / 2)
             block->compact();
-    } else if (position == 0) {
+    } else if (index == 0) {
         ++block->first;
     } else {
-        std::memmove(&place, &place + 1, sizeof(place) * static_cast<unsigned>(block->live - position));
+        std::memmove(&place, &place + 1, sizeof(place) * static_cast<unsigned>(block->live - index));
         --block->end;
     }
     if (block->live == 0) {
@@ -166,9 +165,9 @@ QORContainerItem* QORVector::removeAt(int position) {
         block->end = 0;
     }
     for (Iterator* walk = block->iterators; walk; walk = walk->nextOfVector) {
-        if (walk->index > position)
+        if (walk->index > index)
             --walk->index;
-        else if (walk->index == position)
+        else if (walk->index == index)
             walk->gone = true;
     }
     return removed;
@@ -224,32 +223,32 @@ bool QORVector::empty() {
 }
 
 bool QORVector::add(QORContainerItem const* added, bool unique, QORContainer::Iterator* iterator) {
-    int const position = QORVector::addElement(added, unique);
-    if (position < 0)
+    int const index = QORVector::addElement(added, unique);
+    if (index < 0)
         return false;
     if (auto* const walk = static_cast<Iterator*>(iterator)) {
         walk->attach(this);
-        walk->place(position);
+        walk->place(index);
     }
     return true;
 }
 
 bool QORVector::contains(QORContainerItem const* wanted, QORContainer::Iterator* iterator) const {
-    int const position = QORVector::containsElement(wanted);
+    int const index = QORVector::containsElement(wanted);
     if (auto* const walk = static_cast<Iterator*>(iterator)) {
         walk->attach(this);
-        walk->place(position);
+        walk->place(index);
     }
-    return position >= 0;
+    return index >= 0;
 }
 
 QORContainerItem* QORVector::findFirst(QORContainerKey const* key, QORContainer::Iterator* iterator) const {
-    int const position = QORVector::findFirstElement(key);
+    int const index = QORVector::findFirstElement(key);
     if (auto* const walk = static_cast<Iterator*>(iterator)) {
         walk->attach(this);
-        walk->place(position);
+        walk->place(index);
     }
-    return position >= 0 ? item(position) : nullptr;
+    return index >= 0 ? item(index) : nullptr;
 }
 
 bool QORVector::remove(QORContainer::Iterator* iterator) {
@@ -289,9 +288,9 @@ bool QORVector::operator!=(QORVector const& other) const {
 int QORVector::addElement(QORContainerItem const* added, bool unique) {
     if (unique && QORVector::containsElement(added) >= 0)
         return -1;
-    int const position = live();
-    insertAt(added, position);
-    return position;
+    int const index = live();
+    insertAt(added, index);
+    return index;
 }
 
 int QORVector::containsElement(QORContainerItem const* wanted) const {
@@ -315,8 +314,8 @@ int QORVector::positionOf(QORContainerItem const* wanted) const {
     return -1;
 }
 
-QORContainerItem* QORVector::operator[](int position) const {
-    return position >= 0 && position < live() ? item(position) : nullptr;
+QORContainerItem* QORVector::operator[](int index) const {
+    return index >= 0 && index < live() ? item(index) : nullptr;
 }
 
 int QORVector::findFirstElement(QORContainerKey const* key) const {
@@ -341,28 +340,28 @@ int QORVector::findPreviousElement(QORContainerKey const* key, int from) const {
     return -1;
 }
 
-QORContainerItem* QORVector::removeElement(int position) {
-    if (position < 0 || position >= live())
+QORContainerItem* QORVector::removeElement(int index) {
+    if (index < 0 || index >= live())
         return nullptr;
     --size;
-    return removeAt(position);
+    return removeAt(index);
 }
 
 bool QORVector::removeItem(QORContainerItem const* wanted) {
-    int const position = positionOf(wanted);
-    if (position < 0)
+    int const index = positionOf(wanted);
+    if (index < 0)
         return false;
     --size;
-    removeAt(position);
+    removeAt(index);
     return true;
 }
 
 bool QORVector::moveToEnd(QORContainerItem const* moved) {
-    int const position = positionOf(moved);
-    if (position < 0)
+    int const index = positionOf(moved);
+    if (index < 0)
         return false;
     --size;
-    removeAt(position);
+    removeAt(index);
     if (block->end == block->capacity)
         block->compact();
     insertAt(moved, block->live);
@@ -453,6 +452,10 @@ QORContainerItem* QORVector::Iterator::operator*() const {
 
 QORContainerItem* QORVector::Iterator::get() const {
     return index >= 0 && !gone ? vector()->QORVector::operator[](index) : nullptr;
+}
+
+QORContainerItem* QORVector::Iterator::ahead(int steps) const {
+    return index >= 0 && !gone ? vector()->QORVector::operator[](index + steps) : nullptr;
 }
 
 QORContainerItem* QORVector::Iterator::moveToFirst() {

@@ -93,6 +93,11 @@ class Link:
             return "UNARY"
         return "TREE" if self.container in TREES else "VECTOR"
 
+    @property
+    def held(self):
+        """Whether this is a unary end that is answered by a tree."""
+        return self.shape == "UNARY" and self.far.shape == "TREE"
+
 
 @dataclass
 class Class:

@@ -128,15 +128,24 @@ def header(model, cls):
             out += [comment(entry["doc"]), f"    {entry['declare']};"]
     out += ["", "protected:"] if cls.fields else []
     fields = {a.name: f"    {a.type} {a.field}{initializer(a)};" for a in cls.attributes}
-    fields |= {
-        link.role: container_field(link) if link.container else f"    QORObject* {link.field} = nullptr;"
-        for link in cls.links
-    }
-    out += [fields[name] for name in cls.fields]
+    fields |= {link.role: container_field(link) if link.container else unary_field(link) for link in cls.links}
+    out += [fields[name] for name in memory_order(cls)]
     out += ["", "private:", "    friend struct QORMetamodel;"]
     out += [f"    bool _add{link.accessor}(QORObject* far);" for link in cls.links]
     out += ["};", ""]
     return "\n".join(out)
+
+
+def memory_order(cls):
+    """The fields as they lie in memory: what is read together side by side. Containers are most of an object and are
+    mostly empty; so each class turns its other fields towards those of a neighbour in the lineage."""
+    containers = [link.role for link in cls.links_in_field_order() if link.container]
+    others = [name for name in cls.fields if name not in containers]
+    return others + containers if len(list(cls.lineage())) % 2 == 0 else containers + others
+
+
+def unary_field(link):
+    return f"    QORHeldEnd {link.field};" if link.held else f"    QORObject* {link.field} = nullptr;"
 
 
 def container_field(link):
@@ -345,7 +354,7 @@ def link_source(cls, link):
     ]
     if not link.container:
         return out + [
-            f"{far}* {n}::get{x}() const {{\n    return {cast}({link.field});\n}}\n",
+            f"{far}* {n}::get{x}() const {{\n    return {cast}({link.field}{'.far' if link.held else ''});\n}}\n",
             f"bool {n}::remove{x}() {{\n    return QORRecipe::remove(*this, {end});\n}}\n",
         ]
     out += [
@@ -450,7 +459,7 @@ int {view}::compare2Key(QORContainerItem const* item, QORContainerKey const* key
 
 
 def metamodel_source(model):
-    lists, strings, descriptions = [], [], []
+    lists, places, strings, descriptions = [], [], [], []
     for cls in model.classes:
         up = list(cls.lineage())
         down = up[::-1]
@@ -468,10 +477,17 @@ def metamodel_source(model):
         ]
         first = len(strings)
         strings += [f"offsetof({each.name}, {a.field})" for each in up for a in own_strings(each)]
-        bits = hex((1 << sum(len(each.links) for each in up)) - 1)
+        bits = ", ".join([
+            hex((1 << sum(len(each.links) for each in up)) - 1),
+            bits_of(link for each in up for link in own_parents(each)),
+            bits_of(link for each in up for link in own_children(each)),
+        ])
+        rank = {index: place for place, index in enumerate(take_apart, 1)}
+        ends = sorted((link for each in up for link in each.links), key=bit_of)
+        ranks = list_range(places, [rank.get(link.index, 255) for link in ends])[0]
         spans = ", ".join(f"{{QORMetamodel::lists + {at}, {count}}}" for at, count in ranges)
         descriptions.append(f'QORClassDescription const describe{cls.display}{{&typeid({cls.name}), "{cls.display}", '
-                            f"QORElementType::{cls.enumerator}, {spans}, {bits}, "
+                            f"QORElementType::{cls.enumerator}, {spans}, QORMetamodel::places + {ranks}, {bits}, "
                             f"{{QORMetamodel::strings + {first}, {len(strings) - first}}}}};")
     out = [HEADING + '#include "kernel/QORClassDescription.h"\n']
     out += [f"#include <qor/{cls.name}.h>" for cls in model.classes]
@@ -483,6 +499,8 @@ def metamodel_source(model):
                    f"// {link.index} {link.owner.name}.{link.role}")
     out += ["};", "", "std::uint16_t const QORMetamodel::lists[] = {"]
     out += ["    " + ", ".join(map(str, lists[i:i + 20])) + "," for i in range(0, len(lists), 20)]
+    out += ["};", "", "std::uint8_t const QORMetamodel::places[] = {"]
+    out += ["    " + ", ".join(map(str, places[i:i + 20])) + "," for i in range(0, len(places), 20)]
     out += ["};", "", "std::uint16_t const QORMetamodel::strings[] = {"]
     out += [f"    {text}," for text in strings]
     out += ["};", "", "namespace {", ""] + descriptions + ["", "} // namespace", ""]
@@ -502,6 +520,10 @@ def bit_of(link):
     """The place of an end among those of an object, from the root class down in field order."""
     below = sum(len(base.links) for base in link.owner.lineage()) - len(link.owner.links)
     return below + link.owner.links_in_field_order().index(link)
+
+
+def bits_of(links):
+    return hex(sum(1 << bit_of(link) for link in links))
 
 
 def list_range(lists, items):

@@ -43,8 +43,12 @@ struct QORClassDescription {
     QORIndexList children; ///< all child ends, down, of each class the unary ones first
     /// What recursiveDelete undoes, down: of each class its children, then the other ends.
     QORIndexList takeApart;
-    std::uint64_t linkBits; ///< the bits of all ends
-    QORIndexList strings;   ///< offsets of all QORString attributes but the name, up
+    /// By the bit of an end: its place in `takeApart`, from 1 on; 255 if it isn't there.
+    std::uint8_t const* takeApartPlaces;
+    std::uint64_t linkBits;   ///< the bits of all ends
+    std::uint64_t parentBits; ///< the bits of `parents`
+    std::uint64_t childBits;  ///< the bits of `children`
+    QORIndexList strings;     ///< offsets of all QORString attributes but the name, up
 };
 
 /// The metamodel as constant data, made by the generator from the class tables.
@@ -53,6 +57,8 @@ struct QORMetamodel {
     static QORLinkEnd const ends[];
     /// The index lists of the descriptions, one behind the other.
     static std::uint16_t const lists[];
+    /// The places of ends in `takeApart`, one list behind the other.
+    static std::uint8_t const places[];
     /// The offsets of text attributes, one list behind the other.
     static std::uint16_t const strings[];
     /// The descriptions by element type; null for retired ones.

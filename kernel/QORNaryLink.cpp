@@ -237,8 +237,7 @@ bool QORLinkTree::removeItem(QORContainerItem const* item) {
     return true;
 }
 
-bool QORLinkTree::rekeyItem(QORContainerItem const* item, void (*change)(void*), void* context) {
-    QORRBTreeNode* const node = nodeOfItem(item);
+bool QORLinkTree::rekeyNode(QORRBTreeNode* node, void (*change)(void*), void* context) {
     QORRBTreeNode* const follower = node ? following(node) : nullptr;
     if (node) {
         leaveNode(node);
@@ -256,20 +255,20 @@ bool QORLinkTree::rekeyItem(QORContainerItem const* item, void (*change)(void*),
     return taken;
 }
 
-bool QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const* item) {
+QORRBTreeNode* QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const* item) {
     QORRBTreeNode* const node = other.nodeOfItem(item);
     if (!node)
-        return false;
+        return nullptr;
     QORRBTreeNode* const follower = following(node);
     other.leaveNode(node);
     other.unlinkNode(node);
     if (relinkNode(node, true)) {
         noteAdded(node);
-        return true;
+        return node;
     }
     other.relinkNodeBefore(node, follower);
     other.noteAdded(node);
-    return false;
+    return nullptr;
 }
 
 QORContainerItem* QORLinkTree::drainFirst() {
@@ -285,16 +284,16 @@ QORObject const& object(QORContainerItem const* item) {
     return *static_cast<QORObject const*>(item);
 }
 
-char const* nameOf(QORContainerItem const* item) {
-    return object(item).getName().chars;
+QORString const& nameOf(QORContainerItem const* item) {
+    return object(item).getName();
 }
 
 int compareNames(QORContainerItem const* a, QORContainerItem const* b) {
-    return std::strcmp(nameOf(a), nameOf(b));
+    return nameOf(a).compare(nameOf(b));
 }
 
 int compareNameWithKey(QORContainerItem const* item, QORContainerKey const* key) {
-    return std::strcmp(nameOf(item), static_cast<QORString const*>(key)->chars);
+    return nameOf(item).compare(*static_cast<QORString const*>(key));
 }
 
 bool hasName(QORContainerItem const* item, QORContainerKey const* key) {
@@ -385,7 +384,7 @@ int QORNameLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey c
 
 int QOROptionalNameLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
     QORString const& name = object(a).getName();
-    int const order = std::strcmp(name.chars, nameOf(b));
+    int const order = name.compare(nameOf(b));
     return order == 0 && name.length == 0 ? compareAddresses(a, b) : order;
 }
 
@@ -401,7 +400,7 @@ int QORNameElementTypeLinkTree::compare2Object(QORContainerItem const* a, QORCon
 
 int QORTypeValueLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
     QORString const& name = object(a).getName();
-    if (int const order = std::strcmp(name.chars, nameOf(b)))
+    if (int const order = name.compare(nameOf(b)))
         return order;
     if (name.length)
         return 0;

@@ -26,6 +26,11 @@ QORObject*& QORRecipe::field(QORObject& object, QORLinkEnd const& end) {
     return fieldAt<QORObject*>(object, end.offset);
 }
 
+/// The node that a unary end remembers; the end that answers it is a tree.
+QORRBTreeNode*& QORRecipe::node(QORObject& held, QORLinkEnd const& heldEnd) {
+    return fieldAt<QORHeldEnd>(held, heldEnd.offset).node;
+}
+
 QORLinkTree& QORRecipe::tree(QORObject& object, QORLinkEnd const& end) {
     return fieldAt<QORLinkTree>(object, end.offset);
 }
@@ -130,15 +135,42 @@ bool QORRecipe::isLinkedUnnoticed(QORObject& object, QORLinkEnd const& end, QORO
                                                    : holdsItem(far, farEnd, &object);
 }
 
+/// The node of an element in a tree, looked for only if the element doesn't know it.
+QORRBTreeNode* QORRecipe::nodeOf(QORObject& object, QORLinkEnd const& end, QORObject& element) {
+    QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    if (farEnd.shape == QOREndShape::UNARY && field(element, farEnd) == &object &&
+        !((object.linked | element.linked) & lookAtEnds)) {
+        if (QORRBTreeNode* const known = node(element, farEnd))
+            return known;
+    }
+    return tree(object, end).nodeOfItem(&element);
+}
+
+/// Links a tree end with a unary one, as `_addnu` does.
+bool QORRecipe::hold(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd) {
+    if (field(far, farEnd))
+        return false;
+    QORRBTreeNode* const made = tree(object, end).addNode(&far, true);
+    if (!made || &far == &object) // a self-link leaves the object in its own end
+        return false;
+    field(far, farEnd) = &object;
+    node(far, farEnd) = made;
+    return true;
+}
+
 bool QORRecipe::makeLink(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd) {
     bool const unary = end.shape == QOREndShape::UNARY;
     bool const farUnary = farEnd.shape == QOREndShape::UNARY;
     if (unary && farUnary)
         return object._adduu(&field(object, end), &field(far, farEnd), &far);
+    if (unary && farEnd.shape == QOREndShape::TREE)
+        return hold(far, farEnd, object, end);
     if (unary)
-        return far._addnu(&container(far, farEnd), &field(object, end), &object);
+        return far._addnu(&vector(far, farEnd), &field(object, end), &object);
+    if (farUnary && end.shape == QOREndShape::TREE)
+        return hold(object, end, far, farEnd);
     if (farUnary)
-        return object._addnu(&container(object, end), &field(far, farEnd), &far);
+        return object._addnu(&vector(object, end), &field(far, farEnd), &far);
     return object._addnn(&container(object, end), &container(far, farEnd), &far);
 }
 
@@ -167,9 +199,11 @@ bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
 
 bool QORRecipe::linkStaged(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkTree& staged) {
     QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
-    if (!tree(object, end).adoptItem(staged, &far))
+    QORRBTreeNode* const adopted = tree(object, end).adoptItem(staged, &far);
+    if (!adopted)
         return false;
     field(far, farEnd) = &object;
+    node(far, farEnd) = adopted;
     note(object, end);
     note(far, farEnd);
     return true;
@@ -177,8 +211,11 @@ bool QORRecipe::linkStaged(QORObject& object, QORLinkEnd const& end, QORObject& 
 
 /// Takes this very element out of a nary end.
 bool QORRecipe::takeOut(QORObject& object, QORLinkEnd const& end, QORObject* element) {
-    bool const found = end.shape == QOREndShape::TREE ? tree(object, end).removeItem(element)
-                                                      : vector(object, end).removeItem(element);
+    bool found;
+    if (end.shape == QOREndShape::TREE)
+        found = tree(object, end).removeNode(nodeOf(object, end, *element)) != nullptr;
+    else
+        found = vector(object, end).removeItem(element);
     note(object, end);
     return found;
 }
@@ -258,6 +295,22 @@ bool QORRecipe::removeNamed(QORObject& object, QORLinkEnd const& end, QORString 
     return true;
 }
 
+/// How many objects ahead a walk asks for memory: further than it gets while that arrives.
+constexpr int farSighted = 2;
+
+/// Asks for the memory of an object that is about to be looked at and most likely is of that class: where its
+/// name, the state of its links and the first of its texts lie. Objects are large, so that a walk is mostly
+/// waiting for memory.
+void QORRecipe::foresee(void const* object, QORClassDescription const& level) {
+    if (!object)
+        return;
+    constexpr int texts = 5; // the last ones, those of the root classes, are mostly empty
+    auto const start = static_cast<char const*>(object);
+    __builtin_prefetch(start);
+    for (int i = 0, count = std::min<int>(texts, level.strings.count); i < count; ++i)
+        __builtin_prefetch(start + level.strings.first[i]);
+}
+
 /// The next element of an end that is being emptied. The end counts it on until `endDraining`, so that the
 /// object stays referenced while what hangs on it goes.
 QORObject* QORRecipe::drain(QORObject& object, QORLinkEnd const& end) {
@@ -321,6 +374,8 @@ bool QORRecipe::ownerIsSet(QORObject const& object, QORClassDescription const& l
 }
 
 bool QORRecipe::isParent(QORObject const& object, QORClassDescription const& level) {
+    if (!(object.linked & lookAtEnds))
+        return object.linked & level.childBits;
     return std::any_of(level.children.begin(), level.children.end(),
                        [&](std::uint16_t end) { return isSet(object, QORMetamodel::ends[end]); });
 }
@@ -356,7 +411,7 @@ bool QORRecipe::rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*cha
     QORLinkEnd const& ownerEnd = QORMetamodel::ends[parentEnd.far];
     switch (ownerEnd.shape) {
     case QOREndShape::TREE:
-        return tree(owner, ownerEnd).rekeyItem(&object, change, context);
+        return tree(owner, ownerEnd).rekeyNode(nodeOf(owner, ownerEnd, object), change, context);
     case QOREndShape::VECTOR:
         change(context);
         vector(owner, ownerEnd).moveToEnd(&object); // as if taken out and added again
@@ -383,6 +438,8 @@ void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString
 
 /// The end that holds the object's first owner; null if it has none.
 QORLinkEnd const* QORRecipe::firstOwnerEnd(QORObject const& object, QORClassDescription const& level) {
+    if (!(object.linked & (level.parentBits | lookAtEnds)))
+        return nullptr;
     for (std::uint16_t const end : level.parents)
         if (isSet(object, QORMetamodel::ends[end]))
             return &QORMetamodel::ends[end];
@@ -417,15 +474,30 @@ QORObject* QORRecipe::removeAggregationAssembly(QORObject& object, QORClassDescr
     return parent;
 }
 
+/// The first end that is set from a place in `takeApart` on, both places from 1 on; 0 if there is none.
+unsigned short QORRecipe::nextSet(QORObject const& object, QORClassDescription const& level,
+                                  unsigned short from) {
+    unsigned const none = level.takeApart.count + 1U;
+    unsigned nearest = none;
+    if (object.linked & lookAtEnds) {
+        nearest = from;
+        while (nearest < none && !isSet(object, QORMetamodel::ends[level.takeApart.first[nearest - 1]]))
+            ++nearest;
+    } else {
+        for (std::uint64_t bits = object.linked & level.linkBits; bits; bits &= bits - 1) {
+            unsigned const place = level.takeApartPlaces[__builtin_ctzll(bits)];
+            if (place >= from && place < nearest)
+                nearest = place;
+        }
+    }
+    return nearest < none ? static_cast<unsigned short>(nearest) : 0;
+}
+
 /// Goes on with taking an object apart until a child turns up that is to be deleted; null when all is done.
 /// The place reached stands in the object itself: deleting allocates nothing.
 QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription const& level) {
-    while (object.takingApart <= level.takeApart.count) {
+    while ((object.takingApart = nextSet(object, level, object.takingApart))) {
         QORLinkEnd const& end = QORMetamodel::ends[level.takeApart.first[object.takingApart - 1]];
-        if (!isSet(object, end)) {
-            ++object.takingApart;
-            continue;
-        }
         if (end.type == QORMetaLinkType::CHILD) {
             if (end.shape == QOREndShape::UNARY) {
                 ++object.takingApart;
@@ -507,6 +579,8 @@ void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
         return;
     removeAggregationAssembly(object, level);
     recursiveDelete(object, level);
+    if (!(object.linked & (level.linkBits | lookAtEnds)))
+        return;
     for (std::uint16_t const end : level.own)
         if (QORMetamodel::ends[end].leftToDestructor)
             removeAll(object, QORMetamodel::ends[end]);
@@ -565,6 +639,12 @@ struct QORRecipe::TranscodeFrame {
     std::size_t nextChild = 0;
     QORLinkEnd const* inOrder = nullptr; ///< the end of the snapshot if each element stands where it belongs
 
+    /// A child that comes soon.
+    QORObject const* ahead() const {
+        std::size_t const at = nextChild + farSighted - 1;
+        return at < snapshot.size() ? snapshot[at] : nullptr;
+    }
+
     QORObject* next() {
         while (nextChild == snapshot.size()) {
             if (nextEnd == ends.count)
@@ -580,8 +660,10 @@ struct QORRecipe::TranscodeFrame {
                     snapshot.push_back(child);
                 continue;
             }
-            for (int i = 0, count = QORRecipe::count(*object, end); i < count; ++i)
+            for (int i = 0, count = QORRecipe::count(*object, end); i < count; ++i) {
                 snapshot.push_back(at(*object, end, i));
+                __builtin_prefetch(snapshot.back());
+            }
             if (end.shape == QOREndShape::TREE && isInOrder(tree(*object, end)))
                 inOrder = &end;
         }
@@ -615,6 +697,7 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
         if (!child) {
             frames.pop_back();
         } else if (QORClassDescription const* const exact = exactDescription(*child)) {
+            foresee(frames.back().ahead(), *exact);
             texts(*child, *exact, frames.back().inOrder);
             if (isParent(*child, *exact))
                 frames.push_back({child, exact->children});
@@ -653,6 +736,13 @@ struct QORRecipe::WalkFrame {
         }
     }
 
+    /// A child that comes soon, if that is easily told.
+    QORContainerItem* ahead() const {
+        if (walking == QOREndShape::TREE)
+            return inTree.ahead(farSighted);
+        return walking == QOREndShape::VECTOR ? inVector.ahead(farSighted) : nullptr;
+    }
+
     QORContainerItem* enter(QORLinkEnd const& end) {
         if (!isSet(*object, end))
             return nullptr;
@@ -689,16 +779,14 @@ void QORRecipe::walkChildren(QORObject& object, QORClassDescription const& level
             child->depthTraversal(operation, frame.data);
             continue;
         }
+        foresee(frame.ahead(), *exact);
         void* childData = frame.data;
         if (!operation.pre_process(child, childData))
             continue;
-        bool const leaf =
-            std::none_of(exact->children.begin(), exact->children.end(),
-                         [&](std::uint16_t end) { return isSet(*child, QORMetamodel::ends[end]); });
-        if (leaf)
-            operation.post_process(child, childData);
-        else
+        if (isParent(*child, *exact))
             frames.push_back({child, childData, exact->children});
+        else
+            operation.post_process(child, childData);
     }
 }
 

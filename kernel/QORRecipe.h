@@ -86,6 +86,9 @@ public:
 
 private:
     static QORObject*& field(QORObject& object, QORLinkEnd const& end);
+    static QORRBTreeNode*& node(QORObject& held, QORLinkEnd const& heldEnd);
+    static QORRBTreeNode* nodeOf(QORObject& object, QORLinkEnd const& end, QORObject& element);
+    static bool hold(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd);
     static QORLinkTree& tree(QORObject& object, QORLinkEnd const& end);
     static QORVector& vector(QORObject& object, QORLinkEnd const& end);
     static QORContainer& container(QORObject& object, QORLinkEnd const& end);
@@ -93,10 +96,13 @@ private:
     static bool holdsAny(QORObject const& object, QORLinkEnd const& end);
     static void note(QORObject& object, QORLinkEnd const& end);
     static void clearFarEnd(QORObject& element, QORLinkEnd const& farEnd, QORObject& object);
+    static void foresee(void const* object, QORClassDescription const& level);
     static QORObject* drain(QORObject& object, QORLinkEnd const& end);
     static void endDraining(QORObject& object, QORLinkEnd const& end);
     static bool takeOut(QORObject& object, QORLinkEnd const& end, QORObject* element);
     static void unlinkAll(QORObject& object, QORLinkEnd const& end);
+    static unsigned short nextSet(QORObject const& object, QORClassDescription const& level,
+                                  unsigned short from);
     static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level);
     static void takeApart(QORObject& top, QORClassDescription const& level);
     static bool holdsItem(QORObject& object, QORLinkEnd const& end, QORObject const* element);

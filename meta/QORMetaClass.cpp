@@ -18,31 +18,26 @@ std::uint32_t signOfText(char const* text, std::size_t length) {
            byte(length - 1);
 }
 
-template <class Record>
-Record* recordAt(QORVector const& records, std::size_t position) {
-    return static_cast<Record*>(records[static_cast<int>(position)]);
-}
-
 template <class Record, class Signs>
-Record* findByID(QORVector const& records, Signs const& signs, int id) {
-    for (std::size_t i = 0; i < signs.size(); ++i) {
-        if (signs[i].id == id)
-            return recordAt<Record>(records, i);
+Record* findByID(Signs const& signs, int id) {
+    for (auto const& sign : signs) {
+        if (sign.id == id)
+            return static_cast<Record*>(sign.record);
     }
     return nullptr;
 }
 
 template <class Record, class Sign>
-Record* findByText(QORVector const& records, std::vector<Sign> const& signs, std::uint32_t Sign::*signOfPart,
+Record* findByText(std::vector<Sign> const& signs, std::uint32_t Sign::*signOfPart,
                    QORString const& (Record::*part)() const, char const* text) {
     if (!text)
         return nullptr;
     std::size_t const length = std::strlen(text);
-    std::uint32_t const sign = signOfText(text, length);
-    for (std::size_t i = 0; i < signs.size(); ++i) {
-        if (signs[i].*signOfPart != sign)
+    std::uint32_t const wanted = signOfText(text, length);
+    for (Sign const& sign : signs) {
+        if (sign.*signOfPart != wanted)
             continue;
-        Record* const record = recordAt<Record>(records, i);
+        auto* const record = static_cast<Record*>(sign.record);
         QORString const& candidate = (record->*part)();
         if (static_cast<std::size_t>(candidate.length) == length &&
             std::memcmp(candidate.chars, text, length) == 0)
@@ -72,50 +67,52 @@ std::uint32_t QORMetaClass::signOf(QORString const& text) {
 }
 
 // A record in the place of one that has died is in the vector already; its sign may be another.
-void QORMetaClass::addRecord(QORVector& records, std::vector<Sign>& signs, void const* record, Sign sign) {
-    int const known = records.containsElement(record);
+void QORMetaClass::addRecord(QORVector& records, std::vector<Sign>& signs, Sign sign) {
+    int const known = records.containsElement(sign.record);
     if (known >= 0) {
         signs[static_cast<std::size_t>(known)] = sign;
         return;
     }
     signs.reserve(signs.size() + 1);
-    records.add(record, true, nullptr);
+    records.add(sign.record, true, nullptr);
     signs.push_back(sign);
 }
 
 void QORMetaClass::addAttribute(QORMetaAttribute* attribute) {
-    Sign const sign = {attribute->getId(), signOf(attribute->getName()), signOf(attribute->getDisplayName())};
-    addRecord(metaAttributes, attributeSigns, attribute, sign);
+    addRecord(
+        metaAttributes, attributeSigns,
+        {attribute, attribute->getId(), signOf(attribute->getName()), signOf(attribute->getDisplayName())});
 }
 
 void QORMetaClass::addLink(QORMetaLink* link) {
-    Sign const sign = {link->getId(), signOf(link->getName()), signOf(link->getRoleName())};
-    addRecord(metaLinks, linkSigns, link, sign);
+    addRecord(metaLinks, linkSigns,
+              {link, link->getId(), signOf(link->getName()), signOf(link->getRoleName())});
 }
 
 QORMetaAttribute* QORMetaClass::getMetaAttributeByID(QORAttributeType attributeId) const {
-    return findByID<QORMetaAttribute>(metaAttributes, attributeSigns, attributeId);
+    return findByID<QORMetaAttribute>(attributeSigns, attributeId);
 }
 
 QORMetaAttribute* QORMetaClass::getMetaAttributeByName(char const* attributeName) const {
-    return findByText(metaAttributes, attributeSigns, &Sign::name, &QORMetaAttribute::getName, attributeName);
+    return findByText<QORMetaAttribute>(attributeSigns, &Sign::name, &QORMetaAttribute::getName,
+                                        attributeName);
 }
 
 QORMetaAttribute* QORMetaClass::getMetaAttributeByDisplayName(char const* attributeName) const {
-    return findByText(metaAttributes, attributeSigns, &Sign::label, &QORMetaAttribute::getDisplayName,
-                      attributeName);
+    return findByText<QORMetaAttribute>(attributeSigns, &Sign::label, &QORMetaAttribute::getDisplayName,
+                                        attributeName);
 }
 
 QORMetaLink* QORMetaClass::getMetaLinkByID(QORAssociationType linkId) const {
-    return findByID<QORMetaLink>(metaLinks, linkSigns, linkId);
+    return findByID<QORMetaLink>(linkSigns, linkId);
 }
 
 QORMetaLink* QORMetaClass::getMetaLinkByName(char const* linkName) const {
-    return findByText(metaLinks, linkSigns, &Sign::name, &QORMetaLink::getName, linkName);
+    return findByText<QORMetaLink>(linkSigns, &Sign::name, &QORMetaLink::getName, linkName);
 }
 
 QORMetaLink* QORMetaClass::getMetaLinkByRoleName(char const* roleName) const {
-    return findByText(metaLinks, linkSigns, &Sign::label, &QORMetaLink::getRoleName, roleName);
+    return findByText<QORMetaLink>(linkSigns, &Sign::label, &QORMetaLink::getRoleName, roleName);
 }
 
 QORObject* QORMetaClass::newInstance() const {

@@ -1,5 +1,7 @@
 #include "report.h"
 
+#include <qor/QORPool.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -34,7 +36,10 @@ bool warmHeap() {
     mallopt(M_MMAP_THRESHOLD, 2 * static_cast<int>(blockSize));
     mallopt(M_TRIM_THRESHOLD, 0x7fffffff);
     std::vector<void*> blocks;
-    for (int left = std::atoi(megabytes); left > 0; left -= blockMegabytes) {
+    int const all = std::atoi(megabytes);
+    int const pooled = all / 4 * 3; // objects and nodes come from the pool, long texts from malloc
+    QORPool::reserve(static_cast<std::size_t>(pooled) << 20);
+    for (int left = all - pooled; left > 0; left -= blockMegabytes) {
         void* const block = std::malloc(blockSize);
         if (!block)
             break;

@@ -19,8 +19,9 @@
 /// Times the phases and prints each as a line of JSON.
 class Report {
 public:
-    /// With W_WARM_MB in the environment, that many MiB of heap are touched and kept first, and "-warm" is
-    /// added to the name: the build then sees the heap of a process that has been running for a while.
+    /// With W_WARM_MB in the environment, that many MiB of heap and pool are touched and kept first, and
+    /// "-warm" is added to the name: the build then sees the heap of a process that has been running for a
+    /// while.
     Report(char const* program, WorkloadSize const& size);
 
     /// Runs `run`, which gives a number that proves its work; `count` is what the time is divided by.

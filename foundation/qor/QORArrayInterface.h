@@ -12,7 +12,7 @@ public:
     /// Position of an element that compares 0 with the item, or -1.
     virtual int containsElement(QORContainerItem const* item) const = 0;
     /// The item at the position, or null if out of range.
-    virtual QORContainerItem* operator[](int position) const = 0;
+    virtual QORContainerItem* operator[](int index) const = 0;
     /// Position of the first element with the key, or -1.
     virtual int findFirstElement(QORContainerKey const* key) const = 0;
     /// Position of the last element with the key, or -1.
@@ -22,5 +22,5 @@ public:
     /// Position of the previous element with the key strictly before `from`, or -1.
     virtual int findPreviousElement(QORContainerKey const* key, int from) const = 0;
     /// Removes the element at the position; gives its item, or null if out of range.
-    virtual QORContainerItem* removeElement(int position) = 0;
+    virtual QORContainerItem* removeElement(int index) = 0;
 };

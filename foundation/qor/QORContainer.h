@@ -16,8 +16,11 @@ public:
     int size = 0;
 
 protected:
+    /// Place of the cursor of a container that has one, -1 while it is unset. Beside `size` it takes no room.
+    mutable int position = -1;
+
     _QORContainer() = default;
-    /// Leaves the number alone: a container that takes items over counts them itself.
+    /// Leaves the number and the cursor alone: a container that takes items over counts them itself.
     _QORContainer(_QORContainer const&) {}
     _QORContainer& operator=(_QORContainer const&) { return *this; }
 };

@@ -7,5 +7,5 @@ class QOR_API QOROrderedVector : public QORVector {
 public:
     bool remove(QORContainer::Iterator* iterator) override;
     /// Inserts an item before the element at `position`; a position out of range is brought into it.
-    virtual void insertElement(QORContainerItem const* item, int position);
+    virtual void insertElement(QORContainerItem const* item, int index);
 };

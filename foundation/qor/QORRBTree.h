@@ -33,6 +33,8 @@ public:
         virtual Iterator& operator=(Iterator const& other);
         /// Attaches the iterator to a tree, on its first element if `toFirst`.
         virtual void moveTo(QORRBTree& tree, bool toFirst);
+        /// The element so many steps ahead, without a move; null if there is none or the current one is gone.
+        QORContainerItem* ahead(int steps) const;
 
     private:
         friend class QORRBTree;
@@ -121,6 +123,8 @@ private:
     void retire(QORRBTreeNode* node, QORRBTreeNode* follower, QORRBTreeNode* predecessor);
     void freeNodes(QORRBTreeNode* top);
     void cloneFrom(QORRBTree const& other);
+    /// Asks for the memory that the next step of a descent by items looks at, whichever way it goes.
+    static void foresee(QORRBTreeNode const* node);
     static void pin(QORRBTreeNode* node);
     static void unpin(QORRBTreeNode* node);
 };

@@ -3,6 +3,7 @@
 #include <qor/QORExport.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 /// A text value of four words: the characters, their number, and two words private to the string.
@@ -39,6 +40,8 @@ public:
     QORString(QORString const& other) : QORString() {
         if (other.isInline()) {
             copyInline(other);
+        } else if (other.length > inlineCapacity) {
+            copyToHeap(other);
         } else if (other.length != 0) {
             assign(other.chars, other.length);
         }
@@ -109,6 +112,22 @@ public:
     /// A hash of the text, never negative; equal to `stringHashCode(chars)`.
     int hashCode() const noexcept;
 
+    /// The order of two texts by their bytes, as `std::strcmp` tells it: negative, 0 or positive.
+    int compare(QORString const& other) const noexcept {
+        if (length == 0 || other.length == 0) {
+            return length - other.length;
+        }
+        std::uint64_t const mine = head();
+        std::uint64_t const theirs = other.head();
+        if (mine != theirs) {
+            return mine < theirs ? -1 : 1;
+        }
+        if (length <= headSize || other.length <= headSize) {
+            return length - other.length;
+        }
+        return std::strcmp(chars + headSize, other.chars + headSize);
+    }
+
     /// True if both texts are equal.
     friend bool operator==(QORString const& left, QORString const& right) noexcept {
         return left.length == right.length &&
@@ -129,6 +148,20 @@ private:
     char store[storeSize];
 
     bool isInline() const noexcept { return chars == store; }
+
+    static constexpr int headSize = sizeof(std::uint64_t);
+
+    /// The first characters as a number that is ordered as they are; zeros follow a shorter text. Only for a
+    /// text that isn't empty: the memory of such a one reaches that far.
+    std::uint64_t head() const noexcept {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, chars, sizeof bytes);
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+        bytes = __builtin_bswap64(bytes);
+#endif
+        int const behind = length < headSize ? headSize - length : 0;
+        return bytes >> 8 * behind << 8 * behind;
+    }
 
     char* reservedBuffer() const noexcept {
         char* buffer;
@@ -167,6 +200,7 @@ private:
     std::size_t pieceLength(char const* text) const noexcept;
     void adopt(char* buffer, int bufferCapacity, int count) noexcept;
     void assign(char const* text, int count);
+    void copyToHeap(QORString const& other);
     struct Appending;
 };
 

@@ -34,6 +34,8 @@ public:
         virtual void moveTo(QORVector& vector, bool toFirst);
         /// Goes to a position; gives its item, or null if out of range.
         virtual QORContainerItem* moveTo(int position);
+        /// The element so many steps ahead, without a move; null if there is none or the current one is gone.
+        QORContainerItem* ahead(int steps) const;
 
     private:
         friend class QORVector;
@@ -69,12 +71,12 @@ public:
 
     int addElement(QORContainerItem const* item, bool unique) override;
     int containsElement(QORContainerItem const* item) const override;
-    QORContainerItem* operator[](int position) const override;
+    QORContainerItem* operator[](int index) const override;
     int findFirstElement(QORContainerKey const* key) const override;
     int findLastElement(QORContainerKey const* key) const override;
     int findNextElement(QORContainerKey const* key, int from) const override;
     int findPreviousElement(QORContainerKey const* key, int from) const override;
-    QORContainerItem* removeElement(int position) override;
+    QORContainerItem* removeElement(int index) override;
 
     /// Makes finding and removing items of a large vector quick. Only for a vector of distinct items that are
     /// compared by address; does nothing for a small one and where memory is short.
@@ -96,17 +98,17 @@ public:
 
 protected:
     /// Inserts at a position from 0 to the number of items.
-    void insertAt(QORContainerItem const* item, int position);
+    void insertAt(QORContainerItem const* item, int index);
 
 private:
     struct Block;
     int live() const;
-    QORContainerItem*& item(int position) const;
+    QORContainerItem*& item(int index) const;
     int positionOf(QORContainerItem const* wanted) const;
     void copyItems(QORVector const& other);
     void growTo(int capacity);
     void makeRoom();
-    QORContainerItem* removeAt(int position);
+    QORContainerItem* removeAt(int index);
 
     Block* block = nullptr;
 };

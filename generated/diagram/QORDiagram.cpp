@@ -83,7 +83,7 @@ bool QORDiagram::removeDesignPackage(QORDesignPackage* far) {
 }
 
 QORDesignPackage* QORDiagram::getDesignPackage() const {
-    return static_cast<QORDesignPackage*>(designPackage_);
+    return static_cast<QORDesignPackage*>(designPackage_.far);
 }
 
 bool QORDiagram::removeDesignPackage() {

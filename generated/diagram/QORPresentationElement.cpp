@@ -73,7 +73,7 @@ bool QORPresentationElement::removeDiagram(QORDiagram* far) {
 }
 
 QORDiagram* QORPresentationElement::getDiagram() const {
-    return static_cast<QORDiagram*>(diagram_);
+    return static_cast<QORDiagram*>(diagram_.far);
 }
 
 bool QORPresentationElement::removeDiagram() {
@@ -93,7 +93,7 @@ bool QORPresentationElement::removeSubjectModelObject(QORModelObject* far) {
 }
 
 QORModelObject* QORPresentationElement::getSubjectModelObject() const {
-    return static_cast<QORModelObject*>(subjectModelObject_);
+    return static_cast<QORModelObject*>(subjectModelObject_.far);
 }
 
 bool QORPresentationElement::removeSubjectModelObject() {

@@ -73,7 +73,7 @@ bool QORFormat::removeVersion(QORVersion* far) {
 }
 
 QORVersion* QORFormat::getVersion() const {
-    return static_cast<QORVersion*>(version_);
+    return static_cast<QORVersion*>(version_.far);
 }
 
 bool QORFormat::removeVersion() {

@@ -101,7 +101,7 @@ bool QORProduct::removeDirectory(QORDirectory* far) {
 }
 
 QORDirectory* QORProduct::getDirectory() const {
-    return static_cast<QORDirectory*>(directory_);
+    return static_cast<QORDirectory*>(directory_.far);
 }
 
 bool QORProduct::removeDirectory() {
@@ -121,7 +121,7 @@ bool QORProduct::removeParentProduct(QORProduct* far) {
 }
 
 QORProduct* QORProduct::getParentProduct() const {
-    return static_cast<QORProduct*>(parentProduct_);
+    return static_cast<QORProduct*>(parentProduct_.far);
 }
 
 bool QORProduct::removeParentProduct() {

@@ -95,7 +95,7 @@ bool QORVersion::removeProduct(QORProduct* far) {
 }
 
 QORProduct* QORVersion::getProduct() const {
-    return static_cast<QORProduct*>(product_);
+    return static_cast<QORProduct*>(product_.far);
 }
 
 bool QORVersion::removeProduct() {

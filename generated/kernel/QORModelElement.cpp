@@ -73,7 +73,7 @@ bool QORModelElement::removeDesignPackage(QORDesignPackage* far) {
 }
 
 QORDesignPackage* QORModelElement::getDesignPackage() const {
-    return static_cast<QORDesignPackage*>(designPackage_);
+    return static_cast<QORDesignPackage*>(designPackage_.far);
 }
 
 bool QORModelElement::removeDesignPackage() {

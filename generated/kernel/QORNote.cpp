@@ -96,7 +96,7 @@ bool QORNote::removeElement(QORElement* far) {
 }
 
 QORElement* QORNote::getElement() const {
-    return static_cast<QORElement*>(element_);
+    return static_cast<QORElement*>(element_.far);
 }
 
 bool QORNote::removeElement() {

@@ -85,7 +85,7 @@ bool QORSynonym::removeModelObject(QORModelObject* far) {
 }
 
 QORModelObject* QORSynonym::getModelObject() const {
-    return static_cast<QORModelObject*>(modelObject_);
+    return static_cast<QORModelObject*>(modelObject_.far);
 }
 
 bool QORSynonym::removeModelObject() {

@@ -137,7 +137,7 @@ bool QORClassifierMap::removeTransformation(QORTransformation* far) {
 }
 
 QORTransformation* QORClassifierMap::getTransformation() const {
-    return static_cast<QORTransformation*>(transformation_);
+    return static_cast<QORTransformation*>(transformation_.far);
 }
 
 bool QORClassifierMap::removeTransformation() {

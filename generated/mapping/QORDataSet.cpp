@@ -85,7 +85,7 @@ bool QORDataSet::removeTransformation(QORTransformation* far) {
 }
 
 QORTransformation* QORDataSet::getTransformation() const {
-    return static_cast<QORTransformation*>(transformation_);
+    return static_cast<QORTransformation*>(transformation_.far);
 }
 
 bool QORDataSet::removeTransformation() {

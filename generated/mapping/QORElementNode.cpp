@@ -86,7 +86,7 @@ bool QORElementNode::removeElement(QORElement* far) {
 }
 
 QORElement* QORElementNode::getElement() const {
-    return static_cast<QORElement*>(element_);
+    return static_cast<QORElement*>(element_.far);
 }
 
 bool QORElementNode::removeElement() {

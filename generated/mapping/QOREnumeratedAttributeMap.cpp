@@ -69,7 +69,7 @@ bool QOREnumeratedAttributeMap::removeEnumeratedTypeMap(QOREnumeratedTypeMap* fa
 }
 
 QOREnumeratedTypeMap* QOREnumeratedAttributeMap::getEnumeratedTypeMap() const {
-    return static_cast<QOREnumeratedTypeMap*>(enumeratedTypeMap_);
+    return static_cast<QOREnumeratedTypeMap*>(enumeratedTypeMap_.far);
 }
 
 bool QOREnumeratedAttributeMap::removeEnumeratedTypeMap() {

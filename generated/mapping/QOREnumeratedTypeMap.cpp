@@ -70,7 +70,7 @@ bool QOREnumeratedTypeMap::removeSourceDerivedType(QORDerivedType* far) {
 }
 
 QORDerivedType* QOREnumeratedTypeMap::getSourceDerivedType() const {
-    return static_cast<QORDerivedType*>(sourceDerivedType_);
+    return static_cast<QORDerivedType*>(sourceDerivedType_.far);
 }
 
 bool QOREnumeratedTypeMap::removeSourceDerivedType() {
@@ -118,7 +118,7 @@ bool QOREnumeratedTypeMap::removeDestinationDerivedType(QORDerivedType* far) {
 }
 
 QORDerivedType* QOREnumeratedTypeMap::getDestinationDerivedType() const {
-    return static_cast<QORDerivedType*>(destinationDerivedType_);
+    return static_cast<QORDerivedType*>(destinationDerivedType_.far);
 }
 
 bool QOREnumeratedTypeMap::removeDestinationDerivedType() {

@@ -91,7 +91,7 @@ bool QORExpressionNode::removeType(QORType* far) {
 }
 
 QORType* QORExpressionNode::getType() const {
-    return static_cast<QORType*>(type_);
+    return static_cast<QORType*>(type_.far);
 }
 
 bool QORExpressionNode::removeType() {
@@ -111,7 +111,7 @@ bool QORExpressionNode::removeOperationNode(QOROperationNode* far) {
 }
 
 QOROperationNode* QORExpressionNode::getOperationNode() const {
-    return static_cast<QOROperationNode*>(operationNode_);
+    return static_cast<QOROperationNode*>(operationNode_.far);
 }
 
 bool QORExpressionNode::removeOperationNode() {
@@ -211,7 +211,7 @@ bool QORExpressionNode::removeBranchingNode(QORBranchingNode* far) {
 }
 
 QORBranchingNode* QORExpressionNode::getBranchingNode() const {
-    return static_cast<QORBranchingNode*>(branchingNode_);
+    return static_cast<QORBranchingNode*>(branchingNode_.far);
 }
 
 bool QORExpressionNode::removeBranchingNode() {
@@ -231,7 +231,7 @@ bool QORExpressionNode::removeDelimiterNode(QORDelimiterNode* far) {
 }
 
 QORDelimiterNode* QORExpressionNode::getDelimiterNode() const {
-    return static_cast<QORDelimiterNode*>(delimiterNode_);
+    return static_cast<QORDelimiterNode*>(delimiterNode_.far);
 }
 
 bool QORExpressionNode::removeDelimiterNode() {
@@ -251,7 +251,7 @@ bool QORExpressionNode::removeStatementNode(QORStatementNode* far) {
 }
 
 QORStatementNode* QORExpressionNode::getStatementNode() const {
-    return static_cast<QORStatementNode*>(statementNode_);
+    return static_cast<QORStatementNode*>(statementNode_.far);
 }
 
 bool QORExpressionNode::removeStatementNode() {

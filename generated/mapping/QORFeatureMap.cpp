@@ -104,7 +104,7 @@ bool QORFeatureMap::removeClassifierMap(QORClassifierMap* far) {
 }
 
 QORClassifierMap* QORFeatureMap::getClassifierMap() const {
-    return static_cast<QORClassifierMap*>(classifierMap_);
+    return static_cast<QORClassifierMap*>(classifierMap_.far);
 }
 
 bool QORFeatureMap::removeClassifierMap() {

@@ -80,7 +80,7 @@ bool QOROperationNode::removeOperation(QOROperation* far) {
 }
 
 QOROperation* QOROperationNode::getOperation() const {
-    return static_cast<QOROperation*>(operation_);
+    return static_cast<QOROperation*>(operation_.far);
 }
 
 bool QOROperationNode::removeOperation() {

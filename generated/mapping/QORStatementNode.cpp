@@ -133,7 +133,7 @@ bool QORStatementNode::removeExpression(QORExpression* far) {
 }
 
 QORExpression* QORStatementNode::getExpression() const {
-    return static_cast<QORExpression*>(expression_);
+    return static_cast<QORExpression*>(expression_.far);
 }
 
 bool QORStatementNode::removeExpression() {

@@ -154,7 +154,7 @@ bool QORStepPrecedence::removeTransformationActivity(QORTransformationActivity* 
 }
 
 QORTransformationActivity* QORStepPrecedence::getTransformationActivity() const {
-    return static_cast<QORTransformationActivity*>(transformationActivity_);
+    return static_cast<QORTransformationActivity*>(transformationActivity_.far);
 }
 
 bool QORStepPrecedence::removeTransformationActivity() {

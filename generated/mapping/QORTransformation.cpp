@@ -107,7 +107,7 @@ bool QORTransformation::removeMappingModel(QORMappingModel* far) {
 }
 
 QORMappingModel* QORTransformation::getMappingModel() const {
-    return static_cast<QORMappingModel*>(mappingModel_);
+    return static_cast<QORMappingModel*>(mappingModel_.far);
 }
 
 bool QORTransformation::removeMappingModel() {
@@ -155,7 +155,7 @@ bool QORTransformation::removeTransformationTask(QORTransformationTask* far) {
 }
 
 QORTransformationTask* QORTransformation::getTransformationTask() const {
-    return static_cast<QORTransformationTask*>(transformationTask_);
+    return static_cast<QORTransformationTask*>(transformationTask_.far);
 }
 
 bool QORTransformation::removeTransformationTask() {

@@ -97,7 +97,7 @@ bool QORTransformationActivity::removeDesignPackage(QORDesignPackage* far) {
 }
 
 QORDesignPackage* QORTransformationActivity::getDesignPackage() const {
-    return static_cast<QORDesignPackage*>(designPackage_);
+    return static_cast<QORDesignPackage*>(designPackage_.far);
 }
 
 bool QORTransformationActivity::removeDesignPackage() {

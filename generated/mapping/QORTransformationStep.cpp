@@ -97,7 +97,7 @@ bool QORTransformationStep::removeTransformationTask(QORTransformationTask* far)
 }
 
 QORTransformationTask* QORTransformationStep::getTransformationTask() const {
-    return static_cast<QORTransformationTask*>(transformationTask_);
+    return static_cast<QORTransformationTask*>(transformationTask_.far);
 }
 
 bool QORTransformationStep::removeTransformationTask() {
@@ -117,7 +117,7 @@ bool QORTransformationStep::removeTransformationActivity(QORTransformationActivi
 }
 
 QORTransformationActivity* QORTransformationStep::getTransformationActivity() const {
-    return static_cast<QORTransformationActivity*>(transformationActivity_);
+    return static_cast<QORTransformationActivity*>(transformationActivity_.far);
 }
 
 bool QORTransformationStep::removeTransformationActivity() {

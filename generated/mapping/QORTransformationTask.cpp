@@ -152,7 +152,7 @@ bool QORTransformationTask::removeDesignPackage(QORDesignPackage* far) {
 }
 
 QORDesignPackage* QORTransformationTask::getDesignPackage() const {
-    return static_cast<QORDesignPackage*>(designPackage_);
+    return static_cast<QORDesignPackage*>(designPackage_.far);
 }
 
 bool QORTransformationTask::removeDesignPackage() {

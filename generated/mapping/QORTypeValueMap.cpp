@@ -69,7 +69,7 @@ bool QORTypeValueMap::removeSourceTypeValue(QORTypeValue* far) {
 }
 
 QORTypeValue* QORTypeValueMap::getSourceTypeValue() const {
-    return static_cast<QORTypeValue*>(sourceTypeValue_);
+    return static_cast<QORTypeValue*>(sourceTypeValue_.far);
 }
 
 bool QORTypeValueMap::removeSourceTypeValue() {
@@ -89,7 +89,7 @@ bool QORTypeValueMap::removeDestinationTypeValue(QORTypeValue* far) {
 }
 
 QORTypeValue* QORTypeValueMap::getDestinationTypeValue() const {
-    return static_cast<QORTypeValue*>(destinationTypeValue_);
+    return static_cast<QORTypeValue*>(destinationTypeValue_.far);
 }
 
 bool QORTypeValueMap::removeDestinationTypeValue() {

@@ -99,7 +99,7 @@ bool QORArgument::removeOperation(QOROperation* far) {
 }
 
 QOROperation* QORArgument::getOperation() const {
-    return static_cast<QOROperation*>(operation_);
+    return static_cast<QOROperation*>(operation_.far);
 }
 
 bool QORArgument::removeOperation() {
@@ -139,7 +139,7 @@ bool QORArgument::removeParameterizedClass(QORClass* far) {
 }
 
 QORClass* QORArgument::getParameterizedClass() const {
-    return static_cast<QORClass*>(parameterizedClass_);
+    return static_cast<QORClass*>(parameterizedClass_.far);
 }
 
 bool QORArgument::removeParameterizedClass() {

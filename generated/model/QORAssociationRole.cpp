@@ -156,7 +156,7 @@ bool QORAssociationRole::removeAssociatedClass(QORClass* far) {
 }
 
 QORClass* QORAssociationRole::getAssociatedClass() const {
-    return static_cast<QORClass*>(associatedClass_);
+    return static_cast<QORClass*>(associatedClass_.far);
 }
 
 bool QORAssociationRole::removeAssociatedClass() {

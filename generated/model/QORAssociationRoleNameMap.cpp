@@ -86,7 +86,7 @@ bool QORAssociationRoleNameMap::removeForeignKey(QORForeignKey* far) {
 }
 
 QORForeignKey* QORAssociationRoleNameMap::getForeignKey() const {
-    return static_cast<QORForeignKey*>(foreignKey_);
+    return static_cast<QORForeignKey*>(foreignKey_.far);
 }
 
 bool QORAssociationRoleNameMap::removeForeignKey() {

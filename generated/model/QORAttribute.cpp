@@ -189,7 +189,7 @@ bool QORAttribute::removeQualifierOfAssociationRole(QORAssociationRole* far) {
 }
 
 QORAssociationRole* QORAttribute::getQualifierOfAssociationRole() const {
-    return static_cast<QORAssociationRole*>(qualifierOfAssociationRole_);
+    return static_cast<QORAssociationRole*>(qualifierOfAssociationRole_.far);
 }
 
 bool QORAttribute::removeQualifierOfAssociationRole() {

@@ -89,7 +89,7 @@ bool QORBusinessRule::removeModel(QORModel* far) {
 }
 
 QORModel* QORBusinessRule::getModel() const {
-    return static_cast<QORModel*>(model_);
+    return static_cast<QORModel*>(model_.far);
 }
 
 bool QORBusinessRule::removeModel() {

@@ -230,7 +230,7 @@ bool QORClassifier::removeReport(QORReport* far) {
 }
 
 QORReport* QORClassifier::getReport() const {
-    return static_cast<QORReport*>(report_);
+    return static_cast<QORReport*>(report_.far);
 }
 
 bool QORClassifier::removeReport() {

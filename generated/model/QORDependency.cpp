@@ -69,7 +69,7 @@ bool QORDependency::removeClientClass(QORClass* far) {
 }
 
 QORClass* QORDependency::getClientClass() const {
-    return static_cast<QORClass*>(clientClass_);
+    return static_cast<QORClass*>(clientClass_.far);
 }
 
 bool QORDependency::removeClientClass() {
@@ -89,7 +89,7 @@ bool QORDependency::removeSupplierClass(QORClass* far) {
 }
 
 QORClass* QORDependency::getSupplierClass() const {
-    return static_cast<QORClass*>(supplierClass_);
+    return static_cast<QORClass*>(supplierClass_.far);
 }
 
 bool QORDependency::removeSupplierClass() {

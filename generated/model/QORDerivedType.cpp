@@ -64,7 +64,7 @@ bool QORDerivedType::removeDerivedFromConcreteType(QORConcreteType* far) {
 }
 
 QORConcreteType* QORDerivedType::getDerivedFromConcreteType() const {
-    return static_cast<QORConcreteType*>(derivedFromConcreteType_);
+    return static_cast<QORConcreteType*>(derivedFromConcreteType_.far);
 }
 
 bool QORDerivedType::removeDerivedFromConcreteType() {

@@ -136,7 +136,7 @@ bool QORFeature::removeType(QORType* far) {
 }
 
 QORType* QORFeature::getType() const {
-    return static_cast<QORType*>(type_);
+    return static_cast<QORType*>(type_.far);
 }
 
 bool QORFeature::removeType() {
@@ -156,7 +156,7 @@ bool QORFeature::removeClassifier(QORClassifier* far) {
 }
 
 QORClassifier* QORFeature::getClassifier() const {
-    return static_cast<QORClassifier*>(classifier_);
+    return static_cast<QORClassifier*>(classifier_.far);
 }
 
 bool QORFeature::removeClassifier() {

@@ -101,7 +101,7 @@ bool QORForeignKey::removeCandidateKey(QORCandidateKey* far) {
 }
 
 QORCandidateKey* QORForeignKey::getCandidateKey() const {
-    return static_cast<QORCandidateKey*>(candidateKey_);
+    return static_cast<QORCandidateKey*>(candidateKey_.far);
 }
 
 bool QORForeignKey::removeCandidateKey() {
@@ -121,7 +121,7 @@ bool QORForeignKey::removeGeneralization(QORGeneralization* far) {
 }
 
 QORGeneralization* QORForeignKey::getGeneralization() const {
-    return static_cast<QORGeneralization*>(generalization_);
+    return static_cast<QORGeneralization*>(generalization_.far);
 }
 
 bool QORForeignKey::removeGeneralization() {

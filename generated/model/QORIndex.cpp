@@ -104,7 +104,7 @@ bool QORIndex::removeAssociatedClass(QORClass* far) {
 }
 
 QORClass* QORIndex::getAssociatedClass() const {
-    return static_cast<QORClass*>(associatedClass_);
+    return static_cast<QORClass*>(associatedClass_.far);
 }
 
 bool QORIndex::removeAssociatedClass() {

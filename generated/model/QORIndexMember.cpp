@@ -112,7 +112,7 @@ bool QORIndexMember::removeIndex(QORIndex* far) {
 }
 
 QORIndex* QORIndexMember::getIndex() const {
-    return static_cast<QORIndex*>(index_);
+    return static_cast<QORIndex*>(index_.far);
 }
 
 bool QORIndexMember::removeIndex() {

@@ -95,7 +95,7 @@ bool QORKey::removeAssociatedClass(QORClass* far) {
 }
 
 QORClass* QORKey::getAssociatedClass() const {
-    return static_cast<QORClass*>(associatedClass_);
+    return static_cast<QORClass*>(associatedClass_.far);
 }
 
 bool QORKey::removeAssociatedClass() {

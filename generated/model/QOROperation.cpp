@@ -165,7 +165,7 @@ bool QOROperation::removeAssociatedClass(QORClass* far) {
 }
 
 QORClass* QOROperation::getAssociatedClass() const {
-    return static_cast<QORClass*>(associatedClass_);
+    return static_cast<QORClass*>(associatedClass_.far);
 }
 
 bool QOROperation::removeAssociatedClass() {
@@ -185,7 +185,7 @@ bool QOROperation::removeAssociatedSQLViewEntity(QORSQLViewEntity* far) {
 }
 
 QORSQLViewEntity* QOROperation::getAssociatedSQLViewEntity() const {
-    return static_cast<QORSQLViewEntity*>(associatedSQLViewEntity_);
+    return static_cast<QORSQLViewEntity*>(associatedSQLViewEntity_.far);
 }
 
 bool QOROperation::removeAssociatedSQLViewEntity() {

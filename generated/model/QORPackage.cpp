@@ -108,7 +108,7 @@ bool QORPackage::removeParentPackage(QORPackage* far) {
 }
 
 QORPackage* QORPackage::getParentPackage() const {
-    return static_cast<QORPackage*>(parentPackage_);
+    return static_cast<QORPackage*>(parentPackage_.far);
 }
 
 bool QORPackage::removeParentPackage() {

@@ -101,7 +101,7 @@ bool QORPhysicalObject::removePhysicalTarget(QORPhysicalTarget* far) {
 }
 
 QORPhysicalTarget* QORPhysicalObject::getPhysicalTarget() const {
-    return static_cast<QORPhysicalTarget*>(physicalTarget_);
+    return static_cast<QORPhysicalTarget*>(physicalTarget_.far);
 }
 
 bool QORPhysicalObject::removePhysicalTarget() {

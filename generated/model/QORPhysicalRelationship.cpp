@@ -105,7 +105,7 @@ bool QORPhysicalRelationship::removeSourcePhysicalObject(QORPhysicalObject* far)
 }
 
 QORPhysicalObject* QORPhysicalRelationship::getSourcePhysicalObject() const {
-    return static_cast<QORPhysicalObject*>(sourcePhysicalObject_);
+    return static_cast<QORPhysicalObject*>(sourcePhysicalObject_.far);
 }
 
 bool QORPhysicalRelationship::removeSourcePhysicalObject() {

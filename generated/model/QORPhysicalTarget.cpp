@@ -100,7 +100,7 @@ bool QORPhysicalTarget::removeModel(QORModel* far) {
 }
 
 QORModel* QORPhysicalTarget::getModel() const {
-    return static_cast<QORModel*>(model_);
+    return static_cast<QORModel*>(model_.far);
 }
 
 bool QORPhysicalTarget::removeModel() {

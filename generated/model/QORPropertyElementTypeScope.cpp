@@ -94,7 +94,7 @@ bool QORPropertyElementTypeScope::removeModel(QORModel* far) {
 }
 
 QORModel* QORPropertyElementTypeScope::getModel() const {
-    return static_cast<QORModel*>(model_);
+    return static_cast<QORModel*>(model_.far);
 }
 
 bool QORPropertyElementTypeScope::removeModel() {
@@ -114,7 +114,7 @@ bool QORPropertyElementTypeScope::removeMappingModel(QORMappingModel* far) {
 }
 
 QORMappingModel* QORPropertyElementTypeScope::getMappingModel() const {
-    return static_cast<QORMappingModel*>(mappingModel_);
+    return static_cast<QORMappingModel*>(mappingModel_.far);
 }
 
 bool QORPropertyElementTypeScope::removeMappingModel() {
@@ -134,7 +134,7 @@ bool QORPropertyElementTypeScope::removeDirectory(QORDirectory* far) {
 }
 
 QORDirectory* QORPropertyElementTypeScope::getDirectory() const {
-    return static_cast<QORDirectory*>(directory_);
+    return static_cast<QORDirectory*>(directory_.far);
 }
 
 bool QORPropertyElementTypeScope::removeDirectory() {

@@ -98,7 +98,7 @@ bool QORPropertyType::removePropertyElementTypeScope(QORPropertyElementTypeScope
 }
 
 QORPropertyElementTypeScope* QORPropertyType::getPropertyElementTypeScope() const {
-    return static_cast<QORPropertyElementTypeScope*>(propertyElementTypeScope_);
+    return static_cast<QORPropertyElementTypeScope*>(propertyElementTypeScope_.far);
 }
 
 bool QORPropertyType::removePropertyElementTypeScope() {

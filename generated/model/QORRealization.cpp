@@ -69,7 +69,7 @@ bool QORRealization::removeRealizationClass(QORClass* far) {
 }
 
 QORClass* QORRealization::getRealizationClass() const {
-    return static_cast<QORClass*>(realizationClass_);
+    return static_cast<QORClass*>(realizationClass_.far);
 }
 
 bool QORRealization::removeRealizationClass() {
@@ -89,7 +89,7 @@ bool QORRealization::removeSpecificationClass(QORClass* far) {
 }
 
 QORClass* QORRealization::getSpecificationClass() const {
-    return static_cast<QORClass*>(specificationClass_);
+    return static_cast<QORClass*>(specificationClass_.far);
 }
 
 bool QORRealization::removeSpecificationClass() {

@@ -81,7 +81,7 @@ bool QORSQLViewAssociation::removeDestinationSQLViewEntity(QORSQLViewEntity* far
 }
 
 QORSQLViewEntity* QORSQLViewAssociation::getDestinationSQLViewEntity() const {
-    return static_cast<QORSQLViewEntity*>(destinationSQLViewEntity_);
+    return static_cast<QORSQLViewEntity*>(destinationSQLViewEntity_.far);
 }
 
 bool QORSQLViewAssociation::removeDestinationSQLViewEntity() {
@@ -101,7 +101,7 @@ bool QORSQLViewAssociation::removeSourceClassifier(QORClassifier* far) {
 }
 
 QORClassifier* QORSQLViewAssociation::getSourceClassifier() const {
-    return static_cast<QORClassifier*>(sourceClassifier_);
+    return static_cast<QORClassifier*>(sourceClassifier_.far);
 }
 
 bool QORSQLViewAssociation::removeSourceClassifier() {

@@ -79,7 +79,7 @@ bool QORSQLViewAttribute::removeSourceFeature(QORFeature* far) {
 }
 
 QORFeature* QORSQLViewAttribute::getSourceFeature() const {
-    return static_cast<QORFeature*>(sourceFeature_);
+    return static_cast<QORFeature*>(sourceFeature_.far);
 }
 
 bool QORSQLViewAttribute::removeSourceFeature() {

@@ -85,7 +85,7 @@ bool QORStoredProcedure::removeDesignPackage(QORDesignPackage* far) {
 }
 
 QORDesignPackage* QORStoredProcedure::getDesignPackage() const {
-    return static_cast<QORDesignPackage*>(designPackage_);
+    return static_cast<QORDesignPackage*>(designPackage_.far);
 }
 
 bool QORStoredProcedure::removeDesignPackage() {

@@ -78,7 +78,7 @@ bool QORType::removeModel(QORModel* far) {
 }
 
 QORModel* QORType::getModel() const {
-    return static_cast<QORModel*>(model_);
+    return static_cast<QORModel*>(model_.far);
 }
 
 bool QORType::removeModel() {
@@ -98,7 +98,7 @@ bool QORType::removeMappingModel(QORMappingModel* far) {
 }
 
 QORMappingModel* QORType::getMappingModel() const {
-    return static_cast<QORMappingModel*>(mappingModel_);
+    return static_cast<QORMappingModel*>(mappingModel_.far);
 }
 
 bool QORType::removeMappingModel() {

@@ -88,7 +88,7 @@ bool QORTypeValue::removeDerivedType(QORDerivedType* far) {
 }
 
 QORDerivedType* QORTypeValue::getDerivedType() const {
-    return static_cast<QORDerivedType*>(derivedType_);
+    return static_cast<QORDerivedType*>(derivedType_.far);
 }
 
 bool QORTypeValue::removeDerivedType() {
@@ -108,7 +108,7 @@ bool QORTypeValue::removeBusinessRule(QORBusinessRule* far) {
 }
 
 QORBusinessRule* QORTypeValue::getBusinessRule() const {
-    return static_cast<QORBusinessRule*>(businessRule_);
+    return static_cast<QORBusinessRule*>(businessRule_.far);
 }
 
 bool QORTypeValue::removeBusinessRule() {

@@ -91,7 +91,7 @@ bool QORAggregationRule::removeMeasure(QORMeasure* far) {
 }
 
 QORMeasure* QORAggregationRule::getMeasure() const {
-    return static_cast<QORMeasure*>(measure_);
+    return static_cast<QORMeasure*>(measure_.far);
 }
 
 bool QORAggregationRule::removeMeasure() {
@@ -111,7 +111,7 @@ bool QORAggregationRule::removeCubeDimensionAssociation(QORCubeDimensionAssociat
 }
 
 QORCubeDimensionAssociation* QORAggregationRule::getCubeDimensionAssociation() const {
-    return static_cast<QORCubeDimensionAssociation*>(cubeDimensionAssociation_);
+    return static_cast<QORCubeDimensionAssociation*>(cubeDimensionAssociation_.far);
 }
 
 bool QORAggregationRule::removeCubeDimensionAssociation() {

@@ -88,7 +88,7 @@ bool QORCubeDimensionAssociation::removeCube(QORCube* far) {
 }
 
 QORCube* QORCubeDimensionAssociation::getCube() const {
-    return static_cast<QORCube*>(cube_);
+    return static_cast<QORCube*>(cube_.far);
 }
 
 bool QORCubeDimensionAssociation::removeCube() {
@@ -108,7 +108,7 @@ bool QORCubeDimensionAssociation::removeDimension(QORDimension* far) {
 }
 
 QORDimension* QORCubeDimensionAssociation::getDimension() const {
-    return static_cast<QORDimension*>(dimension_);
+    return static_cast<QORDimension*>(dimension_.far);
 }
 
 bool QORCubeDimensionAssociation::removeDimension() {
@@ -128,7 +128,7 @@ bool QORCubeDimensionAssociation::removeHierarchy(QORHierarchy* far) {
 }
 
 QORHierarchy* QORCubeDimensionAssociation::getHierarchy() const {
-    return static_cast<QORHierarchy*>(hierarchy_);
+    return static_cast<QORHierarchy*>(hierarchy_.far);
 }
 
 bool QORCubeDimensionAssociation::removeHierarchy() {

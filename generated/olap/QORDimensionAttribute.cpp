@@ -109,7 +109,7 @@ bool QORDimensionAttribute::removeDescriptiveOfDimensionAttribute(QORDimensionAt
 }
 
 QORDimensionAttribute* QORDimensionAttribute::getDescriptiveOfDimensionAttribute() const {
-    return static_cast<QORDimensionAttribute*>(descriptiveOfDimensionAttribute_);
+    return static_cast<QORDimensionAttribute*>(descriptiveOfDimensionAttribute_.far);
 }
 
 bool QORDimensionAttribute::removeDescriptiveOfDimensionAttribute() {

@@ -140,7 +140,7 @@ bool QORDrillPathLevelAssociation::removeLevel(QORLevel* far) {
 }
 
 QORLevel* QORDrillPathLevelAssociation::getLevel() const {
-    return static_cast<QORLevel*>(level_);
+    return static_cast<QORLevel*>(level_.far);
 }
 
 bool QORDrillPathLevelAssociation::removeLevel() {
@@ -160,7 +160,7 @@ bool QORDrillPathLevelAssociation::removeTopOfDrillPath(QORDrillPath* far) {
 }
 
 QORDrillPath* QORDrillPathLevelAssociation::getTopOfDrillPath() const {
-    return static_cast<QORDrillPath*>(topOfDrillPath_);
+    return static_cast<QORDrillPath*>(topOfDrillPath_.far);
 }
 
 bool QORDrillPathLevelAssociation::removeTopOfDrillPath() {
@@ -180,7 +180,7 @@ bool QORDrillPathLevelAssociation::removeBottomOfDrillPath(QORDrillPath* far) {
 }
 
 QORDrillPath* QORDrillPathLevelAssociation::getBottomOfDrillPath() const {
-    return static_cast<QORDrillPath*>(bottomOfDrillPath_);
+    return static_cast<QORDrillPath*>(bottomOfDrillPath_.far);
 }
 
 bool QORDrillPathLevelAssociation::removeBottomOfDrillPath() {

@@ -102,7 +102,7 @@ bool QORHierarchy::removeDimension(QORDimension* far) {
 }
 
 QORDimension* QORHierarchy::getDimension() const {
-    return static_cast<QORDimension*>(dimension_);
+    return static_cast<QORDimension*>(dimension_.far);
 }
 
 bool QORHierarchy::removeDimension() {

@@ -112,7 +112,7 @@ bool QORHierarchyLevelAssociation::removeLevel(QORLevel* far) {
 }
 
 QORLevel* QORHierarchyLevelAssociation::getLevel() const {
-    return static_cast<QORLevel*>(level_);
+    return static_cast<QORLevel*>(level_.far);
 }
 
 bool QORHierarchyLevelAssociation::removeLevel() {
@@ -180,7 +180,7 @@ bool QORHierarchyLevelAssociation::removeBottomOfHierarchy(QORHierarchy* far) {
 }
 
 QORHierarchy* QORHierarchyLevelAssociation::getBottomOfHierarchy() const {
-    return static_cast<QORHierarchy*>(bottomOfHierarchy_);
+    return static_cast<QORHierarchy*>(bottomOfHierarchy_.far);
 }
 
 bool QORHierarchyLevelAssociation::removeBottomOfHierarchy() {

@@ -117,7 +117,7 @@ bool QORJoinRole::removeClassifier(QORClassifier* far) {
 }
 
 QORClassifier* QORJoinRole::getClassifier() const {
-    return static_cast<QORClassifier*>(classifier_);
+    return static_cast<QORClassifier*>(classifier_.far);
 }
 
 bool QORJoinRole::removeClassifier() {

@@ -99,7 +99,7 @@ bool QORLevel::removeDimension(QORDimension* far) {
 }
 
 QORDimension* QORLevel::getDimension() const {
-    return static_cast<QORDimension*>(dimension_);
+    return static_cast<QORDimension*>(dimension_.far);
 }
 
 bool QORLevel::removeDimension() {

@@ -107,7 +107,7 @@ bool QORLevelAssociation::removeChildLevel(QORLevel* far) {
 }
 
 QORLevel* QORLevelAssociation::getChildLevel() const {
-    return static_cast<QORLevel*>(childLevel_);
+    return static_cast<QORLevel*>(childLevel_.far);
 }
 
 bool QORLevelAssociation::removeChildLevel() {

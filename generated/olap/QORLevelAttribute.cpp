@@ -71,7 +71,7 @@ bool QORLevelAttribute::removeLevelKey(QORLevelKey* far) {
 }
 
 QORLevelKey* QORLevelAttribute::getLevelKey() const {
-    return static_cast<QORLevelKey*>(levelKey_);
+    return static_cast<QORLevelKey*>(levelKey_.far);
 }
 
 bool QORLevelAttribute::removeLevelKey() {
@@ -91,7 +91,7 @@ bool QORLevelAttribute::removeDimensionAttribute(QORDimensionAttribute* far) {
 }
 
 QORDimensionAttribute* QORLevelAttribute::getDimensionAttribute() const {
-    return static_cast<QORDimensionAttribute*>(dimensionAttribute_);
+    return static_cast<QORDimensionAttribute*>(dimensionAttribute_.far);
 }
 
 bool QORLevelAttribute::removeDimensionAttribute() {

@@ -59,8 +59,8 @@ public:
 
 protected:
     QORAggregationOperatorType rule_ = QORAggregationOperatorType::SUM;
-    QORObject* measure_ = nullptr;
-    QORObject* cubeDimensionAssociation_ = nullptr;
+    QORHeldEnd measure_;
+    QORHeldEnd cubeDimensionAssociation_;
 
 private:
     friend struct QORMetamodel;

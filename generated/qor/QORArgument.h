@@ -83,9 +83,9 @@ protected:
     short position_ = 0;
     QORString defaultValue_;
     QORArgumentType kind_ = QORArgumentType::UNSPECIFIED_MODE;
-    QORObject* operation_ = nullptr;
+    QORHeldEnd operation_;
     QORObject* type_ = nullptr;
-    QORObject* parameterizedClass_ = nullptr;
+    QORHeldEnd parameterizedClass_;
 
 private:
     friend struct QORMetamodel;

@@ -175,7 +175,7 @@ protected:
     QORReferentialActionType onDelete_ = QORReferentialActionType::UNSPECIFIED;
     QORObject* association_ = nullptr;
     QORObject* foreignKey_ = nullptr;
-    QORObject* associatedClass_ = nullptr;
+    QORHeldEnd associatedClass_;
     union {
         QORNameLinkTree qualifierAttribute_{};
     };

@@ -62,7 +62,7 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* foreignKey_ = nullptr;
+    QORHeldEnd foreignKey_;
     QORObject* destinationAttribute_ = nullptr;
     QORObject* sourceAttribute_ = nullptr;
 

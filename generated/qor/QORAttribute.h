@@ -209,7 +209,7 @@ protected:
     bool cppStatic_ = false;
     bool cppDerived_ = false;
     QORString extraConstraint_;
-    QORObject* qualifierOfAssociationRole_ = nullptr;
+    QORHeldEnd qualifierOfAssociationRole_;
     union {
         QORPtrLinkVector destinationOfAssociationRoleNameMap_{};
     };

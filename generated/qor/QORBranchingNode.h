@@ -59,10 +59,10 @@ public:
     void removeExpressionNodes();
 
 protected:
-    QORObject* conditionExpressionNode_ = nullptr;
     union {
         QORPtrLinkTree expressionNode_{};
     };
+    QORObject* conditionExpressionNode_ = nullptr;
 
 private:
     friend struct QORMetamodel;

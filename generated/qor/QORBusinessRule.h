@@ -103,7 +103,7 @@ protected:
     QORString value_;
     QORString lowerBound_;
     QORString upperBound_;
-    QORObject* model_ = nullptr;
+    QORHeldEnd model_;
     union {
         QORTypeValueLinkTree typeValue_{};
     };

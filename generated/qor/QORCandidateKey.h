@@ -62,11 +62,11 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    bool uniqueKey_ = false;
-    QORObject* primaryOfClass_ = nullptr;
     union {
         QORPtrLinkTree foreignKey_{};
     };
+    bool uniqueKey_ = false;
+    QORObject* primaryOfClass_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -89,18 +89,18 @@ public:
     void removeDestinationAttributes();
 
 protected:
-    short position_ = 0;
-    QORString whereClause_;
-    QORCommitType commitType_ = QORCommitType::ROW;
-    QORMovementType movementType_ = QORMovementType::INSERT;
-    bool distinct_ = false;
-    int volumetrics_ = 0;
     union {
         QORPtrLinkTree sourceAttribute_{};
     };
     union {
         QORPtrLinkTree destinationAttribute_{};
     };
+    short position_ = 0;
+    QORString whereClause_;
+    QORCommitType commitType_ = QORCommitType::ROW;
+    QORMovementType movementType_ = QORMovementType::INSERT;
+    bool distinct_ = false;
+    int volumetrics_ = 0;
 
 private:
     friend struct QORMetamodel;

@@ -128,7 +128,6 @@ public:
     bool removeReport(QORReport* far);
 
 protected:
-    QORObject* report_ = nullptr;
     union {
         QORPtrLinkTree sourceOfClassifierMap_{};
     };
@@ -144,6 +143,7 @@ protected:
     union {
         QORPtrLinkTree associatedJoinRole_{};
     };
+    QORHeldEnd report_;
 
 private:
     friend struct QORMetamodel;

@@ -126,7 +126,7 @@ protected:
     QORString operation_;
     QORString operationDescription_;
     QORMappingType mappingType_ = QORMappingType::LINEAGE;
-    QORObject* transformation_ = nullptr;
+    QORHeldEnd transformation_;
     QORObject* expression_ = nullptr;
     union {
         QOROptionalNameLinkTree featureMap_{};

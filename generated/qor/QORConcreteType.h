@@ -60,12 +60,12 @@ public:
     void removeDerivedTypes();
 
 protected:
-    QORString dataType_;
-    int length_ = 0;
-    int scale_ = 0;
     union {
         QORPtrLinkTree derivedType_{};
     };
+    QORString dataType_;
+    int length_ = 0;
+    int scale_ = 0;
 
 private:
     friend struct QORMetamodel;

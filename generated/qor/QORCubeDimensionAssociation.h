@@ -78,9 +78,9 @@ public:
     void removeAggregationRules();
 
 protected:
-    QORObject* cube_ = nullptr;
-    QORObject* dimension_ = nullptr;
-    QORObject* hierarchy_ = nullptr;
+    QORHeldEnd cube_;
+    QORHeldEnd dimension_;
+    QORHeldEnd hierarchy_;
     union {
         QORPtrLinkTree aggregationRule_{};
     };

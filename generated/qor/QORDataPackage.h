@@ -51,10 +51,10 @@ public:
     void removeModelObjects();
 
 protected:
-    QORDirectionType direction_ = QORDirectionType::SOURCE_DESTINATION;
     union {
         QORPtrLinkVector modelObject_{};
     };
+    QORDirectionType direction_ = QORDirectionType::SOURCE_DESTINATION;
 
 private:
     friend struct QORMetamodel;

@@ -41,7 +41,7 @@ public:
     bool removeTransformation(QORTransformation* far);
 
 protected:
-    QORObject* transformation_ = nullptr;
+    QORHeldEnd transformation_;
 
 private:
     friend struct QORMetamodel;

@@ -56,10 +56,10 @@ public:
     void removeExpressionNodes();
 
 protected:
-    QORString delimiter_;
     union {
         QORPtrLinkTree expressionNode_{};
     };
+    QORString delimiter_;
 
 private:
     friend struct QORMetamodel;

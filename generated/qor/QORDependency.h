@@ -48,8 +48,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* clientClass_ = nullptr;
-    QORObject* supplierClass_ = nullptr;
+    QORHeldEnd clientClass_;
+    QORHeldEnd supplierClass_;
 
 private:
     friend struct QORMetamodel;

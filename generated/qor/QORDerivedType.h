@@ -132,7 +132,7 @@ protected:
     QORString nativeDataType_;
     bool userDataType_ = false;
     QORString nativeLogicalDataType_;
-    QORObject* derivedFromConcreteType_ = nullptr;
+    QORHeldEnd derivedFromConcreteType_;
     union {
         QORTypeValueLinkTree typeValue_{};
     };

@@ -144,8 +144,6 @@ public:
     void removeImportedModelObjects();
 
 protected:
-    bool userDefined_ = false;
-    QORObject* defaultDiagram_ = nullptr;
     union {
         QORNameLinkTree diagram_{};
     };
@@ -164,6 +162,8 @@ protected:
     union {
         QORNameLinkTree transformationActivity_{};
     };
+    bool userDefined_ = false;
+    QORObject* defaultDiagram_ = nullptr;
 
 private:
     friend struct QORMetamodel;

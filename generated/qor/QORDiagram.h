@@ -86,7 +86,7 @@ public:
     void removePresentationElements();
 
 protected:
-    QORObject* designPackage_ = nullptr;
+    QORHeldEnd designPackage_;
     QORObject* defaultOfDesignPackage_ = nullptr;
     union {
         QORPtrLinkTree modelElement_{};

@@ -87,7 +87,7 @@ protected:
     bool sort_ = true;
     bool hide_ = false;
     QORString originalName_;
-    QORObject* descriptiveOfDimensionAttribute_ = nullptr;
+    QORHeldEnd descriptiveOfDimensionAttribute_;
     union {
         QORPtrLinkTree levelAttribute_{};
     };

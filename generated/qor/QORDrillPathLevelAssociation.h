@@ -96,9 +96,9 @@ public:
 protected:
     short position_ = 0;
     QORObject* drillPath_ = nullptr;
-    QORObject* level_ = nullptr;
-    QORObject* topOfDrillPath_ = nullptr;
-    QORObject* bottomOfDrillPath_ = nullptr;
+    QORHeldEnd level_;
+    QORHeldEnd topOfDrillPath_;
+    QORHeldEnd bottomOfDrillPath_;
     union {
         QORPtrLinkTree levelAssociation_{};
     };

@@ -74,7 +74,7 @@ public:
 protected:
     QORArgumentType kind_ = QORArgumentType::IN_MODE;
     QORElementType destinationElementType_ = QORElementType::ELEMENT;
-    QORObject* element_ = nullptr;
+    QORHeldEnd element_;
     union {
         QORPtrLinkVector elementNamePart_{};
     };

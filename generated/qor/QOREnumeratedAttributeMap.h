@@ -37,7 +37,7 @@ public:
     bool removeEnumeratedTypeMap(QOREnumeratedTypeMap* far);
 
 protected:
-    QORObject* enumeratedTypeMap_ = nullptr;
+    QORHeldEnd enumeratedTypeMap_;
 
 private:
     friend struct QORMetamodel;

@@ -63,11 +63,11 @@ public:
     bool removeDestinationDerivedType(QORDerivedType* far);
 
 protected:
-    QORObject* sourceDerivedType_ = nullptr;
-    QORObject* destinationDerivedType_ = nullptr;
     union {
         QORPtrLinkTree enumeratedAttributeMap_{};
     };
+    QORHeldEnd sourceDerivedType_;
+    QORHeldEnd destinationDerivedType_;
 
 private:
     friend struct QORMetamodel;

@@ -77,12 +77,12 @@ public:
     bool removeFeatureMap(QORFeatureMap* far);
 
 protected:
-    int status_ = 0;
-    QORObject* classifierMap_ = nullptr;
-    QORObject* featureMap_ = nullptr;
     union {
         QORPtrLinkTree statementNode_{};
     };
+    int status_ = 0;
+    QORObject* classifierMap_ = nullptr;
+    QORObject* featureMap_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -106,8 +106,8 @@ public:
 
 protected:
     short position_ = 0;
-    QORObject* type_ = nullptr;
-    QORObject* classifier_ = nullptr;
+    QORHeldEnd type_;
+    QORHeldEnd classifier_;
     union {
         QORPtrLinkTree sourceOfFeatureMap_{};
     };

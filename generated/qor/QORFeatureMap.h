@@ -111,7 +111,7 @@ protected:
     QORString operationDescription_;
     short position_ = 0;
     QORMappingType mappingType_ = QORMappingType::LINEAGE;
-    QORObject* classifierMap_ = nullptr;
+    QORHeldEnd classifierMap_;
     QORObject* expression_ = nullptr;
     union {
         QORPtrLinkTree sourceFeature_{};

@@ -79,12 +79,12 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* associationRole_ = nullptr;
-    QORObject* candidateKey_ = nullptr;
-    QORObject* generalization_ = nullptr;
     union {
         QORPtrLinkTree associationRoleNameMap_{};
     };
+    QORObject* associationRole_ = nullptr;
+    QORHeldEnd candidateKey_;
+    QORHeldEnd generalization_;
 
 private:
     friend struct QORMetamodel;

@@ -68,7 +68,7 @@ public:
 
 protected:
     QORString formatType_;
-    QORObject* version_ = nullptr;
+    QORHeldEnd version_;
     QORObject* defaultOfVersion_ = nullptr;
     QORObject* originalOfVersion_ = nullptr;
 

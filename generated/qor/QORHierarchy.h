@@ -122,7 +122,7 @@ public:
 
 protected:
     QORHierarchyType type_ = QORHierarchyType::LEVELED;
-    QORObject* dimension_ = nullptr;
+    QORHeldEnd dimension_;
     QORObject* defaultOfDimension_ = nullptr;
     QORObject* topHierarchyLevelAssociation_ = nullptr;
     union {

@@ -96,9 +96,9 @@ public:
 protected:
     short position_ = 0;
     QORObject* hierarchy_ = nullptr;
-    QORObject* level_ = nullptr;
+    QORHeldEnd level_;
     QORObject* topOfHierarchy_ = nullptr;
-    QORObject* bottomOfHierarchy_ = nullptr;
+    QORHeldEnd bottomOfHierarchy_;
     union {
         QORPtrLinkTree levelAssociation_{};
     };

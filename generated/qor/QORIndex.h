@@ -93,7 +93,7 @@ protected:
     bool clustered_ = false;
     bool generate_ = true;
     bool unique_ = false;
-    QORObject* associatedClass_ = nullptr;
+    QORHeldEnd associatedClass_;
     QORObject* key_ = nullptr;
     union {
         QORPtrLinkTree indexMember_{};

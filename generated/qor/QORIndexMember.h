@@ -67,7 +67,7 @@ protected:
     short position_ = 0;
     QORSortOrderType sortOrder_ = QORSortOrderType::DEFAULT;
     QORObject* attribute_ = nullptr;
-    QORObject* index_ = nullptr;
+    QORHeldEnd index_;
 
 private:
     friend struct QORMetamodel;

@@ -66,7 +66,7 @@ protected:
     QORString multiplicity_{"0"};
     bool left_ = true;
     QORObject* join_ = nullptr;
-    QORObject* classifier_ = nullptr;
+    QORHeldEnd classifier_;
 
 private:
     friend struct QORMetamodel;

@@ -86,7 +86,7 @@ public:
 
 protected:
     QORObject* index_ = nullptr;
-    QORObject* associatedClass_ = nullptr;
+    QORHeldEnd associatedClass_;
     union {
         QORPtrLinkVector destinationOfKeyMap_{};
     };

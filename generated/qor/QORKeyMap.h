@@ -84,7 +84,6 @@ public:
     void removeSourceModelObjects();
 
 protected:
-    QORObject* destinationKey_ = nullptr;
     union {
         QORPtrLinkVector childKeyMap_{};
     };
@@ -94,6 +93,7 @@ protected:
     union {
         QORPtrLinkVector sourceModelObject_{};
     };
+    QORObject* destinationKey_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -129,7 +129,7 @@ public:
     bool removeDefaultLevelAttribute(QORLevelAttribute* far);
 
 protected:
-    QORObject* dimension_ = nullptr;
+    QORHeldEnd dimension_;
     QORObject* levelKey_ = nullptr;
     QORObject* defaultLevelAttribute_ = nullptr;
     union {

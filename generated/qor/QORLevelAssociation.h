@@ -86,7 +86,7 @@ public:
 
 protected:
     QORObject* parentLevel_ = nullptr;
-    QORObject* childLevel_ = nullptr;
+    QORHeldEnd childLevel_;
     union {
         QORPtrLinkTree hierarchyLevelAssociation_{};
     };

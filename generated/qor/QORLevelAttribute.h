@@ -57,8 +57,8 @@ public:
     bool removeDefaultOfLevel(QORLevel* far);
 
 protected:
-    QORObject* levelKey_ = nullptr;
-    QORObject* dimensionAttribute_ = nullptr;
+    QORHeldEnd levelKey_;
+    QORHeldEnd dimensionAttribute_;
     QORObject* defaultOfLevel_ = nullptr;
 
 private:

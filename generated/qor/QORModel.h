@@ -125,9 +125,6 @@ public:
     void removeBusinessRules();
 
 protected:
-    QORDate creationTime_;
-    QORObject* modelFormat_ = nullptr;
-    QORObject* metadataOrigin_ = nullptr;
     union {
         QORNamePtrLinkTree type_{};
     };
@@ -140,6 +137,9 @@ protected:
     union {
         QORNamePtrLinkTree businessRule_{};
     };
+    QORDate creationTime_;
+    QORObject* modelFormat_ = nullptr;
+    QORObject* metadataOrigin_ = nullptr;
 
 private:
     friend struct QORMetamodel;

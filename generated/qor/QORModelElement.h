@@ -58,7 +58,7 @@ public:
     void removeDiagrams();
 
 protected:
-    QORObject* designPackage_ = nullptr;
+    QORHeldEnd designPackage_;
     union {
         QORPtrLinkTree diagram_{};
     };

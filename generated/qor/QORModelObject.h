@@ -163,12 +163,6 @@ public:
     void removeImportedByDesignPackages();
 
 protected:
-    QORString physicalName_;
-    QORApprovalStatusType status_ = QORApprovalStatusType::DEVELOPMENTAL;
-    QORString comment_;
-    QORDesignLevelType designLevel_ = QORDesignLevelType::LOGICAL_PHYSICAL;
-    QORString stereotype_;
-    QORObject* dataPackage_ = nullptr;
     union {
         QORPtrLinkVector sourceOfKeyMap_{};
     };
@@ -187,6 +181,12 @@ protected:
     union {
         QORPtrLinkTree importedByDesignPackage_{};
     };
+    QORString physicalName_;
+    QORApprovalStatusType status_ = QORApprovalStatusType::DEVELOPMENTAL;
+    QORString comment_;
+    QORDesignLevelType designLevel_ = QORDesignLevelType::LOGICAL_PHYSICAL;
+    QORString stereotype_;
+    QORObject* dataPackage_ = nullptr;
 
 private:
     friend struct QORMetamodel;

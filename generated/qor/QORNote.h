@@ -55,7 +55,7 @@ public:
 protected:
     QORString value_;
     short position_ = 0;
-    QORObject* element_ = nullptr;
+    QORHeldEnd element_;
 
 private:
     friend struct QORMetamodel;

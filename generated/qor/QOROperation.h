@@ -156,8 +156,8 @@ protected:
     QORString precondition_;
     QORString postcondition_;
     QORObject* returnType_ = nullptr;
-    QORObject* associatedClass_ = nullptr;
-    QORObject* associatedSQLViewEntity_ = nullptr;
+    QORHeldEnd associatedClass_;
+    QORHeldEnd associatedSQLViewEntity_;
     union {
         QOROptionalNameLinkTree argument_{};
     };

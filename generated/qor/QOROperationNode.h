@@ -59,7 +59,7 @@ public:
     void removeExpressionNodes();
 
 protected:
-    QORObject* operation_ = nullptr;
+    QORHeldEnd operation_;
     union {
         QORPtrLinkTree expressionNode_{};
     };

@@ -58,7 +58,7 @@ public:
     bool removeParentPackage(QORPackage* far);
 
 protected:
-    QORObject* parentPackage_ = nullptr;
+    QORHeldEnd parentPackage_;
     union {
         QORNameElementTypeLinkTree childPackage_{};
     };

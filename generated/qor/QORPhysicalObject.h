@@ -102,7 +102,7 @@ public:
 
 protected:
     QORPhysicalObjectType objectType_ = QORPhysicalObjectType::UNDEFINED;
-    QORObject* physicalTarget_ = nullptr;
+    QORHeldEnd physicalTarget_;
     union {
         QORPtrLinkVector destinationOfPhysicalRelationship_{};
     };

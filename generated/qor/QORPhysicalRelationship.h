@@ -53,7 +53,7 @@ public:
 
 protected:
     QORObject* destinationPhysicalObject_ = nullptr;
-    QORObject* sourcePhysicalObject_ = nullptr;
+    QORHeldEnd sourcePhysicalObject_;
 
 private:
     friend struct QORMetamodel;

@@ -69,7 +69,7 @@ public:
 
 protected:
     QORPhysicalTargetType targetType_ = QORPhysicalTargetType::UNDEFINED;
-    QORObject* model_ = nullptr;
+    QORHeldEnd model_;
     union {
         QORPtrLinkTree physicalObject_{};
     };

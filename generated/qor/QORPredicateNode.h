@@ -60,10 +60,10 @@ public:
     void removePredicates();
 
 protected:
-    QORObject* expressionNode_ = nullptr;
     union {
         QORPtrLinkVector predicate_{};
     };
+    QORObject* expressionNode_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -53,8 +53,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* diagram_ = nullptr;
-    QORObject* subjectModelObject_ = nullptr;
+    QORHeldEnd diagram_;
+    QORHeldEnd subjectModelObject_;
 
 private:
     friend struct QORMetamodel;

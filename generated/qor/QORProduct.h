@@ -106,17 +106,17 @@ public:
     void removeChildProducts();
 
 protected:
-    QORProductType productType_ = QORProductType::GENERIC;
-    QORVersionStateType state_ = QORVersionStateType::CHECKED_IN;
-    QORObject* directory_ = nullptr;
-    QORObject* parentProduct_ = nullptr;
-    QORObject* defaultVersion_ = nullptr;
     union {
         QORNameLinkTree version_{};
     };
     union {
         QORNameLinkTree childProduct_{};
     };
+    QORProductType productType_ = QORProductType::GENERIC;
+    QORVersionStateType state_ = QORVersionStateType::CHECKED_IN;
+    QORHeldEnd directory_;
+    QORHeldEnd parentProduct_;
+    QORObject* defaultVersion_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -92,9 +92,9 @@ public:
 
 protected:
     QORElementType scope_ = QORElementType::ELEMENT;
-    QORObject* model_ = nullptr;
-    QORObject* mappingModel_ = nullptr;
-    QORObject* directory_ = nullptr;
+    QORHeldEnd model_;
+    QORHeldEnd mappingModel_;
+    QORHeldEnd directory_;
     union {
         QORNamePtrLinkTree propertyType_{};
     };

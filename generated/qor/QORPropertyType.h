@@ -78,13 +78,13 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    short position_ = 0;
-    QORString usage_{"USER"};
-    QORString group_;
-    QORObject* propertyElementTypeScope_ = nullptr;
     union {
         QORPtrLinkVector instanciatedPropertyValue_{};
     };
+    short position_ = 0;
+    QORString usage_{"USER"};
+    QORString group_;
+    QORHeldEnd propertyElementTypeScope_;
 
 private:
     friend struct QORMetamodel;

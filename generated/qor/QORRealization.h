@@ -48,8 +48,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* realizationClass_ = nullptr;
-    QORObject* specificationClass_ = nullptr;
+    QORHeldEnd realizationClass_;
+    QORHeldEnd specificationClass_;
 
 private:
     friend struct QORMetamodel;

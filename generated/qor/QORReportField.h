@@ -37,7 +37,7 @@ public:
     bool removeReportAttribute(QORReportAttribute* far);
 
 protected:
-    QORObject* reportAttribute_ = nullptr;
+    QORHeldEnd reportAttribute_;
 
 private:
     friend struct QORMetamodel;

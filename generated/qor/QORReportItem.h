@@ -126,8 +126,8 @@ public:
 
 protected:
     short position_ = 0;
-    QORObject* report_ = nullptr;
-    QORObject* parentReportItem_ = nullptr;
+    QORHeldEnd report_;
+    QORHeldEnd parentReportItem_;
     union {
         QORPtrLinkTree childReportItem_{};
     };

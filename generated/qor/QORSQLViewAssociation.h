@@ -63,8 +63,8 @@ public:
 protected:
     short sQLTableSequence_ = 1;
     QORString aliasName_;
-    QORObject* destinationSQLViewEntity_ = nullptr;
-    QORObject* sourceClassifier_ = nullptr;
+    QORHeldEnd destinationSQLViewEntity_;
+    QORHeldEnd sourceClassifier_;
 
 private:
     friend struct QORMetamodel;

@@ -55,7 +55,7 @@ public:
 
 protected:
     QORString expression_;
-    QORObject* sourceFeature_ = nullptr;
+    QORHeldEnd sourceFeature_;
 
 private:
     friend struct QORMetamodel;

@@ -80,12 +80,12 @@ public:
     bool removeReferencedExpressionNode(QORExpressionNode* far);
 
 protected:
-    QORStatementNodeType statementType_ = QORStatementNodeType::FORMULA;
-    QORObject* expression_ = nullptr;
-    QORObject* referencedExpressionNode_ = nullptr;
     union {
         QORPtrLinkTree expressionNode_{};
     };
+    QORStatementNodeType statementType_ = QORStatementNodeType::FORMULA;
+    QORHeldEnd expression_;
+    QORObject* referencedExpressionNode_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -93,7 +93,7 @@ protected:
     QORString operation_;
     QORString operationDescription_;
     QORStepPrecedenceType type_ = QORStepPrecedenceType::UNKNOWN;
-    QORObject* transformationActivity_ = nullptr;
+    QORHeldEnd transformationActivity_;
     union {
         QORPtrLinkTree sourceTransformationStep_{};
     };

@@ -41,7 +41,7 @@ public:
     bool removeDesignPackage(QORDesignPackage* far);
 
 protected:
-    QORObject* designPackage_ = nullptr;
+    QORHeldEnd designPackage_;
 
 private:
     friend struct QORMetamodel;

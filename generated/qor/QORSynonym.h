@@ -39,7 +39,7 @@ public:
     bool removeModelObject(QORModelObject* far);
 
 protected:
-    QORObject* modelObject_ = nullptr;
+    QORHeldEnd modelObject_;
 
 private:
     friend struct QORMetamodel;

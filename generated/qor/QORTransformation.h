@@ -132,8 +132,8 @@ protected:
     QORString operationDescription_;
     QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORTransformationType transformationType_ = QORTransformationType::UNKNOWN;
-    QORObject* mappingModel_ = nullptr;
-    QORObject* transformationTask_ = nullptr;
+    QORHeldEnd mappingModel_;
+    QORHeldEnd transformationTask_;
     QORObject* transformationStep_ = nullptr;
     QORObject* transformationActivity_ = nullptr;
     union {

@@ -88,7 +88,7 @@ public:
     bool removeTransformation(QORTransformation* far);
 
 protected:
-    QORObject* designPackage_ = nullptr;
+    QORHeldEnd designPackage_;
     QORObject* transformation_ = nullptr;
     union {
         QORNameLinkTree transformationStep_{};

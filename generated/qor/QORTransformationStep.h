@@ -96,8 +96,8 @@ public:
     bool removeTransformation(QORTransformation* far);
 
 protected:
-    QORObject* transformationTask_ = nullptr;
-    QORObject* transformationActivity_ = nullptr;
+    QORHeldEnd transformationTask_;
+    QORHeldEnd transformationActivity_;
     QORObject* transformation_ = nullptr;
     union {
         QORPtrLinkTree sourceOfStepPrecedence_{};

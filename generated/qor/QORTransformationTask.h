@@ -78,7 +78,7 @@ public:
     bool removeDesignPackage(QORDesignPackage* far);
 
 protected:
-    QORObject* designPackage_ = nullptr;
+    QORHeldEnd designPackage_;
     union {
         QORNamePtrLinkTree transformation_{};
     };

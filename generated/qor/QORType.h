@@ -169,8 +169,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* model_ = nullptr;
-    QORObject* mappingModel_ = nullptr;
+    QORHeldEnd model_;
+    QORHeldEnd mappingModel_;
     union {
         QORPtrLinkVector argument_{};
     };

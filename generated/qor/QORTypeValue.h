@@ -99,8 +99,8 @@ public:
 protected:
     short position_ = 0;
     QORString value_;
-    QORObject* derivedType_ = nullptr;
-    QORObject* businessRule_ = nullptr;
+    QORHeldEnd derivedType_;
+    QORHeldEnd businessRule_;
     union {
         QORPtrLinkTree sourceOfTypeValueMap_{};
     };

@@ -48,8 +48,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORObject* sourceTypeValue_ = nullptr;
-    QORObject* destinationTypeValue_ = nullptr;
+    QORHeldEnd sourceTypeValue_;
+    QORHeldEnd destinationTypeValue_;
 
 private:
     friend struct QORMetamodel;

@@ -119,10 +119,6 @@ public:
     void removeSuccessorVersions();
 
 protected:
-    QORObject* product_ = nullptr;
-    QORObject* defaultOfProduct_ = nullptr;
-    QORObject* defaultFormat_ = nullptr;
-    QORObject* originalFormat_ = nullptr;
     union {
         QORFormatLinkTree format_{};
     };
@@ -132,6 +128,10 @@ protected:
     union {
         QORPtrLinkTree successorVersion_{};
     };
+    QORHeldEnd product_;
+    QORObject* defaultOfProduct_ = nullptr;
+    QORObject* defaultFormat_ = nullptr;
+    QORObject* originalFormat_ = nullptr;
 
 private:
     friend struct QORMetamodel;

@@ -69,7 +69,7 @@ bool QORReportField::removeReportAttribute(QORReportAttribute* far) {
 }
 
 QORReportAttribute* QORReportField::getReportAttribute() const {
-    return static_cast<QORReportAttribute*>(reportAttribute_);
+    return static_cast<QORReportAttribute*>(reportAttribute_.far);
 }
 
 bool QORReportField::removeReportAttribute() {

@@ -88,7 +88,7 @@ bool QORReportItem::removeReport(QORReport* far) {
 }
 
 QORReport* QORReportItem::getReport() const {
-    return static_cast<QORReport*>(report_);
+    return static_cast<QORReport*>(report_.far);
 }
 
 bool QORReportItem::removeReport() {
@@ -108,7 +108,7 @@ bool QORReportItem::removeParentReportItem(QORReportItem* far) {
 }
 
 QORReportItem* QORReportItem::getParentReportItem() const {
-    return static_cast<QORReportItem*>(parentReportItem_);
+    return static_cast<QORReportItem*>(parentReportItem_.far);
 }
 
 bool QORReportItem::removeParentReportItem() {

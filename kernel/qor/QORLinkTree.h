@@ -32,20 +32,20 @@ public:
 
     /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
     bool removeItem(QORContainerItem const* item);
-    /// Gives an element another key: takes it out, calls `change`, puts it back with the same node. When the
+    /// Gives the element of a node another key: takes it out, calls `change`, puts it back there. When the
     /// tree refuses the new key, calls `change` once more, to restore the old key, puts the element back
     /// where it was and gives false. Allocates nothing itself; `change` must not throw.
-    bool rekeyItem(QORContainerItem const* item, void (*change)(void*), void* context);
-    /// Takes an element over from another tree with its node; false, with nothing changed, if this end
-    /// refuses it or the other one doesn't hold it. Allocates nothing.
-    bool adoptItem(QORLinkTree& other, QORContainerItem const* item);
+    bool rekeyNode(QORRBTreeNode* node, void (*change)(void*), void* context);
+    /// Takes an element over from another tree with its node, which it gives; null, with nothing changed, if
+    /// this end refuses it or the other one doesn't hold it. Allocates nothing.
+    QORRBTreeNode* adoptItem(QORLinkTree& other, QORContainerItem const* item);
     /// `drainFirst` of the tree, with the cursor unset.
     QORContainerItem* drainFirst();
 
 protected:
-    mutable QORRBTreeNode* current =
-        nullptr;               ///< the node under the cursor; meaningful while position isn't -1
-    mutable int position = -1; ///< place of `current` in tree order; -1: the cursor is unset
+    /// The node under the cursor, whose place in tree order is `position`; meaningful while that isn't -1.
+    mutable QORRBTreeNode* current = nullptr;
+    using _QORContainer::position;
 
 private:
     int _moveTo(QORRBTreeNode const* node) const;

@@ -13,7 +13,17 @@
 class QORArrayInterface;
 class QORContainer;
 class QORMetaClass;
+class QORObject;
+class QORRBTreeNode;
 class QORTraversalOperation;
+
+/// A unary link end whose far end is a tree.
+struct QORHeldEnd {
+    QORObject* far = nullptr;
+    /// Where the far object's tree holds this one, so that leaving it needs no search. Only good while `far`
+    /// is set and neither object was linked beside the recipe.
+    QORRBTreeNode* node = nullptr;
+};
 
 /// The root of all model classes: element type, id, name and a caller's scratch state, and the primitives
 /// through which every two-way link is made and broken.
@@ -129,10 +139,15 @@ private:
     friend class QORRecipe;
     /// How far the taking apart of the object has come; 0 while none is under way.
     unsigned short takingApart = 0;
-    long id = 0;
+    /// Which ends are set, a bit each, so that questions needn't look at every end; the highest bit stands
+    /// for "look": a caller's own class has used the primitives.
+    std::uint64_t linked = 0;
 
 protected:
-    QORString name;
+    QORString name; // all up to here lies in one line of the cache
+
+private:
+    long id = 0;
 
 public:
     bool flag1 = false;             ///< a scratch mark for callers
@@ -141,8 +156,5 @@ public:
     void* generalPointer = nullptr; ///< a scratch pointer for callers
 
 private:
-    /// Which ends are set, a bit each, so that questions needn't look at every end; the highest bit stands
-    /// for "look": a caller's own class has used the primitives.
-    std::uint64_t linked = 0;
     QORObject* takenApartFor = nullptr; ///< the owner whose taking apart waits for this object's
 };

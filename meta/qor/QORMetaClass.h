@@ -68,13 +68,14 @@ private:
 
     /// What a scan compares first, so that it reads only those records that can match.
     struct Sign {
+        void* record;
         int id;
         std::uint32_t name;
         std::uint32_t label; ///< of the display name or the role name
     };
 
     static std::uint32_t signOf(QORString const& text);
-    static void addRecord(QORVector& records, std::vector<Sign>& signs, void const* record, Sign sign);
+    static void addRecord(QORVector& records, std::vector<Sign>& signs, Sign sign);
     void addAttribute(QORMetaAttribute* attribute);
     void addLink(QORMetaLink* link);
 

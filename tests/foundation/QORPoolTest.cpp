@@ -5,6 +5,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -80,6 +81,33 @@ TEST(QORPool, MemoryThatCameBackServesAgain) {
     for (void* block : second)
         QORPool::release(block, 40);
 }
+
+#ifndef __SANITIZE_ADDRESS__ // which has the pool bypassed
+
+TEST(QORPool, ReservedMemoryIsAtHandWithoutPageFaults) {
+    auto const faults = [] {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_minflt;
+    };
+    constexpr std::size_t size = 1024;
+    constexpr std::size_t count = 12 << 10;
+    std::vector<Block> blocks;
+    blocks.reserve(count);
+    std::memset(static_cast<void*>(blocks.data()), 0,
+                count * sizeof(Block)); // so that the vector causes none
+    QORPool::reserve(count * size + (std::size_t{4} << 20));
+    long const before = faults();
+    for (std::size_t i = 0; i < count; ++i)
+        blocks.emplace_back(size, static_cast<unsigned char>(i));
+    EXPECT_LT(faults() - before, 100) << "of " << count * size / 4096 << " pages";
+    for (Block& block : blocks) {
+        EXPECT_TRUE(block.intact());
+        block.release();
+    }
+}
+
+#endif
 
 TEST(QORPool, AnyThreadMayGiveBackWhatAnotherTook) {
     for (int round = 0; round < 20; ++round) {

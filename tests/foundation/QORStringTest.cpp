@@ -6,11 +6,13 @@
 
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <random>
 #include <string>
 #include <type_traits>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -390,6 +392,32 @@ TEST(QORString, AssignmentUsesMemoryAtHand) {
     EXPECT_EQ(madeAllocations(), before);
     EXPECT_EQ(string.chars, buffer);
     expectText(string, textOf(200, 'x'));
+}
+
+TEST(QORString, ComparesAsTheCStandardDoes) {
+    // Around the number of characters that are compared at once, with characters beyond ASCII and with memory
+    // that held a longer text before.
+    std::vector<std::string> texts = {""};
+    for (std::size_t length = 1; length <= 20; ++length) {
+        for (char const last : {'\x01', 'a', '\x7f', '\x80', '\xff'}) {
+            std::string text(length - 1, 'm');
+            texts.push_back(text + last);
+            if (length > 1)
+                texts.push_back(last + text);
+        }
+    }
+    auto const sign = [](int order) { return (order > 0) - (order < 0); };
+    for (std::string const& left : texts) {
+        QORString shrunk("a text that was longer than any of these before");
+        shrunk.init(left.c_str(), -1);
+        for (std::string const& right : texts) {
+            int const expected = sign(std::strcmp(left.c_str(), right.c_str()));
+            QORString const other(right.c_str());
+            ASSERT_EQ(sign(QORString(left.c_str()).compare(other)), expected) << left << '|' << right;
+            ASSERT_EQ(sign(shrunk.compare(other)), expected) << left << '|' << right;
+            ASSERT_EQ(sign(other.compare(shrunk)), -expected) << left << '|' << right;
+        }
+    }
 }
 
 TEST(QORString, RepeatedAppendsAllocateSeldom) {

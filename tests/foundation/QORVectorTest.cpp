@@ -284,9 +284,9 @@ TEST(QORVector, KeepsItsOrderAndItsIteratorsWithAnIndex) {
             return added;
         }
         int addElement(void const* item, bool unique) override {
-            int const position = QORVector::addElement(item, unique);
+            int const place = QORVector::addElement(item, unique);
             buildIndex();
-            return position;
+            return place;
         }
     };
     compareVectorWithModel<Indexed>(rules, 6, 6000);

@@ -687,7 +687,7 @@ TYPED_TEST(LinkTreeClasses, AllocateNothingWhenElementsLeave) {
     QORObject* const item = this->item(11);
     auto const nothing = [](void*) {};
     long const before = madeAllocations();
-    tree.rekeyItem(item, nothing, nullptr);
+    tree.rekeyNode(tree.nodeOfItem(item), nothing, nullptr);
     tree.remove(&iterator);
     tree.removeElement(7);
     tree.removeItem(item);
@@ -728,7 +728,7 @@ TYPED_TEST(LinkTreeClasses, GiveTheirElementsToAnotherTreeWithoutAnyMemory) {
         QORObject* const item = static_cast<QORObject*>(
             from.nodeAt(static_cast<int>(random() % static_cast<unsigned>(from.size)))->item);
         int const size = from.size;
-        right &= to.adoptItem(from, item) && from.size == size - 1 && to.size == 14 - size;
+        right &= to.adoptItem(from, item) != nullptr && from.size == size - 1 && to.size == 14 - size;
         right &= !to.adoptItem(from, item);
         right &= from.position == -1 || from.placeOf(from.current) == from.position;
         right &= to.position == -1 || to.placeOf(to.current) == to.position;
@@ -884,7 +884,7 @@ TYPED_TEST(NameSortedTrees, SortAnElementAnewUnderItsNewName) {
             typename TypeParam::Iterator iterator;
             tree.contains(renamed, &iterator);
             renamed->turns = 0;
-            if (tree.rekeyItem(renamed, &Renamable::turn, renamed)) {
+            if (tree.rekeyNode(tree.nodeOfItem(renamed), &Renamable::turn, renamed)) {
                 ASSERT_EQ(renamed->turns, 1);
                 ++successes;
             } else {
@@ -907,7 +907,7 @@ TYPED_TEST(NameSortedTrees, SortAnElementAnewUnderItsNewName) {
     EXPECT_GT(successes, 1000);
     Renamable outside("x", "y");
     TypeParam empty;
-    EXPECT_TRUE(empty.rekeyItem(&outside, &Renamable::turn, &outside));
+    EXPECT_TRUE(empty.rekeyNode(empty.nodeOfItem(&outside), &Renamable::turn, &outside));
     EXPECT_EQ(outside.turns, 1);
     EXPECT_EQ(empty.size, 0);
     constexpr bool namesMayBeShared = std::is_same_v<TypeParam, QORNamePtrLinkTree>;
@@ -929,7 +929,7 @@ TYPED_TEST(NameSortedTrees, PutAnElementBackWhereItWasWhenItsNewNameIsRefused) {
         if (cursor >= 0) {
             ASSERT_NE(tree[cursor], nullptr);
         }
-        EXPECT_FALSE(tree.rekeyItem(&c, &Renamable::turn, &c));
+        EXPECT_FALSE(tree.rekeyNode(tree.nodeOfItem(&c), &Renamable::turn, &c));
         EXPECT_EQ(objectsOf(tree), (std::vector<QORObject*>{&a, &movedAway, &c, &d}));
         EXPECT_STREQ(c.getName().chars, "c");
         expectCursorHolds(tree);

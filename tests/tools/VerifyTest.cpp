@@ -43,8 +43,8 @@ public:
 
 class LooseAttribute : public QORAttribute {
 public:
-    void setOwnerAlone(QORObject* owner) { classifier_ = owner; }
-    void setTypeAlone(QORObject* type) { type_ = type; }
+    void setOwnerAlone(QORObject* owner) { classifier_.far = owner; }
+    void setTypeAlone(QORObject* type) { type_.far = type; }
 };
 
 class LooseType : public QORBaseType {
