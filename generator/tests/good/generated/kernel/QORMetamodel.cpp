@@ -21,6 +21,10 @@ std::uint16_t const QORMetamodel::lists[] = {
     0, 1, 0, 1, 3, 2,
 };
 
+std::uint8_t const QORMetamodel::places[] = {
+    255, 1, 2,
+};
+
 std::uint16_t const QORMetamodel::strings[] = {
     offsetof(QORThing, label_),
     offsetof(QORThing, label_),
@@ -30,12 +34,12 @@ std::uint16_t const QORMetamodel::strings[] = {
 
 namespace {
 
-QORClassDescription const describeBox{&typeid(QORBox), "Box", QORElementType::BOX, {QORMetamodel::lists + 0, 2}, {QORMetamodel::lists + 2, 3}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 2}, 0x7, {QORMetamodel::strings + 0, 1}};
-QORClassDescription const describeFluid{&typeid(QORFluid), "Fluid", QORElementType::FLUID, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, 0x1, {QORMetamodel::strings + 1, 1}};
-QORClassDescription const describeObject{&typeid(QORObject), "Object", QORElementType::OBJECT, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, 0x0, {QORMetamodel::strings + 2, 0}};
-QORClassDescription const describeShelf{&typeid(QORShelf), "Shelf", QORElementType::SHELF, {QORMetamodel::lists + 5, 1}, {QORMetamodel::lists + 5, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 5, 1}, {QORMetamodel::lists + 0, 0}, 0x1, {QORMetamodel::strings + 2, 0}};
-QORClassDescription const describeThing{&typeid(QORThing), "Thing", QORElementType::THING, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, 0x1, {QORMetamodel::strings + 2, 1}};
-QORClassDescription const describeVase{&typeid(QORVase), "Vase", QORElementType::VASE, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, 0x1, {QORMetamodel::strings + 3, 1}};
+QORClassDescription const describeBox{&typeid(QORBox), "Box", QORElementType::BOX, {QORMetamodel::lists + 0, 2}, {QORMetamodel::lists + 2, 3}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 2}, QORMetamodel::places + 0, 0x7, 0x1, 0x0, {QORMetamodel::strings + 0, 1}};
+QORClassDescription const describeFluid{&typeid(QORFluid), "Fluid", QORElementType::FLUID, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, QORMetamodel::places + 0, 0x1, 0x1, 0x0, {QORMetamodel::strings + 1, 1}};
+QORClassDescription const describeObject{&typeid(QORObject), "Object", QORElementType::OBJECT, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, QORMetamodel::places + 0, 0x0, 0x0, 0x0, {QORMetamodel::strings + 2, 0}};
+QORClassDescription const describeShelf{&typeid(QORShelf), "Shelf", QORElementType::SHELF, {QORMetamodel::lists + 5, 1}, {QORMetamodel::lists + 5, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 5, 1}, {QORMetamodel::lists + 0, 0}, QORMetamodel::places + 0, 0x1, 0x0, 0x1, {QORMetamodel::strings + 2, 0}};
+QORClassDescription const describeThing{&typeid(QORThing), "Thing", QORElementType::THING, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, QORMetamodel::places + 0, 0x1, 0x1, 0x0, {QORMetamodel::strings + 2, 1}};
+QORClassDescription const describeVase{&typeid(QORVase), "Vase", QORElementType::VASE, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 4, 1}, {QORMetamodel::lists + 0, 0}, {QORMetamodel::lists + 0, 0}, QORMetamodel::places + 0, 0x1, 0x1, 0x0, {QORMetamodel::strings + 3, 1}};
 
 } // namespace
 

@@ -83,7 +83,7 @@ bool QORThing::removeShelf(QORShelf* far) {
 }
 
 QORShelf* QORThing::getShelf() const {
-    return static_cast<QORShelf*>(shelf_);
+    return static_cast<QORShelf*>(shelf_.far);
 }
 
 bool QORThing::removeShelf() {

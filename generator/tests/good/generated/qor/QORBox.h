@@ -71,13 +71,13 @@ public:
     void setLabel(QORString const& value) override;
 
 protected:
+    union {
+        QORPtrLinkVector carriesBox_{};
+    };
     QORColourType colour_ = QORColourType::NULL_;
     QORDate packedAt_;
     int weight_ = -1;
     QORObject* standsOnBox_ = nullptr;
-    union {
-        QORPtrLinkVector carriesBox_{};
-    };
 
 private:
     friend struct QORMetamodel;

@@ -53,7 +53,7 @@ public:
     bool removeShelf(QORShelf* far);
 
 protected:
-    QORObject* shelf_ = nullptr;
+    QORHeldEnd shelf_;
     QORString label_;
     short position_ = 0;
 
