@@ -508,6 +508,8 @@ QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription c
             }
             if (QORObject* const child = drain(object, end)) {
                 clearFarEnd(*child, QORMetamodel::ends[end.far], object);
+                if (end.shape == QOREndShape::TREE)
+                    foresee(tree(object, end).firstItem(), level);
                 return child;
             }
             endDraining(object, end);
@@ -577,6 +579,7 @@ void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, boo
 void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
     if (!(object.linked & (level.linkBits | lookAtEnds)))
         return;
+    foresee(&object, level); // the texts, whose destructors come next
     removeAggregationAssembly(object, level);
     recursiveDelete(object, level);
     if (!(object.linked & (level.linkBits | lookAtEnds)))

@@ -85,6 +85,8 @@ public:
     /// The node of this very item, wherever it lies: by descent, and by a scan where the order no longer
     /// holds. Null if the item isn't there.
     QORRBTreeNode* nodeOfItem(QORContainerItem const* item) const;
+    /// The first item, or null.
+    QORContainerItem* firstItem() const { return _first ? _first->item : nullptr; }
     /// Takes the first item out while `size` keeps counting it, for walks that empty a tree; null at the
     /// end. `endDraining` then settles `size`.
     QORContainerItem* drainFirst();
