@@ -72,6 +72,7 @@ TEST(QOREncodingConverter, UnknownNamesGiveNull) {
         EXPECT_EQ(converter(name), nullptr) << name;
     }
     EXPECT_EQ(QOREncodingConverter::create(nullptr), nullptr);
+    EXPECT_NE(converter("KOI8-R//"), nullptr) << "an empty suffix changes nothing";
 }
 
 TEST(ConvertEncoding, ConvertsBetweenLatin1AndUtf8) {
@@ -156,6 +157,8 @@ TEST(ConvertEncoding, AsciiIsConvertedIfAnEncodingDiffersFromIt) {
     EXPECT_EQ(converted("ISO-2022-JP", "UTF-8", "a\x1B$BF|\x1B(Bb"), "a\xE6\x97\xA5"
                                                                      "b");
     EXPECT_EQ(converted("UTF-8", "ISO-8859-1", "\x0E\x0F\x1B"), "\x0E\x0F\x1B");
+    EXPECT_EQ(converted("UTF-8", "ISO-8859-1", "a\x0E"), "a\x0E");
+    EXPECT_EQ(converted("UTF-8", "ISO-8859-1", "a\x0F"), "a\x0F");
 }
 
 TEST(ConvertEncoding, FindsANonAsciiByteAtAnyPlace) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <memory>
 #include <random>
@@ -315,4 +316,23 @@ TEST(QORHashtable, SkipsAChainOfRemovedFollowersAndMayDieBeforeItsIterators) {
     }
     EXPECT_EQ(standing.get(), nullptr);
     EXPECT_EQ(copy.next(1), nullptr);
+}
+
+TEST(QORHashtable, LeavesAnIteratorOnNothingForTheLowestNumberOfSteps) {
+    Number const number{1};
+    NumberTable table(3);
+    table.add(&number, true, nullptr);
+    QORHashtable::Iterator iterator(table, true);
+    EXPECT_EQ(iterator.next(INT_MIN), nullptr);
+    EXPECT_EQ(iterator.get(), nullptr);
+    EXPECT_EQ(iterator.moveToFirst(), &number);
+    EXPECT_EQ(iterator.previous(INT_MIN), nullptr);
+    EXPECT_EQ(iterator.get(), nullptr);
+}
+
+TEST(QORHashtable, TellsIteratorsOfTwoTablesApart) {
+    NumberTable const a(3);
+    NumberTable const b(3);
+    EXPECT_TRUE(QORHashtable::Iterator(a, true) == QORHashtable::Iterator(a, true));
+    EXPECT_TRUE(QORHashtable::Iterator(a, true) != QORHashtable::Iterator(b, true));
 }

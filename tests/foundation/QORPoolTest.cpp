@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <new>
 #include <random>
 #include <sys/resource.h>
 #include <thread>
@@ -105,6 +106,50 @@ TEST(QORPool, ReservedMemoryIsAtHandWithoutPageFaults) {
         EXPECT_TRUE(block.intact());
         block.release();
     }
+}
+
+TEST(QORPool, HugePagesServeLikeOthers) {
+    QORPool::useHugePages(true);
+    QORPool::reserve(std::size_t{8} << 20);
+    QORPool::useHugePages(false);
+    std::vector<Block> blocks;
+    for (std::size_t i = 0; i < 2000; ++i)
+        blocks.emplace_back(4096, static_cast<unsigned char>(i));
+    for (Block& block : blocks) {
+        EXPECT_TRUE(block.intact());
+        block.release();
+    }
+}
+
+TEST(QORPool, SaysWhenTheSystemGivesNoMoreAndServesAgainAfterwards) {
+    constexpr std::size_t size = 4096;
+    std::vector<void*> blocks;
+    blocks.reserve(std::size_t{1} << 16);
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_AS, &usual), 0);
+    rlimit const none{0, usual.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &none), 0);
+    bool reserved = true;
+    bool ended = false;
+    try {
+        QORPool::reserve(1);
+    } catch (std::bad_alloc const&) {
+        reserved = false;
+    }
+    try {
+        while (blocks.size() < blocks.capacity())
+            blocks.push_back(QORPool::allocate(size));
+    } catch (std::bad_alloc const&) {
+        ended = true;
+    }
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &usual), 0);
+    EXPECT_FALSE(reserved);
+    EXPECT_TRUE(ended);
+    Block block(size, 7);
+    EXPECT_TRUE(block.intact());
+    block.release();
+    for (void* const each : blocks)
+        QORPool::release(each, size);
 }
 
 #endif

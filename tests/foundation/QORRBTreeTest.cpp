@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <random>
@@ -14,11 +15,14 @@
 
 namespace {
 
+/// Nodes come from a pool of their own, unless it is bypassed.
+int allocationsOfANode() {
 #ifdef __SANITIZE_ADDRESS__
-constexpr int allocationsOfANode = 1;
+    return 1;
 #else
-constexpr int allocationsOfANode = 0; // nodes come from a pool of their own
+    return poolIsBypassed() ? 1 : 0;
 #endif
+}
 
 struct Number {
     int value;
@@ -330,6 +334,35 @@ TEST(QORRBTree, GivesNullPastTheEnds) {
     EXPECT_EQ(tree.root, node);
     EXPECT_EQ(tree.nextNode(node), nullptr);
     EXPECT_EQ(tree.previousNode(node), nullptr);
+    EXPECT_EQ(tree.nextNode(nullptr), nullptr);
+    EXPECT_EQ(tree.previousNode(nullptr), nullptr);
+}
+
+TEST(QORRBTree, TakesNoNodeOutTwice) {
+    Number const numbers[] = {{1}, {2}, {3}};
+    NumberTree tree;
+    for (Number const& number : numbers)
+        tree.add(&number, true, nullptr);
+    QORRBTreeNode* const node = tree.getNode(&numbers[1]);
+    QORRBTree::Iterator standing;
+    tree.contains(&numbers[1], &standing);
+    EXPECT_EQ(tree.removeNode(node), &numbers[1]);
+    EXPECT_EQ(tree.removeNode(node), nullptr);
+    EXPECT_FALSE(tree.remove(&standing));
+    int const two = 2;
+    EXPECT_EQ(standing.findNext(&two), nullptr);
+    EXPECT_EQ(tree.size, 2);
+    tree.contains(&numbers[0], &standing);
+    tree.removeNode(tree.getNode(&numbers[0]));
+    EXPECT_EQ(standing.findPrevious(&two), nullptr);
+    EXPECT_EQ(tree.size, 1);
+}
+
+TEST(QORRBTree, TellsIteratorsOfTwoTreesApart) {
+    NumberTree const a;
+    NumberTree const b;
+    EXPECT_TRUE(QORRBTree::Iterator(a, true) == QORRBTree::Iterator(a, true));
+    EXPECT_TRUE(QORRBTree::Iterator(a, true) != QORRBTree::Iterator(b, true));
 }
 
 TEST(QORRBTree, ComparesItemsInPairs) {
@@ -450,7 +483,7 @@ TEST(QORRBTree, LosesAndLeaksNothingWhenAnAllocationFails) {
                                           EXPECT_EQ(itemsOf(tree), before);
                                           EXPECT_EQ(tree.size, 3);
                                       });
-    EXPECT_EQ(failures, allocationsOfANode);
+    EXPECT_EQ(failures, allocationsOfANode());
     EXPECT_EQ(tree.size, 4);
     NumberTree target;
     target.add(&numbers[0], true, nullptr);
@@ -461,7 +494,7 @@ TEST(QORRBTree, LosesAndLeaksNothingWhenAnAllocationFails) {
                                       EXPECT_EQ(itemsOf(target), std::vector<Number const*>{&numbers[0]});
                                       EXPECT_EQ(target.size, 1);
                                   });
-    EXPECT_EQ(failures, 4 * allocationsOfANode);
+    EXPECT_EQ(failures, 4 * allocationsOfANode());
     EXPECT_EQ(itemsOf(target), itemsOf(tree));
     live = liveAllocations();
     failures = failEachAllocation(
@@ -470,7 +503,7 @@ TEST(QORRBTree, LosesAndLeaksNothingWhenAnAllocationFails) {
             EXPECT_EQ(copy.size, 4);
         },
         [&] { EXPECT_EQ(liveAllocations(), live); });
-    EXPECT_EQ(failures, 4 * allocationsOfANode);
+    EXPECT_EQ(failures, 4 * allocationsOfANode());
 }
 
 TEST(QORRBTree, AllocatesNothingWhenItemsLeave) {
@@ -565,6 +598,10 @@ TEST(QORRBTree, MovesAnIteratorBySeveralStepsAndStopsAtTheEnds) {
     EXPECT_EQ(iterator.moveToLast(), &items[4]);
     EXPECT_EQ(iterator.previous(5), nullptr);
     EXPECT_EQ(iterator.next(1), nullptr);
+    EXPECT_EQ(iterator.moveToLast(), &items[4]);
+    EXPECT_EQ(iterator.next(INT_MIN), nullptr);
+    EXPECT_EQ(iterator.moveToFirst(), &items[0]);
+    EXPECT_EQ(iterator.previous(INT_MIN), nullptr);
 }
 
 TEST(QORRBTree, FindsMatchesWithAnIterator) {

@@ -321,6 +321,34 @@ TEST(QORVector, DropsItsIndexForAnItemThatStandsInItTwice) {
     }
 }
 
+TEST(QORVector, BuildsNoIndexOverItemsThatOneCannotHold) {
+    char const items[100] = {};
+    for (char const* odd : {static_cast<char const*>(nullptr), &items[3]}) {
+        QORVector vector;
+        vector.buildIndex();
+        EXPECT_EQ(vector.size, 0);
+        fill(vector, items);
+        vector.addElement(odd, false);
+        vector.buildIndex();
+        EXPECT_EQ(vector.containsElement(odd), odd ? 3 : 100);
+        EXPECT_TRUE(vector.removeItem(odd));
+        EXPECT_EQ(vector.containsElement(odd), odd ? 99 : -1);
+        EXPECT_EQ(vector.size, 100);
+    }
+}
+
+TEST(QORVector, ReservesRoomForAVectorThatHasNone) {
+    char const items[30] = {};
+    QORVector vector;
+    vector.reserve(0);
+    vector.reserve(30);
+    long const before = madeAllocations();
+    for (char const& item : items)
+        vector.addElement(&item, false);
+    EXPECT_EQ(madeAllocations(), before);
+    EXPECT_EQ(vector.size, 30);
+}
+
 TEST(QORVector, GoesOnWithoutAnIndexWhereMemoryIsShort) {
     char const items[100] = {};
     QORVector vector;
@@ -493,4 +521,11 @@ TEST(QORVector, FreesItsIteratorsWhenItDies) {
     fill(other, items);
     first.moveTo(other, true);
     EXPECT_EQ(first.get(), &items[0]);
+}
+
+TEST(QORVector, TellsIteratorsOfTwoVectorsApart) {
+    QORVector const a;
+    QORVector const b;
+    EXPECT_TRUE(QORVector::Iterator(a, true) == QORVector::Iterator(a, true));
+    EXPECT_TRUE(QORVector::Iterator(a, true) != QORVector::Iterator(b, true));
 }

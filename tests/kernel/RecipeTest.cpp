@@ -1779,3 +1779,53 @@ TEST_F(RecipeLevels, Assignment) {
     EXPECT_STREQ("s", object->getStereotype().chars);
     EXPECT_EQ(0, object->getCppSpace());
 }
+
+// ---- links that a caller's classes make themselves ------------------------------------------------------
+
+namespace {
+
+/// A note whose end a caller's class sets.
+class OpenNote : public QORNote {
+public:
+    explicit OpenNote(int& deathCount) : deaths(deathCount) {}
+    OpenNote(OpenNote const&) = delete;
+    OpenNote& operator=(OpenNote const&) = delete;
+    ~OpenNote() override { ++deaths; }
+
+    QORObject** end() { return &element_.far; }
+
+private:
+    int& deaths;
+};
+
+class SelfLinkingClass : public QORClass {
+public:
+    bool adopt(OpenNote& note) { return _addnu(&note_, note.end(), &note); }
+};
+
+} // namespace
+
+TEST(Recipe, SeesTheLinksThatACallersClassMade) {
+    int deaths = 0;
+    {
+        SelfLinkingClass owner;
+        owner.setName("owner");
+        EXPECT_FALSE(owner.isReferenced());
+        for (int i = 0; i < 3; ++i)
+            ASSERT_TRUE(owner.adopt(*new OpenNote(deaths)));
+        EXPECT_TRUE(owner.isReferenced());
+        QORNote* const note = owner.getNote(0);
+        EXPECT_TRUE(note->isReferenced());
+        EXPECT_EQ(note->getParent(), &owner);
+        EXPECT_TRUE(owner.removeNote(note));
+        EXPECT_FALSE(note->isReferenced());
+        EXPECT_EQ(note->getParent(), nullptr);
+        note->setName("alone");
+        EXPECT_STREQ(note->getName().chars, "alone");
+        EXPECT_EQ(deaths, 0);
+        delete note;
+        EXPECT_EQ(deaths, 1);
+        EXPECT_EQ(owner.getNoteCount(), 2);
+    }
+    EXPECT_EQ(deaths, 3);
+}
