@@ -323,6 +323,7 @@ TEST(QORClass, ContainsAnAttributeByItsName) {
     EXPECT_TRUE(object->containsAttribute(attribute));
     EXPECT_TRUE(object->containsAttribute(namesake));
     EXPECT_FALSE(object->containsAttribute(graph.make<QORAttribute>("y")));
+    EXPECT_FALSE(object->containsAttribute(nullptr));
     EXPECT_FALSE(object->removeAttribute(namesake)); // a removal takes no namesake
     EXPECT_EQ(attribute->getClassifier(), object);
 }

@@ -1,3 +1,4 @@
+#include "AllocationControl.h"
 #include "GraphTestSupport.h"
 
 #include <qor/QORDirectory.h>
@@ -283,4 +284,18 @@ TEST(QORPropertyElementTypeScope, IsWalkedInTheOrderOfTheNames) {
     auto* const a = graph.make<QORPropertyType>("A");
     ASSERT_TRUE(scope->addPropertyType(b) && scope->addPropertyType(a));
     EXPECT_EQ(walkOf(*scope), (std::vector<QORObject*>{scope, a, b}));
+}
+
+TEST(QORPropertyElementTypeScope, KeepsItsScopeWhereMemoryEndsForTheName) {
+    Scope scope;
+    scope.setScope(QORElementType::CLASS);
+    QORString const name = scope.getName();
+    int const failures =
+        failEachAllocation([&] { scope.setScope(QORElementType::CUBE_DIMENSION_ASSOCIATION); },
+                           [&] {
+                               EXPECT_EQ(scope.getScope(), QORElementType::CLASS);
+                               EXPECT_EQ(scope.getName(), name);
+                           });
+    EXPECT_GT(failures, 1);
+    EXPECT_EQ(scope.getScope(), QORElementType::CUBE_DIMENSION_ASSOCIATION);
 }

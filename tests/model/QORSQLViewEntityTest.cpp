@@ -282,3 +282,11 @@ TEST(QORSQLViewEntity, IsWalkedWithFeaturesBeforeOperations) {
                 view->addDestinationOfSQLViewAssociation(graph.make<QORSQLViewAssociation>()));
     EXPECT_EQ(walkOf(*view), (std::vector<QORObject*>{view, note, a, b, operation}));
 }
+
+TEST(QORSQLViewEntity, HoldsNoNullAmongItsAttributes) {
+    Graph graph;
+    auto* const view = graph.make<View>();
+    auto* const a = columnOf(graph, *view, "A");
+    EXPECT_TRUE(view->containsSQLViewAttribute(a));
+    EXPECT_FALSE(view->containsSQLViewAttribute(nullptr));
+}
