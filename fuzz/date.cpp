@@ -6,8 +6,9 @@
 #include <qor/QORDate.h>
 #include <qor/QORString.h>
 
+#include <algorithm>
 #include <ctime>
-#include <regex>
+#include <string>
 
 namespace {
 
@@ -23,10 +24,14 @@ bool dayExists(int year, int month, int day) {
 }
 
 bool isDate(std::string const& text) {
-    static std::regex const form("([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9] ([0-9]{4})-([0-9]{2})-([0-9]{2})");
-    std::smatch parts;
-    return std::regex_match(text, parts, form) &&
-           dayExists(std::stoi(parts[2]), std::stoi(parts[3]), std::stoi(parts[4]));
+    std::string const form = "00:00:00 0000-00-00";
+    bool const formed =
+        std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char is, char wanted) {
+            return wanted == '0' ? is >= '0' && is <= '9' : is == wanted;
+        });
+    auto const number = [&](std::size_t at, std::size_t count) { return std::stoi(text.substr(at, count)); };
+    return formed && number(0, 2) < 24 && number(3, 2) < 60 && number(6, 2) < 60 &&
+           dayExists(number(9, 4), number(14, 2), number(17, 2));
 }
 
 std::string trimmed(std::string const& text) {
