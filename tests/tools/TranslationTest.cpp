@@ -32,8 +32,7 @@ TEST(Translation, WhatSqliteMayNotHaveIsRefused) {
 TEST(Translation, TheRestStaysAsItIs) {
     for (char const* sql :
          {"a + 1 > -2", "coalesce(a, lower(\"b c\"))", "a IN (1, 2) AND (b BETWEEN 'x;' AND 'y')",
-          "SELECT count(*) AS n FROM t AS u WHERE EXISTS (SELECT 1)", "CASE WHEN (a) THEN 1 END", "f",
-          ""}) {
+          "SELECT count(*) AS n FROM t AS u WHERE EXISTS (SELECT 1)", "CASE WHEN (a) THEN 1 END", "f", ""}) {
         EXPECT_EQ(translateSql(sql), sql);
     }
     EXPECT_EQ(translateSql(" SELECT 1;"), "SELECT 1");
