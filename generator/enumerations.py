@@ -111,7 +111,7 @@ def _header(enumeration) -> str:
     lines += ["};", f"}} // namespace {name}s", f"using {name} = {name}s::Type;", ""]
     lines += _table_comment(name, "" in texts)
     lines += [f"extern QOR_API char const* const Qor{x}StringArray[{len(texts) + 1}];", ""]
-    lines += ["/// Gives the text of `value`, which must be one of the table's places: nothing tests it."]
+    lines += ["/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it."]
     lines += [f"QOR_API char const* get{x}Name({name} value);", ""]
     lines += ["/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null."]
     lines += [f"QOR_API {name} get{x}ByName(char const* name);"]
@@ -173,7 +173,7 @@ def _definitions(enumeration):
     lines = ["", f"char const* const {array}[] = {{"]
     lines += [f'    "{text}",' for text in texts]
     lines += ["    nullptr,", "};", ""]
-    lines += [f"char const* get{x}Name({name} value) {{", f"    return {array}[value];", "}", ""]
+    lines += [f"char const* get{x}Name({name} value) {{", f"    return value < 0 ? nullptr : {array}[value];", "}", ""]
     lookup = f"scan({array}, name)"
     if len(texts) >= INDEX_FROM:
         order = _order(texts)

@@ -85,7 +85,7 @@ char const* const QorAggregationOperatorTypeStringArray[] = {
 };
 
 char const* getAggregationOperatorTypeName(QORAggregationOperatorType value) {
-    return QorAggregationOperatorTypeStringArray[value];
+    return value < 0 ? nullptr : QorAggregationOperatorTypeStringArray[value];
 }
 
 QORAggregationOperatorType getAggregationOperatorTypeByName(char const* name) {
@@ -101,7 +101,7 @@ char const* const QorApprovalStatusTypeStringArray[] = {
 };
 
 char const* getApprovalStatusTypeName(QORApprovalStatusType value) {
-    return QorApprovalStatusTypeStringArray[value];
+    return value < 0 ? nullptr : QorApprovalStatusTypeStringArray[value];
 }
 
 QORApprovalStatusType getApprovalStatusTypeByName(char const* name) {
@@ -119,7 +119,7 @@ char const* const QorArgumentTypeStringArray[] = {
 };
 
 char const* getArgumentTypeName(QORArgumentType value) {
-    return QorArgumentTypeStringArray[value];
+    return value < 0 ? nullptr : QorArgumentTypeStringArray[value];
 }
 
 QORArgumentType getArgumentTypeByName(char const* name) {
@@ -507,7 +507,7 @@ char const* const QorAssociationTypeStringArray[] = {
 };
 
 char const* getAssociationTypeName(QORAssociationType value) {
-    return QorAssociationTypeStringArray[value];
+    return value < 0 ? nullptr : QorAssociationTypeStringArray[value];
 }
 
 static short const orderAssociationType[] = {
@@ -768,7 +768,7 @@ char const* const QorAttributeTypeStringArray[] = {
 };
 
 char const* getAttributeTypeName(QORAttributeType value) {
-    return QorAttributeTypeStringArray[value];
+    return value < 0 ? nullptr : QorAttributeTypeStringArray[value];
 }
 
 static short const orderAttributeType[] = {
@@ -798,7 +798,7 @@ char const* const QorAttributeUsageTypeStringArray[] = {
 };
 
 char const* getAttributeUsageTypeName(QORAttributeUsageType value) {
-    return QorAttributeUsageTypeStringArray[value];
+    return value < 0 ? nullptr : QorAttributeUsageTypeStringArray[value];
 }
 
 QORAttributeUsageType getAttributeUsageTypeByName(char const* name) {
@@ -815,7 +815,7 @@ char const* const QorAxisRoleTypeStringArray[] = {
 };
 
 char const* getAxisRoleTypeName(QORAxisRoleType value) {
-    return QorAxisRoleTypeStringArray[value];
+    return value < 0 ? nullptr : QorAxisRoleTypeStringArray[value];
 }
 
 QORAxisRoleType getAxisRoleTypeByName(char const* name) {
@@ -833,7 +833,7 @@ char const* const QorBusinessRuleTypeStringArray[] = {
 };
 
 char const* getBusinessRuleTypeName(QORBusinessRuleType value) {
-    return QorBusinessRuleTypeStringArray[value];
+    return value < 0 ? nullptr : QorBusinessRuleTypeStringArray[value];
 }
 
 QORBusinessRuleType getBusinessRuleTypeByName(char const* name) {
@@ -857,7 +857,7 @@ char const* const QorClassCategoryTypeStringArray[] = {
 };
 
 char const* getClassCategoryTypeName(QORClassCategoryType value) {
-    return QorClassCategoryTypeStringArray[value];
+    return value < 0 ? nullptr : QorClassCategoryTypeStringArray[value];
 }
 
 QORClassCategoryType getClassCategoryTypeByName(char const* name) {
@@ -874,7 +874,7 @@ char const* const QorCommitTypeStringArray[] = {
 };
 
 char const* getCommitTypeName(QORCommitType value) {
-    return QorCommitTypeStringArray[value];
+    return value < 0 ? nullptr : QorCommitTypeStringArray[value];
 }
 
 QORCommitType getCommitTypeByName(char const* name) {
@@ -891,7 +891,7 @@ char const* const QorConcurrencyTypeStringArray[] = {
 };
 
 char const* getConcurrencyTypeName(QORConcurrencyType value) {
-    return QorConcurrencyTypeStringArray[value];
+    return value < 0 ? nullptr : QorConcurrencyTypeStringArray[value];
 }
 
 QORConcurrencyType getConcurrencyTypeByName(char const* name) {
@@ -907,7 +907,7 @@ char const* const QorContainmentTypeStringArray[] = {
 };
 
 char const* getContainmentTypeName(QORContainmentType value) {
-    return QorContainmentTypeStringArray[value];
+    return value < 0 ? nullptr : QorContainmentTypeStringArray[value];
 }
 
 QORContainmentType getContainmentTypeByName(char const* name) {
@@ -923,7 +923,7 @@ char const* const QorDesignLevelTypeStringArray[] = {
 };
 
 char const* getDesignLevelTypeName(QORDesignLevelType value) {
-    return QorDesignLevelTypeStringArray[value];
+    return value < 0 ? nullptr : QorDesignLevelTypeStringArray[value];
 }
 
 QORDesignLevelType getDesignLevelTypeByName(char const* name) {
@@ -939,7 +939,7 @@ char const* const QorDimensionTypeStringArray[] = {
 };
 
 char const* getDimensionTypeName(QORDimensionType value) {
-    return QorDimensionTypeStringArray[value];
+    return value < 0 ? nullptr : QorDimensionTypeStringArray[value];
 }
 
 QORDimensionType getDimensionTypeByName(char const* name) {
@@ -958,7 +958,7 @@ char const* const QorDimensionalRoleTypeStringArray[] = {
 };
 
 char const* getDimensionalRoleTypeName(QORDimensionalRoleType value) {
-    return QorDimensionalRoleTypeStringArray[value];
+    return value < 0 ? nullptr : QorDimensionalRoleTypeStringArray[value];
 }
 
 QORDimensionalRoleType getDimensionalRoleTypeByName(char const* name) {
@@ -975,7 +975,7 @@ char const* const QorDimensionalTypeStringArray[] = {
 };
 
 char const* getDimensionalTypeName(QORDimensionalType value) {
-    return QorDimensionalTypeStringArray[value];
+    return value < 0 ? nullptr : QorDimensionalTypeStringArray[value];
 }
 
 QORDimensionalType getDimensionalTypeByName(char const* name) {
@@ -991,7 +991,7 @@ char const* const QorDirectionTypeStringArray[] = {
 };
 
 char const* getDirectionTypeName(QORDirectionType value) {
-    return QorDirectionTypeStringArray[value];
+    return value < 0 ? nullptr : QorDirectionTypeStringArray[value];
 }
 
 QORDirectionType getDirectionTypeByName(char const* name) {
@@ -1155,7 +1155,7 @@ char const* const QorElementTypeStringArray[] = {
 };
 
 char const* getElementTypeName(QORElementType value) {
-    return QorElementTypeStringArray[value];
+    return value < 0 ? nullptr : QorElementTypeStringArray[value];
 }
 
 static short const orderElementType[] = {
@@ -1183,7 +1183,7 @@ char const* const QorGroupingTypeStringArray[] = {
 };
 
 char const* getGroupingTypeName(QORGroupingType value) {
-    return QorGroupingTypeStringArray[value];
+    return value < 0 ? nullptr : QorGroupingTypeStringArray[value];
 }
 
 QORGroupingType getGroupingTypeByName(char const* name) {
@@ -1199,7 +1199,7 @@ char const* const QorHierarchyTypeStringArray[] = {
 };
 
 char const* getHierarchyTypeName(QORHierarchyType value) {
-    return QorHierarchyTypeStringArray[value];
+    return value < 0 ? nullptr : QorHierarchyTypeStringArray[value];
 }
 
 QORHierarchyType getHierarchyTypeByName(char const* name) {
@@ -1216,7 +1216,7 @@ char const* const QorJoinTypeStringArray[] = {
 };
 
 char const* getJoinTypeName(QORJoinType value) {
-    return QorJoinTypeStringArray[value];
+    return value < 0 ? nullptr : QorJoinTypeStringArray[value];
 }
 
 QORJoinType getJoinTypeByName(char const* name) {
@@ -1235,7 +1235,7 @@ char const* const QorMappingTypeStringArray[] = {
 };
 
 char const* getMappingTypeName(QORMappingType value) {
-    return QorMappingTypeStringArray[value];
+    return value < 0 ? nullptr : QorMappingTypeStringArray[value];
 }
 
 QORMappingType getMappingTypeByName(char const* name) {
@@ -1254,7 +1254,7 @@ char const* const QorMovementTypeStringArray[] = {
 };
 
 char const* getMovementTypeName(QORMovementType value) {
-    return QorMovementTypeStringArray[value];
+    return value < 0 ? nullptr : QorMovementTypeStringArray[value];
 }
 
 QORMovementType getMovementTypeByName(char const* name) {
@@ -1276,7 +1276,7 @@ char const* const QorPhysicalObjectTypeStringArray[] = {
 };
 
 char const* getPhysicalObjectTypeName(QORPhysicalObjectType value) {
-    return QorPhysicalObjectTypeStringArray[value];
+    return value < 0 ? nullptr : QorPhysicalObjectTypeStringArray[value];
 }
 
 QORPhysicalObjectType getPhysicalObjectTypeByName(char const* name) {
@@ -1293,7 +1293,7 @@ char const* const QorPhysicalTargetTypeStringArray[] = {
 };
 
 char const* getPhysicalTargetTypeName(QORPhysicalTargetType value) {
-    return QorPhysicalTargetTypeStringArray[value];
+    return value < 0 ? nullptr : QorPhysicalTargetTypeStringArray[value];
 }
 
 QORPhysicalTargetType getPhysicalTargetTypeByName(char const* name) {
@@ -1347,7 +1347,7 @@ char const* const QorProductTypeStringArray[] = {
 };
 
 char const* getProductTypeName(QORProductType value) {
-    return QorProductTypeStringArray[value];
+    return value < 0 ? nullptr : QorProductTypeStringArray[value];
 }
 
 static short const orderProductType[] = {
@@ -1372,7 +1372,7 @@ char const* const QorReferentialActionTypeStringArray[] = {
 };
 
 char const* getReferentialActionTypeName(QORReferentialActionType value) {
-    return QorReferentialActionTypeStringArray[value];
+    return value < 0 ? nullptr : QorReferentialActionTypeStringArray[value];
 }
 
 QORReferentialActionType getReferentialActionTypeByName(char const* name) {
@@ -1388,7 +1388,7 @@ char const* const QorSortOrderTypeStringArray[] = {
 };
 
 char const* getSortOrderTypeName(QORSortOrderType value) {
-    return QorSortOrderTypeStringArray[value];
+    return value < 0 ? nullptr : QorSortOrderTypeStringArray[value];
 }
 
 QORSortOrderType getSortOrderTypeByName(char const* name) {
@@ -1408,7 +1408,7 @@ char const* const QorStatementNodeTypeStringArray[] = {
 };
 
 char const* getStatementNodeTypeName(QORStatementNodeType value) {
-    return QorStatementNodeTypeStringArray[value];
+    return value < 0 ? nullptr : QorStatementNodeTypeStringArray[value];
 }
 
 QORStatementNodeType getStatementNodeTypeByName(char const* name) {
@@ -1422,7 +1422,7 @@ char const* const QorStepPrecedenceTypeStringArray[] = {
 };
 
 char const* getStepPrecedenceTypeName(QORStepPrecedenceType value) {
-    return QorStepPrecedenceTypeStringArray[value];
+    return value < 0 ? nullptr : QorStepPrecedenceTypeStringArray[value];
 }
 
 QORStepPrecedenceType getStepPrecedenceTypeByName(char const* name) {
@@ -1445,7 +1445,7 @@ char const* const QorTransformationTypeStringArray[] = {
 };
 
 char const* getTransformationTypeName(QORTransformationType value) {
-    return QorTransformationTypeStringArray[value];
+    return value < 0 ? nullptr : QorTransformationTypeStringArray[value];
 }
 
 QORTransformationType getTransformationTypeByName(char const* name) {
@@ -1461,7 +1461,7 @@ char const* const QorTriggerTypeStringArray[] = {
 };
 
 char const* getTriggerTypeName(QORTriggerType value) {
-    return QorTriggerTypeStringArray[value];
+    return value < 0 ? nullptr : QorTriggerTypeStringArray[value];
 }
 
 QORTriggerType getTriggerTypeByName(char const* name) {
@@ -1477,7 +1477,7 @@ char const* const QorVersionStateTypeStringArray[] = {
 };
 
 char const* getVersionStateTypeName(QORVersionStateType value) {
-    return QorVersionStateTypeStringArray[value];
+    return value < 0 ? nullptr : QorVersionStateTypeStringArray[value];
 }
 
 QORVersionStateType getVersionStateTypeByName(char const* name) {
@@ -1495,7 +1495,7 @@ char const* const QorViewSelectTypeStringArray[] = {
 };
 
 char const* getViewSelectTypeName(QORViewSelectType value) {
-    return QorViewSelectTypeStringArray[value];
+    return value < 0 ? nullptr : QorViewSelectTypeStringArray[value];
 }
 
 QORViewSelectType getViewSelectTypeByName(char const* name) {
@@ -1511,7 +1511,7 @@ char const* const QorViewStatementTypeStringArray[] = {
 };
 
 char const* getViewStatementTypeName(QORViewStatementType value) {
-    return QorViewStatementTypeStringArray[value];
+    return value < 0 ? nullptr : QorViewStatementTypeStringArray[value];
 }
 
 QORViewStatementType getViewStatementTypeByName(char const* name) {
@@ -1528,7 +1528,7 @@ char const* const QorViewTypeStringArray[] = {
 };
 
 char const* getViewTypeName(QORViewType value) {
-    return QorViewTypeStringArray[value];
+    return value < 0 ? nullptr : QorViewTypeStringArray[value];
 }
 
 QORViewType getViewTypeByName(char const* name) {
@@ -1545,7 +1545,7 @@ char const* const QorVisibilityTypeStringArray[] = {
 };
 
 char const* getVisibilityTypeName(QORVisibilityType value) {
-    return QorVisibilityTypeStringArray[value];
+    return value < 0 ? nullptr : QorVisibilityTypeStringArray[value];
 }
 
 QORVisibilityType getVisibilityTypeByName(char const* name) {

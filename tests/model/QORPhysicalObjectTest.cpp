@@ -1,6 +1,8 @@
 #include "GraphTestSupport.h"
 
 #include <qor/QORClass.h>
+#include <qor/QORMetaAttribute.h>
+#include <qor/QORMetaClass.h>
 #include <qor/QORNote.h>
 #include <qor/QORPhysicalObject.h>
 #include <qor/QORPhysicalRelationship.h>
@@ -31,6 +33,14 @@ TEST(QORPhysicalObject, ShowsItsKindWhateverItsName) {
         EXPECT_EQ(object.getDisplayName(), getPhysicalObjectTypeName(object.getObjectType()));
     }
     EXPECT_EQ(object.getDisplayName(), "ALL_CONSTRAINT");
+}
+
+TEST(QORPhysicalObject, ShowsNothingWhenItsKindIsUnknown) {
+    Object object;
+    QORString text("NO_SUCH_KIND");
+    object.getMetaClass()->getMetaAttributeByDisplayName("objectType")->setValue(&object, text);
+    EXPECT_EQ(object.getObjectType(), -1);
+    EXPECT_EQ(object.getDisplayName(), QORString());
 }
 
 TEST(QORPhysicalObject, ObjectsOfOneTargetMayShareAName) {

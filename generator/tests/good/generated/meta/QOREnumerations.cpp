@@ -48,7 +48,7 @@ char const* const QorAssociationTypeStringArray[] = {
 };
 
 char const* getAssociationTypeName(QORAssociationType value) {
-    return QorAssociationTypeStringArray[value];
+    return value < 0 ? nullptr : QorAssociationTypeStringArray[value];
 }
 
 QORAssociationType getAssociationTypeByName(char const* name) {
@@ -69,7 +69,7 @@ char const* const QorAttributeTypeStringArray[] = {
 };
 
 char const* getAttributeTypeName(QORAttributeType value) {
-    return QorAttributeTypeStringArray[value];
+    return value < 0 ? nullptr : QorAttributeTypeStringArray[value];
 }
 
 QORAttributeType getAttributeTypeByName(char const* name) {
@@ -85,7 +85,7 @@ char const* const QorColourTypeStringArray[] = {
 };
 
 char const* getColourTypeName(QORColourType value) {
-    return QorColourTypeStringArray[value];
+    return value < 0 ? nullptr : QorColourTypeStringArray[value];
 }
 
 QORColourType getColourTypeByName(char const* name) {
@@ -105,7 +105,7 @@ char const* const QorElementTypeStringArray[] = {
 };
 
 char const* getElementTypeName(QORElementType value) {
-    return QorElementTypeStringArray[value];
+    return value < 0 ? nullptr : QorElementTypeStringArray[value];
 }
 
 QORElementType getElementTypeByName(char const* name) {
