@@ -20,6 +20,10 @@ void* QORPool::allocate(std::size_t size) {
     return ::operator new(size);
 }
 
+void* QORPool::allocateApart(std::size_t size) {
+    return ::operator new(size);
+}
+
 void QORPool::release(void* block, std::size_t) noexcept {
     ::operator delete(block);
 }
@@ -46,13 +50,17 @@ constexpr std::size_t largeStep = 64;      // bytes between block sizes above th
 constexpr int smallSizes = static_cast<int>(smallLimit / smallStep);
 constexpr int sizeCount = smallSizes + static_cast<int>((largestBlock - smallLimit) / largeStep);
 
+/// The pages of one sort have blocks of one size; the second half of the sorts are those of `allocateApart`.
+constexpr int sortCount = 2 * sizeCount;
+
 int sizeIndex(std::size_t size) {
     if (size <= smallLimit)
         return size == 0 ? 0 : static_cast<int>((size - 1) / smallStep);
     return smallSizes + static_cast<int>((size - smallLimit - 1) / largeStep);
 }
 
-std::size_t blockSize(int index) {
+std::size_t blockSize(int sort) {
+    int const index = sort % sizeCount;
     if (index < smallSizes)
         return static_cast<std::size_t>(index + 1) * smallStep;
     return smallLimit + static_cast<std::size_t>(index - smallSizes + 1) * largeStep;
@@ -68,10 +76,11 @@ struct Page {
     FreeBlock* free; ///< blocks given back
     char* fresh;     ///< where blocks that were never given out begin
     char* end;       ///< of the last whole block
-    Page* next;      ///< among the pages of one size that have room
+    Page* next;      ///< among the pages of one sort that have room
     Page* previous;  ///< likewise
     int used;        ///< blocks given out
-    int size;        ///< index of the block size; -1: the page is unused
+    int sort;        ///< -1: the page is unused
+    unsigned block;  ///< size of each block, in bytes
     bool listed;     ///< stands among the pages that have room
 };
 
@@ -83,6 +92,18 @@ void enlist(Entry*& head, Entry& entry) {
     if (head)
         head->previous = &entry;
     head = &entry;
+}
+
+/// Puts an entry behind the last one of a list, which is null if there is none.
+template <class Entry>
+void enlistBehind(Entry*& head, Entry* last, Entry& entry) {
+    if (!last) {
+        enlist(head, entry);
+        return;
+    }
+    entry.previous = last;
+    entry.next = nullptr;
+    last->next = &entry;
 }
 
 /// Takes an entry out of a list.
@@ -98,6 +119,7 @@ struct Chunk {
     Chunk* next;
     Chunk* previous;
     int usedPages;
+    int touchedPages; ///< the system has provided their memory, or shall provide it as it is used
     Page pages[pagesPerChunk];
 };
 
@@ -110,29 +132,66 @@ Page& pageOf(Chunk& chunk, void const* block) {
     return chunk.pages[offset / pageSize];
 }
 
-/// A chunk of fresh memory at an address that is a multiple of its size; null if there is none. `touched` has
-/// the system provide the memory at once, which takes it less time than one page after the other.
-Chunk* mapChunk(bool huge, bool touched) {
-    std::size_t const reserved = chunkSize * 2;
-    void* const area =
-        mmap(nullptr, reserved, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (area == MAP_FAILED)
-        return nullptr;
-    auto const start = reinterpret_cast<std::uintptr_t>(area);
-    std::uintptr_t const aligned = (start + chunkSize - 1) & ~(chunkSize - 1);
-    if (aligned != start)
-        munmap(area, aligned - start);
-    if (std::size_t const behind = start + reserved - (aligned + chunkSize))
-        munmap(reinterpret_cast<void*>(aligned + chunkSize), behind);
-    if (huge)
-        madvise(reinterpret_cast<void*>(aligned), chunkSize, MADV_HUGEPAGE);
-#ifdef MADV_POPULATE_WRITE // Linux 5.14; where it is refused, each page comes when it is first used
-    if (touched)
-        madvise(reinterpret_cast<void*>(aligned), chunkSize, MADV_POPULATE_WRITE);
+/// Fresh memory, at `wish` if there is room; null if there is none at all.
+char* map(std::uintptr_t wish, std::size_t size) {
+    void* const area = mmap(reinterpret_cast<void*>(wish), size, PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return area == MAP_FAILED ? nullptr : static_cast<char*>(area);
+}
+
+bool isAligned(char const* area) {
+    return (reinterpret_cast<std::uintptr_t>(area) & (chunkSize - 1)) == 0;
+}
+
+/// Where the next chunk goes if there is room: above all others, so that later objects have higher addresses
+/// and ends that are sorted by address grow at their end. 0, which leaves the choice to the system, where
+/// addresses are short of room.
+std::uintptr_t nextPlace() {
+    if constexpr (sizeof(void*) < 8)
+        return 0;
+    constexpr std::uint64_t room = std::uint64_t{1} << 38; // bytes that are kept free above the first chunk
+    static std::atomic<std::uintptr_t> next{0};
+    std::uintptr_t unknown = 0;
+    if (next.load(std::memory_order_relaxed) == 0) {
+        char* const probe = map(0, chunkSize);
+        auto const top = reinterpret_cast<std::uintptr_t>(probe);
+        if (!probe || top < 2 * room)
+            return 0;
+        munmap(probe, chunkSize);
+        next.compare_exchange_strong(unknown, static_cast<std::uintptr_t>((top - room) & ~(chunkSize - 1)));
+    }
+    return next.fetch_add(chunkSize, std::memory_order_relaxed);
+}
+
+/// A chunk of fresh memory at an address that is a multiple of its size; null if there is none.
+char* mapChunk(bool huge) {
+    char* chunk = map(nextPlace(), chunkSize);
+    if (chunk && !isAligned(chunk)) {
+        munmap(chunk, chunkSize);
+        char* const area = map(0, chunkSize * 2);
+        if (!area)
+            return nullptr;
+        auto const over = static_cast<std::size_t>(reinterpret_cast<std::uintptr_t>(area) & (chunkSize - 1));
+        std::size_t const before = chunkSize - over;
+        chunk = area + before;
+        munmap(area, before);
+        if (over)
+            munmap(chunk + chunkSize, over);
+    }
+    if (chunk && huge)
+        madvise(chunk, chunkSize, MADV_HUGEPAGE);
+    return chunk;
+}
+
+/// Has the system provide memory at once, which takes it less time than one page after the other. Where it
+/// refuses, each page comes when it is first used.
+void touch(void* memory, std::size_t size) {
+#ifdef MADV_POPULATE_WRITE // Linux 5.14
+    madvise(memory, size, MADV_POPULATE_WRITE);
 #else
-    static_cast<void>(touched);
+    static_cast<void>(memory);
+    static_cast<void>(size);
 #endif
-    return reinterpret_cast<Chunk*>(aligned);
 }
 
 std::atomic<bool> hugePages{false};
@@ -143,18 +202,18 @@ std::size_t largestPooled = largestBlock; // bytes
 /// The memory of one thread at a time. A pool outlives its thread, since others may hold its blocks, and then
 /// serves the next thread that comes.
 struct Pool {
-    Page* withRoom[sizeCount] = {};
-    Page* spare[sizeCount] = {}; ///< the page of each size that was empty last
+    Page* withRoom[sortCount] = {};
+    Page* spare[sortCount] = {}; ///< the page of each sort that was empty last
     Chunk* chunksWithRoom = nullptr;
     int chunkCount = 0;
     std::atomic<FreeBlock*> returned{nullptr}; ///< blocks that other threads have given back
     Pool* nextIdle = nullptr;
 
-    void* take(int size) {
+    void* take(int sort) {
         for (;;) {
-            Page* const page = withRoom[size];
+            Page* const page = withRoom[sort];
             if (!page) {
-                if (!collectReturned() && !addPage(size))
+                if (!collectReturned() && !addPage(sort))
                     return nullptr;
                 continue;
             }
@@ -165,13 +224,23 @@ struct Pool {
             }
             if (page->fresh != page->end) {
                 char* const block = page->fresh;
-                page->fresh += blockSize(size);
+                page->fresh += page->block;
                 ++page->used;
+                foresee(*page);
                 return block;
             }
-            unlist(withRoom[size], *page);
+            unlist(withRoom[sort], *page);
             page->listed = false;
         }
+    }
+
+    /// Asks for the memory of the block that will most likely be given out next and written from end to end.
+    static void foresee(Page const& page) {
+        constexpr unsigned line = 64; // bytes; that of the usual caches
+        if (page.block <= smallLimit || page.fresh == page.end)
+            return;
+        for (unsigned offset = 0; offset < page.block; offset += line)
+            __builtin_prefetch(page.fresh + offset, 1);
     }
 
     void giveBack(Chunk& chunk, void* block) {
@@ -181,61 +250,89 @@ struct Pool {
         page.free = freed;
         if (!page.listed) {
             page.listed = true;
-            enlist(withRoom[page.size], page);
+            enlist(withRoom[page.sort], page);
         }
         if (--page.used == 0)
             keepAsSpare(page);
     }
 
-    /// Keeps one empty page a size, so that taking and giving back one block doesn't map and unmap; drops the
+    /// Keeps one empty page a sort, so that taking and giving back one block doesn't map and unmap; drops the
     /// other.
     void keepAsSpare(Page& page) {
-        Page* const other = spare[page.size];
-        spare[page.size] = &page;
+        Page* const other = spare[page.sort];
+        spare[page.sort] = &page;
         if (other && other != &page && other->used == 0)
             dropPage(*chunkOf(other), *other);
     }
 
-    bool addPage(int size) {
-        if (!chunksWithRoom && !addChunk())
+    [[gnu::noinline]] bool addPage(int sort) {
+        if (!chunksWithRoom && !addChunk(nullptr, false))
             return false;
         Chunk& chunk = *chunksWithRoom;
         int index = 0;
-        while (chunk.pages[index].size >= 0)
+        while (chunk.pages[index].sort >= 0)
             ++index;
-        std::size_t const bytes = blockSize(size);
+        std::size_t const bytes = blockSize(sort);
         std::size_t const header = index == 0 ? (sizeof(Chunk) + largeStep - 1) / largeStep * largeStep : 0;
         Page& page = chunk.pages[index];
-        page.fresh = reinterpret_cast<char*>(&chunk) + pageSize * static_cast<std::size_t>(index) + header;
+        char* const start = reinterpret_cast<char*>(&chunk) + pageSize * static_cast<std::size_t>(index);
+        if (index == chunk.touchedPages) {
+            constexpr int pages = 4; // more would drive what is in use out of the cache
+            touch(start, pages * pageSize);
+            chunk.touchedPages += pages;
+        }
+        page.fresh = start + header;
         page.end = page.fresh + (pageSize - header) / bytes * bytes;
         page.free = nullptr;
         page.used = 0;
-        page.size = size;
+        page.sort = sort;
+        page.block = static_cast<unsigned>(bytes);
         page.listed = true;
-        enlist(withRoom[size], page);
+        enlist(withRoom[sort], page);
         if (++chunk.usedPages == pagesPerChunk)
             unlist(chunksWithRoom, chunk);
         return true;
     }
 
-    bool addChunk() {
-        bool const touched = chunkCount > 0; // a small graph leaves most of its chunk untouched
-        Chunk* const chunk = mapChunk(hugePages.load(std::memory_order_relaxed), touched);
-        if (!chunk)
-            return false;
+    /// A chunk behind the last one with room; `forSoon` touches all of it at once. Null if there is no
+    /// memory.
+    Chunk* addChunk(Chunk* last, bool forSoon) {
+        char* const memory = mapChunk(hugePages.load(std::memory_order_relaxed));
+        if (!memory)
+            return nullptr;
+        if (forSoon)
+            touch(memory, chunkSize);
+        auto* const chunk = reinterpret_cast<Chunk*>(memory);
         chunk->owner = this;
         chunk->usedPages = 0;
+        // A small graph leaves most of its only chunk untouched.
+        chunk->touchedPages = forSoon || chunkCount == 0 ? pagesPerChunk : 0;
         for (Page& page : chunk->pages)
-            page.size = -1;
-        enlist(chunksWithRoom, *chunk);
+            page.sort = -1;
+        enlistBehind(chunksWithRoom, last, *chunk);
         ++chunkCount;
+        return chunk;
+    }
+
+    bool reserve(std::size_t bytes) {
+        Chunk* last = nullptr;
+        for (Chunk* chunk = chunksWithRoom; chunk; chunk = chunk->next) {
+            touch(chunk, chunkSize); // what comes first will be used first
+            chunk->touchedPages = pagesPerChunk;
+            last = chunk;
+        }
+        for (std::size_t reserved = 0; reserved < bytes; reserved += chunkSize) {
+            last = addChunk(last, true);
+            if (!last)
+                return false;
+        }
         return true;
     }
 
     void dropPage(Chunk& chunk, Page& page) {
-        unlist(withRoom[page.size], page);
+        unlist(withRoom[page.sort], page);
         page.listed = false;
-        page.size = -1;
+        page.sort = -1;
         if (chunk.usedPages-- == pagesPerChunk)
             enlist(chunksWithRoom, chunk);
         if (chunk.usedPages > 0 || chunkCount == 1)
@@ -245,7 +342,7 @@ struct Pool {
         munmap(&chunk, chunkSize);
     }
 
-    bool collectReturned() {
+    [[gnu::noinline]] bool collectReturned() {
         FreeBlock* block = returned.exchange(nullptr, std::memory_order_acquire);
         if (!block)
             return false;
@@ -288,7 +385,7 @@ struct Lease {
 
 thread_local Lease lease;
 
-Pool& leasePool() {
+[[gnu::noinline]] Pool& leasePool() {
     {
         std::lock_guard<std::mutex> const lock(idleMutex);
         if (idlePools) {
@@ -309,21 +406,34 @@ Pool& leasePool() {
 
 } // namespace
 
-void* QORPool::allocate(std::size_t size) {
+namespace {
+
+/// Blocks of the sorts from `firstSort` on.
+void* allocateFrom(int firstSort, std::size_t size) {
     if (size > largestPooled)
         return ::operator new(size);
     Pool& pool = poolOfThread ? *poolOfThread : leasePool();
-    if (void* const block = pool.take(sizeIndex(size)))
+    if (void* const block = pool.take(firstSort + sizeIndex(size)))
         return block;
     throw std::bad_alloc();
 }
 
+} // namespace
+
+void* QORPool::allocate(std::size_t size) {
+    return allocateFrom(0, size);
+}
+
+void* QORPool::allocateApart(std::size_t size) {
+    return allocateFrom(sizeCount, size);
+}
+
 void QORPool::reserve(std::size_t bytes) {
+    if (largestPooled == 0)
+        return;
     Pool& pool = poolOfThread ? *poolOfThread : leasePool();
-    for (std::size_t reserved = 0; reserved < bytes; reserved += chunkSize) {
-        if (!pool.addChunk())
-            throw std::bad_alloc();
-    }
+    if (!pool.reserve(bytes))
+        throw std::bad_alloc();
 }
 
 void QORPool::useHugePages(bool use) noexcept {

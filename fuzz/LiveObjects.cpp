@@ -40,6 +40,15 @@ void* QORPool::allocate(std::size_t size) {
     return block;
 }
 
+void* QORPool::allocateApart(std::size_t size) {
+    static auto const allocate = ofLibrary<void* (*)(std::size_t)>(
+        sizesAreLong ? "_ZN7QORPool13allocateApartEm" : "_ZN7QORPool13allocateApartEj");
+    void* const block = allocate(size);
+    if (watching)
+        watching->add(block);
+    return block;
+}
+
 void QORPool::release(void* block, std::size_t size) noexcept {
     static auto const release = ofLibrary<void (*)(void*, std::size_t)>(
         sizesAreLong ? "_ZN7QORPool7releaseEPvm" : "_ZN7QORPool7releaseEPvj");

@@ -13,10 +13,14 @@ class QOR_API QORPool {
 public:
     /// Gives a block of `size` bytes, aligned for any scalar type. Throws std::bad_alloc.
     static void* allocate(std::size_t size);
-    /// Takes back a block that `allocate` gave for the same size; null is allowed.
+    /// Gives a block like `allocate`, from pages of its own: for blocks that are used together with each
+    /// other rather than with the others of their size. Throws std::bad_alloc.
+    static void* allocateApart(std::size_t size);
+    /// Takes back a block that `allocate` or `allocateApart` gave for the same size; null is allowed.
     static void release(void* block, std::size_t size) noexcept;
     /// Takes memory for so many bytes of blocks from the system ahead of their use, for the calling thread: a
-    /// large graph is then built without waiting for it. Throws std::bad_alloc; what came by then stays.
+    /// large graph is then built without waiting for it. Throws std::bad_alloc; what came by then stays. Does
+    /// nothing while the pool is bypassed.
     static void reserve(std::size_t bytes);
     /// Whether huge pages are asked of the system for memory that is taken from now on; at first they aren't.
     /// Large graphs are then walked faster, and their building takes less or more time, as the system has

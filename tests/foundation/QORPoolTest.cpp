@@ -1,8 +1,10 @@
 #include <qor/QORPool.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
 #include <new>
 #include <random>
@@ -83,7 +85,61 @@ TEST(QORPool, MemoryThatCameBackServesAgain) {
         QORPool::release(block, 40);
 }
 
+TEST(QORPool, BlocksApartAreGivenBackLikeTheOthers) {
+    std::vector<void*> blocks;
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 5000; ++i) {
+            blocks.push_back(QORPool::allocateApart(40));
+            blocks.push_back(QORPool::allocate(40));
+        }
+        std::sort(blocks.begin(), blocks.end());
+        EXPECT_EQ(std::adjacent_find(blocks.begin(), blocks.end()), blocks.end())
+            << "a block was given out twice";
+        for (void* const block : blocks) {
+            std::memset(block, round, 40);
+            QORPool::release(block, 40);
+        }
+        blocks.clear();
+    }
+}
+
 #ifndef __SANITIZE_ADDRESS__ // which has the pool bypassed
+
+TEST(QORPool, BlocksApartLieSideBySide) {
+    constexpr std::size_t size = 3000; // one that nobody else has taken yet
+    std::vector<char*> apart;
+    std::vector<char*> others;
+    for (int i = 0; i < 10; ++i) {
+        apart.push_back(static_cast<char*>(QORPool::allocateApart(size)));
+        others.push_back(static_cast<char*>(QORPool::allocate(size)));
+    }
+    EXPECT_LT(apart.back() - apart.front(), 11 * static_cast<long>(size));
+    EXPECT_LT(others.back() - others.front(), 11 * static_cast<long>(size));
+    for (char* const block : apart)
+        QORPool::release(block, size);
+    for (char* const block : others)
+        QORPool::release(block, size);
+}
+
+#if __SIZEOF_POINTER__ == 8
+
+TEST(QORPool, LaterBlocksOfASizeHaveHigherAddresses) {
+    constexpr std::size_t size = 3500; // one that nobody else has taken yet
+    std::thread([] {
+        std::vector<void*> blocks;
+        for (int i = 0; i < 10000; ++i)
+            blocks.push_back(QORPool::allocate(size));
+        std::ptrdiff_t down = 0;
+        for (std::size_t i = 1; i < blocks.size(); ++i)
+            down += std::less<>()(blocks[i], blocks[i - 1]);
+        // What the thread's pool had at hand may lie higher.
+        EXPECT_LE(down, 1);
+        for (void* const block : blocks)
+            QORPool::release(block, size);
+    }).join();
+}
+
+#endif
 
 TEST(QORPool, ReservedMemoryIsAtHandWithoutPageFaults) {
     auto const faults = [] {
