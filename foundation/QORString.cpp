@@ -10,7 +10,8 @@
 namespace {
 
 // Read-only on purpose: a write through the shared empty text would change every empty string at once.
-constexpr char emptyText[1] = {'\0'};
+// As long as the part of a text that is compared at once.
+constexpr char emptyText[sizeof(std::uint64_t)] = {};
 
 int checkedLength(std::uint64_t count) {
     if (count > static_cast<std::uint64_t>(INT_MAX)) {
@@ -32,6 +33,31 @@ char* allocate(int capacity) {
 
 void copyCharacters(char* target, char const* text, int count) noexcept {
     std::memmove(target, text, static_cast<std::size_t>(count));
+}
+
+/// Copies from sizeof(Word) to twice as many characters as two words, which may overlap; so may the texts.
+template <class Word>
+void copyAsWords(char* target, char const* text, int count) noexcept {
+    Word first;
+    Word last;
+    std::memcpy(&first, text, sizeof first);
+    std::memcpy(&last, text + count - sizeof last, sizeof last);
+    std::memcpy(target, &first, sizeof first);
+    std::memcpy(target + count - sizeof last, &last, sizeof last);
+}
+
+/// `copyCharacters` for texts of which most are shorter than two words of 64 bits.
+void copyShortText(char* target, char const* text, int count) noexcept {
+    if (count > 16)
+        copyCharacters(target, text, count);
+    else if (count >= 8)
+        copyAsWords<std::uint64_t>(target, text, count);
+    else if (count >= 4)
+        copyAsWords<std::uint32_t>(target, text, count);
+    else if (count >= 2)
+        copyAsWords<std::uint16_t>(target, text, count);
+    else
+        *target = *text;
 }
 
 } // namespace
@@ -128,6 +154,7 @@ void QORString::reserve(int count) {
         return;
     }
     char* buffer = allocate(count);
+    std::memset(buffer, 0, headSize); // a short text leaves these as they are
     if (length != 0) {
         copyCharacters(buffer, chars, length);
         adopt(buffer, count, length);
@@ -199,7 +226,7 @@ void QORString::assign(char const* text, int count) {
             becomeEmpty();
             return;
         }
-        copyCharacters(store, text, count);
+        copyShortText(store, text, count);
         store[count] = '\0';
         chars = store;
         length = count;

@@ -15,6 +15,8 @@ Wrapper ifSuited(Wrapper const& wrapper, QORMetaAttributeType type) {
 }
 
 QORString textOf(long value) {
+    if (value == static_cast<int>(value))
+        return QORString(static_cast<int>(value));
     char digits[24];
     *std::to_chars(digits, digits + sizeof digits - 1, value).ptr = '\0';
     return QORString(digits);

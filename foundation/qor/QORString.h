@@ -114,18 +114,16 @@ public:
 
     /// The order of two texts by their bytes, as `std::strcmp` tells it: negative, 0 or positive.
     int compare(QORString const& other) const noexcept {
-        if (length == 0 || other.length == 0) {
-            return length - other.length;
-        }
         std::uint64_t const mine = head();
         std::uint64_t const theirs = other.head();
-        if (mine != theirs) {
-            return mine < theirs ? -1 : 1;
+        if (mine == theirs) {
+            return length < headSize ? 0 : std::strcmp(chars + headSize, other.chars + headSize);
         }
-        if (length <= headSize || other.length <= headSize) {
-            return length - other.length;
+        // Where they first differ counts, unless it lies behind the NUL that ends both.
+        if (__builtin_clzll(mine ^ theirs) / 8 > length) {
+            return 0;
         }
-        return std::strcmp(chars + headSize, other.chars + headSize);
+        return mine < theirs ? -1 : 1;
     }
 
     /// True if both texts are equal.
@@ -151,16 +149,15 @@ private:
 
     static constexpr int headSize = sizeof(std::uint64_t);
 
-    /// The first characters as a number that is ordered as they are; zeros follow a shorter text. Only for a
-    /// text that isn't empty: the memory of such a one reaches that far.
+    /// The first characters as a number that is ordered as they are; anything may follow the NUL of a shorter
+    /// text. The memory of every text reaches that far.
     std::uint64_t head() const noexcept {
         std::uint64_t bytes;
         std::memcpy(&bytes, chars, sizeof bytes);
 #if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
         bytes = __builtin_bswap64(bytes);
 #endif
-        int const behind = length < headSize ? headSize - length : 0;
-        return bytes >> 8 * behind << 8 * behind;
+        return bytes;
     }
 
     char* reservedBuffer() const noexcept {
