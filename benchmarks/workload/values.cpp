@@ -40,7 +40,7 @@ struct BuiltLength {
         static constexpr unsigned visibilityLength[] = {6, 9, 7, 14};
         element(name, object);
         sum += values::alias(number).size() + values::initialValue(number).size() +
-               visibilityLength[values::visibility(number)] + Text().add(values::multiplicity(number)).size();
+               visibilityLength[values::visibility(number)] + Text(values::multiplicity(number)).size();
     }
 };
 

@@ -33,22 +33,10 @@ struct WorkloadSize {
 /// ASCII, stands in most texts, so that the change of encoding has something to do.
 class Text {
 public:
-    template <std::size_t size>
-    Text& add(char const (&literal)[size]) {
-        std::memcpy(bytes + length, literal, size - 1);
-        length += static_cast<int>(size - 1);
-        return *this;
-    }
-
-    Text& add(unsigned number) {
-        char digits[10];
-        int count = 0;
-        do
-            digits[count++] = static_cast<char>('0' + number % 10);
-        while (number /= 10);
-        while (count)
-            bytes[length++] = digits[--count];
-        return *this;
+    /// The parts, literals and numbers, one after the other.
+    template <class... Parts>
+    explicit Text(Parts const&... parts) {
+        (add(parts), ...);
     }
 
     /// Hands the bytes and their number over to `target`, which keeps the memory that it has.
@@ -60,6 +48,22 @@ public:
     unsigned size() const { return static_cast<unsigned>(length); }
 
 private:
+    template <std::size_t size>
+    void add(char const (&literal)[size]) {
+        std::memcpy(bytes + length, literal, size - 1);
+        length += static_cast<int>(size - 1);
+    }
+
+    void add(unsigned number) {
+        char digits[10];
+        int count = 0;
+        do
+            digits[count++] = static_cast<char>('0' + number % 10);
+        while (number /= 10);
+        while (count)
+            bytes[length++] = digits[--count];
+    }
+
     char bytes[64];
     int length = 0;
 };
@@ -69,38 +73,38 @@ private:
 namespace values {
 
 inline Text modelName() {
-    return Text().add("Model");
+    return Text("Model");
 }
 inline Text typeName(unsigned type) {
-    return Text().add("Type_").add(type);
+    return Text("Type_", type);
 }
 inline Text packageName(unsigned package) {
-    return Text().add("Package_").add(package);
+    return Text("Package_", package);
 }
 inline Text className(unsigned classOfPackage) {
-    return Text().add("Class_").add(classOfPackage);
+    return Text("Class_", classOfPackage);
 }
 inline Text attributeName(unsigned attributeOfClass) {
-    return Text().add("attr_").add(attributeOfClass);
+    return Text("attr_", attributeOfClass);
 }
 inline Text comment(unsigned object) {
-    return Text().add("comment \xE9 of element no ").add(object);
+    return Text("comment \xE9 of element no ", object);
 }
 inline Text alias(unsigned attribute) {
-    return Text().add("al\xE9_").add(attribute % 1000);
+    return Text("al\xE9_", attribute % 1000);
 }
 inline Text initialValue(unsigned attribute) {
-    return Text().add("init\xE9_").add(attribute);
+    return Text("init\xE9_", attribute);
 }
 inline Text newComment(unsigned object) {
-    return Text().add("rewritten \xE9 comment no ").add(object);
+    return Text("rewritten \xE9 comment no ", object);
 }
 inline Text newClassName(unsigned classOfPackage) {
-    return Text().add("Renam\xE9").add("d_").add(classOfPackage);
+    return Text("Renam\xE9", "d_", classOfPackage);
 }
 /// The same name in UTF-8.
 inline Text recodedClassName(unsigned classOfPackage) {
-    return Text().add("Renam\xC3\xA9").add("d_").add(classOfPackage);
+    return Text("Renam\xC3\xA9", "d_", classOfPackage);
 }
 inline unsigned visibility(unsigned attribute) {
     return attribute % 4;
