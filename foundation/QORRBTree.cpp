@@ -90,6 +90,10 @@ void QORRBTree::rotate(QORRBTreeNode* node, bool left) {
     node->parent = up;
     if (moved)
         moved->parent = node;
+    if (node->count) {
+        up->count = node->count;
+        node->addUp();
+    }
 }
 
 void QORRBTree::insertNode(QORRBTreeNode* node, QORRBTreeNode* parent, bool left) {
@@ -106,6 +110,10 @@ void QORRBTree::insertNode(QORRBTreeNode* node, QORRBTreeNode* parent, bool left
     if (!_first || (left && parent == _first))
         _first = node;
     ++size;
+    node->count = parent && parent->count ? 1 : 0;
+    if (node->count)
+        for (; parent; parent = parent->parent)
+            ++parent->count;
     repairInsert(node);
 }
 
@@ -156,12 +164,16 @@ void QORRBTree::eraseNode(QORRBTreeNode* node) {
         heir->left = node->left;
         heir->left->parent = heir;
         heir->red = node->red;
+        heir->count = node->count;
     } else {
         blackLost = !node->red;
         child = node->left ? node->left : node->right;
         parent = node->parent;
         replaceChild(parent, node, child);
     }
+    if (node->count)
+        for (QORRBTreeNode* up = parent; up; up = up->parent)
+            --up->count;
     if (blackLost)
         repairErase(child, parent);
 }
@@ -200,6 +212,51 @@ void QORRBTree::repairErase(QORRBTreeNode* node, QORRBTreeNode* parent) {
     }
     if (node)
         node->red = 0;
+}
+
+// ---- places ---------------------------------------------------------------------------------------------
+
+bool QORRBTree::isCounted() const {
+    auto const deepest = [](QORRBTreeNode* node) {
+        while (node->left || node->right)
+            node = node->left ? node->left : node->right;
+        return node;
+    };
+    if (root->count == 0) {
+        // Each node comes after those that hang on it.
+        for (QORRBTreeNode* node = deepest(root); node;) {
+            node->addUp();
+            QORRBTreeNode* const above = node->parent;
+            node = above && above->right && above->right != node ? deepest(above->right) : above;
+        }
+    }
+    return root->count == size;
+}
+
+int QORRBTree::placeOf(QORRBTreeNode const* node) {
+    int place = QORRBTreeNode::countOf(node->left);
+    for (; node->parent; node = node->parent)
+        if (node == node->parent->right)
+            place += QORRBTreeNode::countOf(node->parent->left) + 1;
+    return place;
+}
+
+QORRBTreeNode* QORRBTree::nodeAt(int place) const {
+    if (place < 0)
+        return nullptr;
+    QORRBTreeNode* node = root;
+    while (node) {
+        int const before = QORRBTreeNode::countOf(node->left);
+        if (place == before)
+            return node;
+        if (place < before) {
+            node = node->left;
+        } else {
+            place -= before + 1;
+            node = node->right;
+        }
+    }
+    return nullptr;
 }
 
 // ---- lifetime of nodes ----------------------------------------------------------------------------------
@@ -254,9 +311,7 @@ void QORRBTree::cloneFrom(QORRBTree const& other) {
     QORRBTreeNode* previous = nullptr;
     try {
         for (QORRBTreeNode* node = other._first; node; node = following(node)) {
-            auto* const copy = new QORRBTreeNode(node->item);
-            copy->removed = 0;
-            copy->pins = 0;
+            auto* const copy = new (false) QORRBTreeNode(node->item);
             insertNode(copy, previous, false);
             previous = copy;
         }
@@ -353,28 +408,34 @@ bool QORRBTree::operator!=(QORRBTree const& other) const {
 }
 
 QORRBTree::Place QORRBTree::placeFor(QORContainerItem const* item, bool unique) const {
-    Place place{nullptr, true, false};
+    Place place{nullptr, true, false, true};
     for (QORRBTreeNode* node = root; node;) {
         int order = compare2Object(item, node->item);
         if (order == 0) {
             if (unique)
-                return {node, false, true};
+                return {node, false, true, false};
             order = compareAddresses(item, node->item);
         }
-        place = {node, order < 0, false};
+        place = {node, order < 0, false, place.atEnd && order > 0};
         node = order < 0 ? node->left : node->right;
     }
     return place;
 }
 
 QORRBTreeNode* QORRBTree::addNode(QORContainerItem const* item, bool unique) {
-    Place const place = placeFor(item, unique);
+    return makeNode(item, unique, false, nullptr);
+}
+
+QORRBTreeNode* QORRBTree::makeNode(QORContainerItem const* item, bool unique, bool apart,
+                                   QORRBTreeNode** last) {
+    bool const behindLast = last && *last && compare2Object(item, (*last)->item) > 0;
+    Place const place = behindLast ? Place{*last, false, false, true} : placeFor(item, unique);
     if (place.taken)
         return nullptr;
-    auto* const node = new QORRBTreeNode(item);
-    node->removed = 0;
-    node->pins = 0;
+    auto* const node = new (apart) QORRBTreeNode(item);
     insertNode(node, place.parent, place.left);
+    if (last && place.atEnd)
+        *last = node;
     return node;
 }
 

@@ -17,7 +17,10 @@
 
 #include "QORAssert.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <typeinfo>
 
 // ---- the cursor's invariant -----------------------------------------------------------------------------
 
@@ -53,17 +56,47 @@ QORRBTree& QORLinkTree::operator=(QORRBTree const& other) {
     return QORRBTree::operator=(other); // which empties this end, and so unsets the cursor
 }
 
-bool QORLinkTree::empty() {
+void QORLinkTree::unsetCursor() const {
     position = -1;
+    current = nullptr;
+}
+
+bool QORLinkTree::empty() {
+    unsetCursor();
     return QORRBTree::empty();
 }
+
+/// Whether places can be had without a walk. A caller's class may see to the steps of its walks itself.
+bool QORLinkTree::hasPlaces() const {
+    static std::type_info const* const classes[] = {
+        &typeid(QORLinkTree),
+        &typeid(QORPtrLinkTree),
+        &typeid(QORNameLinkTree),
+        &typeid(QOROptionalNameLinkTree),
+        &typeid(QORNamePtrLinkTree),
+        &typeid(QORNameElementTypeLinkTree),
+        &typeid(QORTypeValueLinkTree),
+        &typeid(QORFormatLinkTree),
+        &typeid(QORModelElementLinkTree),
+        &typeid(QORSortedPropertyValuesLinkTree),
+    };
+    std::type_info const& mine = typeid(*this);
+    return std::any_of(std::begin(classes), std::end(classes),
+                       [&](std::type_info const* each) { return *each == mine; }) &&
+           isCounted();
+}
+
+/// Up to here, walking from node to node is as quick as going by counts.
+constexpr int fewSteps = 32;
 
 int QORLinkTree::_moveTo(QORRBTreeNode const* node) const {
     current = const_cast<QORRBTreeNode*>(node);
     if (!node) {
-        position = -1;
+        unsetCursor();
         return -1;
     }
+    if (size > fewSteps && hasPlaces())
+        return position = placeOf(node);
     if (compare2Object(node->item, root->item) < 0) {
         position = 0;
         for (node = previousNode(node); node; node = previousNode(node))
@@ -78,6 +111,8 @@ int QORLinkTree::_moveTo(QORRBTreeNode const* node) const {
 
 /// Steps over `steps` nodes, ahead if positive. Gives null when the tree ends earlier.
 QORRBTreeNode* QORLinkTree::walk(QORRBTreeNode* from, int steps) const {
+    if (from && (steps > fewSteps || steps < -fewSteps) && hasPlaces())
+        return nodeAt(placeOf(from) + steps);
     for (; from && steps > 0; --steps)
         from = nextNode(from);
     for (; from && steps < 0; ++steps)
@@ -115,22 +150,35 @@ QORRBTreeNode* QORLinkTree::_moveTo(int index) const {
 /// that this holds too where keys have changed since elements were added.
 void QORLinkTree::noteAdded(QORRBTreeNode* node) {
     if (position == -1)
-        return;
-    if (node == _first)
+        unsetCursor(); // the last node may be another one now
+    else if (node == _first)
         ++position;
     else if (current != _first) {
         if (node->item == current->item)
-            position = -1;
+            unsetCursor();
         else if (liesBefore(node, current))
             ++position;
     }
 }
 
 QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique) {
+    return addNode(item, unique, false, nullptr);
+}
+
+QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool owned, bool byAddress) {
+    QORRBTreeNode* last = byAddress && position == -1 ? current : nullptr;
+    QORRBTreeNode* const node = addNode(item, true, owned, byAddress ? &last : nullptr);
+    if (position == -1)
+        current = last;
+    return node;
+}
+
+QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique, bool owned,
+                                    QORRBTreeNode** last) {
     constexpr char const* function =
         "virtual QORRBTreeNode* QORLinkTree::addNode(const QORContainerItem*, bool)";
     require(cursorHolds(), __LINE__, function);
-    QORRBTreeNode* const node = QORRBTree::addNode(item, unique);
+    QORRBTreeNode* const node = makeNode(item, unique, owned, last);
     if (!node)
         return nullptr;
     noteAdded(node);
@@ -140,8 +188,11 @@ QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique) {
 
 /// Moves the cursor off a node that is about to leave, or counts the node off the cursor's position.
 void QORLinkTree::leaveNode(QORRBTreeNode* node) {
-    if (position == -1)
+    if (position == -1) {
+        if (node == current)
+            current = nullptr;
         return;
+    }
     if (node == current) {
         if (position == size - 1) {
             position = size - 2;
@@ -153,9 +204,9 @@ void QORLinkTree::leaveNode(QORRBTreeNode* node) {
         if (!current)
             position = -1;
     } else if (node->item == current->item) {
-        position = -1;
-    } else if (liesBefore(node, current)) {
-        --position;
+        unsetCursor();
+    } else if (liesBefore(node, current) && --position == -1) {
+        unsetCursor(); // as above, the position may have said less
     }
 }
 
@@ -219,7 +270,9 @@ int QORLinkTree::findPreviousElement(QORContainerKey const* key, int from) const
     if (!found)
         return -1;
     current = found;
-    return --position;
+    if (--position == -1)
+        unsetCursor(); // after a search by scan, the node may lie further along than its position says
+    return position;
 }
 
 QORContainerItem* QORLinkTree::removeElement(int index) {
@@ -272,7 +325,7 @@ QORRBTreeNode* QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const
 }
 
 QORContainerItem* QORLinkTree::drainFirst() {
-    position = -1;
+    unsetCursor();
     return QORRBTree::drainFirst();
 }
 

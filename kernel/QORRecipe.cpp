@@ -146,13 +146,18 @@ QORRBTreeNode* QORRecipe::nodeOf(QORObject& object, QORLinkEnd const& end, QOROb
     return tree(object, end).nodeOfItem(&element);
 }
 
-/// Links a tree end with a unary one, as `_addnu` does.
+/// Links a tree end with a unary one, as `_addnu` does, and notes both ends.
 bool QORRecipe::hold(QORObject& object, QORLinkEnd const& end, QORObject& far, QORLinkEnd const& farEnd) {
     if (field(far, farEnd))
         return false;
-    QORRBTreeNode* const made = tree(object, end).addNode(&far, true);
-    if (!made || &far == &object) // a self-link leaves the object in its own end
+    QORRBTreeNode* const made =
+        tree(object, end).addNode(&far, end.type == QORMetaLinkType::CHILD, !end.keyed);
+    if (!made)
         return false;
+    object.linked |= std::uint64_t{1} << end.bit;
+    if (&far == &object) // a self-link leaves the object in its own end
+        return false;
+    far.linked |= std::uint64_t{1} << farEnd.bit;
     field(far, farEnd) = &object;
     node(far, farEnd) = made;
     return true;
@@ -163,12 +168,8 @@ bool QORRecipe::makeLink(QORObject& object, QORLinkEnd const& end, QORObject& fa
     bool const farUnary = farEnd.shape == QOREndShape::UNARY;
     if (unary && farUnary)
         return object._adduu(&field(object, end), &field(far, farEnd), &far);
-    if (unary && farEnd.shape == QOREndShape::TREE)
-        return hold(far, farEnd, object, end);
     if (unary)
         return far._addnu(&vector(far, farEnd), &field(object, end), &object);
-    if (farUnary && end.shape == QOREndShape::TREE)
-        return hold(object, end, far, farEnd);
     if (farUnary)
         return object._addnu(&vector(object, end), &field(far, farEnd), &far);
     return object._addnn(&container(object, end), &container(far, farEnd), &far);
@@ -180,8 +181,12 @@ bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
     QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
     if (isLinkedUnnoticed(object, end, *far, farEnd))
         return false;
+    if (end.shape == QOREndShape::UNARY && farEnd.shape == QOREndShape::TREE)
+        return hold(*far, farEnd, object, end);
+    if (end.shape == QOREndShape::TREE && farEnd.shape == QOREndShape::UNARY)
+        return hold(object, end, *far, farEnd);
     // Both ends are noted whatever comes: also where no link is made, as a self-link may leave the object in
-    // its own end, and where memory ends.
+    // its own vector, and where memory ends.
     struct Noting {
         QORObject& object;
         QORLinkEnd const& end;
@@ -454,7 +459,10 @@ void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QOR
 }
 
 void QORRecipe::setName(QORObject& object, QORClassDescription const& level, QORString const& name) {
-    setName(object, level, QORString(name));
+    if (QORLinkEnd const* const end = firstOwnerEnd(object, level))
+        rename(object, *end, QORString(name));
+    else
+        object.name = name;
 }
 
 void QORRecipe::reserveTexts(QORObject& object, QORObject const& other, QORClassDescription const& level) {

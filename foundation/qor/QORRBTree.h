@@ -94,6 +94,10 @@ public:
     void endDraining();
 
 protected:
+    /// `addNode` of this class. `apart` takes the node from pages that only such nodes have. `last`, if it
+    /// isn't null, leads to the last node where that is known, which spares an item behind all others the way
+    /// down, and gets the new node if that is the last one then. Only for items that stay in order.
+    QORRBTreeNode* makeNode(QORContainerItem const* item, bool unique, bool apart, QORRBTreeNode** last);
     /// Takes a node out of the tree without freeing it.
     void unlinkNode(QORRBTreeNode* node);
     /// Puts an unlinked node back where its item belongs now; false when `unique` refuses it.
@@ -102,6 +106,14 @@ protected:
     void relinkNodeBefore(QORRBTreeNode* node, QORRBTreeNode* follower);
     /// Whether `a` lies before `b` in the tree, told from the tree's shape alone.
     static bool liesBefore(QORRBTreeNode const* a, QORRBTreeNode const* b);
+    /// Whether the nodes of the tree, which isn't empty, are counted and as many as `size` says. Counts them
+    /// if nobody has yet; from then on, adding and removing keep the counts, and places are found in
+    /// logarithmic time.
+    bool isCounted() const;
+    /// The place of a node of a counted tree in tree order, from 0.
+    static int placeOf(QORRBTreeNode const* node);
+    /// The node at a place of a counted tree, or null if out of range.
+    QORRBTreeNode* nodeAt(int place) const;
     /// Neighbours in tree order, without a virtual call.
     static QORRBTreeNode* following(QORRBTreeNode const* node);
     static QORRBTreeNode* preceding(QORRBTreeNode const* node);
@@ -114,6 +126,7 @@ private:
         QORRBTreeNode* parent;
         bool left;
         bool taken;
+        bool atEnd; ///< behind all nodes
     };
     Place placeFor(QORContainerItem const* item, bool unique) const;
     void insertNode(QORRBTreeNode* node, QORRBTreeNode* parent, bool left);

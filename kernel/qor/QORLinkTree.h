@@ -30,6 +30,10 @@ public:
     int findPreviousElement(QORContainerKey const* key, int from) const override;
     QORContainerItem* removeElement(int index) override;
 
+    /// `addNode` without a duplicate, which knows more. The nodes of an end that owns its elements lie
+    /// together, since walks and searches go along them. In an end `byAddress`, whose elements stay in order,
+    /// adding behind the last element takes the same time however many there are.
+    QORRBTreeNode* addNode(QORContainerItem const* item, bool owned, bool byAddress);
     /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
     bool removeItem(QORContainerItem const* item);
     /// Gives the element of a node another key: takes it out, calls `change`, puts it back there. When the
@@ -43,13 +47,17 @@ public:
     QORContainerItem* drainFirst();
 
 protected:
-    /// The node under the cursor, whose place in tree order is `position`; meaningful while that isn't -1.
+    /// The node under the cursor, whose place in tree order is `position`. While that is -1: the last node,
+    /// if the tree happens to know it, or null.
     mutable QORRBTreeNode* current = nullptr;
     using _QORContainer::position;
 
 private:
+    QORRBTreeNode* addNode(QORContainerItem const* item, bool unique, bool owned, QORRBTreeNode** last);
+    void unsetCursor() const;
     int _moveTo(QORRBTreeNode const* node) const;
     QORRBTreeNode* _moveTo(int index) const;
+    bool hasPlaces() const;
     QORRBTreeNode* walk(QORRBTreeNode* from, int steps) const;
     bool cursorHolds() const;
     void leaveNode(QORRBTreeNode* node);

@@ -767,6 +767,196 @@ TEST(QORLinkTree, KeepsItsIteratorsInStepOverManyRandomOperations) {
                                            20000);
 }
 
+// ---- places without a walk ----
+
+/// Two trees of one class go through the same operations: one finds places by counts and may know its last
+/// node, the other one is of a caller's class and walks.
+template <class Tree>
+class LinkTreePlaces : public LinkTreeClasses<Tree> {
+protected:
+    static constexpr int itemCount = 400;
+
+    void SetUp() override {
+        while (static_cast<int>(this->objects.size()) < itemCount)
+            this->objects.push_back(ElementOf<Tree>::make(QORString(std::to_string(pick(250)).c_str())));
+    }
+
+    int pick(int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); }
+    QORObject* any() { return this->item(pick(itemCount)); }
+    int anyPlace() { return pick(walking.size + 3) - 1; }
+
+    void step(bool draining) {
+        QORObject* const item = any();
+        QORString const& name = item->getName();
+        int const place = anyPlace();
+        switch (pick(draining ? 9 : 12)) {
+        case 0:
+        case 1:
+            ASSERT_EQ(counting[place], walking[place]);
+            break;
+        case 2:
+            ASSERT_EQ(counting.findFirstElement(&name), walking.findFirstElement(&name));
+            break;
+        case 3:
+            ASSERT_EQ(counting.findLastElement(&name), walking.findLastElement(&name));
+            break;
+        case 4:
+            ASSERT_EQ(counting.findNextElement(&name, place), walking.findNextElement(&name, place));
+            break;
+        case 5:
+            ASSERT_EQ(counting.findPreviousElement(&name, place), walking.findPreviousElement(&name, place));
+            break;
+        case 6:
+            ASSERT_EQ(counting.containsElement(item), walking.containsElement(item));
+            break;
+        case 7:
+            ASSERT_EQ(counting.removeElement(place), walking.removeElement(place));
+            break;
+        case 8:
+            ASSERT_EQ(counting.removeItem(item), walking.removeItem(item));
+            break;
+        default:
+            ASSERT_EQ(counting.addElement(item, true), walking.addElement(item, true));
+        }
+        ASSERT_EQ(counting.size, walking.size);
+    }
+
+    void expectSameItems() { ASSERT_EQ(this->itemsOf(counting), this->itemsOf(walking)); }
+
+    std::mt19937 random{41};
+    Tree counting;
+    LinkTreeProbe<Tree> walking;
+};
+TYPED_TEST_SUITE(LinkTreePlaces, AllTrees);
+
+TYPED_TEST(LinkTreePlaces, AreThoseOfAWalkOverManyRandomOperations) {
+    for (int round = 0; round < 20 && !this->HasFatalFailure(); ++round) {
+        SCOPED_TRACE(round);
+        for (int i = 0; i < this->itemCount / 2; ++i) {
+            QORObject* const item = this->any();
+            ASSERT_EQ(this->counting.add(item, true, nullptr), this->walking.add(item, true, nullptr));
+        }
+        for (int i = 0; i < 300 && !this->HasFatalFailure(); ++i)
+            this->step(false);
+        this->expectSameItems();
+        if (round % 3 == 0) {
+            for (int i = 0; i < 60 && !this->HasFatalFailure(); ++i) {
+                ASSERT_EQ(this->counting.drainFirst(), this->walking.drainFirst());
+                this->step(true);
+            }
+            while (void* const item = this->walking.drainFirst())
+                ASSERT_EQ(this->counting.drainFirst(), item);
+            ASSERT_EQ(this->counting.drainFirst(), nullptr);
+            this->counting.endDraining();
+            this->walking.endDraining();
+        } else if (round % 3 == 1) {
+            this->counting.empty();
+            this->walking.empty();
+        }
+        ASSERT_EQ(this->counting.size, this->walking.size);
+    }
+}
+
+TYPED_TEST(LinkTreePlaces, SurviveNewKeysAndATakeover) {
+    auto const nothing = [](void*) {};
+    TypeParam other;
+    LinkTreeProbe<TypeParam> otherWalking;
+    for (QORObject* const item : {this->item(0), this->item(9), this->item(5)}) {
+        other.add(item, true, nullptr);
+        otherWalking.add(item, true, nullptr);
+    }
+    for (int i = 20; i < this->itemCount; ++i) {
+        this->counting.add(this->item(i), true, nullptr);
+        this->walking.add(this->item(i), true, nullptr);
+    }
+    for (int i = 0; i < 2000 && !this->HasFatalFailure(); ++i) {
+        QORObject* const item = this->any();
+        switch (this->pick(4)) {
+        case 0:
+            ASSERT_EQ(this->counting.rekeyNode(this->counting.nodeOfItem(item), nothing, nullptr),
+                      this->walking.rekeyNode(this->walking.nodeOfItem(item), nothing, nullptr));
+            break;
+        case 1:
+            ASSERT_EQ(this->counting.adoptItem(other, item) != nullptr,
+                      this->walking.adoptItem(otherWalking, item) != nullptr);
+            break;
+        case 2:
+            ASSERT_EQ(other.adoptItem(this->counting, item) != nullptr,
+                      otherWalking.adoptItem(this->walking, item) != nullptr);
+            break;
+        default:
+            this->step(false);
+            int const place = this->pick(200);
+            ASSERT_EQ(other[place], otherWalking[place]); // which makes it count, too
+        }
+        ASSERT_EQ(other.size, otherWalking.size);
+    }
+    this->expectSameItems();
+    ASSERT_EQ(this->itemsOf(other), this->itemsOf(otherWalking));
+}
+
+TEST(QORLinkTree, AddsBehindItsLastElementAsAnywhereElse) {
+    std::mt19937 random(43);
+    auto const pick = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
+    char const items[500] = {};
+    int refused = 0;
+    for (int round = 0; round < 40; ++round) {
+        QORPtrLinkTree knowing;
+        QORPtrLinkTree plain;
+        QORPtrLinkTree otherOfKnowing;
+        QORPtrLinkTree otherOfPlain;
+        for (int i = 0, next = 0; i < 600; ++i) {
+            void const* const item = &items[pick(3) ? next++ % 500 : pick(500)];
+            int const place = pick(plain.size + 1);
+            int const last = plain.size - 1;
+            switch (pick(12)) {
+            case 0:
+                ASSERT_EQ(knowing.removeItem(item), plain.removeItem(item));
+                break;
+            case 1:
+                ASSERT_EQ(knowing.removeElement(last), plain.removeElement(last));
+                break;
+            case 2:
+                ASSERT_EQ(knowing[place], plain[place]);
+                break;
+            case 3: // which leaves the cursor unset
+                ASSERT_EQ(knowing.containsElement(&random), -1);
+                ASSERT_EQ(plain.containsElement(&random), -1);
+                break;
+            case 4:
+                ASSERT_EQ(knowing.addNode(item, true) == nullptr, plain.addNode(item, true) == nullptr);
+                break;
+            case 5:
+                ASSERT_EQ(otherOfKnowing.adoptItem(knowing, item) == nullptr,
+                          otherOfPlain.adoptItem(plain, item) == nullptr);
+                break;
+            case 6:
+                ASSERT_EQ(knowing.adoptItem(otherOfKnowing, item) == nullptr,
+                          plain.adoptItem(otherOfPlain, item) == nullptr);
+                break;
+            default: {
+                QORRBTreeNode const* const made = knowing.addNode(item, pick(2) == 0, true);
+                QORRBTreeNode const* const expected = plain.addNode(item, true);
+                ASSERT_EQ(made == nullptr, expected == nullptr);
+                ASSERT_TRUE(!made || made->item == item);
+                refused += made == nullptr;
+            }
+            }
+            ASSERT_EQ(knowing.size, plain.size);
+        }
+        ASSERT_TRUE(knowing == plain);
+        for (int i = 0; i < 20; ++i)
+            ASSERT_EQ(knowing.drainFirst(), plain.drainFirst());
+        knowing.endDraining();
+        plain.endDraining();
+        knowing.empty();
+        ASSERT_NE(knowing.addNode(&items[3], false, true), nullptr);
+        ASSERT_NE(knowing.addNode(&items[4], false, true), nullptr);
+        ASSERT_EQ(knowing[1], &items[4]);
+    }
+    EXPECT_GT(refused, 100);
+}
+
 // ---- out of order ----
 
 TYPED_TEST(NameSortedTrees, GiveElementsBackByIdentityWhereTheyAreOutOfOrder) {
