@@ -137,10 +137,19 @@ def header(model, cls):
 
 
 def memory_order(cls):
-    """The fields as they lie in memory: what is read together side by side. Containers are most of an object and are
-    mostly empty; so each class turns its other fields towards those of a neighbour in the lineage."""
+    """The fields as they lie in memory: what is read together side by side, with little padding. Containers are most
+    of an object and are mostly empty; so each class turns its other fields towards those of a neighbour in the
+    lineage."""
+    links = {link.role: link for link in cls.links}
+    sizes = {"QORString": 0, "bool": 1, "short": 2}  # bytes; of numbers, the rest have 4 or are built of such
+
+    def kind(name):  # numbers, the large ones first, then texts, then unary ends
+        size = 0 if name in links else sizes.get(types[name], 4)
+        return (2 if name in links else 0 if size else 1, -size)
+
+    types = {a.name: a.type for a in cls.attributes}
     containers = [link.role for link in cls.links_in_field_order() if link.container]
-    others = [name for name in cls.fields if name not in containers]
+    others = sorted((name for name in cls.fields if name not in containers), key=kind)
     return others + containers if len(list(cls.lineage())) % 2 == 0 else containers + others
 
 
@@ -290,7 +299,8 @@ def constructors_source(cls):
     if not cls.is_custom("constructor"):
         out.append(f"{n}::{n}() {{{mark}}}\n")
     if not cls.is_custom("copy-constructor"):
-        copies = "".join(f", {a.field}(other.{a.field})" for a in attributes)
+        in_memory = sorted(attributes, key=lambda a: memory_order(cls).index(a.name))
+        copies = "".join(f", {a.field}(other.{a.field})" for a in in_memory)
         out.append(f"{n}::{n}({n} const& other) : {base}(other){copies} {{{mark}}}\n")
     out.append(f"{n}::~{n}() {{\n    QORRecipe::destroy(*this, {level(cls)});\n}}\n")
     if not cls.is_custom("operator="):

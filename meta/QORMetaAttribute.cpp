@@ -14,12 +14,10 @@ Wrapper ifSuited(Wrapper const& wrapper, QORMetaAttributeType type) {
     return wrapper.isFilled() && wrapper.getType() == type ? wrapper : Wrapper();
 }
 
-QORString textOf(long value) {
-    if (value == static_cast<int>(value))
-        return QORString(static_cast<int>(value));
+void writeNumber(long value, QORString& room) {
     char digits[24];
-    *std::to_chars(digits, digits + sizeof digits - 1, value).ptr = '\0';
-    return QORString(digits);
+    char const* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    room.init(digits, static_cast<int>(end - digits));
 }
 
 bool isTrue(QORString const& text) {
@@ -47,31 +45,42 @@ QORMetaAttribute::QORMetaAttribute(QORMetaClass* ofClass, QORAttributeType ofId,
 }
 
 QORString QORMetaAttribute::getValue(QORObject* object) const {
-    if (!getter.isFilled())
-        return QORString();
+    QORString room;
+    QORString const& value = getValue(object, room);
+    if (&value != &room)
+        return value;
+    return room;
+}
+
+QORString const& QORMetaAttribute::getValue(QORObject* object, QORString& room) const {
+    if (!getter.isFilled()) {
+        room = emptyString;
+        return room;
+    }
     switch (type) {
     case QORMetaAttributeType::BOOL:
-        return QORString(getter.getNumber(object) ? "true" : "false");
+        room.init(getter.getNumber(object) ? "true" : "false", -1);
+        break;
     case QORMetaAttributeType::STRING:
         return getter.getString(object);
     case QORMetaAttributeType::INT:
     case QORMetaAttributeType::SHORT:
-        return textOf(getter.getNumber(object));
-    case QORMetaAttributeType::DATE: {
-        QORDate const date = getter.getDate(object);
-        return QORString(date.chars());
-    }
+        writeNumber(getter.getNumber(object), room);
+        break;
+    case QORMetaAttributeType::DATE:
+        room.init(getter.getDate(object).chars(), -1);
+        break;
     case QORMetaAttributeType::ENUM:
-        return getEnumName(object);
+        room.init(getEnumName(object), -1);
+        break;
     }
-    return QORString();
+    return room;
 }
 
-// An unknown text sets -1, which lies before every table of texts.
-QORString QORMetaAttribute::getEnumName(QORObject const* object) const {
+/// Null for -1, which an unknown text sets and which lies before every table of texts.
+char const* QORMetaAttribute::getEnumName(QORObject const* object) const {
     int const value = static_cast<int>(getter.getNumber(object));
-    char const* const text = value < 0 ? nullptr : enumWriter.getName(value);
-    return text ? QORString(text) : QORString();
+    return value < 0 ? nullptr : enumWriter.getName(value);
 }
 
 void QORMetaAttribute::setValue(QORObject* object, QORString& text) const {

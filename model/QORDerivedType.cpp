@@ -4,9 +4,9 @@
 #include "kernel/QORRecipe.h"
 
 QORDerivedType::QORDerivedType(QORDerivedType const& other)
-    : QORConcreteType(other), initialValue_(other.getInitialValue()), lowerBound_(other.getLowerBound()),
-      upperBound_(other.getUpperBound()), userDefined_(other.getUserDefined()),
-      nativeDataType_(other.getNativeDataType()), userDataType_(other.getUserDataType()),
+    : QORConcreteType(other), userDefined_(other.getUserDefined()), userDataType_(other.getUserDataType()),
+      initialValue_(other.getInitialValue()), lowerBound_(other.getLowerBound()),
+      upperBound_(other.getUpperBound()), nativeDataType_(other.getNativeDataType()),
       nativeLogicalDataType_(other.getNativeLogicalDataType()) {
     elementType = QORElementType::DERIVED_TYPE;
     QORTypeValueCopies(other).giveTo(*this, QORElementType::DERIVED_TYPE);

@@ -138,13 +138,15 @@ class Reader : public QORTraversalOperation {
 public:
     bool pre_process(QORObject* object, void*&) override {
         for (QORMetaAttribute const* const attribute : attributesOf(*object->getMetaClass()))
-            sum += static_cast<unsigned>(attribute->getValue(object).length);
+            sum += static_cast<unsigned>(attribute->getValue(object, room).length);
         return true;
     }
 
     std::uint64_t sum = 0;
 
 private:
+    QORString room;
+
     using Attributes = std::vector<QORMetaAttribute const*>;
 
     Attributes const& attributesOf(QORMetaClass const& metaClass) {

@@ -9,7 +9,7 @@ QORProjection::QORProjection() {
     elementType = QORElementType::PROJECTION;
 }
 
-QORProjection::QORProjection(QORProjection const& other) : QORPresentationElement(other), backgroundColor_(other.backgroundColor_), lineColor_(other.lineColor_), fontColor_(other.fontColor_), fontName_(other.fontName_), fontSize_(other.fontSize_), x_(other.x_), y_(other.y_), width_(other.width_), height_(other.height_), italic_(other.italic_), bold_(other.bold_), underline_(other.underline_), strike_(other.strike_) {
+QORProjection::QORProjection(QORProjection const& other) : QORPresentationElement(other), backgroundColor_(other.backgroundColor_), lineColor_(other.lineColor_), fontColor_(other.fontColor_), fontSize_(other.fontSize_), x_(other.x_), y_(other.y_), width_(other.width_), height_(other.height_), italic_(other.italic_), bold_(other.bold_), underline_(other.underline_), strike_(other.strike_), fontName_(other.fontName_) {
     elementType = QORElementType::PROJECTION;
 }
 

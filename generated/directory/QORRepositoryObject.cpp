@@ -7,7 +7,7 @@
 
 QORRepositoryObject::QORRepositoryObject() {}
 
-QORRepositoryObject::QORRepositoryObject(QORRepositoryObject const& other) : QORElement(other), creationTime_(other.creationTime_), author_(other.author_), lastModificationTime_(other.lastModificationTime_), modifier_(other.modifier_) {}
+QORRepositoryObject::QORRepositoryObject(QORRepositoryObject const& other) : QORElement(other), creationTime_(other.creationTime_), lastModificationTime_(other.lastModificationTime_), author_(other.author_), modifier_(other.modifier_) {}
 
 QORRepositoryObject::~QORRepositoryObject() {
     QORRecipe::destroy(*this, QORMetamodel::description(QORElementType::REPOSITORY_OBJECT));

@@ -14,7 +14,7 @@
 
 QORModelObject::QORModelObject() {}
 
-QORModelObject::QORModelObject(QORModelObject const& other) : QORElement(other), physicalName_(other.physicalName_), status_(other.status_), comment_(other.comment_), designLevel_(other.designLevel_), stereotype_(other.stereotype_) {}
+QORModelObject::QORModelObject(QORModelObject const& other) : QORElement(other), status_(other.status_), designLevel_(other.designLevel_), physicalName_(other.physicalName_), comment_(other.comment_), stereotype_(other.stereotype_) {}
 
 QORModelObject::~QORModelObject() {
     QORRecipe::destroy(*this, QORMetamodel::description(QORElementType::MODEL_OBJECT));

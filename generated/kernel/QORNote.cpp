@@ -10,7 +10,7 @@ QORNote::QORNote() {
     elementType = QORElementType::NOTE;
 }
 
-QORNote::QORNote(QORNote const& other) : QORObject(other), value_(other.value_), position_(other.position_) {
+QORNote::QORNote(QORNote const& other) : QORObject(other), position_(other.position_), value_(other.value_) {
     elementType = QORElementType::NOTE;
 }
 

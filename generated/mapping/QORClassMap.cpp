@@ -10,7 +10,7 @@ QORClassMap::QORClassMap() {
     elementType = QORElementType::CLASS_MAP;
 }
 
-QORClassMap::QORClassMap(QORClassMap const& other) : QORClassifierMap(other), position_(other.position_), whereClause_(other.whereClause_), commitType_(other.commitType_), movementType_(other.movementType_), distinct_(other.distinct_), volumetrics_(other.volumetrics_) {
+QORClassMap::QORClassMap(QORClassMap const& other) : QORClassifierMap(other), commitType_(other.commitType_), movementType_(other.movementType_), volumetrics_(other.volumetrics_), position_(other.position_), distinct_(other.distinct_), whereClause_(other.whereClause_) {
     elementType = QORElementType::CLASS_MAP;
 }
 

@@ -14,7 +14,7 @@ QORClassifierMap::QORClassifierMap() {
     elementType = QORElementType::CLASSIFIER_MAP;
 }
 
-QORClassifierMap::QORClassifierMap(QORClassifierMap const& other) : QORMappingObject(other), operation_(other.operation_), operationDescription_(other.operationDescription_), mappingType_(other.mappingType_) {
+QORClassifierMap::QORClassifierMap(QORClassifierMap const& other) : QORMappingObject(other), mappingType_(other.mappingType_), operation_(other.operation_), operationDescription_(other.operationDescription_) {
     elementType = QORElementType::CLASSIFIER_MAP;
 }
 

@@ -11,7 +11,7 @@ QORElementNamePart::QORElementNamePart() {
     elementType = QORElementType::ELEMENT_NAME_PART;
 }
 
-QORElementNamePart::QORElementNamePart(QORElementNamePart const& other) : QORObject(other), position_(other.position_), sourceElementType_(other.sourceElementType_) {
+QORElementNamePart::QORElementNamePart(QORElementNamePart const& other) : QORObject(other), sourceElementType_(other.sourceElementType_), position_(other.position_) {
     elementType = QORElementType::ELEMENT_NAME_PART;
 }
 

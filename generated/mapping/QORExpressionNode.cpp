@@ -14,7 +14,7 @@
 
 QORExpressionNode::QORExpressionNode() {}
 
-QORExpressionNode::QORExpressionNode(QORExpressionNode const& other) : QORElement(other), position_(other.position_), block_(other.block_), originalText_(other.originalText_), status_(other.status_) {}
+QORExpressionNode::QORExpressionNode(QORExpressionNode const& other) : QORElement(other), status_(other.status_), position_(other.position_), block_(other.block_), originalText_(other.originalText_) {}
 
 QORExpressionNode::~QORExpressionNode() {
     QORRecipe::destroy(*this, QORMetamodel::description(QORElementType::EXPRESSION_NODE));

@@ -12,7 +12,7 @@ QORFeatureMap::QORFeatureMap() {
     elementType = QORElementType::FEATURE_MAP;
 }
 
-QORFeatureMap::QORFeatureMap(QORFeatureMap const& other) : QORMappingObject(other), operation_(other.operation_), operationDescription_(other.operationDescription_), position_(other.position_), mappingType_(other.mappingType_) {
+QORFeatureMap::QORFeatureMap(QORFeatureMap const& other) : QORMappingObject(other), mappingType_(other.mappingType_), position_(other.position_), operation_(other.operation_), operationDescription_(other.operationDescription_) {
     elementType = QORElementType::FEATURE_MAP;
 }
 

@@ -11,7 +11,7 @@ QORStepPrecedence::QORStepPrecedence() {
     elementType = QORElementType::STEP_PRECEDENCE;
 }
 
-QORStepPrecedence::QORStepPrecedence(QORStepPrecedence const& other) : QORMappingObject(other), operation_(other.operation_), operationDescription_(other.operationDescription_), type_(other.type_) {
+QORStepPrecedence::QORStepPrecedence(QORStepPrecedence const& other) : QORMappingObject(other), type_(other.type_), operation_(other.operation_), operationDescription_(other.operationDescription_) {
     elementType = QORElementType::STEP_PRECEDENCE;
 }
 

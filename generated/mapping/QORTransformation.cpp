@@ -15,7 +15,7 @@ QORTransformation::QORTransformation() {
     elementType = QORElementType::TRANSFORMATION;
 }
 
-QORTransformation::QORTransformation(QORTransformation const& other) : QORMappingObject(other), operation_(other.operation_), operationDescription_(other.operationDescription_), mappingType_(other.mappingType_), transformationType_(other.transformationType_) {
+QORTransformation::QORTransformation(QORTransformation const& other) : QORMappingObject(other), mappingType_(other.mappingType_), transformationType_(other.transformationType_), operation_(other.operation_), operationDescription_(other.operationDescription_) {
     elementType = QORElementType::TRANSFORMATION;
 }
 

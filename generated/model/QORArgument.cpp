@@ -12,7 +12,7 @@ QORArgument::QORArgument() {
     elementType = QORElementType::ARGUMENT;
 }
 
-QORArgument::QORArgument(QORArgument const& other) : QORModelObject(other), position_(other.position_), defaultValue_(other.defaultValue_), kind_(other.kind_) {
+QORArgument::QORArgument(QORArgument const& other) : QORModelObject(other), kind_(other.kind_), position_(other.position_), defaultValue_(other.defaultValue_) {
     elementType = QORElementType::ARGUMENT;
 }
 

@@ -12,7 +12,7 @@ QORAssociation::QORAssociation() {
     elementType = QORElementType::ASSOCIATION;
 }
 
-QORAssociation::QORAssociation(QORAssociation const& other) : QORRelationship(other), aggregation_(other.aggregation_), extraConstraint_(other.extraConstraint_), userDefined_(other.userDefined_) {
+QORAssociation::QORAssociation(QORAssociation const& other) : QORRelationship(other), aggregation_(other.aggregation_), userDefined_(other.userDefined_), extraConstraint_(other.extraConstraint_) {
     elementType = QORElementType::ASSOCIATION;
 }
 

@@ -15,7 +15,7 @@ QORAssociationRole::QORAssociationRole() {
     elementType = QORElementType::ASSOCIATION_ROLE;
 }
 
-QORAssociationRole::QORAssociationRole(QORAssociationRole const& other) : QORModelObject(other), source_(other.source_), multiplicity_(other.multiplicity_), navigable_(other.navigable_), ordered_(other.ordered_), extraConstraint_(other.extraConstraint_), cppScope_(other.cppScope_), cppContainment_(other.cppContainment_), cppStatic_(other.cppStatic_), cppFriend_(other.cppFriend_), position_(other.position_), onInsert_(other.onInsert_), onUpdate_(other.onUpdate_), onDelete_(other.onDelete_) {
+QORAssociationRole::QORAssociationRole(QORAssociationRole const& other) : QORModelObject(other), cppScope_(other.cppScope_), cppContainment_(other.cppContainment_), onInsert_(other.onInsert_), onUpdate_(other.onUpdate_), onDelete_(other.onDelete_), position_(other.position_), source_(other.source_), navigable_(other.navigable_), ordered_(other.ordered_), cppStatic_(other.cppStatic_), cppFriend_(other.cppFriend_), multiplicity_(other.multiplicity_), extraConstraint_(other.extraConstraint_) {
     elementType = QORElementType::ASSOCIATION_ROLE;
 }
 

@@ -24,7 +24,7 @@ QORClass::QORClass() {
     elementType = QORElementType::CLASS;
 }
 
-QORClass::QORClass(QORClass const& other) : QORClassifier(other), cppClassType_(other.cppClassType_), cppScope_(other.cppScope_), cppConcurrency_(other.cppConcurrency_), cppAbstract_(other.cppAbstract_), cppPersistent_(other.cppPersistent_), cppMultiplicity_(other.cppMultiplicity_), cppSpace_(other.cppSpace_), dimensionalType_(other.dimensionalType_), dimensionalRole_(other.dimensionalRole_) {
+QORClass::QORClass(QORClass const& other) : QORClassifier(other), cppClassType_(other.cppClassType_), cppScope_(other.cppScope_), cppConcurrency_(other.cppConcurrency_), cppSpace_(other.cppSpace_), dimensionalType_(other.dimensionalType_), dimensionalRole_(other.dimensionalRole_), cppAbstract_(other.cppAbstract_), cppPersistent_(other.cppPersistent_), cppMultiplicity_(other.cppMultiplicity_) {
     elementType = QORElementType::CLASS;
 }
 

@@ -8,7 +8,7 @@
 
 QORConcreteType::QORConcreteType() {}
 
-QORConcreteType::QORConcreteType(QORConcreteType const& other) : QORType(other), dataType_(other.dataType_), length_(other.length_), scale_(other.scale_) {}
+QORConcreteType::QORConcreteType(QORConcreteType const& other) : QORType(other), length_(other.length_), scale_(other.scale_), dataType_(other.dataType_) {}
 
 QORConcreteType::~QORConcreteType() {
     QORRecipe::destroy(*this, QORMetamodel::description(QORElementType::CONCRETE_TYPE));

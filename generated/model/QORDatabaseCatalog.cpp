@@ -9,7 +9,7 @@ QORDatabaseCatalog::QORDatabaseCatalog() {
     elementType = QORElementType::DATABASE_CATALOG;
 }
 
-QORDatabaseCatalog::QORDatabaseCatalog(QORDatabaseCatalog const& other) : QORDataPackage(other), systemType_(other.systemType_), nativeVersion_(other.nativeVersion_), majorVersion_(other.majorVersion_), minorVersion_(other.minorVersion_), tertiaryVersion_(other.tertiaryVersion_) {
+QORDatabaseCatalog::QORDatabaseCatalog(QORDatabaseCatalog const& other) : QORDataPackage(other), majorVersion_(other.majorVersion_), minorVersion_(other.minorVersion_), tertiaryVersion_(other.tertiaryVersion_), systemType_(other.systemType_), nativeVersion_(other.nativeVersion_) {
     elementType = QORElementType::DATABASE_CATALOG;
 }
 

@@ -13,7 +13,7 @@ QORGrouping::QORGrouping() {
     elementType = QORElementType::GROUPING;
 }
 
-QORGrouping::QORGrouping(QORGrouping const& other) : QORModelObject(other), position_(other.position_), groupingType_(other.groupingType_), multiplicity_(other.multiplicity_) {
+QORGrouping::QORGrouping(QORGrouping const& other) : QORModelObject(other), groupingType_(other.groupingType_), position_(other.position_), multiplicity_(other.multiplicity_) {
     elementType = QORElementType::GROUPING;
 }
 

@@ -11,7 +11,7 @@ QORIndexMember::QORIndexMember() {
     elementType = QORElementType::INDEX_MEMBER;
 }
 
-QORIndexMember::QORIndexMember(QORIndexMember const& other) : QORModelObject(other), position_(other.position_), sortOrder_(other.sortOrder_) {
+QORIndexMember::QORIndexMember(QORIndexMember const& other) : QORModelObject(other), sortOrder_(other.sortOrder_), position_(other.position_) {
     elementType = QORElementType::INDEX_MEMBER;
 }
 

@@ -15,7 +15,7 @@ QOROperation::QOROperation() {
     elementType = QORElementType::OPERATION;
 }
 
-QOROperation::QOROperation(QOROperation const& other) : QORModelObject(other), position_(other.position_), cppScope_(other.cppScope_), cppConcurrency_(other.cppConcurrency_), cppAbstract_(other.cppAbstract_), cppFriend_(other.cppFriend_), cppStatic_(other.cppStatic_), cppVirtual_(other.cppVirtual_), semantics_(other.semantics_), precondition_(other.precondition_), postcondition_(other.postcondition_) {
+QOROperation::QOROperation(QOROperation const& other) : QORModelObject(other), cppScope_(other.cppScope_), cppConcurrency_(other.cppConcurrency_), position_(other.position_), cppAbstract_(other.cppAbstract_), cppFriend_(other.cppFriend_), cppStatic_(other.cppStatic_), cppVirtual_(other.cppVirtual_), semantics_(other.semantics_), precondition_(other.precondition_), postcondition_(other.postcondition_) {
     elementType = QORElementType::OPERATION;
 }
 

@@ -11,7 +11,7 @@ QORPropertyValue::QORPropertyValue() {
     elementType = QORElementType::PROPERTY_VALUE;
 }
 
-QORPropertyValue::QORPropertyValue(QORPropertyValue const& other) : QORObject(other), value_(other.value_), position_(other.position_) {
+QORPropertyValue::QORPropertyValue(QORPropertyValue const& other) : QORObject(other), position_(other.position_), value_(other.value_) {
     elementType = QORElementType::PROPERTY_VALUE;
 }
 

@@ -12,7 +12,7 @@ QORSQLViewEntity::QORSQLViewEntity() {
     elementType = QORElementType::SQL_VIEW_ENTITY;
 }
 
-QORSQLViewEntity::QORSQLViewEntity(QORSQLViewEntity const& other) : QORClassifier(other), dimensionalRole_(other.dimensionalRole_), viewType_(other.viewType_), selectType_(other.selectType_), whereClause_(other.whereClause_), groupByClause_(other.groupByClause_), havingClause_(other.havingClause_), orderByClause_(other.orderByClause_), viewStatement_(other.viewStatement_), viewStatementType_(other.viewStatementType_) {
+QORSQLViewEntity::QORSQLViewEntity(QORSQLViewEntity const& other) : QORClassifier(other), dimensionalRole_(other.dimensionalRole_), viewType_(other.viewType_), selectType_(other.selectType_), viewStatementType_(other.viewStatementType_), whereClause_(other.whereClause_), groupByClause_(other.groupByClause_), havingClause_(other.havingClause_), orderByClause_(other.orderByClause_), viewStatement_(other.viewStatement_) {
     elementType = QORElementType::SQL_VIEW_ENTITY;
 }
 

@@ -7,7 +7,7 @@
 
 QORStructuralFeature::QORStructuralFeature() {}
 
-QORStructuralFeature::QORStructuralFeature(QORStructuralFeature const& other) : QORFeature(other), initialValue_(other.initialValue_), optional_(other.optional_) {}
+QORStructuralFeature::QORStructuralFeature(QORStructuralFeature const& other) : QORFeature(other), optional_(other.optional_), initialValue_(other.initialValue_) {}
 
 QORStructuralFeature::~QORStructuralFeature() {
     QORRecipe::destroy(*this, QORMetamodel::description(QORElementType::STRUCTURAL_FEATURE));

@@ -11,7 +11,7 @@ QORJoinRole::QORJoinRole() {
     elementType = QORElementType::JOIN_ROLE;
 }
 
-QORJoinRole::QORJoinRole(QORJoinRole const& other) : QORModelObject(other), multiplicity_(other.multiplicity_), left_(other.left_) {
+QORJoinRole::QORJoinRole(QORJoinRole const& other) : QORModelObject(other), left_(other.left_), multiplicity_(other.multiplicity_) {
     elementType = QORElementType::JOIN_ROLE;
 }
 

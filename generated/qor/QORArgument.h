@@ -80,9 +80,9 @@ public:
     QORString getDisplayName() const override;
 
 protected:
+    QORArgumentType kind_ = QORArgumentType::UNSPECIFIED_MODE;
     short position_ = 0;
     QORString defaultValue_;
-    QORArgumentType kind_ = QORArgumentType::UNSPECIFIED_MODE;
     QORHeldEnd operation_;
     QORObject* type_ = nullptr;
     QORHeldEnd parameterizedClass_;

@@ -77,8 +77,8 @@ public:
 
 protected:
     bool aggregation_ = false;
-    QORString extraConstraint_;
     bool userDefined_ = true;
+    QORString extraConstraint_;
     QORObject* associatedClass_ = nullptr;
     union {
         QORPtrLinkVector associationRole_{};

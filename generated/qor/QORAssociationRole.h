@@ -160,19 +160,19 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    bool source_ = false;
-    QORString multiplicity_{"0"};
-    bool navigable_ = true;
-    bool ordered_ = false;
-    QORString extraConstraint_;
     QORVisibilityType cppScope_ = QORVisibilityType::PUBLIC;
     QORContainmentType cppContainment_ = QORContainmentType::UNSPECIFIED;
-    bool cppStatic_ = false;
-    bool cppFriend_ = false;
-    short position_ = 0;
     QORReferentialActionType onInsert_ = QORReferentialActionType::UNSPECIFIED;
     QORReferentialActionType onUpdate_ = QORReferentialActionType::UNSPECIFIED;
     QORReferentialActionType onDelete_ = QORReferentialActionType::UNSPECIFIED;
+    short position_ = 0;
+    bool source_ = false;
+    bool navigable_ = true;
+    bool ordered_ = false;
+    bool cppStatic_ = false;
+    bool cppFriend_ = false;
+    QORString multiplicity_{"0"};
+    QORString extraConstraint_;
     QORObject* association_ = nullptr;
     QORObject* foreignKey_ = nullptr;
     QORHeldEnd associatedClass_;

@@ -334,12 +334,12 @@ protected:
     QORClassCategoryType cppClassType_ = QORClassCategoryType::NORMAL_CLASS;
     QORVisibilityType cppScope_ = QORVisibilityType::PUBLIC;
     QORConcurrencyType cppConcurrency_ = QORConcurrencyType::SEQUENTIAL;
-    bool cppAbstract_ = false;
-    bool cppPersistent_ = false;
-    QORString cppMultiplicity_{"0"};
     int cppSpace_ = 0;
     QORDimensionalType dimensionalType_ = QORDimensionalType::FIXED;
     QORDimensionalRoleType dimensionalRole_ = QORDimensionalRoleType::UNDEFINED;
+    bool cppAbstract_ = false;
+    bool cppPersistent_ = false;
+    QORString cppMultiplicity_{"0"};
     QORObject* primaryCandidateKey_ = nullptr;
     QORObject* grouping_ = nullptr;
     QORObject* association_ = nullptr;

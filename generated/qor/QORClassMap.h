@@ -95,12 +95,12 @@ protected:
     union {
         QORPtrLinkTree destinationAttribute_{};
     };
-    short position_ = 0;
-    QORString whereClause_;
     QORCommitType commitType_ = QORCommitType::ROW;
     QORMovementType movementType_ = QORMovementType::INSERT;
-    bool distinct_ = false;
     int volumetrics_ = 0;
+    short position_ = 0;
+    bool distinct_ = false;
+    QORString whereClause_;
 
 private:
     friend struct QORMetamodel;

@@ -123,9 +123,9 @@ public:
     QORString getDisplayName() const override;
 
 protected:
+    QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORString operation_;
     QORString operationDescription_;
-    QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORHeldEnd transformation_;
     QORObject* expression_ = nullptr;
     union {

@@ -63,9 +63,9 @@ protected:
     union {
         QORPtrLinkTree derivedType_{};
     };
-    QORString dataType_;
     int length_ = 0;
     int scale_ = 0;
+    QORString dataType_;
 
 private:
     friend struct QORMetamodel;

@@ -47,11 +47,11 @@ public:
     void setTertiaryVersion(short value) { tertiaryVersion_ = value; }
 
 protected:
-    QORString systemType_;
-    QORString nativeVersion_;
     short majorVersion_ = -1;
     short minorVersion_ = -1;
     short tertiaryVersion_ = -1;
+    QORString systemType_;
+    QORString nativeVersion_;
 
 private:
     friend struct QORMetamodel;

@@ -125,12 +125,12 @@ public:
     void removeDestinationOfEnumeratedTypeMaps();
 
 protected:
+    bool userDefined_ = false;
+    bool userDataType_ = false;
     QORString initialValue_;
     QORString lowerBound_;
     QORString upperBound_;
-    bool userDefined_ = false;
     QORString nativeDataType_;
-    bool userDataType_ = false;
     QORString nativeLogicalDataType_;
     QORHeldEnd derivedFromConcreteType_;
     union {

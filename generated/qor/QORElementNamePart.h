@@ -69,8 +69,8 @@ public:
     void removeReferencedElements();
 
 protected:
-    short position_ = 0;
     QORElementType sourceElementType_ = QORElementType::ELEMENT;
+    short position_ = 0;
     QORObject* elementNode_ = nullptr;
     union {
         QORPtrLinkTree referencedElement_{};

@@ -166,10 +166,10 @@ public:
     bool removeReferencedByStatementNode(QORStatementNode* far);
 
 protected:
+    int status_ = 0;
     short position_ = 0;
     bool block_ = false;
     QORString originalText_;
-    int status_ = 0;
     QORHeldEnd type_;
     QORHeldEnd operationNode_;
     QORObject* predicateNode_ = nullptr;

@@ -107,10 +107,10 @@ public:
     QORString getDisplayName() const override;
 
 protected:
+    QORMappingType mappingType_ = QORMappingType::LINEAGE;
+    short position_ = 0;
     QORString operation_;
     QORString operationDescription_;
-    short position_ = 0;
-    QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORHeldEnd classifierMap_;
     QORObject* expression_ = nullptr;
     union {

@@ -109,8 +109,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    short position_ = 0;
     QORGroupingType groupingType_ = QORGroupingType::LEAF;
+    short position_ = 0;
     QORString multiplicity_{"0"};
     QORObject* associatedClass_ = nullptr;
     QORObject* parentGrouping_ = nullptr;

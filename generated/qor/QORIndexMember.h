@@ -64,8 +64,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    short position_ = 0;
     QORSortOrderType sortOrder_ = QORSortOrderType::DEFAULT;
+    short position_ = 0;
     QORObject* attribute_ = nullptr;
     QORHeldEnd index_;
 

@@ -63,8 +63,8 @@ public:
     bool removeClassifier(QORClassifier* far);
 
 protected:
-    QORString multiplicity_{"0"};
     bool left_ = true;
+    QORString multiplicity_{"0"};
     QORObject* join_ = nullptr;
     QORHeldEnd classifier_;
 

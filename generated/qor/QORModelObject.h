@@ -181,10 +181,10 @@ protected:
     union {
         QORPtrLinkTree importedByDesignPackage_{};
     };
-    QORString physicalName_;
     QORApprovalStatusType status_ = QORApprovalStatusType::DEVELOPMENTAL;
-    QORString comment_;
     QORDesignLevelType designLevel_ = QORDesignLevelType::LOGICAL_PHYSICAL;
+    QORString physicalName_;
+    QORString comment_;
     QORString stereotype_;
     QORObject* dataPackage_ = nullptr;
 

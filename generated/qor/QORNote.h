@@ -53,8 +53,8 @@ public:
     bool removeElement(QORElement* far);
 
 protected:
-    QORString value_;
     short position_ = 0;
+    QORString value_;
     QORHeldEnd element_;
 
 private:

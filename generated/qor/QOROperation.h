@@ -145,9 +145,9 @@ public:
     void removeOperationNodes();
 
 protected:
-    short position_ = 0;
     QORVisibilityType cppScope_ = QORVisibilityType::PUBLIC;
     QORConcurrencyType cppConcurrency_ = QORConcurrencyType::SEQUENTIAL;
+    short position_ = 0;
     bool cppAbstract_ = false;
     bool cppFriend_ = false;
     bool cppStatic_ = false;

@@ -82,7 +82,6 @@ protected:
     int backgroundColor_ = 16777215;
     int lineColor_ = 0;
     int fontColor_ = 0;
-    QORString fontName_;
     int fontSize_ = 0;
     int x_ = 0;
     int y_ = 0;
@@ -92,6 +91,7 @@ protected:
     bool bold_ = false;
     bool underline_ = false;
     bool strike_ = false;
+    QORString fontName_;
 
 private:
     friend struct QORMetamodel;

@@ -35,8 +35,8 @@ public:
     void setMultipleSelection(bool value) { multipleSelection_ = value; }
 
 protected:
-    QORString question_;
     bool multipleSelection_ = false;
+    QORString question_;
 
 private:
     friend struct QORMetamodel;

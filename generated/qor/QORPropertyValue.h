@@ -67,8 +67,8 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    QORString value_;
     short position_ = 0;
+    QORString value_;
     QORObject* propertyType_ = nullptr;
     QORObject* element_ = nullptr;
 

@@ -45,8 +45,8 @@ public:
 
 protected:
     QORDate creationTime_;
-    QORString author_;
     QORDate lastModificationTime_;
+    QORString author_;
     QORString modifier_;
 
 private:

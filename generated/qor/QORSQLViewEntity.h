@@ -133,12 +133,12 @@ protected:
     QORDimensionalRoleType dimensionalRole_ = QORDimensionalRoleType::UNDEFINED;
     QORViewType viewType_ = QORViewType::VIEW;
     QORViewSelectType selectType_ = QORViewSelectType::UNSPECIFIED;
+    QORViewStatementType viewStatementType_ = QORViewStatementType::USER_DEFINED;
     QORString whereClause_;
     QORString groupByClause_;
     QORString havingClause_;
     QORString orderByClause_;
     QORString viewStatement_;
-    QORViewStatementType viewStatementType_ = QORViewStatementType::USER_DEFINED;
     union {
         QORPtrLinkTree destinationOfSQLViewAssociation_{};
     };

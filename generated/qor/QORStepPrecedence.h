@@ -90,9 +90,9 @@ public:
     bool removeTransformationActivity(QORTransformationActivity* far);
 
 protected:
+    QORStepPrecedenceType type_ = QORStepPrecedenceType::UNKNOWN;
     QORString operation_;
     QORString operationDescription_;
-    QORStepPrecedenceType type_ = QORStepPrecedenceType::UNKNOWN;
     QORHeldEnd transformationActivity_;
     union {
         QORPtrLinkTree sourceTransformationStep_{};

@@ -35,8 +35,8 @@ public:
     void setOptional(bool value) { optional_ = value; }
 
 protected:
-    QORString initialValue_;
     bool optional_ = false;
+    QORString initialValue_;
 
 private:
     friend struct QORMetamodel;

@@ -128,10 +128,10 @@ public:
     bool removeTransformationActivity(QORTransformationActivity* far);
 
 protected:
-    QORString operation_;
-    QORString operationDescription_;
     QORMappingType mappingType_ = QORMappingType::LINEAGE;
     QORTransformationType transformationType_ = QORTransformationType::UNKNOWN;
+    QORString operation_;
+    QORString operationDescription_;
     QORHeldEnd mappingModel_;
     QORHeldEnd transformationTask_;
     QORObject* transformationStep_ = nullptr;

@@ -9,7 +9,7 @@ QORPrompt::QORPrompt() {
     elementType = QORElementType::PROMPT;
 }
 
-QORPrompt::QORPrompt(QORPrompt const& other) : QORClassifier(other), question_(other.question_), multipleSelection_(other.multipleSelection_) {
+QORPrompt::QORPrompt(QORPrompt const& other) : QORClassifier(other), multipleSelection_(other.multipleSelection_), question_(other.question_) {
     elementType = QORElementType::PROMPT;
 }
 

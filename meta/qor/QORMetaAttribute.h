@@ -39,6 +39,9 @@ public:
     /// enumeration's value. Empty if the attribute has no getter or a negative value no text. The object must
     /// be of the declaring class or below.
     QORString getValue(QORObject* object) const;
+    /// The same without a copy where the object holds the value as text; other values, and an empty one, are
+    /// written to `room`, whose memory is used again. What it gives is good until the object or `room` changes.
+    QORString const& getValue(QORObject* object, QORString& room) const;
 
     /// Sets the value from text; does nothing if the attribute has no setter. Only "true" is true. Of a
     /// number the leading part counts, 0 if there is none, and one too large becomes the nearest that fits.
@@ -46,7 +49,7 @@ public:
     void setValue(QORObject* object, QORString& text) const;
 
 private:
-    QORString getEnumName(QORObject const* object) const;
+    char const* getEnumName(QORObject const* object) const;
 
     QORAttributeType id;
     QORString name;

@@ -125,7 +125,10 @@ QORMetaLink* newLink(bool unary, QORGetLinkWrapper get, QORGetLinkCountWrapper c
 }
 
 std::string value(QORMetaAttribute const& attribute, QORObject& object) {
-    return attribute.getValue(&object).chars;
+    std::string const read = attribute.getValue(&object).chars;
+    QORString room("a text that was there before and is to leave nothing behind");
+    EXPECT_EQ(attribute.getValue(&object, room).chars, read);
+    return read;
 }
 
 void set(QORMetaAttribute const& attribute, QORObject& object, char const* text) {
@@ -352,6 +355,19 @@ TEST_F(QORMetaRecords, HashtableComparesAndHashesByDisplayName) {
     EXPECT_EQ(table.size, 2);
     EXPECT_EQ(table.findFirst("HashA", nullptr), &a);
     EXPECT_EQ(table.findFirst("HashC", nullptr), nullptr);
+}
+
+TEST_F(QORMetaAttributeTest, GivesATextThatTheObjectHoldsWithoutACopy) {
+    sample.setText("a text that is too long to lie in its string");
+    QORString room("room");
+    EXPECT_EQ(&newAttribute(QORMetaAttributeType::STRING, forText)->getValue(&sample, room),
+              &sample.getText());
+    EXPECT_STREQ(room.chars, "room");
+    sample.setInt(7);
+    EXPECT_EQ(&newAttribute(QORMetaAttributeType::INT, forInt)->getValue(&sample, room), &room);
+    EXPECT_STREQ(room.chars, "7");
+    EXPECT_EQ(&newAttribute(QORMetaAttributeType::STRING, noAccessors)->getValue(&sample, room), &room);
+    EXPECT_EQ(room.chars, QORString::emptyPtr);
 }
 
 TEST_F(QORMetaAttributeTest, TellsWhatItWasMadeOf) {

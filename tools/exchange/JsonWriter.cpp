@@ -27,10 +27,11 @@ void writeObject(QORObject& object, std::size_t number, std::ostream& out) {
     out << "{\"number\": " << number << ", \"class\": \"" << object.getMetaClass()->getDisplayName().chars
         << '"';
     std::vector<QORMetaAttribute const*> const written = attributesToWrite(object);
+    QORString room;
     char const* before = ", \"attributes\": {";
     for (QORMetaAttribute const* attribute : written) {
         out << before << '"' << attribute->getDisplayName().chars
-            << "\": " << valueOf(*attribute, attribute->getValue(&object));
+            << "\": " << valueOf(*attribute, attribute->getValue(&object, room));
         before = ", ";
     }
     out << (written.empty() ? "}" : "}}");

@@ -47,8 +47,9 @@ void mix(std::uint64_t& hash, std::uint64_t number) {
 
 void mixAttributes(std::uint64_t& hash, QORObject& object) {
     mix(hash, view(object.getMetaClass()->getDisplayName()));
+    QORString room;
     for (QORMetaAttribute const* attribute : attributesOf(object)) {
-        mix(hash, view(attribute->getValue(&object)));
+        mix(hash, view(attribute->getValue(&object, room)));
     }
 }
 

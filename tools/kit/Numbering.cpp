@@ -102,10 +102,11 @@ private:
     /// Colors by what the objects hold, then over and over by the colors of what they are linked with, as
     /// long as that tells more objects apart.
     void color() {
+        QORString room;
         for (Node& node : nodes) {
             node.color = mixed(0, view(node.object->getMetaClass()->getDisplayName()));
             for (QORMetaAttribute const* attribute : attributesOf(*node.object)) {
-                node.color = mixed(node.color, view(attribute->getValue(node.object)));
+                node.color = mixed(node.color, view(attribute->getValue(node.object, room)));
             }
         }
         constexpr int mostRounds = 32;

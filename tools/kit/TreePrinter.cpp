@@ -32,8 +32,9 @@ std::string labelOf(QORObject const& object) {
 }
 
 void appendAttributes(std::string& line, QORObject& object) {
+    QORString room;
     for (QORMetaAttribute const* attribute : attributesOf(object)) {
-        QORString const value = attribute->getValue(&object);
+        QORString const& value = attribute->getValue(&object, room);
         if (attribute->getId() == QORAttributeType::OBJECT__NAME || value == attribute->getDefaultValue()) {
             continue;
         }

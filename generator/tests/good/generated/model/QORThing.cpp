@@ -8,7 +8,7 @@
 
 QORThing::QORThing() {}
 
-QORThing::QORThing(QORThing const& other) : QORObject(other), label_(other.label_), position_(other.position_) {}
+QORThing::QORThing(QORThing const& other) : QORObject(other), position_(other.position_), label_(other.label_) {}
 
 QORThing::~QORThing() {
     QORRecipe::destroy(*this, QORMetamodel::description(QORElementType::THING));

@@ -53,9 +53,9 @@ public:
     bool removeShelf(QORShelf* far);
 
 protected:
-    QORHeldEnd shelf_;
-    QORString label_;
     short position_ = 0;
+    QORString label_;
+    QORHeldEnd shelf_;
 
 private:
     friend struct QORMetamodel;
