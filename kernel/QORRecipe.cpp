@@ -517,7 +517,8 @@ QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription c
             if (QORObject* const child = drain(object, end)) {
                 clearFarEnd(*child, QORMetamodel::ends[end.far], object);
                 if (end.shape == QOREndShape::TREE)
-                    foresee(tree(object, end).firstItem(), level);
+                    if (QORClassDescription const* const likely = exactDescription(*child))
+                        foresee(tree(object, end).firstItem(), *likely);
                 return child;
             }
             endDraining(object, end);

@@ -48,19 +48,9 @@ std::string asComment(std::string const& text) {
     return result + "\n";
 }
 
-char const* actionText(Action action) {
-    switch (action) {
-    case Action::RESTRICT:
-        return "RESTRICT";
-    case Action::CASCADE:
-        return "CASCADE";
-    case Action::SET_NULL:
-        return "SET NULL";
-    case Action::SET_DEFAULT:
-        return "SET DEFAULT";
-    default:
-        return "";
-    }
+/// Nothing for what holds where nothing is said.
+std::string actionClause(char const* event, Action action) {
+    return action == Action::NO_ACTION ? "" : std::string(event) + textOf(action);
 }
 
 std::string inParentheses(int length, int scale) {
@@ -466,14 +456,12 @@ std::string Writer::keyText(Key const& key) {
         std::string const space = valueOf(key.extras, "tablespace");
         text += space.empty() ? "" : " USING INDEX TABLESPACE " + quoteName(space);
     } else {
-        std::string const update = actionText(key.onUpdate);
-        std::string const remove = actionText(key.onDelete);
         text += key.referredTable < 0 || key.referredColumns.empty()
                     ? clause(key.extras, "references", " REFERENCES ")
                     : " REFERENCES " + tableName(key.referredTable) + " " +
                           columnNames(key.referredTable, key.referredColumns);
-        text += clause(key.extras, "match", " MATCH ") + (update.empty() ? "" : " ON UPDATE " + update) +
-                (remove.empty() ? "" : " ON DELETE " + remove) +
+        text += clause(key.extras, "match", " MATCH ") + actionClause(" ON UPDATE ", key.onUpdate) +
+                actionClause(" ON DELETE ", key.onDelete) +
                 clause(key.extras, "on delete columns", " (", ")");
     }
     return text + clause(key.extras, "deferrable", " DEFERRABLE ") +

@@ -39,22 +39,6 @@ std::string valueOf(Extras const& extras, char const* name) {
     return value ? *value : "";
 }
 
-char const* textOf(Action action) {
-    switch (action) {
-    case Action::RESTRICT:
-        return "RESTRICT";
-    case Action::CASCADE:
-        return "CASCADE";
-    case Action::SET_NULL:
-        return "SET NULL";
-    case Action::SET_DEFAULT:
-        return "SET DEFAULT";
-    case Action::NO_ACTION:
-        break;
-    }
-    return "NO ACTION";
-}
-
 /// Whether the tokens are a value that can stand behind DEFAULT without parentheses.
 bool isPlainValue(std::vector<Token> const& tokens) {
     if (tokens.size() == 1) {
