@@ -33,15 +33,15 @@ public:
     bool finalEquals(QORConcreteType const& other) const;
 
     /// Free text, by convention one of the names that `getDataTypeName` knows.
-    QORString const& getDataType() const { return dataType_; }
+    QORString const& getDataType() const override { return dataType_; }
     void setDataType(QORString const& value) { dataType_ = value; }
 
     /// In characters or digits; 0 if none is given.
-    int getLength() const { return length_; }
+    int getLength() const override { return length_; }
     void setLength(int value) { length_ = value; }
 
     /// Number of decimal digits.
-    int getScale() const { return scale_; }
+    int getScale() const override { return scale_; }
     void setScale(int value) { scale_ = value; }
 
     /// Types derived from this one.

@@ -37,31 +37,31 @@ public:
     bool finalEquals(QORDerivedType const& other) const;
 
     /// Value to start from, as text.
-    QORString const& getInitialValue() const { return initialValue_; }
+    QORString const& getInitialValue() const override { return initialValue_; }
     void setInitialValue(QORString const& value) { initialValue_ = value; }
 
     /// Smallest value allowed, as text.
-    QORString const& getLowerBound() const { return lowerBound_; }
+    QORString const& getLowerBound() const override { return lowerBound_; }
     void setLowerBound(QORString const& value) { lowerBound_ = value; }
 
     /// Largest value allowed, as text.
-    QORString const& getUpperBound() const { return upperBound_; }
+    QORString const& getUpperBound() const override { return upperBound_; }
     void setUpperBound(QORString const& value) { upperBound_ = value; }
 
     /// Whether users have defined the type.
-    bool getUserDefined() const { return userDefined_; }
+    bool getUserDefined() const override { return userDefined_; }
     void setUserDefined(bool value) { userDefined_ = value; }
 
     /// Data type in the spelling of the tool of origin.
-    QORString const& getNativeDataType() const { return nativeDataType_; }
+    QORString const& getNativeDataType() const override { return nativeDataType_; }
     void setNativeDataType(QORString const& value) { nativeDataType_ = value; }
 
     /// Whether the type is a data type of the users.
-    bool getUserDataType() const { return userDataType_; }
+    bool getUserDataType() const override { return userDataType_; }
     void setUserDataType(bool value) { userDataType_ = value; }
 
     /// Logical data type in the spelling of the tool of origin.
-    QORString const& getNativeLogicalDataType() const { return nativeLogicalDataType_; }
+    QORString const& getNativeLogicalDataType() const override { return nativeLogicalDataType_; }
     void setNativeLogicalDataType(QORString const& value) { nativeLogicalDataType_ = value; }
 
     /// The type that this one is made from.
@@ -74,14 +74,14 @@ public:
     bool removeDerivedFromConcreteType(QORConcreteType* far);
 
     /// Allowed values, owned. Copies of the type get copies of them.
-    QORTypeValue* getTypeValue(int index) const;
-    int getTypeValueCount() const { return typeValue_.size; }
+    QORTypeValue* getTypeValue(int index) const override;
+    int getTypeValueCount() const override { return typeValue_.size; }
     /// The element of that name or, with a cursor, the next one from there on; null if there is none.
-    QORTypeValue* getTypeValue(QORString const& wanted, int* cursor) const;
+    QORTypeValue* getTypeValue(QORString const& wanted, int* cursor) const override;
     /// Whether an element compares equal.
-    bool containsTypeValue(QORTypeValue const* far) const;
+    bool containsTypeValue(QORTypeValue const* far) const override;
     /// Empties `view` and adds each element of the end to it.
-    void getTypeValueByPosition(QORTypeValueByPosition& view) const;
+    void getTypeValueByPosition(QORTypeValueByPosition& view) const override;
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTypeValue(QORTypeValue* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
