@@ -143,24 +143,29 @@ bool isAligned(char const* area) {
     return (reinterpret_cast<std::uintptr_t>(area) & (chunkSize - 1)) == 0;
 }
 
-/// Where the next chunk goes if there is room: above all others, so that later objects have higher addresses
-/// and ends that are sorted by address grow at their end. 0, which leaves the choice to the system, where
-/// addresses are short of room.
+/// Where the next chunk goes if there is room: above the one before, so that later objects have higher
+/// addresses and ends that are sorted by address grow at their end. 0, which leaves the choice to the system,
+/// where addresses are short.
 std::uintptr_t nextPlace() {
-    if constexpr (sizeof(void*) < 8)
-        return 0;
-    constexpr std::uint64_t room = std::uint64_t{1} << 38; // bytes that are kept free above the first chunk
-    static std::atomic<std::uintptr_t> next{0};
-    std::uintptr_t unknown = 0;
-    if (next.load(std::memory_order_relaxed) == 0) {
-        char* const probe = map(0, chunkSize);
-        auto const top = reinterpret_cast<std::uintptr_t>(probe);
-        if (!probe || top < 2 * room)
+    constexpr std::uint64_t room = std::uint64_t{1} << 38; // bytes, after which it begins anew
+    static std::atomic<std::uintptr_t> bottom{0};
+    static std::atomic<std::uintptr_t> chunks{0};
+    std::uintptr_t start = bottom.load(std::memory_order_relaxed);
+    if (start == 0) {
+        char* const probe = sizeof(void*) < 8 ? nullptr : map(0, chunkSize);
+        if (!probe)
             return 0;
         munmap(probe, chunkSize);
-        next.compare_exchange_strong(unknown, static_cast<std::uintptr_t>((top - room) & ~(chunkSize - 1)));
+        auto const top = reinterpret_cast<std::uintptr_t>(probe);
+        if (top < 2 * room)
+            return 0;
+        start = static_cast<std::uintptr_t>((top - room) & ~std::uint64_t{chunkSize - 1});
+        std::uintptr_t unknown = 0;
+        if (!bottom.compare_exchange_strong(unknown, start))
+            start = unknown; // another thread was quicker
     }
-    return next.fetch_add(chunkSize, std::memory_order_relaxed);
+    std::uint64_t const chunk = chunks.fetch_add(1, std::memory_order_relaxed);
+    return static_cast<std::uintptr_t>(start + chunk * chunkSize % room);
 }
 
 /// A chunk of fresh memory at an address that is a multiple of its size; null if there is none.
@@ -403,10 +408,6 @@ thread_local Lease lease;
     lease.held = true;
     return *poolOfThread;
 }
-
-} // namespace
-
-namespace {
 
 /// Blocks of the sorts from `firstSort` on.
 void* allocateFrom(int firstSort, std::size_t size) {

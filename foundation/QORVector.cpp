@@ -421,12 +421,12 @@ void QORVector::Iterator::detach() {
 void QORVector::Iterator::enlist() {
     if (linkToThis)
         return;
-    Block* const block = vector()->block;
-    nextOfVector = block->iterators;
+    Iterator*& first = vector()->block->iterators;
+    nextOfVector = first;
     if (nextOfVector)
         nextOfVector->linkToThis = &nextOfVector;
-    block->iterators = this;
-    linkToThis = &block->iterators;
+    first = this;
+    linkToThis = &first;
 }
 
 void QORVector::Iterator::copyFrom(Iterator const& other) {
