@@ -165,7 +165,7 @@ QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique) {
     return addNode(item, unique, false, nullptr);
 }
 
-QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool owned, bool byAddress) {
+QORRBTreeNode* QORLinkTree::addLinked(QORContainerItem const* item, bool owned, bool byAddress) {
     QORRBTreeNode* last = byAddress && position == -1 ? current : nullptr;
     QORRBTreeNode* const node = addNode(item, true, owned, byAddress ? &last : nullptr);
     if (position == -1)

@@ -151,7 +151,7 @@ bool QORRecipe::hold(QORObject& object, QORLinkEnd const& end, QORObject& far, Q
     if (field(far, farEnd))
         return false;
     QORRBTreeNode* const made =
-        tree(object, end).addNode(&far, end.type == QORMetaLinkType::CHILD, !end.keyed);
+        tree(object, end).addLinked(&far, end.type == QORMetaLinkType::CHILD, !end.keyed);
     if (!made)
         return false;
     object.linked |= std::uint64_t{1} << end.bit;

@@ -33,7 +33,7 @@ public:
     /// `addNode` without a duplicate, which knows more. The nodes of an end that owns its elements lie
     /// together, since walks and searches go along them. In an end `byAddress`, whose elements stay in order,
     /// adding behind the last element takes the same time however many there are.
-    QORRBTreeNode* addNode(QORContainerItem const* item, bool owned, bool byAddress);
+    QORRBTreeNode* addLinked(QORContainerItem const* item, bool owned, bool byAddress);
     /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
     bool removeItem(QORContainerItem const* item);
     /// Gives the element of a node another key: takes it out, calls `change`, puts it back there. When the

@@ -935,7 +935,7 @@ TEST(QORLinkTree, AddsBehindItsLastElementAsAnywhereElse) {
                           plain.adoptItem(otherOfPlain, item) == nullptr);
                 break;
             default: {
-                QORRBTreeNode const* const made = knowing.addNode(item, pick(2) == 0, true);
+                QORRBTreeNode const* const made = knowing.addLinked(item, pick(2) == 0, true);
                 QORRBTreeNode const* const expected = plain.addNode(item, true);
                 ASSERT_EQ(made == nullptr, expected == nullptr);
                 ASSERT_TRUE(!made || made->item == item);
@@ -950,8 +950,8 @@ TEST(QORLinkTree, AddsBehindItsLastElementAsAnywhereElse) {
         knowing.endDraining();
         plain.endDraining();
         knowing.empty();
-        ASSERT_NE(knowing.addNode(&items[3], false, true), nullptr);
-        ASSERT_NE(knowing.addNode(&items[4], false, true), nullptr);
+        ASSERT_NE(knowing.addLinked(&items[3], false, true), nullptr);
+        ASSERT_NE(knowing.addLinked(&items[4], false, true), nullptr);
         ASSERT_EQ(knowing[1], &items[4]);
     }
     EXPECT_GT(refused, 100);
