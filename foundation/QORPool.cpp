@@ -147,25 +147,15 @@ bool isAligned(char const* area) {
 /// addresses and ends that are sorted by address grow at their end. 0, which leaves the choice to the system,
 /// where addresses are short.
 std::uintptr_t nextPlace() {
-    constexpr std::uint64_t room = std::uint64_t{1} << 38; // bytes, after which it begins anew
-    static std::atomic<std::uintptr_t> bottom{0};
     static std::atomic<std::uintptr_t> chunks{0};
-    std::uintptr_t start = bottom.load(std::memory_order_relaxed);
-    if (start == 0) {
-        char* const probe = sizeof(void*) < 8 ? nullptr : map(0, chunkSize);
-        if (!probe)
-            return 0;
-        munmap(probe, chunkSize);
-        auto const top = reinterpret_cast<std::uintptr_t>(probe);
-        if (top < 2 * room)
-            return 0;
-        start = static_cast<std::uintptr_t>((top - room) & ~std::uint64_t{chunkSize - 1});
-        std::uintptr_t unknown = 0;
-        if (!bottom.compare_exchange_strong(unknown, start))
-            start = unknown; // another thread was quicker
-    }
+    if constexpr (sizeof(void*) < 8)
+        return 0;
+    // From far below the library on, as the system puts what it maps below that. What isn't free it passes
+    // over.
+    constexpr std::uint64_t room = std::uint64_t{1} << 38; // bytes, after which it begins anew
+    std::uint64_t const bottom = (reinterpret_cast<std::uintptr_t>(&chunks) - room) & ~(chunkSize - 1);
     std::uint64_t const chunk = chunks.fetch_add(1, std::memory_order_relaxed);
-    return static_cast<std::uintptr_t>(start + chunk * chunkSize % room);
+    return static_cast<std::uintptr_t>(bottom + chunk * chunkSize % room);
 }
 
 /// A chunk of fresh memory at an address that is a multiple of its size; null if there is none.
@@ -180,8 +170,7 @@ char* mapChunk(bool huge) {
         std::size_t const before = chunkSize - over;
         chunk = area + before;
         munmap(area, before);
-        if (over)
-            munmap(chunk + chunkSize, over);
+        munmap(chunk + chunkSize, over); // refused, without harm, where nothing is over
     }
     if (chunk && huge)
         madvise(chunk, chunkSize, MADV_HUGEPAGE);

@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <new>
 #include <random>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <thread>
 #include <vector>
@@ -139,6 +141,37 @@ TEST(QORPool, LaterBlocksOfASizeHaveHigherAddresses) {
     }).join();
 }
 
+TEST(QORPool, GoesElsewhereWhereTheNextPlaceIsTaken) {
+    constexpr std::size_t size = 4000; // one that nobody else has taken yet
+    constexpr std::size_t chunk = std::size_t{2} << 20;
+    std::vector<Block> blocks;
+    auto const chunkOf = [](Block const& block) {
+        return reinterpret_cast<std::uintptr_t>(block.bytes) / chunk;
+    };
+    auto const take = [&] { blocks.emplace_back(size, static_cast<unsigned char>(blocks.size())); };
+    take();
+    do
+        take();
+    while (chunkOf(blocks.back()) == chunkOf(blocks[blocks.size() - 2]));
+    std::uintptr_t const behind = (chunkOf(blocks.back()) + 1) * chunk;
+    std::vector<void*> walls;
+    for (std::size_t i = 0; i < 64; ++i) {
+        void* const wall = mmap(reinterpret_cast<void*>(behind + i * chunk), chunk, PROT_NONE,
+                                MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED_NOREPLACE, -1, 0);
+        if (wall != MAP_FAILED)
+            walls.push_back(wall);
+    }
+    ASSERT_FALSE(walls.empty());
+    for (int i = 0; i < 5000; ++i) // ten chunks
+        take();
+    for (Block& block : blocks) {
+        EXPECT_TRUE(block.intact());
+        block.release();
+    }
+    for (void* const wall : walls)
+        munmap(wall, chunk);
+}
+
 #endif
 
 TEST(QORPool, ReservedMemoryIsAtHandWithoutPageFaults) {
@@ -162,6 +195,19 @@ TEST(QORPool, ReservedMemoryIsAtHandWithoutPageFaults) {
         EXPECT_TRUE(block.intact());
         block.release();
     }
+}
+
+TEST(QORPool, ReservesNothingWhileItIsBypassed) {
+    auto const mapped = [] {
+        std::size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        return pages;
+    };
+    std::size_t const before = mapped();
+    QORPool::bypass(true);
+    QORPool::reserve(std::size_t{64} << 20);
+    QORPool::bypass(false);
+    EXPECT_LT(mapped(), before + 1000);
 }
 
 TEST(QORPool, HugePagesServeLikeOthers) {

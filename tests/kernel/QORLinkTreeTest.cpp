@@ -277,6 +277,14 @@ TEST_F(QORLinkTreeCursor, StaysWhereItIsForAPositionOutOfRange) {
     EXPECT_EQ(tree.size, 10);
 }
 
+TEST_F(QORLinkTreeCursor, FindsItsWayFromTheBeginningWhereItHasLostItsNode) {
+    fill(200);
+    tree.position = 150;
+    tree.current = nullptr;
+    EXPECT_EQ(tree[100], &items[100]);
+    expectCursorOn(100, &items[100]);
+}
+
 TEST_F(QORLinkTreeCursor, GivesNothingOnAnEmptyTree) {
     EXPECT_EQ(tree[0], nullptr);
     EXPECT_EQ(tree.removeElement(0), nullptr);
@@ -893,6 +901,31 @@ TYPED_TEST(LinkTreePlaces, SurviveNewKeysAndATakeover) {
     }
     this->expectSameItems();
     ASSERT_EQ(this->itemsOf(other), this->itemsOf(otherWalking));
+}
+
+TEST(QORLinkTree, KnowsNoLastElementAfterASearchHasLedThePositionBeforeTheFirst) {
+    TypedObject const objects[] = {TypedObject("a"), TypedObject("b"), TypedObject("c"), TypedObject("d"),
+                                   TypedObject("e")};
+    for (bool const removes : {false, true}) {
+        QORPtrLinkTree tree;
+        for (TypedObject const& object : objects)
+            ASSERT_NE(tree.addLinked(&object, false, true), nullptr);
+        QORString const b("b");
+        QORString const c("c");
+        QORString const d("d");
+        // Each match moves the position by one, however far it lies.
+        ASSERT_EQ(tree.findNextElement(&d, 0), 1);
+        ASSERT_EQ(tree.findPreviousElement(&c, 1), 0);
+        if (removes)
+            ASSERT_TRUE(tree.removeItem(&objects[0]));
+        else
+            ASSERT_EQ(tree.findPreviousElement(&b, 0), -1);
+        TypedObject const* const more = objects + 5; // only its address is asked for
+        ASSERT_NE(tree.addLinked(more, false, true), nullptr);
+        int const size = tree.size;
+        ASSERT_EQ(tree[size - 1], more);
+        ASSERT_EQ(tree[size - 2], &objects[4]);
+    }
 }
 
 TEST(QORLinkTree, AddsBehindItsLastElementAsAnywhereElse) {
