@@ -40,7 +40,7 @@ public:
     /// be of the declaring class or below.
     QORString getValue(QORObject* object) const;
     /// The same without a copy where the object holds the value as text; other values, and an empty one, are
-    /// written to `room`, whose memory is used again. What it gives is good until the object or `room` changes.
+    /// written to `room`, whose memory is used again. The result is good until the object or `room` changes.
     QORString const& getValue(QORObject* object, QORString& room) const;
 
     /// Sets the value from text; does nothing if the attribute has no setter. Only "true" is true. Of a
