@@ -19,6 +19,12 @@ Function ofLibrary(char const* symbol) {
     return reinterpret_cast<Function>(found);
 }
 
+void* watched(void* block) {
+    if (watching)
+        watching->add(block);
+    return block;
+}
+
 } // namespace
 
 LiveObjects::LiveObjects() {
@@ -34,19 +40,13 @@ LiveObjects::~LiveObjects() {
 void* QORPool::allocate(std::size_t size) {
     static auto const allocate =
         ofLibrary<void* (*)(std::size_t)>(sizesAreLong ? "_ZN7QORPool8allocateEm" : "_ZN7QORPool8allocateEj");
-    void* const block = allocate(size);
-    if (watching)
-        watching->add(block);
-    return block;
+    return watched(allocate(size));
 }
 
 void* QORPool::allocateApart(std::size_t size) {
     static auto const allocate = ofLibrary<void* (*)(std::size_t)>(
         sizesAreLong ? "_ZN7QORPool13allocateApartEm" : "_ZN7QORPool13allocateApartEj");
-    void* const block = allocate(size);
-    if (watching)
-        watching->add(block);
-    return block;
+    return watched(allocate(size));
 }
 
 void QORPool::release(void* block, std::size_t size) noexcept {
