@@ -36,6 +36,7 @@ private:
     void readColumns();
     void readTableExtras();
     void readSequences();
+    void readIdentity(Query const& row);
 
     void readConstraints();
     void readKey(Query const& row, int table);
@@ -86,6 +87,11 @@ std::string optionsText(std::string const& options);
 
 /// The comment on an object, or on its part of that number.
 std::string commentOn(std::string const& catalogue, std::string const& oid, std::string const& part = "0");
+
+/// The statements that say again which extensions an object goes with; `alteration` begins them. NULL if
+/// there are none.
+std::string neededExtensions(std::string const& catalogue, std::string const& oid,
+                             std::string const& alteration);
 
 /// Adds an extra unless the value is empty.
 void addExtra(database::Extras& extras, char const* name, std::string value);

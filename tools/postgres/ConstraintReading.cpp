@@ -36,6 +36,11 @@ std::string withoutParentheses(std::string const& expression) {
 /// The columns of a key's or an index's index that are only stored in it.
 constexpr char const* storedColumns = "(i.indkey::int2[])[i.indnkeyatts:i.indnatts - 1]";
 
+/// The index of a partitioned table that an index of a partition is a part of.
+std::string partitionedIndex(std::string const& oid) {
+    return "(SELECT h.inhparent::regclass FROM pg_inherits AS h WHERE h.inhrelid = " + oid + ")";
+}
+
 } // namespace
 
 /// The columns of the query, by which the functions below go. A foreign key that refers to a partitioned
@@ -58,7 +63,13 @@ void CatalogReader::readConstraints() {
             columnNames("i.indrelid", storedColumns) + ", " + optionsText("ic.reloptions") +
             ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = ic.reltablespace), i.indisclustered"
             ", i.indisreplident, " +
-            (since(150000) ? "i.indnullsnotdistinct" : "false") +
+            (since(150000) ? "i.indnullsnotdistinct" : "false") + ", " + commentOn("pg_class", "ic.oid") +
+            ", " + partitionedIndex("ic.oid") + ", " +
+            neededExtensions("pg_class", "ic.oid", "'ALTER INDEX ' || ic.oid::regclass") +
+            ", (SELECT string_agg(DISTINCT CASE g.tgenabled WHEN 'D' THEN 'NO' WHEN 'R' THEN 'REPLICA' ELSE "
+            "'ALWAYS'"
+            "   END, ', ') FROM pg_trigger AS g WHERE g.tgconstraint = n.oid AND g.tgisinternal"
+            "   AND g.tgenabled <> 'O')"
             " FROM pg_constraint AS n LEFT JOIN pg_class AS r ON r.oid = n.conrelid"
             " LEFT JOIN pg_constraint AS p ON p.oid = n.conparentid AND n.conparentid <> 0"
             " LEFT JOIN pg_index AS i ON i.indexrelid = n.conindid AND n.contype IN ('p', 'u')"
@@ -109,7 +120,11 @@ void CatalogReader::readKey(Query const& row, int table) {
         addFlag(key.extras, "clustered", row.flag(22));
         addFlag(key.extras, "replica identity", row.flag(23));
         addFlag(key.extras, "nulls not distinct", row.flag(24));
+        addExtra(key.extras, "comment on index", row.text(25));
+        addExtra(key.extras, "part of", row.text(26));
+        addExtra(key.extras, "depends on extension", row.text(27));
     }
+    addExtra(key.extras, "enabled", row.text(28));
     structure.keys.push_back(std::move(key));
 }
 
@@ -136,9 +151,10 @@ void CatalogReader::readIndexes() {
         "pg_get_expr(i.indpred, i.indrelid), " +
             optionsText("c.reloptions") +
             ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = c.reltablespace), " +
-            commentOn("pg_class", "c.oid") + ", c.relispartition, i.indisreplident, " +
+            commentOn("pg_class", "c.oid") + ", i.indisreplident, " +
             columnNames("i.indrelid", storedColumns) + ", " +
-            (since(150000) ? "i.indnullsnotdistinct" : "false") +
+            (since(150000) ? "i.indnullsnotdistinct" : "false") + ", " + partitionedIndex("c.oid") + ", " +
+            neededExtensions("pg_class", "c.oid", "'ALTER INDEX ' || c.oid::regclass") +
             " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
             "c.relam"
             " LEFT JOIN pg_constraint AS n ON n.conindid = i.indexrelid AND n.contype IN ('p', 'u', 'x')"
@@ -156,14 +172,15 @@ void CatalogReader::readIndexes() {
         index.comment = row.text(10);
         std::string const method = row.text(6);
         addExtra(index.extras, "method", method == "btree" ? "" : method);
-        addExtra(index.extras, "include", row.text(13));
-        addFlag(index.extras, "nulls not distinct", row.flag(14));
+        addExtra(index.extras, "include", row.text(12));
+        addFlag(index.extras, "nulls not distinct", row.flag(13));
         addExtra(index.extras, "with", row.text(8));
         addExtra(index.extras, "tablespace", row.text(9));
         addExtra(index.extras, "where", row.text(7));
         addFlag(index.extras, "not valid", row.flag(5));
-        addFlag(index.extras, "inherited", row.flag(11));
-        addFlag(index.extras, "replica identity", row.flag(12));
+        addFlag(index.extras, "replica identity", row.flag(11));
+        addExtra(index.extras, "part of", row.text(14));
+        addExtra(index.extras, "depends on extension", row.text(15));
         indexes.emplace(row.number(0), static_cast<int>(structure.indexes.size()));
         structure.indexes.push_back(std::move(index));
     }
@@ -190,6 +207,7 @@ void CatalogReader::readIndexMembers() {
             ", CASE WHEN l.oid <> coalesce(a.attcollation, 100)"
             "   AND position(' COLLATE ' IN x.text) > 0"
             "   THEN quote_ident(q.nspname) || '.' || quote_ident(l.collname) END"
+            ", CASE WHEN z.attstattarget >= 0 THEN z.attstattarget END"
             " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
             "c.relam"
             " CROSS JOIN LATERAL unnest(i.indkey::int2[]) WITH ORDINALITY AS k(number, n)"
@@ -219,6 +237,7 @@ void CatalogReader::readIndexMembers() {
         addExtra(member.extras, "opclass", row.text(5));
         addExtra(member.extras, "opclass options", row.text(6));
         addExtra(member.extras, "nulls", row.text(4));
+        addExtra(member.extras, "statistics", row.text(8));
         owner.members.push_back(std::move(member));
     }
 }
@@ -231,10 +250,14 @@ void CatalogReader::readTriggers() {
     constexpr unsigned onUpdate = 16;
     constexpr unsigned onTruncate = 32;
     constexpr unsigned insteadOf = 64;
-    Query row(connection, "SELECT t.tgrelid, t.tgname, t.tgtype, pg_get_triggerdef(t.oid), t.tgenabled, " +
-                              commentOn("pg_trigger", "t.oid") +
-                              " FROM pg_trigger AS t WHERE NOT t.tgisinternal" +
-                              (since(130000) ? " AND t.tgparentid = 0" : "") + " ORDER BY t.oid");
+    Query row(connection,
+              "SELECT t.tgrelid, t.tgname, t.tgtype, pg_get_triggerdef(t.oid), t.tgenabled, " +
+                  commentOn("pg_trigger", "t.oid") + ", " +
+                  commentOn("pg_constraint", "nullif(t.tgconstraint, 0)") + ", " +
+                  neededExtensions("pg_trigger", "t.oid",
+                                   "format('ALTER TRIGGER %I ON %s', t.tgname, t.tgrelid::regclass)") +
+                  " FROM pg_trigger AS t WHERE NOT t.tgisinternal" +
+                  (since(130000) ? " AND t.tgparentid = 0" : "") + " ORDER BY t.oid");
     while (row.next()) {
         auto const bits = static_cast<unsigned>(row.number(2));
         Trigger trigger;
@@ -259,6 +282,8 @@ void CatalogReader::readTriggers() {
                  : enabled == 'R' ? "REPLICA"
                  : enabled == 'A' ? "ALWAYS"
                                   : "");
+        addExtra(trigger.extras, "comment on constraint", row.text(6));
+        addExtra(trigger.extras, "depends on extension", row.text(7));
         structure.triggers.push_back(std::move(trigger));
     }
 }

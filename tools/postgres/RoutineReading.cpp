@@ -34,6 +34,9 @@ std::string aggregateStatement() {
            " 'MSSPACE = ' || nullif(g.aggmtransspace, 0), 'MFINALFUNC = ' || nullif(g.aggmfinalfn::text, "
            "'-'),"
            " CASE WHEN g.aggmfinalextra THEN 'MFINALFUNC_EXTRA' END,"
+           " 'MFINALFUNC_MODIFY = ' || CASE WHEN g.aggmfinalfn <> 0 THEN CASE g.aggmfinalmodify WHEN 's' "
+           "THEN "
+           "'SHAREABLE' WHEN 'w' THEN 'READ_WRITE' ELSE 'READ_ONLY' END END,"
            " 'MINITCOND = ' || quote_literal(g.aggminitval),"
            " 'SORTOP = ' || CASE WHEN g.aggsortop <> 0 THEN (SELECT format('OPERATOR(%I.%s)', s.nspname, "
            "o.oprname)"
@@ -52,7 +55,8 @@ void CatalogReader::readRoutines() {
                   ", CASE WHEN p.prokind = 'a' THEN " + aggregateStatement() +
                   " ELSE pg_get_functiondef(p.oid) END, l.lanname, p.provolatile, p.proisstrict, p.prosecdef,"
                   " p.proretset, " +
-                  typeColumns("t.oid", "-1", "t") +
+                  typeColumns("t.oid", "-1", "t") + ", " +
+                  neededExtensions("pg_proc", "p.oid", "'ALTER ROUTINE ' || p.oid::regprocedure") +
                   " FROM pg_proc AS p JOIN pg_language AS l ON l.oid = p.prolang"
                   " LEFT JOIN pg_type AS t ON t.oid = p.prorettype AND p.prokind <> 'p'"
                   " WHERE" +
@@ -80,6 +84,7 @@ void CatalogReader::readRoutines() {
         addFlag(routine.extras, "security definer", row.flag(9));
         addFlag(routine.extras, "set of", row.flag(10));
         routine.returnType = typeOf(row, 11);
+        addExtra(routine.extras, "depends on extension", row.text(17));
         routines.emplace(row.number(0), static_cast<int>(structure.routines.size()));
         structure.routines.push_back(std::move(routine));
     }

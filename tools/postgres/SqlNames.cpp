@@ -221,6 +221,20 @@ std::string takePart(std::string_view& sql) {
     return part;
 }
 
+bool isOperator(char character) {
+    return std::string_view("+-*/<>=~!@#%^&|`?").find(character) != std::string_view::npos;
+}
+
+/// Takes the name of an operator from the front of `sql`, of which the first character begins one.
+std::string takeOperator(std::string_view& sql) {
+    std::string part;
+    while (!sql.empty() && isOperator(sql.front())) {
+        part += sql.front();
+        sql.remove_prefix(1);
+    }
+    return part;
+}
+
 bool beginsName(std::string_view sql) {
     return !sql.empty() && (isLetter(sql.front()) || sql.front() == '"');
 }
@@ -250,6 +264,10 @@ void forEachName(std::string_view sql, std::function<void(std::vector<std::strin
         while (!sql.empty() && sql.front() == '.' && beginsName(sql.substr(1))) {
             sql.remove_prefix(1);
             parts.push_back(takePart(sql));
+        }
+        if (sql.size() > 1 && sql.front() == '.' && isOperator(sql[1])) {
+            sql.remove_prefix(1);
+            parts.push_back(takeOperator(sql));
         }
         take(parts);
     }

@@ -14,7 +14,8 @@ std::string quoteName(std::string_view name);
 std::string quoteText(std::string_view text);
 
 /// Calls `take` with each name in a piece of SQL, part by part and without quotation marks: {"harbour",
-/// "ship"} for `harbour."ship"`. What stands in literals and comments counts as well.
+/// "ship"} for `harbour."ship"`, {"harbour", "<="} for `harbour.<=`. What stands in literals and comments
+/// counts as well.
 void forEachName(std::string_view sql, std::function<void(std::vector<std::string> const&)> const& take);
 
 } // namespace postgres

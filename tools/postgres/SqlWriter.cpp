@@ -1,5 +1,6 @@
 #include "postgres/SqlWriter.h"
 
+#include "postgres/CatalogKinds.h"
 #include "postgres/SqlNames.h"
 #include "postgres/StatementOrder.h"
 
@@ -7,7 +8,8 @@
 #include <map>
 #include <ostream>
 #include <string>
-#include <unordered_map>
+#include <tuple>
+#include <utility>
 
 namespace postgres {
 namespace {
@@ -46,6 +48,11 @@ std::string asComment(std::string const& text) {
         result += character == '\n' ? "-- " : "";
     }
     return result + "\n";
+}
+
+std::string identityText(Column const& column) {
+    return clause(column.extras, "identity", " GENERATED ", " AS IDENTITY") +
+           clause(column.extras, "identity sequence", " (", ")");
 }
 
 /// Nothing for what holds where nothing is said.
@@ -100,6 +107,32 @@ std::string translatedType(Type const& type) {
     return "text";
 }
 
+/// The server has nothing to tell of options that weren't read, nor has a graph.
+std::string secretsOf(std::string const& thing) {
+    return asComment("Not written: options of " + thing + " that may be secret, if there are any");
+}
+
+/// A type of functions in C or of the server.
+std::string baseTypeStatement(Type const& type, std::string const& name) {
+    std::string const parts = valueOf(type.extras, "base");
+    if (has(type, "shell")) {
+        return "CREATE TYPE " + name;
+    }
+    return beginsWith(parts, "INPUT = ") ? "CREATE TYPE " + name + " (" + parts + ")"
+                                         : asComment("Not written: base type " + type.declaration);
+}
+
+/// The schema and the name of what a statement makes.
+std::pair<std::string, std::string> firstQualifiedName(std::string const& statement) {
+    std::pair<std::string, std::string> result;
+    forEachName(statement, [&](std::vector<std::string> const& parts) {
+        if (parts.size() > 1 && result.second.empty()) {
+            result = {parts[0], parts[1]};
+        }
+    });
+    return result;
+}
+
 class Writer {
 public:
     Writer(Structure const& toWrite, std::ostream& stream)
@@ -109,47 +142,57 @@ public:
         groupByOwner();
         writeSettings();
         writeSchemas();
-        writeCatalogExtras(true);
+        writeCatalogExtras(Moment::FIRST);
+        writeCatalogExtras(Moment::NEVER);
         writeObjects();
         writeIndexes();
-        writePartitions();
         writeForeignKeys();
         writeAlterations();
         writeTableExtras();
         writeTriggers();
-        writeCatalogExtras(false);
+        writeCatalogExtras(Moment::BEHIND_TRIGGERS);
         writeComments();
+        writeExtensionNeeds();
+        writeCatalogExtras(Moment::LAST);
     }
 
 private:
     void groupByOwner();
     void writeSettings();
     void writeSchemas();
-    void writeCatalogExtras(bool first);
+    void writeCatalogExtras(Moment moment);
     void writeObjects();
+    void addTypes(std::vector<Creation>& creations);
+    void addSequences(std::vector<Creation>& creations);
+    void addCatalogExtras(std::vector<Creation>& creations, Moment moment);
+    void addTables(std::vector<Creation>& creations);
+    void addPartitions(std::vector<Creation>& creations);
+    void addRoutines(std::vector<Creation>& creations);
     void writeIndexes();
-    void writePartitions();
+    void writeParts();
     void writeForeignKeys();
+    void writeForeignKey(Key const& key);
+    bool isNamedByParent(Key const& key) const;
+    int depthOf(int table) const;
+    bool isLaterCheckOfParent(Table const& table, std::string const& name) const;
     void writeAlterations();
     void writeColumnAlterations(Table const& table);
-    /// True if all columns of all parents are as told.
-    template <class Condition>
-    bool isSameInParents(Table const& table, Condition condition) const {
-        return std::all_of(table.parents.begin(), table.parents.end(), [&](int parent) {
-            auto const& columns = at(structure.tables, parent).columns;
-            return std::all_of(columns.begin(), columns.end(), condition);
-        });
-    }
+    Column inheritedColumn(Table const& table, std::string const& name, std::size_t depth = 0) const;
     void writeTableExtras();
     void writeTriggers();
     void writeComments();
     void writeTableComments();
+    void writeExtensionNeeds();
 
-    std::string typeStatement(Type const& type, int index);
-    std::string tableStatement(Table const& table, int index);
-    std::string tableParts(Table const& table, int index);
+    std::string typeStatement(Type const& type, int index, bool isBare = false);
+    std::string restOfDomain(int index);
+    std::string tableStatement(Table const& table, int index, bool isBare = false);
+    std::string tableParts(Table const& table, int index, bool isBare);
+    std::string restOfTable(int index);
+    std::string restOfDefault(int table, Column const& column);
     std::string viewStatement(Table const& table);
-    std::string columnText(Table const& table, Column const& column);
+    std::string emptyView(Table const& table);
+    std::string columnText(Table const& table, Column const& column, bool isBare);
     std::string defaultText(Column const& column);
     bool isCounted(Table const& table, Column const& column) const;
     std::string keyText(Key const& key);
@@ -166,12 +209,12 @@ private:
     }
     std::string typeName(int type) const;
     std::string columnNames(int table, std::vector<int> const& columns) const;
-    /// Operators and casts need functions, and tables and views may need them.
-    bool isAmongObjects(Extra const& extra) const {
-        return !foreign && (beginsWith(extra.name, "operator ") || beginsWith(extra.name, "cast ")) &&
-               beginsWith(extra.value, "CREATE ");
-    }
     bool isPartition(Table const& table) const { return has(table, "partition bound"); }
+    bool isPartitioned(int table) const { return has(at(structure.tables, table), "partition by"); }
+    /// Keys and indexes of these are put together once the tables are.
+    bool isInPartitions(int table) const {
+        return isPartitioned(table) || isPartition(at(structure.tables, table));
+    }
     /// True for what a table has from its parents alone. A partition is made by itself and becomes one later.
     bool isInherited(int table, Named const& thing) const {
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
@@ -226,17 +269,17 @@ void Writer::writeSchemas() {
     }
 }
 
-/// What stands for itself in the catalog is made first, but for what needs the functions of the database.
-void Writer::writeCatalogExtras(bool first) {
+/// What stands for itself in the catalog and is made at that moment.
+void Writer::writeCatalogExtras(Moment moment) {
     for (Extra const& extra : structure.catalog.extras) {
-        bool const isLate = beginsWith(extra.name, "event trigger ");
-        if (isLate == first || isAmongObjects(extra)) {
-            continue;
-        }
-        if (beginsWith(extra.value, "CREATE ") && !foreign) {
-            statement(extra.value);
-        } else {
+        bool const isNeverMade = foreign || kindOf(extra).moment == Moment::NEVER;
+        if (isNeverMade && moment == Moment::NEVER) {
             out << asComment("Not written: " + extra.name + " " + extra.value);
+        }
+    }
+    for (Extra const* const extra : extrasOf(structure.catalog.extras, moment)) {
+        if (!foreign && moment != Moment::NEVER) {
+            statement(extra->value);
         }
     }
 }
@@ -264,13 +307,52 @@ std::string Writer::columnNames(int table, std::vector<int> const& columns) cons
 /// The types, sequences, tables, functions and views, each behind what it needs.
 void Writer::writeObjects() {
     std::vector<Creation> creations;
+    addCatalogExtras(creations, Moment::BEFORE_TYPES);
+    addTypes(creations);
+    addSequences(creations);
+    addCatalogExtras(creations, Moment::BEHIND_TYPES);
+    addTables(creations);
+    addPartitions(creations);
+    addRoutines(creations);
+    // Tables come before functions and functions before views, unless one needs the other.
+    std::stable_partition(creations.begin(), creations.end(), [](Creation const& creation) {
+        return !beginsWith(creation.statement, "CREATE VIEW") &&
+               !beginsWith(creation.statement, "CREATE MATERIALIZED");
+    });
+    splitCircles(creations, foreign);
+    for (std::size_t const index : orderByNeeds(creations, foreign)) {
+        std::string const& text = creations[index].statement;
+        bool const isComment = beginsWith(text, "--");
+        out << '\n' << text << (isComment ? "" : ";\n");
+    }
+    out << '\n';
+}
+
+/// A type whose functions name it begins as a shell.
+void Writer::addTypes(std::vector<Creation>& creations) {
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         Type const& type = structure.types[i];
-        if (type.kind != TypeKind::BUILT_IN || type.schema >= 0) {
-            creations.push_back(
-                {schemaName(type.schema), type.name, typeStatement(type, static_cast<int>(i))});
+        if (type.kind == TypeKind::BUILT_IN && type.schema < 0) {
+            continue;
         }
+        auto const index = static_cast<int>(i);
+        Creation made = {schemaName(type.schema), type.name, typeStatement(type, index)};
+        bool const hasShell =
+            has(type, "base") || valueOf(type.extras, "range").find("CANONICAL = ") != std::string::npos;
+        if (hasShell && !foreign) {
+            made.isLast = true;
+            creations.insert(creations.begin(),
+                             {"", "", "CREATE TYPE " + qualified(type.schema, type.name), 0});
+        }
+        if (type.kind == TypeKind::DOMAIN_TYPE && !foreign) {
+            made.bare = typeStatement(type, index, true);
+            made.rest = restOfDomain(index);
+        }
+        creations.push_back(std::move(made));
     }
+}
+
+void Writer::addSequences(std::vector<Creation>& creations) {
     for (Sequence const& sequence : structure.sequences) {
         Extras const& extras = sequence.extras;
         creations.push_back(
@@ -281,36 +363,77 @@ void Writer::writeObjects() {
                  clause(extras, "minimum", " MINVALUE ") + clause(extras, "maximum", " MAXVALUE ") +
                  clause(extras, "cache", " CACHE ") + (has(sequence, "cycle") ? " CYCLE" : "")});
     }
-    for (Extra const& extra : structure.catalog.extras) {
-        if (isAmongObjects(extra)) {
-            creations.push_back({"", "", extra.value});
+}
+
+/// Comments stand behind and need nothing.
+void Writer::addCatalogExtras(std::vector<Creation>& creations, Moment moment) {
+    for (Extra const* const extra : extrasOf(structure.catalog.extras, moment)) {
+        if (foreign) {
+            return;
         }
+        if (kindOf(*extra).hasSecrets) {
+            creations.push_back({"", "", secretsOf(extra->name)});
+        }
+        Creation made = {"", "", extra->value, extra->value.find(";\nCOMMENT ON "), true};
+        if (kindOf(*extra).inSchema) {
+            std::tie(made.schema, made.name) = firstQualifiedName(extra->value);
+        }
+        creations.push_back(std::move(made));
     }
+}
+
+void Writer::addTables(std::vector<Creation>& creations) {
     for (std::size_t i = 0; i < structure.tables.size(); ++i) {
         Table const& table = structure.tables[i];
-        creations.push_back({schemaName(table.schema), table.name,
-                             table.kind == TableKind::TABLE ? tableStatement(table, static_cast<int>(i))
-                                                            : viewStatement(table)});
+        auto const index = static_cast<int>(i);
+        bool const isTable = table.kind == TableKind::TABLE;
+        Creation made = {schemaName(table.schema), table.name,
+                         isTable ? tableStatement(table, index) : viewStatement(table)};
+        if (isTable && !foreign) {
+            made.bare = tableStatement(table, index, true);
+            made.rest = restOfTable(index);
+        } else if (table.kind == TableKind::VIEW && !foreign) {
+            made.bare = emptyView(table);
+            made.rest = "CREATE OR REPLACE" + made.statement.substr(std::string("CREATE").size());
+        }
+        if (has(table, "server") && !foreign) {
+            creations.push_back({"", "", secretsOf("foreign table " + tableName(index))});
+        }
+        creations.push_back(std::move(made));
     }
+}
+
+/// Partitions have neither keys nor indexes when they become such, so that the server makes none by itself:
+/// each is made as it is and then becomes a part of that of the partitioned table.
+void Writer::addPartitions(std::vector<Creation>& creations) {
+    for (std::size_t i = 0; i < structure.tables.size(); ++i) {
+        Table const& table = structure.tables[i];
+        std::string const parent =
+            table.parents.empty() ? valueOf(table.extras, "inherits") : tableName(table.parents.front());
+        if (isPartition(table) && !parent.empty()) {
+            creations.push_back({"", "",
+                                 "ALTER TABLE ONLY " + parent + " ATTACH PARTITION " +
+                                     tableName(static_cast<int>(i)) + " " +
+                                     valueOf(table.extras, "partition bound")});
+        }
+    }
+    for (Key const& key : structure.keys) {
+        if (key.kind != KeyKind::FOREIGN && isInPartitions(key.table)) {
+            creations.push_back(
+                {"", "", "ALTER TABLE ONLY " + tableName(key.table) + " ADD " + keyText(key)});
+        }
+    }
+}
+
+void Writer::addRoutines(std::vector<Creation>& creations) {
     for (Routine const& routine : structure.routines) {
         std::string const text =
             foreign ? asComment("Not written: routine " + routine.name) : routine.statement;
         creations.push_back({schemaName(routine.schema), routine.name, text, text.find("\nAS ")});
     }
-    // Tables come before functions and functions before views, unless one needs the other.
-    std::stable_partition(creations.begin(), creations.end(), [](Creation const& creation) {
-        return !beginsWith(creation.statement, "CREATE VIEW") &&
-               !beginsWith(creation.statement, "CREATE MATERIALIZED");
-    });
-    for (std::size_t const index : orderByNeeds(creations, foreign)) {
-        std::string const& text = creations[index].statement;
-        bool const isComment = beginsWith(text, "--");
-        out << '\n' << text << (isComment ? "" : ";\n");
-    }
-    out << '\n';
 }
 
-std::string Writer::typeStatement(Type const& type, int index) {
+std::string Writer::typeStatement(Type const& type, int index, bool isBare) {
     std::string const name = qualified(type.schema, type.name);
     if (type.kind == TypeKind::ENUMERATION) {
         std::string values;
@@ -326,14 +449,26 @@ std::string Writer::typeStatement(Type const& type, int index) {
         return "CREATE TYPE " + name + " AS RANGE (" + valueOf(type.extras, "range") + ")";
     }
     if (type.kind != TypeKind::DOMAIN_TYPE) {
-        return asComment("Not written: base type " + type.declaration);
+        return baseTypeStatement(type, name);
     }
     std::string text = "CREATE DOMAIN " + name + " AS " + typeName(type.base) +
                        clause(type.extras, "collation", " COLLATE ") +
-                       (type.defaultValue.empty() ? "" : " DEFAULT " + type.defaultValue) +
+                       (type.defaultValue.empty() || isBare ? "" : " DEFAULT " + type.defaultValue) +
                        (type.notNull ? " NOT NULL" : "");
     for (Check const* const check : checksOfType[static_cast<std::size_t>(index)]) {
-        text += has(*check, "not valid") ? "" : " " + checkText(*check);
+        text += has(*check, "not valid") || isBare ? "" : " " + checkText(*check);
+    }
+    return text;
+}
+
+std::string Writer::restOfDomain(int index) {
+    Type const& type = at(structure.types, index);
+    std::string const start = "ALTER DOMAIN " + typeName(index);
+    std::string text = type.defaultValue.empty() ? "" : start + " SET DEFAULT " + type.defaultValue;
+    for (Check const* const check : checksOfType[static_cast<std::size_t>(index)]) {
+        if (!has(*check, "not valid")) {
+            text += (text.empty() ? "" : ";\n") + start + " ADD " + checkText(*check);
+        }
     }
     return text;
 }
@@ -344,10 +479,10 @@ std::string Writer::checkText(Check const& check) {
            (has(check, "not valid") ? " NOT VALID" : "");
 }
 
-std::string Writer::tableStatement(Table const& table, int index) {
+std::string Writer::tableStatement(Table const& table, int index, bool isBare) {
     bool const isForeignTable = has(table, "server") && !foreign;
     std::string const type = valueOf(table.extras, "of");
-    std::string const parts = tableParts(table, index);
+    std::string const parts = tableParts(table, index, isBare);
     std::string text = std::string("CREATE ") + (has(table, "unlogged") ? "UNLOGGED " : "") +
                        (isForeignTable ? "FOREIGN " : "") + "TABLE " + tableName(index);
     if (!type.empty()) {
@@ -374,24 +509,57 @@ std::string Writer::tableStatement(Table const& table, int index) {
 }
 
 /// The columns and constraints, one on each line.
-std::string Writer::tableParts(Table const& table, int index) {
+std::string Writer::tableParts(Table const& table, int index, bool isBare) {
     std::string parts;
     auto const add = [&](std::string const& part) {
         parts += part.empty() ? "" : (parts.empty() ? "\n    " : ",\n    ") + part;
     };
     for (Column const& column : table.columns) {
         if (!isInherited(index, column)) {
-            add(columnText(table, column));
+            add(columnText(table, column, isBare));
         }
     }
     for (Key const* const key : keysOfTable[static_cast<std::size_t>(index)]) {
-        add(key->kind == KeyKind::FOREIGN ? "" : keyText(*key));
+        add(key->kind == KeyKind::FOREIGN || isInPartitions(index) ? "" : keyText(*key));
     }
     for (Check const* const check : checksOfTable[static_cast<std::size_t>(index)]) {
-        bool const isLater = has(*check, "not valid") || isInherited(index, *check);
+        bool const isLater = isBare || has(*check, "not valid") || isInherited(index, *check);
         add(isLater ? "" : checkText(*check));
     }
     return parts;
+}
+
+/// The defaults and checks of a table that has been made without.
+std::string Writer::restOfTable(int index) {
+    Table const& table = at(structure.tables, index);
+    std::string text;
+    for (Column const& column : table.columns) {
+        bool const isSet = !column.defaultValue.empty() && !column.generated && !isInherited(index, column);
+        text += isSet ? restOfDefault(index, column) : "";
+    }
+    for (Check const* const check : checksOfTable[static_cast<std::size_t>(index)]) {
+        if (!has(*check, "not valid") && !isInherited(index, *check)) {
+            text += ";\nALTER TABLE " + tableName(index) + " ADD " + checkText(*check);
+        }
+    }
+    return text.empty() ? "" : text.substr(2);
+}
+
+/// Tables that inherit the column had nothing to inherit yet.
+std::string Writer::restOfDefault(int table, Column const& column) {
+    std::string text = ";\nALTER TABLE ONLY " + tableName(table) + " ALTER COLUMN " + quoteName(column.name) +
+                       " SET DEFAULT " + column.defaultValue;
+    for (std::size_t i = 0; i < structure.tables.size(); ++i) {
+        Table const& heir = structure.tables[i];
+        bool const isHeir = std::find(heir.parents.begin(), heir.parents.end(), table) != heir.parents.end();
+        for (Column const& inherited : heir.columns) {
+            bool const isSame = inherited.name == column.name && isInherited(static_cast<int>(i), inherited);
+            if (isHeir && isSame && !inherited.defaultValue.empty()) {
+                text += restOfDefault(static_cast<int>(i), inherited);
+            }
+        }
+    }
+    return text;
 }
 
 /// A literal of another system suits in most cases; a truth value may be a number there.
@@ -417,7 +585,7 @@ bool Writer::isCounted(Table const& table, Column const& column) const {
     });
 }
 
-std::string Writer::columnText(Table const& table, Column const& column) {
+std::string Writer::columnText(Table const& table, Column const& column, bool isBare) {
     Extras const& extras = column.extras;
     std::string text = quoteName(column.name);
     if (has(table, "of")) {
@@ -434,11 +602,10 @@ std::string Writer::columnText(Table const& table, Column const& column) {
         text += " GENERATED ALWAYS AS (" + column.defaultValue + ") ";
         text += !foreign && valueOf(extras, "generated") == "VIRTUAL" ? "VIRTUAL" : "STORED";
     } else if (has(column, "identity")) {
-        text += clause(extras, "identity", " GENERATED ", " AS IDENTITY") +
-                clause(extras, "identity sequence", " (", ")");
+        text += identityText(column);
     } else if (isCounted(table, column)) {
         text += " GENERATED BY DEFAULT AS IDENTITY";
-    } else if (!column.defaultValue.empty()) {
+    } else if (!column.defaultValue.empty() && !isBare) {
         text += " DEFAULT " + defaultText(column);
     }
     return text + (column.notNull ? " NOT NULL" : "");
@@ -468,6 +635,16 @@ std::string Writer::keyText(Key const& key) {
            (has(key, "not valid") ? " NOT VALID" : "");
 }
 
+/// A view of the same columns and no rows, which needs nothing but their types.
+std::string Writer::emptyView(Table const& table) {
+    std::string columns;
+    for (Column const& column : table.columns) {
+        columns += (columns.empty() ? " NULL::" : ", NULL::") + typeName(column.type) +
+                   clause(column.extras, "collation", " COLLATE ") + " AS " + quoteName(column.name);
+    }
+    return "CREATE VIEW " + qualified(table.schema, table.name) + " AS SELECT" + columns;
+}
+
 /// The names of the columns follow from the statement, unless it is another system's.
 std::string Writer::viewStatement(Table const& table) {
     bool const stored = table.kind == TableKind::MATERIALIZED_VIEW;
@@ -488,9 +665,40 @@ std::string Writer::viewStatement(Table const& table) {
     return text + " AS\n" + table.statement + (stored ? "\n WITH NO DATA" : "");
 }
 
+/// An index of a table without partitions that isn't valid is what a failure left; there is no statement that
+/// makes such. One of a partitioned table becomes valid once each partition has its part.
 void Writer::writeIndexes() {
     for (Index const& index : structure.indexes) {
+        if (has(index, "not valid") && !isPartitioned(index.table)) {
+            out << asComment("Not written: index that isn't valid: " + indexText(index));
+            continue;
+        }
         statement(indexText(index));
+        for (std::size_t i = 0; i < index.members.size() && !foreign; ++i) {
+            std::string const target = valueOf(index.members[i].extras, "statistics");
+            if (!target.empty()) {
+                statement("ALTER INDEX " + qualified(at(structure.tables, index.table).schema, index.name) +
+                          " ALTER COLUMN " + std::to_string(i + 1) + " SET STATISTICS " + target);
+            }
+        }
+    }
+    writeParts();
+}
+
+/// What the indexes of partitions are parts of.
+void Writer::writeParts() {
+    auto const attach = [this](Named const& thing, int table) {
+        bool const isWritten = !has(thing, "not valid") || isPartitioned(table);
+        if (has(thing, "part of") && isWritten) {
+            statement("ALTER INDEX " + valueOf(thing.extras, "part of") + " ATTACH PARTITION " +
+                      qualified(at(structure.tables, table).schema, thing.name));
+        }
+    };
+    for (Key const& key : structure.keys) {
+        attach(key, key.table);
+    }
+    for (Index const& index : structure.indexes) {
+        attach(index, index.table);
     }
 }
 
@@ -500,9 +708,11 @@ std::string Writer::indexText(Index const& index) {
         members += (members.empty() ? "" : ", ") + memberText(index, member);
     }
     std::string const space = valueOf(index.extras, "tablespace");
+    std::string const method = valueOf(index.extras, "method");
     return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + quoteName(index.name) +
-           " ON " + tableName(index.table) + clause(index.extras, "method", " USING ") + " (" + members +
-           ")" + clause(index.extras, "include", " INCLUDE (", ")") +
+           (isPartitioned(index.table) ? " ON ONLY " : " ON ") + tableName(index.table) +
+           (method.empty() ? "" : " USING " + quoteName(method)) + " (" + members + ")" +
+           clause(index.extras, "include", " INCLUDE (", ")") +
            (has(index, "nulls not distinct") ? " NULLS NOT DISTINCT" : "") +
            clause(index.extras, "with", " WITH (", ")") +
            (space.empty() ? "" : " TABLESPACE " + quoteName(space)) +
@@ -520,31 +730,64 @@ std::string Writer::memberText(Index const& index, IndexMember const& member) {
     return text + (member.descending ? " DESC" : "") + clause(member.extras, "nulls", " NULLS ");
 }
 
-/// Their own keys and indexes are there already, so that they become part of those of the partitioned table.
-void Writer::writePartitions() {
-    for (std::size_t i = 0; i < structure.tables.size(); ++i) {
-        Table const& table = structure.tables[i];
-        if (isPartition(table) && !table.parents.empty()) {
-            statement("ALTER TABLE " + tableName(table.parents.front()) + " ATTACH PARTITION " +
-                      tableName(static_cast<int>(i)) + " " + valueOf(table.extras, "partition bound"));
+/// A foreign key of a partition comes with that of the partitioned table and bears its name. One of another
+/// name is made before, from the lowest partitions on, and so becomes part of it.
+void Writer::writeForeignKeys() {
+    std::vector<std::pair<int, Key const*>> named;
+    for (Key const& key : structure.keys) {
+        if (key.kind == KeyKind::FOREIGN && has(key, "inherited") && !isNamedByParent(key)) {
+            named.emplace_back(-depthOf(key.table), &key);
+        }
+    }
+    std::stable_sort(named.begin(), named.end(),
+                     [](auto const& a, auto const& b) { return a.first < b.first; });
+    for (auto const& entry : named) {
+        writeForeignKey(*entry.second);
+    }
+    for (Key const& key : structure.keys) {
+        if (key.kind == KeyKind::FOREIGN && !has(key, "inherited")) {
+            writeForeignKey(key);
         }
     }
 }
 
-void Writer::writeForeignKeys() {
-    for (Key const& key : structure.keys) {
-        bool const isReferring = !key.referredColumns.empty() || has(key, "references");
-        if (key.kind != KeyKind::FOREIGN || has(key, "inherited")) {
-            continue;
-        }
-        if (isReferring) {
-            bool const isPartitioned = has(at(structure.tables, key.table), "partition by");
-            statement(std::string("ALTER TABLE ") + (isPartitioned ? "" : "ONLY ") + tableName(key.table) +
-                      " ADD " + keyText(key));
-        } else {
-            out << asComment("Not written: foreign key " + key.name + " of " + tableName(key.table));
-        }
+bool Writer::isNamedByParent(Key const& key) const {
+    std::vector<int> const& parents = at(structure.tables, key.table).parents;
+    if (parents.empty()) {
+        return true;
     }
+    auto const& keys = keysOfTable[static_cast<std::size_t>(parents.front())];
+    return std::any_of(keys.begin(), keys.end(), [&](Key const* other) { return other->name == key.name; });
+}
+
+/// How many tables a partition is under; a graph that goes in a circle is left after one round.
+int Writer::depthOf(int table) const {
+    int depth = 0;
+    while (!at(structure.tables, table).parents.empty() &&
+           depth < static_cast<int>(structure.tables.size())) {
+        table = at(structure.tables, table).parents.front();
+        ++depth;
+    }
+    return depth;
+}
+
+void Writer::writeForeignKey(Key const& key) {
+    if (key.referredColumns.empty() && !has(key, "references")) {
+        out << asComment("Not written: foreign key " + key.name + " of " + tableName(key.table));
+        return;
+    }
+    statement(std::string("ALTER TABLE ") + (isPartitioned(key.table) ? "" : "ONLY ") + tableName(key.table) +
+              " ADD " + keyText(key));
+}
+
+/// True for a check that each partition gets when its partitioned table does.
+bool Writer::isLaterCheckOfParent(Table const& table, std::string const& name) const {
+    return std::any_of(table.parents.begin(), table.parents.end(), [&](int parent) {
+        auto const& checks = checksOfTable[static_cast<std::size_t>(parent)];
+        return std::any_of(checks.begin(), checks.end(), [&](Check const* check) {
+            return check->name == name && has(*check, "not valid");
+        });
+    });
 }
 
 /// What can't be said where a thing is made.
@@ -554,7 +797,9 @@ void Writer::writeAlterations() {
         std::string const name = tableName(static_cast<int>(i));
         writeColumnAlterations(table);
         for (Check const* const check : checksOfTable[i]) {
-            if (has(*check, "not valid") && !isInherited(static_cast<int>(i), *check)) {
+            bool const comesWithParent = isInherited(static_cast<int>(i), *check) ||
+                                         (isPartition(table) && isLaterCheckOfParent(table, check->name));
+            if (has(*check, "not valid") && !comesWithParent) {
                 statement("ALTER TABLE " + name + " ADD " + checkText(*check));
             }
         }
@@ -596,6 +841,25 @@ void Writer::writeAlterations() {
     }
 }
 
+/// A column as the parents pass it on when the table is made: what is altered afterwards isn't yet there. A
+/// graph in which tables inherit in a circle is left after one round.
+Column Writer::inheritedColumn(Table const& table, std::string const& name, std::size_t depth) const {
+    Column result;
+    for (int const parent : table.parents) {
+        Table const& from = at(structure.tables, parent);
+        for (Column const& column : from.columns) {
+            if (column.name != name) {
+                continue;
+            }
+            bool const isPassedOn = isInherited(parent, column) && depth < structure.tables.size();
+            Column const made = isPassedOn ? inheritedColumn(from, name, depth + 1) : column;
+            result.notNull = result.notNull || made.notNull;
+            result.defaultValue = result.defaultValue.empty() ? made.defaultValue : result.defaultValue;
+        }
+    }
+    return result;
+}
+
 /// A column that comes from a parent can differ from it in its default and in being required.
 void Writer::writeColumnAlterations(Table const& table) {
     for (Column const& column : table.columns) {
@@ -603,14 +867,9 @@ void Writer::writeColumnAlterations(Table const& table) {
                                   " ALTER COLUMN " + quoteName(column.name) + " ";
         bool const isOfView = table.kind != TableKind::TABLE;
         bool const isOfParent = valueOf(column.extras, "inherited") == "true" && !isPartition(table);
-        bool const hasOwnDefault =
-            isOfParent && !column.generated && !isSameInParents(table, [&](Column const& other) {
-                return other.name != column.name || other.defaultValue == column.defaultValue;
-            });
-        bool const hasOwnNotNull =
-            isOfParent && column.notNull && !isSameInParents(table, [&](Column const& other) {
-                return other.name != column.name || other.notNull;
-            });
+        Column const made = isOfParent ? inheritedColumn(table, column.name) : column;
+        bool const hasOwnDefault = !column.generated && made.defaultValue != column.defaultValue;
+        bool const hasOwnNotNull = column.notNull && !made.notNull;
         if (hasOwnDefault || (isOfView && !foreign && !column.defaultValue.empty())) {
             statement(start +
                       (column.defaultValue.empty() ? "DROP DEFAULT" : "SET DEFAULT " + column.defaultValue));
@@ -620,6 +879,12 @@ void Writer::writeColumnAlterations(Table const& table) {
         }
         if (foreign) {
             continue;
+        }
+        if (isOfParent && has(column, "identity")) {
+            statement(start + "ADD" + identityText(column));
+        }
+        if (has(column, "identity changes")) {
+            statement(valueOf(column.extras, "identity changes"));
         }
         std::pair<char const*, std::string> const settings[] = {{"storage", "SET STORAGE "},
                                                                 {"compression", "SET COMPRESSION "},
@@ -649,10 +914,10 @@ void Writer::writeTableExtras() {
         }
         std::string const security = valueOf(table.extras, "row security");
         std::string const start = "ALTER TABLE " + tableName(static_cast<int>(i));
-        if (!security.empty()) {
+        if (security == "ENABLED" || security == "FORCED") {
             statement(start + " ENABLE ROW LEVEL SECURITY");
         }
-        if (security == "FORCED") {
+        if (beginsWith(security, "FORCED")) {
             statement(start + " FORCE ROW LEVEL SECURITY");
         }
     }
@@ -672,6 +937,35 @@ void Writer::writeTriggers() {
                       quoteName(trigger.name));
         }
     }
+    for (Table const& table : structure.tables) {
+        for (Extra const& extra : table.extras) {
+            if (beginsWith(extra.name, "trigger ")) {
+                statement(extra.value);
+            }
+        }
+    }
+    for (Key const& key : structure.keys) {
+        if (has(key, "enabled")) {
+            out << asComment("Not written: triggers of the key " + key.name + " of " + tableName(key.table) +
+                             " are enabled: " + valueOf(key.extras, "enabled"));
+        }
+    }
+}
+
+/// The extensions with which a thing goes when they are dropped.
+void Writer::writeExtensionNeeds() {
+    auto const write = [this](auto const& things) {
+        for (Named const& thing : things) {
+            if (has(thing, "depends on extension")) {
+                statement(valueOf(thing.extras, "depends on extension"));
+            }
+        }
+    };
+    write(structure.tables);
+    write(structure.keys);
+    write(structure.indexes);
+    write(structure.triggers);
+    write(structure.routines);
 }
 
 /// The types by which one function is told from others of its name.
@@ -701,6 +995,9 @@ void Writer::writeComments() {
         if (!has(schema, "extension")) {
             comment("SCHEMA", quoteName(schema.name), schema.comment);
         }
+        if (schema.name == "public" && schema.comment.empty() && !foreign) {
+            statement("COMMENT ON SCHEMA public IS NULL");
+        }
     }
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         Type const& type = structure.types[i];
@@ -714,6 +1011,9 @@ void Writer::writeComments() {
         for (Extra const& extra : type.extras) {
             if (beginsWith(extra.name, ofAttribute)) {
                 comment("COLUMN", name + "." + quoteName(extra.name.substr(ofAttribute.size())), extra.value);
+            }
+            if (extra.name == "multirange comment") {
+                statement(extra.value);
             }
         }
     }
@@ -747,6 +1047,7 @@ void Writer::writeTableComments() {
         for (Key const* const key : keysOfTable[i]) {
             comment("CONSTRAINT", quoteName(key->name) + " ON " + name,
                     key->name.empty() ? "" : key->comment);
+            comment("INDEX", qualified(table.schema, key->name), valueOf(key->extras, "comment on index"));
         }
         for (Check const* const check : checksOfTable[i]) {
             comment("CONSTRAINT", quoteName(check->name) + " ON " + name,
@@ -758,7 +1059,9 @@ void Writer::writeTableComments() {
     }
     for (Trigger const& trigger : structure.triggers) {
         if (!foreign) {
-            comment("TRIGGER", quoteName(trigger.name) + " ON " + tableName(trigger.table), trigger.comment);
+            std::string const name = quoteName(trigger.name) + " ON " + tableName(trigger.table);
+            comment("TRIGGER", name, trigger.comment);
+            comment("CONSTRAINT", name, valueOf(trigger.extras, "comment on constraint"));
         }
     }
 }

@@ -6,6 +6,8 @@
 #include <cctype>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 namespace postgres {
 namespace {
@@ -13,22 +15,26 @@ namespace {
 class Order {
 public:
     Order(std::vector<Creation> const& toOrder, bool ofAnySchema)
-        : creations(toOrder), anySchema(ofAnySchema) {
+        : creations(toOrder), anySchema(ofAnySchema), inCircle(toOrder.size()) {
         for (std::size_t i = 0; i < creations.size(); ++i) {
             makers[keyOf(creations[i].schema, creations[i].name)].push_back(i);
         }
         needed.resize(creations.size());
-        placed.resize(creations.size());
+        states.resize(creations.size());
     }
 
-    std::vector<std::size_t> run() {
+    void run() {
         for (std::size_t i = 0; i < creations.size(); ++i) {
             place(i);
         }
-        return std::move(order);
     }
 
+    std::vector<std::size_t> takeOrder() { return std::move(order); }
+    std::vector<bool> const& circles() const { return inCircle; }
+
 private:
+    enum class State { UNKNOWN, UNDER_WAY, PLACED };
+
     /// A statement on the way to its place, and how many of those that it needs were looked at.
     struct Step {
         std::size_t creation;
@@ -45,19 +51,49 @@ private:
         return key;
     }
 
-    void findNeeds(std::size_t creation) {
+    /// Calls `take` with the key of each name in a creation's statement.
+    template <class Take>
+    void forEachKey(std::size_t creation, Take const& take) const {
         auto const text =
             std::string_view(creations[creation].statement).substr(0, creations[creation].lookedAt);
         forEachName(text, [&](std::vector<std::string> const& parts) {
-            if (parts.size() < 2 && !anySchema) {
-                return;
-            }
-            auto const found = makers.find(keyOf(parts[0], parts[anySchema ? parts.size() - 1 : 1]));
-            if (found != makers.end()) {
-                auto& needs = needed[creation];
-                needs.insert(needs.end(), found->second.begin(), found->second.end());
+            if (parts.size() >= 2 || anySchema) {
+                take(keyOf(parts[0], parts[anySchema ? parts.size() - 1 : 1]));
             }
         });
+    }
+
+    /// The name by which a creation introduces itself is no need.
+    void findNeeds(std::size_t creation) {
+        std::string const own = keyOf(creations[creation].schema, creations[creation].name);
+        bool isIntroduced = false;
+        forEachKey(creation, [&](std::string const& key) {
+            auto const found = makers.find(key);
+            if (key == own && !isIntroduced) {
+                isIntroduced = true;
+            } else if (found != makers.end()) {
+                addNeeds(creation, found->second, key == own);
+            }
+        });
+    }
+
+    void addNeeds(std::size_t creation, std::vector<std::size_t> const& found, bool areNamesakes) {
+        for (std::size_t const maker : found) {
+            bool const isLater =
+                areNamesakes && creations[creation].needsEarlierNamesakes && maker > creation;
+            if (!isLater && !(creations[maker].isLast && names(maker, creation))) {
+                needed[creation].push_back(maker);
+            }
+        }
+    }
+
+    /// True if one creation names another one.
+    bool names(std::size_t creation, std::size_t other) {
+        auto const [known, isNew] = named.try_emplace(creation);
+        if (isNew) {
+            forEachKey(creation, [&keys = known->second](std::string const& key) { keys.insert(key); });
+        }
+        return known->second.count(keyOf(creations[other].schema, creations[other].name)) > 0;
     }
 
     /// Goes down without recursion: a chain of views can be long.
@@ -69,6 +105,7 @@ private:
             if (step.next < needed[step.creation].size()) {
                 enter(needed[step.creation][step.next++], way);
             } else {
+                states[step.creation] = State::PLACED;
                 order.push_back(step.creation);
                 way.pop_back();
             }
@@ -76,10 +113,24 @@ private:
     }
 
     void enter(std::size_t creation, std::vector<Step>& way) {
-        if (!placed[creation]) {
-            placed[creation] = true;
+        if (states[creation] == State::UNKNOWN) {
+            states[creation] = State::UNDER_WAY;
             findNeeds(creation);
             way.push_back({creation, 0});
+        } else if (states[creation] == State::UNDER_WAY) {
+            noteCircle(creation, way);
+        }
+    }
+
+    void noteCircle(std::size_t creation, std::vector<Step> const& way) {
+        if (way.empty() || way.back().creation == creation) {
+            return;
+        }
+        for (auto step = way.rbegin(); step != way.rend(); ++step) {
+            inCircle[step->creation] = true;
+            if (step->creation == creation) {
+                return;
+            }
         }
     }
 
@@ -87,14 +138,34 @@ private:
     bool anySchema;
     std::unordered_map<std::string, std::vector<std::size_t>> makers;
     std::vector<std::vector<std::size_t>> needed;
-    std::vector<bool> placed;
+    std::vector<State> states;
+    std::unordered_map<std::size_t, std::unordered_set<std::string>> named; ///< by those that are last
+    std::vector<bool> inCircle;
     std::vector<std::size_t> order;
 };
 
 } // namespace
 
 std::vector<std::size_t> orderByNeeds(std::vector<Creation> const& creations, bool anySchema) {
-    return Order(creations, anySchema).run();
+    Order order(creations, anySchema);
+    order.run();
+    return order.takeOrder();
+}
+
+void splitCircles(std::vector<Creation>& creations, bool anySchema) {
+    for (bool isSplit = true; isSplit;) {
+        Order order(creations, anySchema);
+        order.run();
+        std::vector<bool> const inCircle = order.circles();
+        isSplit = false;
+        for (std::size_t i = 0; i < inCircle.size(); ++i) {
+            if (inCircle[i] && !creations[i].bare.empty()) {
+                creations[i].statement = std::exchange(creations[i].bare, "");
+                creations.push_back({"", "", std::exchange(creations[i].rest, "")});
+                isSplit = true;
+            }
+        }
+    }
 }
 
 } // namespace postgres

@@ -116,6 +116,16 @@ std::string commentOn(std::string const& catalogue, std::string const& oid, std:
            "'::regclass AND objoid = " + oid + " AND objsubid = " + part + ")";
 }
 
+std::string neededExtensions(std::string const& catalogue, std::string const& oid,
+                             std::string const& alteration) {
+    return "(SELECT string_agg(" + alteration +
+           " || ' DEPENDS ON EXTENSION ' || quote_ident(x.extname), E';\\n' ORDER BY x.extname) FROM "
+           "pg_depend AS d"
+           " JOIN pg_extension AS x ON x.oid = d.refobjid WHERE d.refclassid = 'pg_extension'::regclass"
+           " AND d.deptype = 'x' AND d.objsubid = 0 AND d.classid = '" +
+           catalogue + "'::regclass AND d.objid = " + oid + ")";
+}
+
 void addExtra(database::Extras& extras, char const* name, std::string value) {
     if (!value.empty()) {
         extras.push_back({name, std::move(value)});

@@ -6,7 +6,6 @@ namespace postgres {
 namespace {
 
 using database::Column;
-using database::Sequence;
 using database::Table;
 using database::TableKind;
 
@@ -40,6 +39,11 @@ char const* replicaIdentity(char letter) {
     return letter == 'n' ? "NOTHING" : letter == 'f' ? "FULL" : "";
 }
 
+/// Each of the two can be said without the other.
+char const* rowSecurity(bool enabled, bool forced) {
+    return enabled ? (forced ? "FORCED" : "ENABLED") : forced ? "FORCED, NOT ENABLED" : "";
+}
+
 /// Options of a foreign thing as SQL writes them; what may be a password isn't read.
 std::string foreignOptions(std::string const& options) {
     return "(SELECT string_agg(quote_ident(option_name) || ' ' || quote_literal(option_value), ', ')"
@@ -67,8 +71,8 @@ void CatalogReader::readTables() {
             ", (SELECT s.srvname FROM pg_foreign_table AS f JOIN pg_foreign_server AS s ON s.oid = f.ftserver"
             "   WHERE f.ftrelid = c.oid)"
             ", (SELECT " +
-            foreignOptions("f.ftoptions") +
-            " FROM pg_foreign_table AS f WHERE f.ftrelid = c.oid)"
+            foreignOptions("f.ftoptions") + " FROM pg_foreign_table AS f WHERE f.ftrelid = c.oid), " +
+            neededExtensions("pg_class", "c.oid", "'ALTER MATERIALIZED VIEW ' || c.oid::regclass") +
             " FROM pg_class AS c WHERE c.relkind IN ('r', 'p', 'f', 'v', 'm') AND" +
             isOwn("pg_class", "c.oid", "c.relnamespace") + "ORDER BY c.oid");
     while (row.next()) {
@@ -93,10 +97,11 @@ void CatalogReader::readTables() {
         addExtra(table.extras, "partition by", row.text(11));
         addExtra(table.extras, "partition bound", row.text(12));
         addExtra(table.extras, "replica identity", replicaIdentity(*row.text(14)));
-        addExtra(table.extras, "row security", row.flag(16) ? "FORCED" : row.flag(15) ? "ENABLED" : "");
+        addExtra(table.extras, "row security", rowSecurity(row.flag(15), row.flag(16)));
         addExtra(table.extras, "of", row.text(17));
         addExtra(table.extras, "server", row.text(18));
         addExtra(table.extras, "options", row.text(19));
+        addExtra(table.extras, "depends on extension", row.text(20));
         tables.emplace(row.number(0), static_cast<int>(structure.tables.size()));
         structure.tables.push_back(std::move(table));
     }
@@ -174,123 +179,6 @@ void CatalogReader::readColumns() {
         numbers.resize(static_cast<std::size_t>(row.number(1)) + 1, -1);
         numbers.back() = static_cast<int>(columns.size());
         columns.push_back(std::move(column));
-    }
-}
-
-/// What belongs to a table and has no record of its own: an extra holds the SQL that makes it.
-void CatalogReader::readTableExtras() {
-    std::string const exclusions =
-        "SELECT n.conrelid, 'exclusion ' || n.conname, format('ALTER TABLE %s ADD CONSTRAINT %I %s', r,"
-        " n.conname, pg_get_constraintdef(n.oid)) ||"
-        " CASE WHEN d IS NULL THEN '' ELSE format(E';\\nCOMMENT ON CONSTRAINT %I ON %s IS %L', n.conname, r, "
-        "d) END"
-        " FROM pg_constraint AS n, LATERAL (SELECT n.conrelid::regclass AS r, " +
-        commentOn("pg_constraint", "n.oid") +
-        " AS d) AS x WHERE n.contype = 'x'"
-        " AND n.conparentid = 0 ORDER BY n.oid";
-    std::string const policies =
-        "SELECT p.polrelid, 'policy ' || p.polname, concat_ws(' ', format('CREATE POLICY %I ON %s', "
-        "p.polname, r),"
-        " CASE WHEN NOT p.polpermissive THEN 'AS RESTRICTIVE' END, 'FOR ' || CASE p.polcmd WHEN 'r' THEN "
-        "'SELECT'"
-        " WHEN 'a' THEN 'INSERT' WHEN 'w' THEN 'UPDATE' WHEN 'd' THEN 'DELETE' ELSE 'ALL' END,"
-        " 'TO ' || (SELECT string_agg(CASE g WHEN 0 THEN 'PUBLIC' ELSE quote_ident(pg_get_userbyid(g)) END, "
-        "', ')"
-        " FROM unnest(p.polroles) AS g), 'USING (' || pg_get_expr(p.polqual, p.polrelid) || ')',"
-        " 'WITH CHECK (' || pg_get_expr(p.polwithcheck, p.polrelid) || ')') ||"
-        " CASE WHEN d IS NULL THEN '' ELSE format(E';\\nCOMMENT ON POLICY %I ON %s IS %L', p.polname, r, d) "
-        "END"
-        " FROM pg_policy AS p, LATERAL (SELECT p.polrelid::regclass AS r, " +
-        commentOn("pg_policy", "p.oid") + " AS d) AS x ORDER BY p.oid";
-    std::string const rules =
-        "SELECT w.ev_class, 'rule ' || w.rulename, rtrim(pg_get_ruledef(w.oid), ';') ||"
-        " CASE WHEN w.ev_enabled = 'O' THEN '' ELSE format(E';\\nALTER TABLE %s %s RULE %I', r, CASE "
-        "w.ev_enabled"
-        " WHEN 'D' THEN 'DISABLE' WHEN 'R' THEN 'ENABLE REPLICA' ELSE 'ENABLE ALWAYS' END, w.rulename) END ||"
-        " CASE WHEN d IS NULL THEN '' ELSE format(E';\\nCOMMENT ON RULE %I ON %s IS %L', w.rulename, r, d) "
-        "END"
-        " FROM pg_rewrite AS w, LATERAL (SELECT w.ev_class::regclass AS r, " +
-        commentOn("pg_rewrite", "w.oid") + " AS d) AS x WHERE w.rulename <> '_RETURN' ORDER BY w.oid";
-    std::string const statistics =
-        "SELECT s.stxrelid, 'statistics ' || s.stxname, pg_get_statisticsobjdef(s.oid) ||"
-        " CASE WHEN s.stxstattarget >= 0 THEN format(E';\\nALTER STATISTICS %s SET STATISTICS %s', q,"
-        " s.stxstattarget) ELSE '' END ||"
-        " CASE WHEN d IS NULL THEN '' ELSE format(E';\\nCOMMENT ON STATISTICS %s IS %L', q, d) END"
-        " FROM pg_statistic_ext AS s JOIN pg_namespace AS n ON n.oid = s.stxnamespace,"
-        " LATERAL (SELECT format('%I.%I', n.nspname, s.stxname) AS q, " +
-        commentOn("pg_statistic_ext", "s.oid") + " AS d) AS x ORDER BY s.oid";
-    for (std::string const& sql : {exclusions, policies, rules, statistics}) {
-        Query row(connection, sql);
-        while (row.next()) {
-            int const table = tableOf(row.number(0));
-            if (table >= 0) {
-                addExtra(structure.tables[static_cast<std::size_t>(table)].extras, row.text(1), row.text(2));
-            }
-        }
-    }
-}
-
-/// What isn't as CREATE SEQUENCE would have it by itself. A sequence that an identity column made is part of
-/// it.
-void CatalogReader::readSequences() {
-    Query row(connection,
-              "SELECT c.relname, c.relnamespace, x.*, e.refobjid, e.refobjsubid, e.deptype = 'i', " +
-                  commentOn("pg_class", "c.oid") +
-                  ", CASE WHEN e.deptype = 'i' AND (c.relname <> o.relname || '_' || oa.attname || '_seq'"
-                  " OR c.relnamespace <> o.relnamespace)"
-                  " THEN format('SEQUENCE NAME %s', c.oid::regclass) END"
-                  ", CASE WHEN e.deptype = 'a' THEN format('%s.%I', o.oid::regclass, oa.attname) END"
-                  ", c.relpersistence = 'u'"
-                  " FROM pg_class AS c JOIN pg_sequence AS s ON s.seqrelid = c.oid"
-                  " LEFT JOIN pg_depend AS e ON e.classid = 'pg_class'::regclass AND e.objid = c.oid"
-                  " AND e.refclassid = 'pg_class'::regclass AND e.refobjsubid > 0 AND e.deptype IN ('a', 'i')"
-                  " LEFT JOIN pg_class AS o ON o.oid = e.refobjid"
-                  " LEFT JOIN pg_attribute AS oa ON oa.attrelid = o.oid AND oa.attnum = e.refobjsubid,"
-                  " LATERAL (SELECT CASE s.seqtypid WHEN 21 THEN 32767 WHEN 23 THEN 2147483647"
-                  "   ELSE 9223372036854775807 END AS highest) AS h,"
-                  " LATERAL (SELECT CASE WHEN s.seqincrement > 0 THEN 1 ELSE -highest - 1 END AS lower,"
-                  "   CASE WHEN s.seqincrement > 0 THEN highest ELSE -1 END AS upper) AS b,"
-                  " LATERAL (SELECT CASE WHEN s.seqtypid <> 20 THEN format_type(s.seqtypid, NULL) END,"
-                  "   nullif(s.seqstart, CASE WHEN s.seqincrement > 0 THEN s.seqmin ELSE s.seqmax END),"
-                  "   nullif(s.seqincrement, 1), nullif(s.seqmin, lower), nullif(s.seqmax, upper),"
-                  "   nullif(s.seqcache, 1), CASE WHEN s.seqcycle THEN 'true' END) AS x"
-                  " WHERE" +
-                  isOwn("pg_class", "c.oid", "c.relnamespace") + "ORDER BY c.oid");
-    constexpr std::pair<char const*, char const*> options[] = {
-        {"type", "AS"},          {"start", "START WITH"}, {"increment", "INCREMENT BY"},
-        {"minimum", "MINVALUE"}, {"maximum", "MAXVALUE"}, {"cache", "CACHE"},
-        {"cycle", "CYCLE"}};
-    constexpr int firstOption = 2;
-    while (row.next()) {
-        Sequence sequence;
-        std::string words = row.text(13);
-        for (int i = 0; i < static_cast<int>(std::size(options)); ++i) {
-            auto const& [name, keyword] = options[i];
-            std::string const value = row.text(firstOption + i);
-            addExtra(sequence.extras, name, value);
-            if (!value.empty() && i > 0) {
-                words.append(words.empty() ? "" : " ")
-                    .append(keyword)
-                    .append(value == "true" ? "" : " " + value);
-            }
-        }
-        int const table = tableOf(row.number(9));
-        if (row.flag(11)) {
-            int const column = table < 0 ? -1 : columnOf(table, static_cast<int>(row.number(10)));
-            if (column >= 0) {
-                addExtra(structure.tables[static_cast<std::size_t>(table)]
-                             .columns[static_cast<std::size_t>(column)]
-                             .extras,
-                         "identity sequence", words);
-            }
-            continue;
-        }
-        sequence.name = row.text(0);
-        sequence.schema = schemaOf(row.number(1));
-        sequence.comment = row.text(12);
-        addExtra(sequence.extras, "owned by", row.text(14));
-        addFlag(sequence.extras, "unlogged", row.flag(15));
-        structure.sequences.push_back(std::move(sequence));
     }
 }
 

@@ -92,6 +92,62 @@ void unpackModifier(Type& type, std::string_view systemName, std::int64_t modifi
     }
 }
 
+/// An operator class of the users is named although it is the default, so that it is made first.
+std::string rangeParts(bool hasMultiranges) {
+    return "SELECT r.rngtypid, 'range', concat_ws(', ', 'SUBTYPE = ' || format_type(r.rngsubtype, NULL),"
+           " CASE WHEN NOT o.opcdefault OR n.nspname <> 'pg_catalog' THEN 'SUBTYPE_OPCLASS = ' || "
+           "quote_ident(n.nspname) || '.' ||"
+           " quote_ident(o.opcname) END,"
+           " CASE WHEN r.rngcollation <> s.typcollation THEN (SELECT 'COLLATION = ' || "
+           "quote_ident(k.nspname) "
+           "|| '.' ||"
+           " quote_ident(l.collname) FROM pg_collation AS l JOIN pg_namespace AS k ON k.oid = l.collnamespace"
+           " WHERE l.oid = r.rngcollation) END,"
+           " 'CANONICAL = ' || nullif(r.rngcanonical::text, '-'),"
+           " 'SUBTYPE_DIFF = ' || nullif(r.rngsubdiff::text, '-')" +
+           std::string(hasMultiranges ? ", 'MULTIRANGE_TYPE_NAME = ' || format_type(r.rngmultitypid, NULL)"
+                                      : "") +
+           ") FROM pg_range AS r JOIN pg_type AS s ON s.oid = r.rngsubtype JOIN pg_opclass AS o ON o.oid = "
+           "r.rngsubopc"
+           " JOIN pg_namespace AS n ON n.oid = o.opcnamespace ORDER BY r.rngtypid";
+}
+
+/// The ranges of a range type are a type that has no record.
+std::string multirangeComments(bool hasMultiranges) {
+    return "SELECT r.rngtypid, 'multirange comment', format('COMMENT ON TYPE %s IS %L', format_type(d.objoid,"
+           " NULL), d.description) FROM pg_range AS r JOIN pg_description AS d ON d.classoid = "
+           "'pg_type'::regclass"
+           " AND d.objoid = " +
+           std::string(hasMultiranges ? "r.rngmultitypid" : "0") + " ORDER BY r.rngtypid";
+}
+
+/// A function of a type, as an option of its statement.
+std::string typeFunction(char const* option, char const* column) {
+    return std::string(", '") + option + " = ' || nullif(t." + column + "::text, '-')";
+}
+
+std::string baseTypeParts(bool hasSubscripts) {
+    return "SELECT t.oid, 'base', concat_ws(', ', format('INPUT = %s, OUTPUT = %s', t.typinput, "
+           "t.typoutput)" +
+           typeFunction("RECEIVE", "typreceive") + typeFunction("SEND", "typsend") +
+           typeFunction("TYPMOD_IN", "typmodin") + typeFunction("TYPMOD_OUT", "typmodout") +
+           typeFunction("ANALYZE", "typanalyze") +
+           (hasSubscripts ? typeFunction("SUBSCRIPT", "typsubscript") : "") +
+           ", 'INTERNALLENGTH = ' || CASE WHEN t.typlen < 0 THEN 'VARIABLE' ELSE t.typlen::text END,"
+           " CASE WHEN t.typbyval THEN 'PASSEDBYVALUE' END,"
+           " 'ALIGNMENT = ' || CASE t.typalign WHEN 'c' THEN 'char' WHEN 's' THEN 'int2' WHEN 'd' THEN "
+           "'double'"
+           " ELSE 'int4' END,"
+           " 'STORAGE = ' || CASE t.typstorage WHEN 'p' THEN 'plain' WHEN 'e' THEN 'external' WHEN 'm' THEN"
+           " 'main' ELSE 'extended' END, 'CATEGORY = ' || quote_literal(nullif(t.typcategory, 'U')::text),"
+           " CASE WHEN t.typispreferred THEN 'PREFERRED = true' END, 'DEFAULT = ' || "
+           "quote_literal(t.typdefault),"
+           " 'ELEMENT = ' || CASE WHEN t.typelem <> 0 THEN format_type(t.typelem, NULL) END,"
+           " 'DELIMITER = ' || quote_literal(nullif(t.typdelim, ',')::text),"
+           " CASE WHEN t.typcollation <> 0 THEN 'COLLATABLE = true' END)"
+           " FROM pg_type AS t WHERE t.typtype = 'b' AND t.oid >= 16384 ORDER BY t.oid";
+}
+
 TypeKind kindOf(char letter) {
     return letter == 'd'   ? TypeKind::DOMAIN_TYPE
            : letter == 'e' ? TypeKind::ENUMERATION
@@ -134,8 +190,7 @@ int CatalogReader::typeOf(Query const& row, int column) {
     return known->second;
 }
 
-/// Those that come with a table, an array or a range are left out. One that functions in C make is told of,
-/// but only by its name.
+/// Those that come with a table, an array or a range are left out.
 void CatalogReader::readTypes() {
     Query row(
         connection,
@@ -163,7 +218,7 @@ void CatalogReader::readTypes() {
         type.defaultValue = row.text(7);
         type.comment = row.text(8);
         addExtra(type.extras, "collation", row.text(9));
-        addFlag(type.extras, "base", *row.text(3) == 'b' || *row.text(3) == 'p');
+        addFlag(type.extras, "shell", *row.text(3) == 'p');
         type.base = typeOf(row, 10);
         if (type.base >= 0) {
             Type const& base = structure.types[static_cast<std::size_t>(type.base)];
@@ -188,7 +243,7 @@ void CatalogReader::readEnumerationValues() {
     }
 }
 
-/// What a composite type and a range are made of stands in extras, as SQL writes it.
+/// What a composite type, a range and a type made of functions consist of stands in extras, as SQL writes it.
 void CatalogReader::readTypeExtras() {
     std::string const collation = "coalesce((SELECT ' COLLATE ' || quote_ident(n.nspname) || '.' ||"
                                   " quote_ident(l.collname) FROM pg_collation AS l JOIN pg_namespace AS n"
@@ -206,22 +261,8 @@ void CatalogReader::readTypeExtras() {
         " JOIN pg_attribute AS a ON a.attrelid = c.oid JOIN pg_description AS d"
         " ON d.classoid = 'pg_class'::regclass AND d.objoid = c.oid"
         " AND d.objsubid = a.attnum WHERE c.relkind = 'c' ORDER BY c.oid, a.attnum";
-    std::string const ranges =
-        "SELECT r.rngtypid, 'range', concat_ws(', ', 'SUBTYPE = ' || format_type(r.rngsubtype, NULL),"
-        " CASE WHEN NOT o.opcdefault THEN 'SUBTYPE_OPCLASS = ' || quote_ident(n.nspname) || '.' ||"
-        " quote_ident(o.opcname) END,"
-        " CASE WHEN r.rngcollation <> s.typcollation THEN (SELECT 'COLLATION = ' || quote_ident(k.nspname) "
-        "|| '.' ||"
-        " quote_ident(l.collname) FROM pg_collation AS l JOIN pg_namespace AS k ON k.oid = l.collnamespace"
-        " WHERE l.oid = r.rngcollation) END,"
-        " 'CANONICAL = ' || nullif(r.rngcanonical::text, '-'),"
-        " 'SUBTYPE_DIFF = ' || nullif(r.rngsubdiff::text, '-')" +
-        std::string(since(140000) ? ", 'MULTIRANGE_TYPE_NAME = ' || format_type(r.rngmultitypid, NULL)"
-                                  : "") +
-        ") FROM pg_range AS r JOIN pg_type AS s ON s.oid = r.rngsubtype JOIN pg_opclass AS o ON o.oid = "
-        "r.rngsubopc"
-        " JOIN pg_namespace AS n ON n.oid = o.opcnamespace ORDER BY r.rngtypid";
-    for (std::string const& sql : {attributes, comments, ranges}) {
+    for (std::string const& sql : {attributes, comments, rangeParts(since(140000)),
+                                   multirangeComments(since(140000)), baseTypeParts(since(140000))}) {
         Query row(connection, sql);
         while (row.next()) {
             auto const type = ownTypes.find(row.number(0));
