@@ -110,8 +110,8 @@ void CatalogReader::readKey(Query const& row, int table) {
     key.table = table;
     key.columns = columnsOf(table, row.text(6));
     addExtra(key.extras, "deferrable", row.text(12));
-    addFlag(key.extras, "inherited", row.flag(15));
     if (key.kind == KeyKind::FOREIGN) {
+        addFlag(key.extras, "inherited", row.flag(15));
         readReference(row, key);
     } else {
         addExtra(key.extras, "include", row.text(19));
@@ -196,7 +196,7 @@ void CatalogReader::readIndexMembers() {
         ", m.amname = 'btree' AND i.indoption[k.n - 1] & 1 = 1"
         ", CASE WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 2 THEN 'FIRST'"
         "   WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 1 THEN 'LAST' END"
-        ", CASE WHEN NOT o.opcdefault OR (o.opcintype IS DISTINCT FROM a.atttypid"
+        ", CASE WHEN NOT o.opcdefault OR z.attoptions IS NOT NULL OR (o.opcintype IS DISTINCT FROM a.atttypid"
         "   AND (a.atttypid = 'varchar'::regtype AND o.opcintype = 'text'::regtype) IS NOT TRUE"
         "   AND position(' ' || quote_ident(o.opcname) IN x.text) > 0)"
         "   THEN quote_ident(p.nspname) || '.' || quote_ident(o.opcname) END" +
