@@ -164,3 +164,15 @@ ALTER DOMAIN round ADD CONSTRAINT c CHECK (of_round(VALUE)); ALTER DOMAIN round 
 CREATE TABLE self(a int, b int DEFAULT 5); CREATE TABLE self_heir() INHERITS (self); CREATE TABLE self_heir2(c int) INHERITS (self_heir);
 CREATE FUNCTION of_self(self) RETURNS int LANGUAGE sql AS 'SELECT 1'; ALTER TABLE self ALTER a SET DEFAULT of_self(NULL);
 ALTER TABLE self_heir2 ALTER a SET DEFAULT 8;
+
+-- ---- what the server prints otherwise once it has read its own print ------------------------------------------
+CREATE TABLE listed(a varchar(10) CHECK (a IN ('x', 'y], it''s')), b char(2) CHECK (b NOT IN ('p', 'q')),
+    c numeric CHECK (c = ANY (ARRAY[1, 2])), d varchar DEFAULT (ARRAY['a'::varchar, 'b'::varchar]::text[])[1]);
+CREATE INDEX listed_i ON listed (a) WHERE a IN ('x', 'y');
+CREATE VIEW listed_v AS SELECT a, '(ARRAY[1])::text[]' AS t FROM listed WHERE a IN ('x', 'z') AND b::varchar IN ('1', '2');
+CREATE POLICY listed_p ON listed USING (a IN ('q', 'r'));
+CREATE FUNCTION listed_f(varchar) RETURNS bool LANGUAGE sql BEGIN ATOMIC SELECT $1 IN ('x', 'z'); END;
+CREATE FUNCTION listed_g() RETURNS text LANGUAGE sql AS $$ SELECT '(ARRAY[1])::text[]' || ((ARRAY['a'::varchar])::text[])[1] $$;
+CREATE TRIGGER listed_t BEFORE INSERT ON listed FOR EACH ROW WHEN (NEW.a IN ('x', 'z')) EXECUTE FUNCTION trg();
+CREATE RULE listed_r AS ON DELETE TO listed WHERE OLD.a IN ('x', 'z') DO INSTEAD NOTHING;
+COMMENT ON TABLE listed IS '(ARRAY[''a''::varchar])::text[]';

@@ -1,5 +1,6 @@
 #include "postgres/SqlWriter.h"
 
+#include "postgres/ArrayCasts.h"
 #include "postgres/CatalogKinds.h"
 #include "postgres/SqlNames.h"
 #include "postgres/StatementOrder.h"
@@ -219,7 +220,7 @@ private:
     bool isInherited(int table, Named const& thing) const {
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
     }
-    void statement(std::string const& text) { out << text << ";\n"; }
+    void statement(std::string const& text) { out << (foreign ? text : keepArrayCasts(text)) << ";\n"; }
     void comment(std::string const& kind, std::string const& name, std::string const& text) {
         if (!text.empty()) {
             statement("COMMENT ON " + kind + " " + name + " IS " + quoteText(text));
@@ -322,8 +323,12 @@ void Writer::writeObjects() {
     splitCircles(creations, foreign);
     for (std::size_t const index : orderByNeeds(creations, foreign)) {
         std::string const& text = creations[index].statement;
-        bool const isComment = beginsWith(text, "--");
-        out << '\n' << text << (isComment ? "" : ";\n");
+        out << '\n';
+        if (beginsWith(text, "--")) {
+            out << text;
+        } else {
+            statement(text);
+        }
     }
     out << '\n';
 }
