@@ -85,9 +85,9 @@ CREATE TEXT SEARCH CONFIGURATION empty (PARSER = pg_catalog."default");
 COMMENT ON TEXT SEARCH PARSER "P q" IS 'p'; COMMENT ON TEXT SEARCH TEMPLATE tmpl IS 't''';
 COMMENT ON TEXT SEARCH DICTIONARY dict IS 'd'; COMMENT ON TEXT SEARCH CONFIGURATION conf IS 'c';
 CREATE FUNCTION find(text) RETURNS tsvector LANGUAGE sql IMMUTABLE BEGIN ATOMIC SELECT to_tsvector('s.conf'::regconfig, $1); END;
-CREATE TABLE docs(t text, v tsvector GENERATED ALWAYS AS (to_tsvector('s.conf'::regconfig, t)) STORED,
+CREATE TABLE texts(t text, v tsvector GENERATED ALWAYS AS (to_tsvector('s.conf'::regconfig, t)) STORED,
     w tsvector DEFAULT to_tsvector('s.conf', 'x'), x tsvector DEFAULT find('y'));
-CREATE INDEX docs_i ON docs USING gin (to_tsvector('s.conf'::regconfig, t));
+CREATE INDEX texts_i ON texts USING gin (to_tsvector('s.conf'::regconfig, t));
 
 -- ---- casts, conversions, languages, transforms, access methods, collations ------------------------------------
 CREATE CAST (i4 AS int) WITHOUT FUNCTION AS IMPLICIT; COMMENT ON CAST (i4 AS int) IS 'free';
