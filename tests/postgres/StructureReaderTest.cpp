@@ -223,10 +223,10 @@ TEST(PostgresStructureReader, ReadsPartitions) {
              "CREATE TABLE p2 PARTITION OF p DEFAULT; CREATE INDEX p_b ON p (b)",
              {"table", "primary", "index"}),
         ElementsAre(
-            "index public.p p_b (b)", "index public.p1 p1_b_idx (b) {inherited=true}",
-            "index public.p2 p2_b_idx (b) {inherited=true}", "primary public.p p_pkey (a)",
-            "primary public.p1 p1_pkey (a) {inherited=true}",
-            "primary public.p2 p2_pkey (a) {inherited=true}",
+            "index public.p p_b (b)", "index public.p1 p1_b_idx (b) {part of=public.p_b}",
+            "index public.p2 p2_b_idx (b) {part of=public.p_b}", "primary public.p p_pkey (a)",
+            "primary public.p1 p1_pkey (a) {part of=public.p_pkey}",
+            "primary public.p2 p2_pkey (a) {part of=public.p_pkey}",
             "table public.p [PARTITIONED TABLE] {partition by=RANGE (a)}",
             "table public.p1 [PARTITIONED TABLE] under public.p {partition bound=FOR VALUES FROM (1) TO (9)}"
             " {partition by=HASH (a)}",
@@ -460,9 +460,15 @@ TEST(PostgresStructureReader, KeepsWhatTheDatabaseHasBeside) {
     EXPECT_EQ(
         value("event trigger t"),
         "CREATE EVENT TRIGGER t ON ddl_command_end WHEN TAG IN ('DROP TABLE') EXECUTE FUNCTION public.e()");
-    EXPECT_EQ(value("text search dictionaries"), "public.d");
-    EXPECT_EQ(value("text search configurations"), "public.g");
-    EXPECT_EQ(value("publications"), "p");
+    EXPECT_EQ(value("text search dictionary public.d"),
+              "CREATE TEXT SEARCH DICTIONARY public.d (TEMPLATE = pg_catalog.simple)");
+    EXPECT_THAT(value("text search configuration public.g"),
+                StartsWith("CREATE TEXT SEARCH CONFIGURATION public.g (PARSER = pg_catalog.\"default\");\n"
+                           "ALTER TEXT SEARCH CONFIGURATION public.g ADD MAPPING FOR asciiword WITH "
+                           "pg_catalog.simple;\n"));
+    EXPECT_EQ(value("publication p"),
+              "CREATE PUBLICATION p FOR ALL TABLES WITH (publish = 'insert, update, delete, truncate')");
+    EXPECT_EQ(value("user mapping PUBLIC at s"), "CREATE USER MAPPING FOR PUBLIC SERVER s");
     for (std::string const& line : describe(structure)) {
         EXPECT_THAT(line, Not(HasSubstr("Hush")));
     }

@@ -160,6 +160,17 @@ std::string publications(bool hasParts, bool hasRoot) {
            " FROM pg_publication AS x WHERE " + isMade("pg_publication", "x.oid");
 }
 
+/// Types that the server made beside others, and that have no record: of rows, of arrays and of ranges'
+/// ranges.
+std::string typeComments() {
+    return "SELECT 'comment on type ' || q, format('COMMENT ON TYPE %s IS %L', q, d.description)"
+           " FROM pg_description AS d JOIN pg_type AS t ON t.oid = d.objoid,"
+           " LATERAL (SELECT format_type(t.oid, NULL) AS q) AS x WHERE d.classoid = 'pg_type'::regclass"
+           " AND (t.typtype = 'm' OR EXISTS (SELECT 1 FROM pg_type AS e WHERE e.typarray = t.oid) OR EXISTS"
+           " (SELECT 1 FROM pg_class AS c WHERE c.oid = t.typrelid AND c.relkind <> 'c')) AND" +
+           isOwn("pg_type", "t.oid", "t.typnamespace");
+}
+
 /// These can't be made again: the one needs a connection, of which nothing is read, the other a provider.
 constexpr char const* subscriptions =
     "SELECT 'subscription ' || s.subname, 'PUBLICATION ' || array_to_string(s.subpublications, ', ')"
@@ -206,6 +217,7 @@ void CatalogReader::readCatalogExtras() {
                                         transforms(),
                                         eventTriggers(),
                                         publications(since(150000), since(130000)),
+                                        typeComments(),
                                         subscriptions,
                                         securityLabels};
     for (auto const& more : {textSearchQueries(), operatorQueries()}) {

@@ -29,6 +29,7 @@ constexpr CatalogKind kinds[] = {
     {"cast ", Moment::BEHIND_TYPES},
     {"transform ", Moment::BEHIND_TYPES},
     {"publication ", Moment::BEHIND_TRIGGERS},
+    {"comment on type ", Moment::BEHIND_TRIGGERS},
     {"event trigger ", Moment::LAST},
 };
 constexpr CatalogKind none = {"", Moment::NEVER};
@@ -41,7 +42,8 @@ bool beginsWith(std::string_view text, std::string_view start) {
 
 CatalogKind const& kindOf(Extra const& extra) {
     CatalogKind const* result = &none;
-    bool const isStatement = beginsWith(extra.value, "CREATE ") || beginsWith(extra.value, "ALTER ");
+    bool const isStatement = beginsWith(extra.value, "CREATE ") || beginsWith(extra.value, "ALTER ") ||
+                             beginsWith(extra.value, "COMMENT ");
     for (CatalogKind const& kind : kinds) {
         bool const isCloser = kind.prefix.size() > result->prefix.size();
         if (isStatement && isCloser && beginsWith(extra.name, kind.prefix)) {

@@ -41,14 +41,47 @@ bool beginsWith(std::string const& text, std::string_view start) {
     return text.compare(0, start.size(), start) == 0;
 }
 
-/// Each line of a text as a comment of SQL.
+/// Each line of a text as a comment of SQL. To the server a carriage return ends a line as well.
 std::string asComment(std::string const& text) {
     std::string result = "-- ";
     for (char const character : text) {
         result += character;
-        result += character == '\n' ? "-- " : "";
+        result += character == '\n' || character == '\r' ? "-- " : "";
     }
     return result + "\n";
+}
+
+/// SQL behind which more can stand: what may be a comment in its last line ends there.
+std::string withCommentEnded(std::string const& sql) {
+    auto const line = sql.rfind('\n');
+    return sql.find("--", line == std::string::npos ? 0 : line) == std::string::npos ? sql : sql + "\n";
+}
+
+/// The same for all expressions of a database. Those that the server prints have no comments, but a graph can
+/// come from anywhere.
+Structure withCommentsEnded(Structure structure) {
+    auto const end = [](std::string& sql) { sql = withCommentEnded(sql); };
+    auto const endExtra = [](Extras& extras) {
+        for (Extra& extra : extras) {
+            extra.value = extra.name == "where" ? withCommentEnded(extra.value) : extra.value;
+        }
+    };
+    for (Type& type : structure.types) {
+        end(type.defaultValue);
+    }
+    for (Table& table : structure.tables) {
+        std::for_each(table.columns.begin(), table.columns.end(),
+                      [&](Column& column) { end(column.defaultValue); });
+    }
+    for (Check& check : structure.checks) {
+        end(check.expression);
+    }
+    for (Index& index : structure.indexes) {
+        endExtra(index.extras);
+        std::for_each(index.members.begin(), index.members.end(),
+                      [&](IndexMember& member) { end(member.expression); });
+    }
+    return structure;
 }
 
 std::string identityText(Column const& column) {
@@ -220,7 +253,9 @@ private:
     bool isInherited(int table, Named const& thing) const {
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
     }
-    void statement(std::string const& text) { out << (foreign ? text : keepArrayCasts(text)) << ";\n"; }
+    void statement(std::string const& text) {
+        out << withCommentEnded(foreign ? text : keepArrayCasts(text)) << ";\n";
+    }
     void comment(std::string const& kind, std::string const& name, std::string const& text) {
         if (!text.empty()) {
             statement("COMMENT ON " + kind + " " + name + " IS " + quoteText(text));
@@ -420,6 +455,11 @@ void Writer::addPartitions(std::vector<Creation>& creations) {
                                  "ALTER TABLE ONLY " + parent + " ATTACH PARTITION " +
                                      tableName(static_cast<int>(i)) + " " +
                                      valueOf(table.extras, "partition bound")});
+            if (has(table, "detach pending")) {
+                creations.push_back({"", "",
+                                     asComment("Not written: " + tableName(static_cast<int>(i)) +
+                                               " is about to be detached from " + parent)});
+            }
         }
     }
     for (Key const& key : structure.keys) {
@@ -1017,9 +1057,6 @@ void Writer::writeComments() {
             if (beginsWith(extra.name, ofAttribute)) {
                 comment("COLUMN", name + "." + quoteName(extra.name.substr(ofAttribute.size())), extra.value);
             }
-            if (extra.name == "multirange comment") {
-                statement(extra.value);
-            }
         }
     }
     writeTableComments();
@@ -1074,7 +1111,8 @@ void Writer::writeTableComments() {
 } // namespace
 
 void writePostgresSql(Structure const& structure, std::ostream& out) {
-    Writer(structure, out).run();
+    Structure const safe = withCommentsEnded(structure);
+    Writer(safe, out).run();
 }
 
 } // namespace postgres

@@ -52,16 +52,15 @@ std::string policies() {
            " FROM pg_policy AS p, LATERAL (SELECT p.polrelid::regclass AS r) AS x";
 }
 
+/// The rule that makes a view is part of it, but can have a comment of its own.
 std::string rules() {
-    return "SELECT w.ev_class, 'rule ' || w.rulename, rtrim(pg_get_ruledef(w.oid), ';') ||"
-           " CASE WHEN w.ev_enabled = 'O' THEN '' ELSE format(E';\\nALTER TABLE %s %s RULE %I', r, CASE "
-           "w.ev_enabled"
-           " WHEN 'D' THEN 'DISABLE' WHEN 'R' THEN 'ENABLE REPLICA' ELSE 'ENABLE ALWAYS' END, w.rulename) "
-           "END" +
-           commentBehind("format('RULE %I ON %s', w.rulename, r)", commentOn("pg_rewrite", "w.oid")) +
-           " FROM pg_rewrite AS w, LATERAL (SELECT w.ev_class::regclass AS r) AS x WHERE w.rulename <> "
-           "'_RETURN'"
-           "";
+    return "SELECT w.ev_class, 'rule ' || w.rulename, concat_ws(E';\\n', CASE WHEN w.rulename <> '_RETURN'"
+           "   THEN rtrim(pg_get_ruledef(w.oid), ';') END, CASE WHEN w.ev_enabled <> 'O'"
+           "   THEN format('ALTER TABLE %s %s RULE %I', r, CASE w.ev_enabled WHEN 'D' THEN 'DISABLE'"
+           "   WHEN 'R' THEN 'ENABLE REPLICA' ELSE 'ENABLE ALWAYS' END, w.rulename) END,"
+           " format('COMMENT ON RULE %I ON %s IS ', w.rulename, r) || quote_literal(" +
+           commentOn("pg_rewrite", "w.oid") +
+           ")) FROM pg_rewrite AS w, LATERAL (SELECT w.ev_class::regclass AS r) AS x";
 }
 
 /// Those of one name can be in several schemas.

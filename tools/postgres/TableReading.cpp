@@ -110,15 +110,18 @@ void CatalogReader::readTables() {
 
 /// A parent that belongs to an extension has no record, only its name.
 void CatalogReader::readParents() {
-    Query row(connection, "SELECT i.inhrelid, i.inhparent, i.inhparent::regclass FROM pg_inherits AS i"
-                          " JOIN pg_class AS c ON c.oid = i.inhrelid WHERE c.relkind IN ('r', 'p', 'f')"
-                          " ORDER BY i.inhrelid, i.inhseqno");
+    Query row(connection, std::string("SELECT i.inhrelid, i.inhparent, i.inhparent::regclass, ") +
+                              (since(140000) ? "i.inhdetachpending" : "false") +
+                              " FROM pg_inherits AS i"
+                              " JOIN pg_class AS c ON c.oid = i.inhrelid WHERE c.relkind IN ('r', 'p', 'f')"
+                              " ORDER BY i.inhrelid, i.inhseqno");
     while (row.next()) {
         int const child = tableOf(row.number(0));
         if (child < 0) {
             continue;
         }
         Table& table = structure.tables[static_cast<std::size_t>(child)];
+        addFlag(table.extras, "detach pending", row.flag(3));
         int const parent = tableOf(row.number(1));
         if (parent >= 0) {
             table.parents.push_back(parent);

@@ -112,15 +112,6 @@ std::string rangeParts(bool hasMultiranges) {
            " JOIN pg_namespace AS n ON n.oid = o.opcnamespace ORDER BY r.rngtypid";
 }
 
-/// The ranges of a range type are a type that has no record.
-std::string multirangeComments(bool hasMultiranges) {
-    return "SELECT r.rngtypid, 'multirange comment', format('COMMENT ON TYPE %s IS %L', format_type(d.objoid,"
-           " NULL), d.description) FROM pg_range AS r JOIN pg_description AS d ON d.classoid = "
-           "'pg_type'::regclass"
-           " AND d.objoid = " +
-           std::string(hasMultiranges ? "r.rngmultitypid" : "0") + " ORDER BY r.rngtypid";
-}
-
 /// A function of a type, as an option of its statement.
 std::string typeFunction(char const* option, char const* column) {
     return std::string(", '") + option + " = ' || nullif(t." + column + "::text, '-')";
@@ -261,8 +252,8 @@ void CatalogReader::readTypeExtras() {
         " JOIN pg_attribute AS a ON a.attrelid = c.oid JOIN pg_description AS d"
         " ON d.classoid = 'pg_class'::regclass AND d.objoid = c.oid"
         " AND d.objsubid = a.attnum WHERE c.relkind = 'c' ORDER BY c.oid, a.attnum";
-    for (std::string const& sql : {attributes, comments, rangeParts(since(140000)),
-                                   multirangeComments(since(140000)), baseTypeParts(since(140000))}) {
+    for (std::string const& sql :
+         {attributes, comments, rangeParts(since(140000)), baseTypeParts(since(140000))}) {
         Query row(connection, sql);
         while (row.next()) {
             auto const type = ownTypes.find(row.number(0));
