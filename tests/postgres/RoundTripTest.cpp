@@ -72,6 +72,10 @@ TEST(PostgresRoundTrip, KeepsAllThatADatabaseCanHave) {
     expectSameDatabase(server().makeDatabase(source("catalog.sql")));
 }
 
+TEST(PostgresRoundTrip, KeepsFormsOfAllKinds) {
+    expectSameDatabase(server().makeDatabase(source("forms.sql")));
+}
+
 TEST(PostgresRoundTrip, KeepsOddNames) {
     expectSameDatabase(server().makeDatabase(source("names.sql")));
 }

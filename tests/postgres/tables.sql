@@ -176,3 +176,8 @@ CREATE FUNCTION listed_g() RETURNS text LANGUAGE sql AS $$ SELECT '(ARRAY[1])::t
 CREATE TRIGGER listed_t BEFORE INSERT ON listed FOR EACH ROW WHEN (NEW.a IN ('x', 'z')) EXECUTE FUNCTION trg();
 CREATE RULE listed_r AS ON DELETE TO listed WHERE OLD.a IN ('x', 'z') DO INSTEAD NOTHING;
 COMMENT ON TABLE listed IS '(ARRAY[''a''::varchar])::text[]';
+
+-- ---- defaults that were changed after they had been passed on -------------------------------------------------
+CREATE TABLE mp1(a int DEFAULT 1, b int); CREATE TABLE mp2(b int, a int DEFAULT 1); CREATE TABLE mp3() INHERITS (mp2);
+CREATE TABLE mp() INHERITS (mp1, mp3); ALTER TABLE ONLY mp2 ALTER a SET DEFAULT 2; ALTER TABLE ONLY mp3 ALTER a SET DEFAULT 3;
+ALTER TABLE mp ALTER b SET NOT NULL; CREATE TABLE mpn() INHERITS (mp);

@@ -7,8 +7,9 @@ namespace {
 using postgres::keepArrayCasts;
 
 TEST(PostgresArrayCasts, SayTheTypeOfTheArray) {
-    EXPECT_EQ(keepArrayCasts("x = ANY ((ARRAY['a'::character varying, 'b'::character varying])::text[])"),
-              "x = ANY ((ARRAY['a'::character varying, 'b'::character varying]::character varying[])::text[])");
+    EXPECT_EQ(
+        keepArrayCasts("x = ANY ((ARRAY['a'::character varying, 'b'::character varying])::text[])"),
+        "x = ANY ((ARRAY['a'::character varying, 'b'::character varying]::character varying[])::text[])");
     EXPECT_EQ(keepArrayCasts("(ARRAY[1, 20])::numeric[]"), "(ARRAY[1, 20]::integer[])::numeric[]");
     EXPECT_EQ(keepArrayCasts("(ARRAY[('a'::bpchar)::character(3)])::text[]"),
               "(ARRAY[('a'::bpchar)::character(3)]::character(3)[])::text[]");
@@ -32,9 +33,9 @@ TEST(PostgresArrayCasts, StayWhereTheElementsDoNotSayTheirType) {
 TEST(PostgresArrayCasts, LeaveLiteralsNamesAndCommentsAlone) {
     EXPECT_EQ(keepArrayCasts("(ARRAY['a],''('::name, E'\\'['::name])::text[]"),
               "(ARRAY['a],''('::name, E'\\'['::name]::name[])::text[]");
-    for (char const* const sql :
-         {"'(ARRAY[''a''::name])::text[]'", "\"(ARRAY[1])::x[]\"", "$$(ARRAY[1])::x[]$$",
-          "$q$ $$ (ARRAY[1])::x[] $q$", "-- (ARRAY[1])::x[]", "/* (ARRAY[1])::x[] */", "E'\\'(ARRAY[1])::x[]'"}) {
+    for (char const* const sql : {"'(ARRAY[''a''::name])::text[]'", "\"(ARRAY[1])::x[]\"",
+                                  "$$(ARRAY[1])::x[]$$", "$q$ $$ (ARRAY[1])::x[] $q$", "-- (ARRAY[1])::x[]",
+                                  "/* (ARRAY[1])::x[] */", "E'\\'(ARRAY[1])::x[]'"}) {
         EXPECT_EQ(keepArrayCasts(sql), sql);
     }
     EXPECT_EQ(keepArrayCasts("a$b$ (ARRAY[1])::x[]"), "a$b$ (ARRAY[1]::integer[])::x[]");

@@ -64,4 +64,13 @@ TEST(PostgresSqlNames, NumbersAndSignsAreNone) {
     EXPECT_THAT(namesIn("\""), ElementsAre(""));
 }
 
+TEST(PostgresSqlNames, AnOperatorIsTheLastPartOfAName) {
+    std::vector<std::vector<std::string>> found;
+    forEachName("OPERATOR(s.<=) s.f(\"S t\".@-(a)) b.* 1.5 c.",
+                [&](auto const& parts) { found.push_back(parts); });
+    EXPECT_THAT(found, ElementsAre(ElementsAre("OPERATOR"), ElementsAre("s", "<="), ElementsAre("s", "f"),
+                                   ElementsAre("S t", "@-"), ElementsAre("a"), ElementsAre("b", "*"),
+                                   ElementsAre("c")));
+}
+
 } // namespace

@@ -37,6 +37,57 @@ TEST(PostgresStatementOrder, GoesOnWhereTwoNeedEachOther) {
     EXPECT_THAT(orderByNeeds({{"s", "a", "s.a s.b"}, {"s", "b", "s.a"}}, false), ElementsAre(1u, 0u));
 }
 
+TEST(PostgresStatementOrder, KnowsOperatorsByTheirSchema) {
+    EXPECT_THAT(orderByNeeds({{"s", "a", "x OPERATOR(s.<=) y"}, {"s", "<=", ""}, {"s", "<", ""}}, false),
+                ElementsAre(1u, 0u, 2u));
+}
+
+/// A table and a function can have one name.
+TEST(PostgresStatementOrder, TakesNoNamesakeForNeeded) {
+    EXPECT_THAT(orderByNeeds({{"s", "a", "CREATE TABLE s.a"}, {"s", "a", "CREATE FUNCTION s.a(s.a)"}}, false),
+                ElementsAre(0u, 1u));
+    EXPECT_THAT(
+        orderByNeeds({{"s", "a", "CREATE TABLE s.a DEFAULT s.a()"}, {"s", "a", "FUNCTION s.a()"}}, false),
+        ElementsAre(1u, 0u));
+}
+
+TEST(PostgresStatementOrder, TakesOnlyEarlierNamesakesIfTold) {
+    std::vector<Creation> const creations = {{"s", "a", "TEMPLATE s.a", std::string::npos, true},
+                                             {"s", "a", "DICTIONARY s.a (s.a)", std::string::npos, true},
+                                             {"s", "a", "CONFIGURATION s.a (s.a)", std::string::npos, true}};
+    EXPECT_THAT(orderByNeeds(creations, false), ElementsAre(0u, 1u, 2u));
+}
+
+/// The functions of a type name it and come first.
+TEST(PostgresStatementOrder, PutsWhatIsLastBehindWhatItNames) {
+    Creation type = {"s", "t", "TYPE s.t (s.in)"};
+    type.isLast = true;
+    EXPECT_THAT(orderByNeeds({type, {"s", "f", "s.f(s.t)"}, {"s", "in", "s.in() RETURNS s.t"}}, false),
+                ElementsAre(2u, 0u, 1u));
+}
+
+TEST(PostgresStatementOrder, SplitsWhatStandsInACircle) {
+    Creation table = {"s", "t", "TABLE s.t CHECK s.f"};
+    table.bare = "TABLE s.t";
+    table.rest = "ALTER s.t CHECK s.f";
+    Creation other = {"s", "o", "TABLE s.o"};
+    other.bare = "never";
+    std::vector<Creation> creations = {other, table, {"s", "f", "FUNCTION s.f(s.t)"}};
+    postgres::splitCircles(creations, false);
+    std::vector<std::string> statements;
+    for (std::size_t const index : orderByNeeds(creations, false)) {
+        statements.push_back(creations[index].statement);
+    }
+    EXPECT_THAT(statements,
+                ElementsAre("TABLE s.o", "TABLE s.t", "FUNCTION s.f(s.t)", "ALTER s.t CHECK s.f"));
+}
+
+TEST(PostgresStatementOrder, LeavesCirclesThatCannotBeSplit) {
+    std::vector<Creation> creations = {{"s", "a", "s.a s.b"}, {"s", "b", "s.b s.a"}};
+    postgres::splitCircles(creations, false);
+    EXPECT_EQ(creations.size(), 2u);
+}
+
 TEST(PostgresStatementOrder, LeavesTheSchemaAndTheCaseAsideIfTold) {
     EXPECT_THAT(orderByNeeds({{"s", "a", "FROM Bee"}, {"s", "bEE", ""}}, true), ElementsAre(1u, 0u));
 }

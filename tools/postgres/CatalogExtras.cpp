@@ -10,11 +10,9 @@ namespace {
 using database::Extra;
 using database::Extras;
 
-std::string foreignOptions(std::string const& options) {
-    return "(SELECT ' OPTIONS (' || string_agg(quote_ident(option_name) || ' ' || "
-           "quote_literal(option_value), ', ')"
-           " || ')' FROM pg_options_to_table(" +
-           options + ") WHERE option_name !~* 'pass|pwd|secret|token|key')";
+/// What stands behind OPTIONS, with that word.
+std::string optionsClause(std::string const& options) {
+    return "coalesce(' OPTIONS (' || " + foreignOptions(options) + " || ')', '')";
 }
 
 /// The comment that an extension brings along comes with it. What an extension needs is one before it.
@@ -48,8 +46,8 @@ std::string foreignDataWrappers() {
     return "SELECT 'foreign data wrapper ' || w.fdwname, format('CREATE FOREIGN DATA WRAPPER %I', w.fdwname) "
            "||"
            " coalesce(' HANDLER ' || nullif(w.fdwhandler::regproc::text, '-'), '') ||"
-           " coalesce(' VALIDATOR ' || nullif(w.fdwvalidator::regproc::text, '-'), '') || coalesce(" +
-           foreignOptions("w.fdwoptions") + ", '')" +
+           " coalesce(' VALIDATOR ' || nullif(w.fdwvalidator::regproc::text, '-'), '') || " +
+           optionsClause("w.fdwoptions") +
            commentStatement("FOREIGN DATA WRAPPER", "quote_ident(w.fdwname)", "pg_foreign_data_wrapper",
                             "w.oid") +
            " FROM pg_foreign_data_wrapper AS w WHERE " + isMade("pg_foreign_data_wrapper", "w.oid");
@@ -59,8 +57,8 @@ std::string servers() {
     return "SELECT 'server ' || s.srvname, format('CREATE SERVER %I', s.srvname) ||"
            " coalesce(' TYPE ' || quote_literal(s.srvtype), '') ||"
            " coalesce(' VERSION ' || quote_literal(s.srvversion), '') ||"
-           " format(' FOREIGN DATA WRAPPER %I', w.fdwname) || coalesce(" +
-           foreignOptions("s.srvoptions") + ", '')" +
+           " format(' FOREIGN DATA WRAPPER %I', w.fdwname) || " +
+           optionsClause("s.srvoptions") +
            commentStatement("SERVER", "quote_ident(s.srvname)", "pg_foreign_server", "s.oid") +
            " FROM pg_foreign_server AS s JOIN pg_foreign_data_wrapper AS w ON w.oid = s.srvfdw WHERE " +
            isMade("pg_foreign_server", "s.oid");

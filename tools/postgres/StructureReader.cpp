@@ -111,6 +111,15 @@ std::string optionsText(std::string const& options) {
            options + ") WHERE option_name <> 'pg_attver')";
 }
 
+std::string foreignOptions(std::string const& options) {
+    return "(SELECT string_agg(quote_ident(option_name) || ' ' || quote_literal(option_value), ', ')"
+           " FROM pg_options_to_table(" +
+           options +
+           ") WHERE option_name !~* 'pass|pwd|secret|token|key|credential'"
+           " AND option_value !~* '(pass|pwd|secret|token|key|credential)[a-z_]*\\s*[=:]'"
+           " AND option_value !~ '://[^/?]*:[^/?]*@')";
+}
+
 std::string commentOn(std::string const& catalogue, std::string const& oid, std::string const& part) {
     return "(SELECT description FROM pg_description WHERE classoid = '" + catalogue +
            "'::regclass AND objoid = " + oid + " AND objsubid = " + part + ")";

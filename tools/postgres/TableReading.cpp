@@ -44,13 +44,6 @@ char const* rowSecurity(bool enabled, bool forced) {
     return enabled ? (forced ? "FORCED" : "ENABLED") : forced ? "FORCED, NOT ENABLED" : "";
 }
 
-/// Options of a foreign thing as SQL writes them; what may be a password isn't read.
-std::string foreignOptions(std::string const& options) {
-    return "(SELECT string_agg(quote_ident(option_name) || ' ' || quote_literal(option_value), ', ')"
-           " FROM pg_options_to_table(" +
-           options + ") WHERE option_name !~* 'pass|pwd|secret|token|key')";
-}
-
 } // namespace
 
 void CatalogReader::readTables() {
