@@ -253,6 +253,7 @@ TEST(PostgresSqlWriter, SaysWhatItLeavesOut) {
         CREATE USER MAPPING FOR PUBLIC SERVER far OPTIONS (user 'Hush'))");
     EXPECT_THROW(server().run(name, "CREATE UNIQUE INDEX CONCURRENTLY broken ON t ((1))"),
                  std::runtime_error);
+    server().run(name, "COMMENT ON INDEX broken IS 'failed'; ALTER TABLE t CLUSTER ON t_pkey");
     std::string const sql = sqlOf(readFrom(name));
     for (char const* const line :
          {"index that isn't valid: CREATE UNIQUE INDEX broken ON public.t ((1))",

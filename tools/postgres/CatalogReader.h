@@ -85,8 +85,8 @@ std::string isOwn(std::string const& catalogue, std::string const& oid, std::str
 /// read.
 std::string optionsText(std::string const& options);
 
-/// Options of a foreign thing as SQL writes them; NULL if there are none. What may hold a secret by its name or
-/// its value isn't read.
+/// Options of a foreign thing as SQL writes them; NULL if there are none. What may hold a secret by its name
+/// or its value isn't read.
 std::string foreignOptions(std::string const& options);
 
 /// The comment on an object, or on its part of that number.

@@ -41,41 +41,106 @@ std::string partitionedIndex(std::string const& oid) {
     return "(SELECT h.inhparent::regclass FROM pg_inherits AS h WHERE h.inhrelid = " + oid + ")";
 }
 
+/// Its columns are those by which `readKey`, `readCheck` and `readReference` go.
+std::string constraintQuery(bool since15) {
+    return "SELECT n.contype, n.conrelid, n.contypid, n.conname, " + commentOn("pg_constraint", "n.oid") +
+           ", CASE WHEN n.contype = 'c' THEN pg_get_expr(n.conbin, n.conrelid) END"
+           ", n.conkey, n.confrelid, n.confkey, n.confupdtype, n.confdeltype, n.confmatchtype"
+           ", CASE WHEN n.condeferred THEN 'INITIALLY DEFERRED' WHEN n.condeferrable"
+           "   THEN 'INITIALLY IMMEDIATE' END"
+           ", NOT n.convalidated, n.connoinherit AND n.contype = 'c'"
+           ", CASE WHEN r.relispartition THEN n.conparentid <> 0 AND n.contype <> 'c'"
+           "   ELSE n.coninhcount > 0 END, n.conislocal"
+           ", CASE WHEN EXISTS (SELECT 1 FROM pg_depend AS e WHERE e.classid = 'pg_class'::regclass"
+           "   AND e.objid = n.confrelid AND e.deptype = 'e')"
+           "   THEN substring(pg_get_constraintdef(n.oid) FROM 'REFERENCES (.*?[)])') END, " +
+           (since15 ? columnNames("n.conrelid", "n.confdelsetcols") : "NULL") + ", " +
+           columnNames("i.indrelid", storedColumns) + ", " + optionsText("ic.reloptions") +
+           ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = ic.reltablespace), i.indisclustered"
+           ", i.indisreplident, " +
+           (since15 ? "i.indnullsnotdistinct" : "false") + ", " + commentOn("pg_class", "ic.oid") + ", " +
+           partitionedIndex("ic.oid") + ", " +
+           neededExtensions("pg_class", "ic.oid", "'ALTER INDEX ' || ic.oid::regclass") +
+           ", (SELECT string_agg(DISTINCT CASE g.tgenabled WHEN 'D' THEN 'NO' WHEN 'R' THEN 'REPLICA' ELSE "
+           "'ALWAYS'"
+           "   END, ', ') FROM pg_trigger AS g WHERE g.tgconstraint = n.oid AND g.tgisinternal"
+           "   AND g.tgenabled <> 'O')"
+           " FROM pg_constraint AS n LEFT JOIN pg_class AS r ON r.oid = n.conrelid"
+           " LEFT JOIN pg_constraint AS p ON p.oid = n.conparentid AND n.conparentid <> 0"
+           " LEFT JOIN pg_index AS i ON i.indexrelid = n.conindid AND n.contype IN ('p', 'u')"
+           " LEFT JOIN pg_class AS ic ON ic.oid = i.indexrelid"
+           " WHERE n.contype IN ('c', 'f', 'p', 'u') AND p.conrelid IS DISTINCT FROM n.conrelid"
+           " ORDER BY n.oid";
+}
+
+std::string indexQuery(bool since15) {
+    return "SELECT i.indexrelid, c.relname, i.indrelid, i.indisunique, i.indisclustered, NOT i.indisvalid, "
+           "m.amname, "
+           "pg_get_expr(i.indpred, i.indrelid), " +
+           optionsText("c.reloptions") +
+           ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = c.reltablespace), " +
+           commentOn("pg_class", "c.oid") + ", i.indisreplident, " +
+           columnNames("i.indrelid", storedColumns) + ", " + (since15 ? "i.indnullsnotdistinct" : "false") +
+           ", " + partitionedIndex("c.oid") + ", " +
+           neededExtensions("pg_class", "c.oid", "'ALTER INDEX ' || c.oid::regclass") +
+           " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
+           "c.relam"
+           " LEFT JOIN pg_constraint AS n ON n.conindid = i.indexrelid AND n.contype IN ('p', 'u', 'x')"
+           " WHERE n.oid IS NULL ORDER BY i.indexrelid";
+}
+
+/// An operator class or a collation is told of if the statement that makes the index needs it. That statement
+/// takes time, so it is only looked at where nothing else tells.
+std::string memberQuery(bool hasOptions) {
+    return "SELECT i.indexrelid, k.number, CASE WHEN k.number = 0"
+           "   THEN pg_get_indexdef(i.indexrelid, k.n::int, false) END"
+           ", m.amname = 'btree' AND i.indoption[k.n - 1] & 1 = 1"
+           ", CASE WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 2 THEN 'FIRST'"
+           "   WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 1 THEN 'LAST' END"
+           ", CASE WHEN NOT o.opcdefault OR z.attoptions IS NOT NULL OR (o.opcintype IS DISTINCT FROM "
+           "a.atttypid"
+           "   AND (a.atttypid = 'varchar'::regtype AND o.opcintype = 'text'::regtype) IS NOT TRUE"
+           "   AND position(' ' || quote_ident(o.opcname) IN x.text) > 0)"
+           "   THEN quote_ident(p.nspname) || '.' || quote_ident(o.opcname) END" +
+           std::string(hasOptions ? ", (SELECT string_agg(quote_ident(option_name) || '=' ||"
+                                    " quote_literal(option_value), ', ')"
+                                    " FROM pg_options_to_table(z.attoptions))"
+                                  : ", NULL") +
+           ", CASE WHEN l.oid <> coalesce(a.attcollation, 100)"
+           "   AND position(' COLLATE ' IN x.text) > 0"
+           "   THEN quote_ident(q.nspname) || '.' || quote_ident(l.collname) END"
+           ", CASE WHEN z.attstattarget >= 0 THEN z.attstattarget END"
+           " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
+           "c.relam"
+           " CROSS JOIN LATERAL unnest(i.indkey::int2[]) WITH ORDINALITY AS k(number, n)"
+           " JOIN pg_opclass AS o ON o.oid = i.indclass[k.n - 1]"
+           " JOIN pg_namespace AS p ON p.oid = o.opcnamespace"
+           " LEFT JOIN pg_attribute AS a ON a.attrelid = i.indrelid AND a.attnum = k.number AND k.number <> "
+           "0"
+           " LEFT JOIN pg_attribute AS z ON z.attrelid = i.indexrelid AND z.attnum = k.n"
+           " LEFT JOIN pg_collation AS l ON l.oid = i.indcollation[k.n - 1]"
+           " LEFT JOIN pg_namespace AS q ON q.oid = l.collnamespace"
+           " CROSS JOIN LATERAL (SELECT pg_get_indexdef(i.indexrelid) AS text) AS x"
+           " LEFT JOIN pg_constraint AS n ON n.conindid = i.indexrelid AND n.contype IN ('p', 'u', 'x')"
+           " WHERE k.n <= i.indnkeyatts AND n.oid IS NULL AND c.relnamespace <> 'pg_catalog'::regnamespace"
+           " AND c.relnamespace <> 'pg_toast'::regnamespace ORDER BY i.indexrelid, k.n";
+}
+
+std::string triggerQuery(bool hasParents) {
+    return "SELECT t.tgrelid, t.tgname, t.tgtype, pg_get_triggerdef(t.oid), t.tgenabled, " +
+           commentOn("pg_trigger", "t.oid") + ", " + commentOn("pg_constraint", "nullif(t.tgconstraint, 0)") +
+           ", " +
+           neededExtensions("pg_trigger", "t.oid",
+                            "format('ALTER TRIGGER %I ON %s', t.tgname, t.tgrelid::regclass)") +
+           " FROM pg_trigger AS t WHERE NOT t.tgisinternal" + (hasParents ? " AND t.tgparentid = 0" : "") +
+           " ORDER BY t.oid";
+}
+
 } // namespace
 
-/// The columns of the query, by which the functions below go. A foreign key that refers to a partitioned
-/// table has further rows for each partition, which aren't read.
+/// A foreign key that refers to a partitioned table has further rows for each partition, which aren't read.
 void CatalogReader::readConstraints() {
-    Query row(
-        connection,
-        "SELECT n.contype, n.conrelid, n.contypid, n.conname, " + commentOn("pg_constraint", "n.oid") +
-            ", CASE WHEN n.contype = 'c' THEN pg_get_expr(n.conbin, n.conrelid) END"
-            ", n.conkey, n.confrelid, n.confkey, n.confupdtype, n.confdeltype, n.confmatchtype"
-            ", CASE WHEN n.condeferred THEN 'INITIALLY DEFERRED' WHEN n.condeferrable"
-            "   THEN 'INITIALLY IMMEDIATE' END"
-            ", NOT n.convalidated, n.connoinherit AND n.contype = 'c'"
-            ", CASE WHEN r.relispartition THEN n.conparentid <> 0 AND n.contype <> 'c'"
-            "   ELSE n.coninhcount > 0 END, n.conislocal"
-            ", CASE WHEN EXISTS (SELECT 1 FROM pg_depend AS e WHERE e.classid = 'pg_class'::regclass"
-            "   AND e.objid = n.confrelid AND e.deptype = 'e')"
-            "   THEN substring(pg_get_constraintdef(n.oid) FROM 'REFERENCES (.*?[)])') END, " +
-            (since(150000) ? columnNames("n.conrelid", "n.confdelsetcols") : "NULL") + ", " +
-            columnNames("i.indrelid", storedColumns) + ", " + optionsText("ic.reloptions") +
-            ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = ic.reltablespace), i.indisclustered"
-            ", i.indisreplident, " +
-            (since(150000) ? "i.indnullsnotdistinct" : "false") + ", " + commentOn("pg_class", "ic.oid") +
-            ", " + partitionedIndex("ic.oid") + ", " +
-            neededExtensions("pg_class", "ic.oid", "'ALTER INDEX ' || ic.oid::regclass") +
-            ", (SELECT string_agg(DISTINCT CASE g.tgenabled WHEN 'D' THEN 'NO' WHEN 'R' THEN 'REPLICA' ELSE "
-            "'ALWAYS'"
-            "   END, ', ') FROM pg_trigger AS g WHERE g.tgconstraint = n.oid AND g.tgisinternal"
-            "   AND g.tgenabled <> 'O')"
-            " FROM pg_constraint AS n LEFT JOIN pg_class AS r ON r.oid = n.conrelid"
-            " LEFT JOIN pg_constraint AS p ON p.oid = n.conparentid AND n.conparentid <> 0"
-            " LEFT JOIN pg_index AS i ON i.indexrelid = n.conindid AND n.contype IN ('p', 'u')"
-            " LEFT JOIN pg_class AS ic ON ic.oid = i.indexrelid"
-            " WHERE n.contype IN ('c', 'f', 'p', 'u') AND p.conrelid IS DISTINCT FROM n.conrelid"
-            " ORDER BY n.oid");
+    Query row(connection, constraintQuery(since(150000)));
     while (row.next()) {
         int const table = tableOf(row.number(1));
         auto const type = ownTypes.find(row.number(2));
@@ -144,21 +209,7 @@ void CatalogReader::readReference(Query const& row, Key& key) {
 }
 
 void CatalogReader::readIndexes() {
-    Query row(
-        connection,
-        "SELECT i.indexrelid, c.relname, i.indrelid, i.indisunique, i.indisclustered, NOT i.indisvalid, "
-        "m.amname, "
-        "pg_get_expr(i.indpred, i.indrelid), " +
-            optionsText("c.reloptions") +
-            ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = c.reltablespace), " +
-            commentOn("pg_class", "c.oid") + ", i.indisreplident, " +
-            columnNames("i.indrelid", storedColumns) + ", " +
-            (since(150000) ? "i.indnullsnotdistinct" : "false") + ", " + partitionedIndex("c.oid") + ", " +
-            neededExtensions("pg_class", "c.oid", "'ALTER INDEX ' || c.oid::regclass") +
-            " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
-            "c.relam"
-            " LEFT JOIN pg_constraint AS n ON n.conindid = i.indexrelid AND n.contype IN ('p', 'u', 'x')"
-            " WHERE n.oid IS NULL ORDER BY i.indexrelid");
+    Query row(connection, indexQuery(since(150000)));
     while (row.next()) {
         int const table = tableOf(row.number(2));
         if (table < 0) {
@@ -186,42 +237,8 @@ void CatalogReader::readIndexes() {
     }
 }
 
-/// An operator class or a collation is told of if the statement that makes the index needs it. That statement
-/// takes time, so it is only looked at where nothing else tells.
 void CatalogReader::readIndexMembers() {
-    Query row(
-        connection,
-        "SELECT i.indexrelid, k.number, CASE WHEN k.number = 0"
-        "   THEN pg_get_indexdef(i.indexrelid, k.n::int, false) END"
-        ", m.amname = 'btree' AND i.indoption[k.n - 1] & 1 = 1"
-        ", CASE WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 2 THEN 'FIRST'"
-        "   WHEN m.amname = 'btree' AND i.indoption[k.n - 1] & 3 = 1 THEN 'LAST' END"
-        ", CASE WHEN NOT o.opcdefault OR z.attoptions IS NOT NULL OR (o.opcintype IS DISTINCT FROM a.atttypid"
-        "   AND (a.atttypid = 'varchar'::regtype AND o.opcintype = 'text'::regtype) IS NOT TRUE"
-        "   AND position(' ' || quote_ident(o.opcname) IN x.text) > 0)"
-        "   THEN quote_ident(p.nspname) || '.' || quote_ident(o.opcname) END" +
-            std::string(since(130000) ? ", (SELECT string_agg(quote_ident(option_name) || '=' ||"
-                                        " quote_literal(option_value), ', ')"
-                                        " FROM pg_options_to_table(z.attoptions))"
-                                      : ", NULL") +
-            ", CASE WHEN l.oid <> coalesce(a.attcollation, 100)"
-            "   AND position(' COLLATE ' IN x.text) > 0"
-            "   THEN quote_ident(q.nspname) || '.' || quote_ident(l.collname) END"
-            ", CASE WHEN z.attstattarget >= 0 THEN z.attstattarget END"
-            " FROM pg_index AS i JOIN pg_class AS c ON c.oid = i.indexrelid JOIN pg_am AS m ON m.oid = "
-            "c.relam"
-            " CROSS JOIN LATERAL unnest(i.indkey::int2[]) WITH ORDINALITY AS k(number, n)"
-            " JOIN pg_opclass AS o ON o.oid = i.indclass[k.n - 1]"
-            " JOIN pg_namespace AS p ON p.oid = o.opcnamespace"
-            " LEFT JOIN pg_attribute AS a ON a.attrelid = i.indrelid AND a.attnum = k.number AND k.number <> "
-            "0"
-            " LEFT JOIN pg_attribute AS z ON z.attrelid = i.indexrelid AND z.attnum = k.n"
-            " LEFT JOIN pg_collation AS l ON l.oid = i.indcollation[k.n - 1]"
-            " LEFT JOIN pg_namespace AS q ON q.oid = l.collnamespace"
-            " CROSS JOIN LATERAL (SELECT pg_get_indexdef(i.indexrelid) AS text) AS x"
-            " LEFT JOIN pg_constraint AS n ON n.conindid = i.indexrelid AND n.contype IN ('p', 'u', 'x')"
-            " WHERE k.n <= i.indnkeyatts AND n.oid IS NULL AND c.relnamespace <> 'pg_catalog'::regnamespace"
-            " AND c.relnamespace <> 'pg_toast'::regnamespace ORDER BY i.indexrelid, k.n");
+    Query row(connection, memberQuery(since(130000)));
     while (row.next()) {
         auto const index = indexes.find(row.number(0));
         if (index == indexes.end()) {
@@ -250,14 +267,7 @@ void CatalogReader::readTriggers() {
     constexpr unsigned onUpdate = 16;
     constexpr unsigned onTruncate = 32;
     constexpr unsigned insteadOf = 64;
-    Query row(connection,
-              "SELECT t.tgrelid, t.tgname, t.tgtype, pg_get_triggerdef(t.oid), t.tgenabled, " +
-                  commentOn("pg_trigger", "t.oid") + ", " +
-                  commentOn("pg_constraint", "nullif(t.tgconstraint, 0)") + ", " +
-                  neededExtensions("pg_trigger", "t.oid",
-                                   "format('ALTER TRIGGER %I ON %s', t.tgname, t.tgrelid::regclass)") +
-                  " FROM pg_trigger AS t WHERE NOT t.tgisinternal" +
-                  (since(130000) ? " AND t.tgparentid = 0" : "") + " ORDER BY t.oid");
+    Query row(connection, triggerQuery(since(130000)));
     while (row.next()) {
         auto const bits = static_cast<unsigned>(row.number(2));
         Trigger trigger;

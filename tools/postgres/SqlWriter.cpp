@@ -214,11 +214,14 @@ private:
     int depthOf(int table) const;
     bool isLaterCheckOfParent(Table const& table, std::string const& name) const;
     void writeAlterations();
+    void writeTableAlterations(int index);
+    void writeIndexUse(int table, Named const& index, bool isClustered);
     void writeColumnAlterations(Table const& table);
     Column inheritedColumn(Table const& table, std::string const& name, std::size_t depth = 0) const;
     void writeTableExtras();
     void writeTriggers();
     void writeComments();
+    void writeTypeComments();
     void writeTableComments();
     void writeExtensionNeeds();
 
@@ -254,6 +257,11 @@ private:
     std::string columnNames(int table, std::vector<int> const& columns) const;
     bool isPartition(Table const& table) const { return has(table, "partition bound"); }
     bool isPartitioned(int table) const { return has(at(structure.tables, table), "partition by"); }
+    /// An index that isn't valid is, unless it is one of a partitioned table, what a failure left. No
+    /// statement makes such.
+    bool isWritten(Index const& index) const {
+        return !has(index, "not valid") || isPartitioned(index.table);
+    }
     /// Keys and indexes of these are put together once the tables are.
     bool isInPartitions(int table) const {
         return isPartitioned(table) || isPartition(at(structure.tables, table));
@@ -762,11 +770,10 @@ std::string Writer::viewStatement(Table const& table) {
     return text + " AS\n" + table.statement + (stored ? "\n WITH NO DATA" : "");
 }
 
-/// An index of a table without partitions that isn't valid is what a failure left; there is no statement that
-/// makes such. One of a partitioned table becomes valid once each partition has its part.
+/// One of a partitioned table becomes valid once each partition has its part.
 void Writer::writeIndexes() {
     for (Index const& index : structure.indexes) {
-        if (has(index, "not valid") && !isPartitioned(index.table)) {
+        if (!isWritten(index)) {
             out << asComment("Not written: index that isn't valid: " + indexText(index));
             continue;
         }
@@ -785,8 +792,7 @@ void Writer::writeIndexes() {
 /// What the indexes of partitions are parts of.
 void Writer::writeParts() {
     auto const attach = [this](Named const& thing, int table) {
-        bool const isWritten = !has(thing, "not valid") || isPartitioned(table);
-        if (has(thing, "part of") && isWritten) {
+        if (has(thing, "part of")) {
             statement("ALTER INDEX " + valueOf(thing.extras, "part of") + " ATTACH PARTITION " +
                       qualified(at(structure.tables, table).schema, thing.name));
         }
@@ -795,7 +801,9 @@ void Writer::writeParts() {
         attach(key, key.table);
     }
     for (Index const& index : structure.indexes) {
-        attach(index, index.table);
+        if (isWritten(index)) {
+            attach(index, index.table);
+        }
     }
 }
 
@@ -890,29 +898,7 @@ bool Writer::isLaterCheckOfParent(Table const& table, std::string const& name) c
 /// What can't be said where a thing is made.
 void Writer::writeAlterations() {
     for (std::size_t i = 0; i < structure.tables.size(); ++i) {
-        Table const& table = structure.tables[i];
-        std::string const name = tableName(static_cast<int>(i));
-        writeColumnAlterations(table);
-        for (Check const* const check : checksOfTable[i]) {
-            bool const comesWithParent = isInherited(static_cast<int>(i), *check) ||
-                                         (isPartition(table) && isLaterCheckOfParent(table, check->name));
-            if (has(*check, "not valid") && !comesWithParent) {
-                statement("ALTER TABLE " + name + " ADD " + checkText(*check));
-            }
-        }
-        for (Key const* const key : keysOfTable[i]) {
-            if (has(*key, "clustered")) {
-                statement("ALTER TABLE " + name + " CLUSTER ON " + quoteName(key->name));
-            }
-            if (has(*key, "replica identity")) {
-                statement("ALTER TABLE ONLY " + name + " REPLICA IDENTITY USING INDEX " +
-                          quoteName(key->name));
-            }
-        }
-        if (has(table, "replica identity")) {
-            statement("ALTER TABLE ONLY " + name + " REPLICA IDENTITY " +
-                      valueOf(table.extras, "replica identity"));
-        }
+        writeTableAlterations(static_cast<int>(i));
     }
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         for (Check const* const check : checksOfType[i]) {
@@ -922,12 +908,8 @@ void Writer::writeAlterations() {
         }
     }
     for (Index const& index : structure.indexes) {
-        if (index.clustered) {
-            statement("ALTER TABLE " + tableName(index.table) + " CLUSTER ON " + quoteName(index.name));
-        }
-        if (has(index, "replica identity")) {
-            statement("ALTER TABLE ONLY " + tableName(index.table) + " REPLICA IDENTITY USING INDEX " +
-                      quoteName(index.name));
+        if (isWritten(index)) {
+            writeIndexUse(index.table, index, index.clustered);
         }
     }
     for (Sequence const& sequence : structure.sequences) {
@@ -935,6 +917,36 @@ void Writer::writeAlterations() {
             statement("ALTER SEQUENCE " + qualified(sequence.schema, sequence.name) + " OWNED BY " +
                       valueOf(sequence.extras, "owned by"));
         }
+    }
+}
+
+void Writer::writeTableAlterations(int index) {
+    Table const& table = at(structure.tables, index);
+    writeColumnAlterations(table);
+    for (Check const* const check : checksOfTable[static_cast<std::size_t>(index)]) {
+        bool const comesWithParent =
+            isInherited(index, *check) || (isPartition(table) && isLaterCheckOfParent(table, check->name));
+        if (has(*check, "not valid") && !comesWithParent) {
+            statement("ALTER TABLE " + tableName(index) + " ADD " + checkText(*check));
+        }
+    }
+    for (Key const* const key : keysOfTable[static_cast<std::size_t>(index)]) {
+        writeIndexUse(index, *key, has(*key, "clustered"));
+    }
+    if (has(table, "replica identity")) {
+        statement("ALTER TABLE ONLY " + tableName(index) + " REPLICA IDENTITY " +
+                  valueOf(table.extras, "replica identity"));
+    }
+}
+
+/// What a table uses an index for, be it that of a key.
+void Writer::writeIndexUse(int table, Named const& index, bool isClustered) {
+    if (isClustered) {
+        statement("ALTER TABLE " + tableName(table) + " CLUSTER ON " + quoteName(index.name));
+    }
+    if (has(index, "replica identity")) {
+        statement("ALTER TABLE ONLY " + tableName(table) + " REPLICA IDENTITY USING INDEX " +
+                  quoteName(index.name));
     }
 }
 
@@ -1054,16 +1066,19 @@ void Writer::writeTriggers() {
 
 /// The extensions with which a thing goes when they are dropped.
 void Writer::writeExtensionNeeds() {
-    auto const write = [this](auto const& things) {
-        for (Named const& thing : things) {
-            if (has(thing, "depends on extension")) {
-                statement(valueOf(thing.extras, "depends on extension"));
-            }
+    auto const writeOne = [this](Named const& thing) {
+        if (has(thing, "depends on extension")) {
+            statement(valueOf(thing.extras, "depends on extension"));
         }
     };
+    auto const write = [&](auto const& things) { std::for_each(things.begin(), things.end(), writeOne); };
     write(structure.tables);
     write(structure.keys);
-    write(structure.indexes);
+    for (Index const& index : structure.indexes) {
+        if (isWritten(index)) {
+            writeOne(index);
+        }
+    }
     write(structure.triggers);
     write(structure.routines);
 }
@@ -1099,6 +1114,23 @@ void Writer::writeComments() {
             statement("COMMENT ON SCHEMA public IS NULL");
         }
     }
+    writeTypeComments();
+    writeTableComments();
+    for (Sequence const& sequence : structure.sequences) {
+        comment("SEQUENCE", qualified(sequence.schema, sequence.name), sequence.comment);
+    }
+    for (Routine const& routine : structure.routines) {
+        if (!foreign) {
+            comment("ROUTINE",
+                    qualified(routine.schema, routine.name) +
+                        signatureOf(structure, routine,
+                                    [](Type const& type) -> std::string const& { return type.declaration; }),
+                    routine.comment);
+        }
+    }
+}
+
+void Writer::writeTypeComments() {
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         Type const& type = structure.types[i];
         std::string const name = typeName(static_cast<int>(i));
@@ -1112,19 +1144,6 @@ void Writer::writeComments() {
             if (beginsWith(extra.name, ofAttribute)) {
                 comment("COLUMN", name + "." + quoteName(extra.name.substr(ofAttribute.size())), extra.value);
             }
-        }
-    }
-    writeTableComments();
-    for (Sequence const& sequence : structure.sequences) {
-        comment("SEQUENCE", qualified(sequence.schema, sequence.name), sequence.comment);
-    }
-    for (Routine const& routine : structure.routines) {
-        if (!foreign) {
-            comment("ROUTINE",
-                    qualified(routine.schema, routine.name) +
-                        signatureOf(structure, routine,
-                                    [](Type const& type) -> std::string const& { return type.declaration; }),
-                    routine.comment);
         }
     }
 }
@@ -1152,7 +1171,8 @@ void Writer::writeTableComments() {
         }
     }
     for (Index const& index : structure.indexes) {
-        comment("INDEX", qualified(at(structure.tables, index.table).schema, index.name), index.comment);
+        comment("INDEX", qualified(at(structure.tables, index.table).schema, index.name),
+                isWritten(index) ? index.comment : "");
     }
     for (Trigger const& trigger : structure.triggers) {
         if (!foreign) {
