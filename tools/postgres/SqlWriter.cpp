@@ -460,7 +460,7 @@ void Writer::addCatalogExtras(std::vector<Creation>& creations, Moment moment) {
             return;
         }
         if (kindOf(*extra).hasSecrets) {
-            creations.push_back({"", "", secretsOf(extra->name)});
+            creations.push_back({"", "", secretsOf(extra->name), 0});
         }
         Creation made = {"", "", extra->value, extra->value.find(";\nCOMMENT ON "), true};
         if (kindOf(*extra).inSchema) {
@@ -485,7 +485,7 @@ void Writer::addTables(std::vector<Creation>& creations) {
             made.rest = "CREATE OR REPLACE" + made.statement.substr(std::string("CREATE").size());
         }
         if (has(table, "server") && !foreign) {
-            creations.push_back({"", "", secretsOf("foreign table " + tableName(index))});
+            creations.push_back({"", "", secretsOf("foreign table " + tableName(index)), 0});
         }
         creations.push_back(std::move(made));
     }

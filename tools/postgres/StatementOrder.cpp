@@ -159,7 +159,7 @@ void splitCircles(std::vector<Creation>& creations, bool anySchema) {
         std::vector<bool> const inCircle = order.circles();
         isSplit = false;
         for (std::size_t i = 0; i < inCircle.size(); ++i) {
-            if (inCircle[i] && !creations[i].bare.empty()) {
+            if (inCircle[i] && !creations[i].rest.empty()) {
                 creations[i].statement = std::exchange(creations[i].bare, "");
                 creations.push_back({"", "", std::exchange(creations[i].rest, "")});
                 isSplit = true;

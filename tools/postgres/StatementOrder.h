@@ -18,8 +18,8 @@ struct Creation {
     bool needsEarlierNamesakes = false;
     /// What it names may name it as well, and comes first all the same: the functions of a type.
     bool isLast = false;
-    /// What makes a part of the thing, without what may stand in a circle, and what adds the rest; empty if
-    /// there is no such way.
+    /// What makes a part of the thing, without what may stand in a circle, and what adds the rest, which is
+    /// empty if there is no such way.
     std::string bare = {};
     std::string rest = {};
 };
