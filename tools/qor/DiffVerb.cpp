@@ -1,11 +1,12 @@
 #include "qor/Verbs.h"
 
 #include "diff/GraphDiff.h"
-#include "kit/OutputFile.h"
 #include "kit/Terminal.h"
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <CLI/CLI.hpp>
 #include <fstream>
@@ -88,6 +89,11 @@ diff::Options optionsFrom(DiffOptions const& given) {
 }
 
 void compareSources(DiffOptions const& options, Session& session) {
+    std::vector<std::string> sources{options.before, options.after};
+    if (!options.renamesFile.empty()) {
+        sources.push_back(options.renamesFile);
+    }
+    kit::Output const output = outputOf(session, "", options.format, sources);
     diff::Options const rules = optionsFrom(options);
     kit::Graph const before = loadSource(options.before);
     kit::Graph const after = loadSource(options.after);
@@ -97,10 +103,10 @@ void compareSources(DiffOptions const& options, Session& session) {
         return;
     }
     if (difference.rootBefore != difference.rootAfter) {
-        session.err << "qor: the graphs are named " << kit::quoted(difference.rootBefore) << " and "
-                    << kit::quoted(difference.rootAfter) << ", which doesn't count as a difference\n";
+        session.say("qor: the graphs are named " + kit::quoted(difference.rootBefore) + " and " +
+                    kit::quoted(difference.rootAfter) + ", which doesn't count as a difference");
     }
-    kit::writeOutput("", session.out, [&](std::ostream& out) {
+    output.write([&](std::ostream& out) {
         if (options.format == "json") {
             diff::printJson(difference, out);
         } else {

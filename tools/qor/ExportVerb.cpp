@@ -5,10 +5,11 @@
 #include "exchange/DotWriter.h"
 #include "exchange/JsonWriter.h"
 #include "exchange/MarkdownWriter.h"
-#include "kit/OutputFile.h"
 #include "kit/ToolError.h"
 #include "postgres/SqlWriter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 #include "sqlite/SqlWriter.h"
 
 #include <qor/QORModel.h>
@@ -51,26 +52,27 @@ SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& 
     return known->second;
 }
 
-void exportSql(ExportOptions const& options, kit::Graph const& graph, Session& session) {
+void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Output const& output) {
     if (!graph.root().isInstanceOf(QORElementType::MODEL)) {
         throw kit::ToolError(options.source, "its root is no model, which SQL is written from");
     }
     database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
     SqlWriter const write = sqlWriterFor(options, structure);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(structure, out); });
+    output.write([&](std::ostream& out) { write(structure, out); });
 }
 
 void exportGraph(ExportOptions const& options, Session& session) {
     if (!options.dialect.empty() && options.format != "sql") {
         throw kit::ToolError("--dialect", "goes with --format sql alone");
     }
+    kit::Output const output = outputOf(session, options.output, options.format, {options.source});
     kit::Graph const graph = loadSource(options.source);
     if (options.format == "sql") {
-        exportSql(options, graph, session);
+        exportSql(options, graph, output);
         return;
     }
     Writer const write = writers.at(options.format);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(graph.root(), out); });
+    output.write([&](std::ostream& out) { write(graph.root(), out); });
 }
 
 } // namespace

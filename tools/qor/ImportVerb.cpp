@@ -1,10 +1,11 @@
 #include "qor/Verbs.h"
 
 #include "exchange/JsonWriter.h"
-#include "kit/OutputFile.h"
 #include "kit/Statistics.h"
 #include "kit/TreePrinter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -20,8 +21,9 @@ struct ImportOptions {
 };
 
 void import(ImportOptions const& options, Session& session) {
+    kit::Output const output = outputOf(session, options.output, "json", {options.source});
     kit::Graph const graph = loadSource(options.source);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) {
+    output.write([&](std::ostream& out) {
         if (!options.output.empty()) {
             exchange::writeJson(graph.root(), out);
         } else if (options.statistics) {
