@@ -186,6 +186,8 @@ TEST(Program, WrongArgumentsAreRefused) {
     expectError(runProgram({QOR_TOOL, "show", "a", "b"}), "show: ");
     expectError(runProgram({QOR_TOOL, "show", "a", "--frob"}), "show: ");
     expectError(runProgram({QOR_TOOL, "show", ""}), "No such file or directory");
+    expectError(runProgram({QOR_TOOL, "import", "a", "-o", ""}), "import: --output: names no file");
+    expectError(runProgram({QOR_TOOL, "import", "a", "--stats", "-o", "b"}), "--stats excludes --output");
 }
 
 TEST(Program, HelpOnWhatThereIsNotIsAnError) {

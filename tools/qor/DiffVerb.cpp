@@ -93,7 +93,7 @@ void compareSources(DiffOptions const& options, Session& session) {
     if (!options.renamesFile.empty()) {
         sources.push_back(options.renamesFile);
     }
-    kit::Output const output = outputOf(session, "", options.format, sources);
+    kit::Output const output = standardOutputOf(session, sources);
     diff::Options const rules = optionsFrom(options);
     kit::Graph const before = loadSource(options.before);
     kit::Graph const after = loadSource(options.after);

@@ -2,9 +2,6 @@
 
 #include "database/ModelReader.h"
 #include "database/SqlTokens.h"
-#include "exchange/DotWriter.h"
-#include "exchange/JsonWriter.h"
-#include "exchange/MarkdownWriter.h"
 #include "kit/ToolError.h"
 #include "postgres/SqlWriter.h"
 #include "qor/Formats.h"
@@ -21,12 +18,6 @@
 
 namespace qorprogram {
 namespace {
-
-using Writer = void (*)(QORObject& root, std::ostream& out);
-
-/// A further format is one more line.
-std::map<std::string, Writer> const writers = {
-    {"json", exchange::writeJson}, {"dot", exchange::writeDot}, {"markdown", exchange::writeMarkdown}};
 
 using SqlWriter = void (*)(database::Structure const& structure, std::ostream& out);
 
@@ -71,7 +62,7 @@ void exportGraph(ExportOptions const& options, Session& session) {
         exportSql(options, graph, output);
         return;
     }
-    Writer const write = writers.at(options.format);
+    auto const write = formats().at(options.format).write;
     output.write([&](std::ostream& out) { write(graph.root(), out); });
 }
 
@@ -87,13 +78,12 @@ void addExportVerb(CLI::App& program, Session& session) {
                      "make the database again")
         ->required()
         ->check([](std::string const& format) {
-            return writers.count(format) || format == "sql" ? std::string()
-                                                            : format + " is no format; see qor export --help";
+            return formats().count(format) ? std::string() : format + " is no format; see qor export --help";
         });
     verb->add_option("--dialect", options->dialect,
                      "Whose SQL it is to be, sqlite or postgresql; that of the database at first")
         ->check(CLI::IsMember({"sqlite", "postgresql"}));
-    verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
+    addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer("\nExample:\n  qor export orchard.json --format dot -o orchard.dot\n  dot -Tsvg orchard.dot "
                  "> orchard.svg");

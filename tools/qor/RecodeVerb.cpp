@@ -71,7 +71,7 @@ void addRecodeVerb(CLI::App& program, Session& session) {
     verb->add_option("FILE", options->source, sourceHelp)->required();
     verb->add_option("--from", options->from, "The encoding that the texts have")->required();
     verb->add_option("--to", options->to, "The encoding that they are to have")->required();
-    verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
+    addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--force", options->force, "Write the graph even if some texts can't be converted");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(

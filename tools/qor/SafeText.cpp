@@ -180,10 +180,10 @@ std::optional<Setting> findSetting(std::string_view text, std::size_t from) {
 std::string withoutAddresses(std::string_view text) {
     std::string result;
     std::size_t done = 0;
+    std::size_t const lastAt = behindLastAt(text);
     while (auto const separator = findSeparator(text, done)) {
         std::size_t const begin = std::max(done, schemeBegin(text, separator->begin));
-        std::size_t const at = behindLastAt(text.substr(separator->end));
-        std::size_t const end = wordEnd(text, separator->end + at);
+        std::size_t const end = wordEnd(text, std::max(separator->end, lastAt));
         result.append(text.substr(done, begin - done));
         result += shownAddress(std::string(text.substr(begin, end - begin)));
         done = end;

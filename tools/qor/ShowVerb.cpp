@@ -23,7 +23,7 @@ struct ShowOptions {
 };
 
 void show(ShowOptions const& options, Session& session) {
-    kit::Output const output = outputOf(session, "", "text", {options.source});
+    kit::Output const output = standardOutputOf(session, {options.source});
     kit::Graph const graph = loadSource(options.source);
     QORObject& top = options.path.empty()
                          ? graph.root()
