@@ -40,20 +40,18 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"mysql\\:\\/\\/u:secret@h", "mysql://***"}, Case{"mysql:\\/\\/u:secret@h", "mysql://***"},
         Case{"postgresql://h/x?password=secret&sslmode=require x", "postgresql://h/x?sslmode=require x"}));
 
-INSTANTIATE_TEST_SUITE_P(Values, SafeTextOf,
-                         testing::Values(Case{"host=h password=secret user=u", "host=h password=*** user=u"},
-                                         Case{"PASSWORD = 'sec ret' x", "PASSWORD = *** x"},
-                                         Case{"password='sec\\'r''et': no", "password=***: no"},
-                                         Case{"password='sec ret", "password=***"},
-                                         Case{"password=sec\\ ret: no", "password=***: no"},
-                                         Case{"sslpassword=secret", "sslpassword=***"},
-                                         Case{"PGPASSWORD=secret", "PGPASSWORD=***"},
-                                         Case{"p%61ssword%3Dsecret x", "p%61ssword%3D*** x"},
-                                         Case{"\"password\"=\"secret\"", "\"password\"=***"},
-                                         Case{"Pwd=secret;a", "Pwd=***"},
-                                         Case{"password:=secret", "password:=***"},
-                                         Case{"pass=secret", "pass=***"}, Case{"password=", "password="},
-                                         Case{"a password=b=c d", "a password=*** d"}));
+INSTANTIATE_TEST_SUITE_P(
+    Values, SafeTextOf,
+    testing::Values(
+        Case{"host=h password=secret user=u", "host=h password=*** user=u"},
+        Case{"PASSWORD = 'sec ret' x", "PASSWORD = *** x"},
+        Case{"password='sec\\'r''et': no", "password=***: no"}, Case{"password='sec ret", "password=***"},
+        Case{"password=sec\\ ret: no", "password=***: no"}, Case{"sslpassword=secret", "sslpassword=***"},
+        Case{"PGPASSWORD=secret", "PGPASSWORD=***"}, Case{"p%61ssword%3Dsecret x", "p%61ssword%3D*** x"},
+        Case{"\"password\"=\"secret\"", "\"password\"=***"}, Case{"Pwd=secret;a", "Pwd=***"},
+        Case{"password:=secret", "password:=***"}, Case{"pass=secret", "pass=***"},
+        Case{"db_pass=secret", "db_pass=***"}, Case{"password=", "password="},
+        Case{"a password=b=c d", "a password=*** d"}));
 
 INSTANTIATE_TEST_SUITE_P(OtherTexts, SafeTextOf,
                          testing::Values(Case{"", ""}, Case{"a@b: c", "a@b: c"},

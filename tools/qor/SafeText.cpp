@@ -97,7 +97,8 @@ std::size_t wordEnd(std::string_view text, std::size_t from) {
 
 bool isSecretName(std::string const& name) {
     constexpr std::array<char const*, 5> parts = {"password", "passwd", "passphrase", "pwd", "secret"};
-    return name == "pass" ||
+    bool const endsWithPass = name.size() >= 4 && name.compare(name.size() - 4, 4, "pass") == 0;
+    return endsWithPass ||
            std::any_of(parts.begin(), parts.end(), [&](char const* part) { return name.find(part) != npos; });
 }
 
