@@ -349,8 +349,8 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
          "", "line 5: "},
         {"{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 1, \"class\": \"Model\"}", "",
          "line 6: the number 1 is taken twice"},
-        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: the number of an object is due"},
-        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: the number of an object is due"},
+        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: the number of an object must stand"},
+        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: the number of an object must stand"},
         {"{\"number\": 1}", "", "line 5: \"class\" is missing"},
         {"{\"number\": 1, \"class\": \"Model\", \"colour\": 1}", "", "line 5: \"colour\" isn't a key here"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {}, \"attributes\": {}}", "",
@@ -395,7 +395,7 @@ TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
         char const* problem;
     };
     Change const changes[] = {
-        {"qor-graph", "qor", "line 2: \"format\" is due"},
+        {"qor-graph", "qor", "line 2: \"format\" must be"},
         {"\"version\": 1", "\"version\": 2", "line 3: \"version\" is one that this program doesn't know"},
         {"\"version\": 1", "\"version\": \"1\"", "line 3: \"version\""},
         {"\"version\": 1,\n", "", "\"version\" is missing"},
@@ -429,7 +429,8 @@ TEST(JsonExchange, MistakeIsNamedWithItsPlaceInALongLineAndItsObject) {
     expectAt(objects + "{\"number\":8,\"class\":", "\"Klass\"}", "\"Klass\" is no class, in object 8");
     expectAt(objects, "{\"number\":8}", "\"class\" is missing, in object 8");
     expectAt(objects, "{\"class\":\"Model\"}", "\"number\" is missing");
-    expectAt(objects + "{\"number\":", "0}", "the number of an object is due here, a whole number from 1 on");
+    expectAt(objects + "{\"number\":", "0}",
+             "the number of an object must stand here, a whole number from 1 on");
     expectAt(objects + "{\"number\":8,", "\"x\":1}", "\"x\" isn't a key here, in object 8");
     expectAt(objects, "{\"number\":7,\"class\":\"Model\"}", "the number 7 is taken twice, in object 7");
     expectAt(objects + "{\"number\":8,\"class\":\"Model\",\"attributes\":{\"name\":", "null",
@@ -498,7 +499,7 @@ TEST(JsonExchange, MistakesInLinksThatComeFirstAreNamedWithTheirPlace) {
                 HasSubstr("\"objects\" is missing"));
     EXPECT_THAT(problemOf("{\"objects\":[{\"class\":\"Model\",\"number\":1}],\"links\":[],\"version\":1,"
                           "\"format\":\"qor\"}"),
-                HasSubstr("\"format\" is due to be"));
+                HasSubstr("\"format\" must be"));
 }
 
 TEST(JsonExchange, MissingFileAndFolderAreRefused) {

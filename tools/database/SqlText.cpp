@@ -9,7 +9,7 @@
 namespace database {
 namespace {
 
-/// How a statement begins: its first word, and what the second one must be, if that alone tells it from a
+/// How a statement begins: its first word, and what the second one must be, if that alone shows that it is no
 /// sentence.
 struct Beginning {
     char const* first;

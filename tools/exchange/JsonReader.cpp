@@ -153,7 +153,7 @@ std::uint64_t numberOf(Scalar const& value) {
     constexpr std::size_t mostDigits = 18;
     if (value.kind != Scalar::NUMBER || value.text[0] == '-' || value.text == "0" ||
         value.text.size() > mostDigits) {
-        throw Mistake("the number of an object is due here, a whole number from 1 on");
+        throw Mistake("the number of an object must stand here, a whole number from 1 on");
     }
     return std::stoull(value.text);
 }
@@ -178,7 +178,7 @@ void require(bool holds, std::string const& problem) {
 }
 
 std::string textOf(Scalar const& scalar, char const* what) {
-    require(scalar.kind == Scalar::TEXT, std::string(what) + " is due here");
+    require(scalar.kind == Scalar::TEXT, std::string(what) + " must stand here");
     return scalar.text;
 }
 
@@ -329,7 +329,7 @@ private:
         switch (place) {
         case Place::FORMAT:
             require(scalar.kind == Scalar::TEXT && scalar.text == formatName,
-                    std::string("\"format\" is due to be \"") + formatName + "\"");
+                    std::string("\"format\" must be \"") + formatName + "\"");
             return enter(Place::DOCUMENT);
         case Place::VERSION:
             require(scalar.kind == Scalar::NUMBER && scalar.text == std::to_string(formatVersion),

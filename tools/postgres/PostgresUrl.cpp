@@ -119,7 +119,8 @@ bool isHost(std::string_view host) {
            (colon == npos || isPort(host.substr(colon + 1)));
 }
 
-/// Calls `take` with each piece between separators until it gives false, and gives what it gave last.
+/// Calls `take` with each piece between separators until that returns false, and returns what it returned
+/// last.
 template <class Take>
 bool eachPiece(std::string_view text, char separator, Take take) {
     for (;;) {

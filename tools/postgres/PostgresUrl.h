@@ -14,7 +14,7 @@ bool isPostgresUrl(std::string_view text);
 /// password=...`). Never throws for what the address holds.
 std::string withoutPassword(std::string_view url);
 
-/// What `withoutPassword` gives for an address of which nothing may be shown.
+/// What `withoutPassword` returns for an address of which nothing may be shown.
 constexpr std::string_view hiddenUrl = "postgresql://***";
 
 } // namespace postgres

@@ -45,7 +45,7 @@ diff::Rename renameFrom(std::string const& text) {
         paths[side] += text[i];
     }
     if (side != 1 || paths[0].empty() || paths[1].empty()) {
-        throw kit::ToolError("--rename " + text, "two paths with an equals sign between are due");
+        throw kit::ToolError("--rename " + text, "two paths with an equals sign between must stand here");
     }
     return {paths[0], paths[1]};
 }
@@ -68,8 +68,8 @@ void readRenames(std::string const& path, std::vector<diff::Rename>& renames) {
         std::size_t const tab = line.find('\t');
         if (tab == std::string::npos || tab == 0 || tab + 1 == line.size() ||
             line.find('\t', tab + 1) != std::string::npos) {
-            throw kit::ToolError(path,
-                                 "line " + std::to_string(number) + ": two paths with a tab between are due");
+            throw kit::ToolError(path, "line " + std::to_string(number) +
+                                           ": two paths with a tab between must stand here");
         }
         renames.push_back({line.substr(0, tab), line.substr(tab + 1)});
     }

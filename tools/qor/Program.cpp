@@ -20,7 +20,7 @@ std::string shown(std::string const& argument) {
 void parseAndRun(CLI::App& program, int argc, char const* const* argv, Session& session) {
     program.set_version_flag("--version", "qor " QOR_TOOLS_VERSION, "Print the version and exit");
     program.get_formatter()->label("SUBCOMMAND", "VERB");
-    program.footer("qor VERB --help tells more of a verb.\n\nExample:\n  qor import orchard.sqlite");
+    program.footer("qor VERB --help describes a verb.\n\nExample:\n  qor import orchard.sqlite");
     program.require_subcommand(1);
     addImportVerb(program, session);
     addShowVerb(program, session);

@@ -75,7 +75,7 @@ void addRecodeVerb(CLI::App& program, Session& session) {
     verb->add_flag("--force", options->force, "Write the graph even if some texts can't be converted");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
-        "\nWrites JSON, with each text converted once; the standard error tells how many were converted,\n"
+        "\nWrites JSON, with each text converted once; the standard error reports how many were converted,\n"
         "are the same in both encodings, and can't be converted. Such a text is an error, and nothing is\n"
         "written, unless --force keeps it as it is.\n"
         "The exit code is 0 if all is converted, 1 if --force kept some, 2 for an error.\n"
