@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
@@ -51,11 +53,12 @@ std::string inChild(std::function<std::string()> const& function) {
     int ends[2];
     if (pipe(ends) != 0)
         return "no pipe";
+    std::fflush(nullptr); // or the child would write once more what stands in the buffers
     pid_t const child = fork();
     if (child == 0) {
         std::string const text = function();
         bool const written = write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size());
-        _exit(written ? 0 : 1);
+        std::exit(written ? 0 : 1);
     }
     close(ends[1]);
     std::string text;
