@@ -84,7 +84,11 @@ unsigned long long loadsSoFar() {
     return loads;
 }
 
-void closeDescriptor(void* descriptor);
+void closeDescriptor(void* descriptor) {
+    if (descriptor != nullptr) {
+        ::iconv_close(descriptor);
+    }
+}
 
 /// Null if the name is reported as unknown; `loaded` is whether a module was loaded nevertheless.
 void* tryToOpen(char const* to, char const* from, bool& loaded) {
@@ -113,27 +117,19 @@ void dropIdleModules() {
 /// Null if the C library doesn't know the names. Throws std::bad_alloc if it fails otherwise.
 void* openDescriptor(char const* to, char const* from) {
     constexpr int attempts = 3;
-    bool isKnown = false;
+    bool loaded = false;
     for (int i = 0; i < attempts; ++i) {
-        bool loaded = false;
         if (void* const descriptor = tryToOpen(to, from, loaded)) {
             return descriptor;
         }
         if (loaded) {
-            isKnown = true;
             dropIdleModules();
         }
     }
-    if (isKnown) {
+    if (loaded) {
         throw std::bad_alloc();
     }
     return nullptr;
-}
-
-void closeDescriptor(void* descriptor) {
-    if (descriptor != nullptr) {
-        ::iconv_close(descriptor);
-    }
 }
 
 /// Runs one text through a descriptor; false if the text can't be converted without loss.
