@@ -374,18 +374,17 @@ void makeIdle(Pool& pool) {
 /// but where memory ends the C library can't register one and ends the process.
 class ThreadEnd {
 public:
-    ThreadEnd() : watching(pthread_key_create(&key, passOn) == 0) {}
+    ThreadEnd() { watching = pthread_key_create(&key, passOn) == 0; }
     ThreadEnd(ThreadEnd const&) = delete;
     ThreadEnd& operator=(ThreadEnd const&) = delete;
     ~ThreadEnd() {
-        if (watching)
+        if (watching.exchange(false))
             pthread_key_delete(key);
-        watching = false;
     }
 
     /// False if there is no memory for it. Where the system has no key, and once the program ends, the pool
     /// stays with the thread for good.
-    bool watch(Pool& pool) const { return !watching || pthread_setspecific(key, &pool) == 0; }
+    static bool watch(Pool& pool) { return !watching || pthread_setspecific(key, &pool) == 0; }
 
 private:
     static void passOn(void* pool) {
@@ -393,8 +392,9 @@ private:
         makeIdle(*static_cast<Pool*>(pool));
     }
 
-    pthread_key_t key{};
-    bool watching;
+    // Apart from the object, as threads may outlive it.
+    static inline pthread_key_t key{};
+    static inline std::atomic<bool> watching{false};
 };
 
 Pool* takeIdle() {
@@ -414,10 +414,10 @@ Pool& makePool() {
 }
 
 [[gnu::noinline]] Pool& leasePool() {
-    static ThreadEnd const threadEnd;
+    static ThreadEnd const atThreadEnd;
     Pool* const idle = takeIdle();
     Pool& pool = idle ? *idle : makePool();
-    if (!threadEnd.watch(pool)) {
+    if (!ThreadEnd::watch(pool)) {
         makeIdle(pool);
         throw std::bad_alloc();
     }
