@@ -123,6 +123,7 @@ void Output::write(std::function<void(std::ostream&)> const& write) const {
         return writeFile(place.target, write);
     }
     std::ostringstream text;
+    text.exceptions(std::ios::badbit); // else the text would end where memory does
     write(text);
     writeWhole(place, text.str());
 }

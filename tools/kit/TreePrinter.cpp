@@ -54,6 +54,14 @@ void appendReferences(std::string& line, QORObject& object) {
     }
 }
 
+/// Two blanks for each owner above. Below many the indentation ends and the number of owners is told, so that
+/// a deep tree's lines stay short.
+std::string indentation(std::size_t depth) {
+    constexpr std::size_t deepest = 100;
+    return depth <= deepest ? std::string(2 * depth, ' ')
+                            : std::string(2 * deepest, ' ') + "(" + std::to_string(depth) + ") ";
+}
+
 struct Entry {
     QORObject* object;
     std::size_t depth;
@@ -99,7 +107,7 @@ void printTree(QORObject& root, std::ostream& out) {
         Entry const entry = pending.back();
         pending.pop_back();
         bool const first = printed.insert(entry.object).second;
-        out << std::string(2 * entry.depth, ' ') << lineOf(*entry.object) << (first ? "\n" : " (above)\n");
+        out << indentation(entry.depth) << lineOf(*entry.object) << (first ? "\n" : " (above)\n");
         if (!first) {
             continue;
         }
