@@ -1,5 +1,6 @@
 #include "postgres/SqlWriter.h"
 
+#include "database/Writable.h"
 #include "postgres/SqlNames.h"
 #include "postgres/StatementOrder.h"
 
@@ -102,12 +103,16 @@ std::string translatedType(Type const& type) {
 
 class Writer {
 public:
-    Writer(Structure const& toWrite, std::ostream& stream)
-        : structure(toWrite), out(stream), foreign(toWrite.origin.system != "PostgreSQL") {}
+    Writer(Writable const& toWrite, std::ostream& stream)
+        : structure(toWrite.structure), omissions(toWrite.omissions), out(stream),
+          foreign(toWrite.structure.origin.system != "PostgreSQL") {}
 
     void run() {
         groupByOwner();
         writeSettings();
+        for (Omission const& omission : omissions) {
+            tell(omission);
+        }
         writeSchemas();
         writeCatalogExtras(true);
         writeObjects();
@@ -176,6 +181,10 @@ private:
     bool isInherited(int table, Named const& thing) const {
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
     }
+    void tell(Omission const& omission) {
+        Omissions told;
+        leaveOut(omission, out, told);
+    }
     void statement(std::string const& text) { out << text << ";\n"; }
     void comment(std::string const& kind, std::string const& name, std::string const& text) {
         if (!text.empty()) {
@@ -184,6 +193,7 @@ private:
     }
 
     Structure const& structure;
+    Omissions const& omissions;
     std::ostream& out;
     bool foreign;
     std::vector<std::vector<Key const*>> keysOfTable;
@@ -500,9 +510,10 @@ std::string Writer::indexText(Index const& index) {
         members += (members.empty() ? "" : ", ") + memberText(index, member);
     }
     std::string const space = valueOf(index.extras, "tablespace");
-    return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + quoteName(index.name) +
-           " ON " + tableName(index.table) + clause(index.extras, "method", " USING ") + " (" + members +
-           ")" + clause(index.extras, "include", " INCLUDE (", ")") +
+    return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
+           (index.name.empty() ? "" : quoteName(index.name) + " ") + "ON " + tableName(index.table) +
+           clause(index.extras, "method", " USING ") + " (" + members + ")" +
+           clause(index.extras, "include", " INCLUDE (", ")") +
            (has(index, "nulls not distinct") ? " NULLS NOT DISTINCT" : "") +
            clause(index.extras, "with", " WITH (", ")") +
            (space.empty() ? "" : " TABLESPACE " + quoteName(space)) +
@@ -559,6 +570,9 @@ void Writer::writeAlterations() {
             }
         }
         for (Key const* const key : keysOfTable[i]) {
+            if (key->name.empty()) {
+                continue;
+            }
             if (has(*key, "clustered")) {
                 statement("ALTER TABLE " + name + " CLUSTER ON " + quoteName(key->name));
             }
@@ -580,6 +594,9 @@ void Writer::writeAlterations() {
         }
     }
     for (Index const& index : structure.indexes) {
+        if (index.name.empty()) {
+            continue;
+        }
         if (index.clustered) {
             statement("ALTER TABLE " + tableName(index.table) + " CLUSTER ON " + quoteName(index.name));
         }
@@ -686,7 +703,7 @@ std::string signatureOf(Structure const& structure, Routine const& routine,
         types += types.empty() ? "" : ", ";
         types += argument.mode == ArgumentMode::OUT ? "OUT " : "";
         types += argument.mode == ArgumentMode::VARIADIC ? "VARIADIC " : "";
-        types += typeText(at(structure.types, argument.type));
+        types += argument.type < 0 ? "unknown" : typeText(at(structure.types, argument.type));
     }
     return "(" + types + ")";
 }
@@ -704,11 +721,15 @@ void Writer::writeComments() {
     }
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         Type const& type = structure.types[i];
+        if (type.kind == TypeKind::BUILT_IN && type.schema < 0) {
+            continue; // the system's own
+        }
         std::string const name = typeName(static_cast<int>(i));
         bool const isDomain = type.kind == TypeKind::DOMAIN_TYPE;
         comment(isDomain ? "DOMAIN" : "TYPE", name, type.comment);
         for (Check const* const check : checksOfType[i]) {
-            comment("CONSTRAINT", quoteName(check->name) + " ON DOMAIN " + name, check->comment);
+            comment("CONSTRAINT", quoteName(check->name) + " ON DOMAIN " + name,
+                    check->name.empty() ? "" : check->comment);
         }
         constexpr std::string_view ofAttribute = "comment on ";
         for (Extra const& extra : type.extras) {
@@ -754,7 +775,8 @@ void Writer::writeTableComments() {
         }
     }
     for (Index const& index : structure.indexes) {
-        comment("INDEX", qualified(at(structure.tables, index.table).schema, index.name), index.comment);
+        comment("INDEX", qualified(at(structure.tables, index.table).schema, index.name),
+                index.name.empty() ? "" : index.comment);
     }
     for (Trigger const& trigger : structure.triggers) {
         if (!foreign) {
@@ -766,7 +788,12 @@ void Writer::writeTableComments() {
 } // namespace
 
 void writePostgresSql(Structure const& structure, std::ostream& out) {
-    Writer(structure, out).run();
+    Rules rules;
+    rules.emptyTables = true;
+    rules.strict = true;
+    rules.comparesTypes = structure.origin.system != "PostgreSQL";
+    rules.defaultSchema = "public";
+    Writer(writable(structure, rules), out).run();
 }
 
 } // namespace postgres
