@@ -1,6 +1,7 @@
 #include "ModelOperations.h"
 
 #include "kit/LinkEnds.h"
+#include "kit/Numbering.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORAllClasses.h>
@@ -170,25 +171,13 @@ QORMetaLink const* owningEnd(QORObject const& owner, QORObject const& object, By
 
 } // namespace
 
-ModelOperations::ModelOperations() : root(new QORModel) {
+ModelOperations::ModelOperations(Kind ofOperations) : kind(ofOperations), root(new QORModel) {
     take(root);
 }
 
 void ModelOperations::adopt(QORModel& other) {
-    std::vector<QORObject*> pending{&other};
-    while (!pending.empty()) {
-        QORObject* const object = pending.back();
-        pending.pop_back();
-        if (std::find(made.begin(), made.end(), object) != made.end())
-            continue;
-        made.push_back(object);
-        for (QORMetaLink const* link : kit::linksOf(*object)) {
-            for (int i = 0; i < (link->isUnary() ? 1 : link->getLinkCount(object)); ++i) {
-                if (QORObject* const far = link->getLink(object, i))
-                    pending.push_back(far);
-            }
-        }
-    }
+    kit::Numbering const numbering(other); // the same order in each run
+    made.insert(made.end(), numbering.objects().begin(), numbering.objects().end());
     root = &other;
 }
 
@@ -212,6 +201,8 @@ void ModelOperations::step(Bytes& bytes) {
     objects();
     model();
     std::uint8_t const operation = bytes.byte() % 64;
+    if (kind == Kind::TAKING)
+        return remove(pick(bytes), operation % 2 != 0);
     if (operation < 26)
         return createOwned(bytes);
     if (operation < 46)
@@ -219,7 +210,7 @@ void ModelOperations::step(Bytes& bytes) {
     if (operation < 56)
         return setText(bytes);
     if (operation < 60)
-        return addExtra(bytes);
+        return kind == Kind::ANY ? addExtra(bytes) : refer(bytes);
     switch (operation) {
     case 60:
         return link(bytes);
@@ -286,6 +277,9 @@ void ModelOperations::setText(Bytes& bytes) {
     std::vector<QORMetaAttribute*> const attributes = kit::attributesOf(*object);
     QORMetaAttribute const& attribute = *attributes[bytes.below(attributes.size())];
     QORString text = textFor(attribute, bytes);
+    bool const isName = attribute.getId() == QORAttributeType::OBJECT__NAME;
+    if (kind == Kind::PLAIN && attribute.getType() == QORMetaAttributeType::STRING && !isName)
+        return;
     if (attribute.getId() != QORAttributeType::PROPERTY_ELEMENT_TYPE_SCOPE__SCOPE)
         attempt([&] { attribute.setValue(object, text); });
 }

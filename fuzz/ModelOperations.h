@@ -11,7 +11,13 @@ class ModelOperations : public GraphOperations {
 public:
     static constexpr std::size_t bytesOfOne = 8;
 
-    ModelOperations();
+    enum class Kind {
+        ANY,   ///< everything, texts that are no SQL too
+        PLAIN, ///< nothing with expressions, queries or statements in it
+        TAKING ///< only what takes something away
+    };
+
+    explicit ModelOperations(Kind kind = Kind::ANY);
 
     /// Goes on with this model, all of whose objects must have been made while this lives.
     void adopt(QORModel& root);
@@ -31,5 +37,6 @@ private:
     void addExtra(Bytes& bytes);
     void remove(QORObject* object, bool all);
 
+    Kind const kind;
     QORObject* root;
 };

@@ -1,6 +1,7 @@
 #include "database/Writable.h"
 
 #include "database/SqlTokens.h"
+#include "exchange/JsonText.h"
 
 #include <algorithm>
 #include <map>
@@ -10,6 +11,7 @@
 namespace database {
 namespace {
 
+constexpr char const* notUtf8 = "it isn't UTF-8, to which qor recode converts";
 constexpr char const* notWhole = "the expression is empty or not a whole one";
 
 std::string named(std::string const& kind, std::string const& name) {
@@ -96,6 +98,7 @@ public:
     Completing(Structure const& given, Rules const& toFollow) : result{given, {}}, rules(toFollow) {}
 
     Writable run() {
+        completeTexts();
         completeSchemas();
         completeTypes();
         completeTables();
@@ -113,12 +116,76 @@ private:
     using Relation = std::pair<int, std::string>; ///< by schema and name
 
     bool omit(std::string what, std::string why, std::string original = "") {
+        for (std::string* text : {&what, &original}) {
+            *text = exchange::isUtf8(*text) ? *text : exchange::printable(*text);
+        }
         result.omissions.push_back({std::move(what), std::move(why), std::move(original)});
         return false;
     }
 
+    /// What isn't UTF-8 can't stand in a statement of those that are strict. Names that a thing needs are
+    /// looked at later.
+    void completeTexts() {
+        if (!rules.strict) {
+            return;
+        }
+        completeName(structure.catalog, "database");
+        for (Schema& schema : structure.schemas) {
+            completeName(schema, "schema");
+        }
+        forEachNamed([this](Named& thing, char const* kind) {
+            if (!exchange::isUtf8(thing.comment)) {
+                omit("comment on " + named(kind, thing.name), notUtf8);
+                thing.comment.clear();
+            }
+        });
+        for (Key& each : structure.keys) {
+            completeName(each, "key");
+        }
+        for (Check& each : structure.checks) {
+            completeName(each, "check");
+        }
+        for (Index& each : structure.indexes) {
+            completeName(each, "index");
+        }
+    }
+
+    void completeName(Named& thing, char const* kind) {
+        if (!exchange::isUtf8(thing.name)) {
+            omit("name of " + named(kind, thing.name), notUtf8);
+            thing.name.clear();
+        }
+    }
+
+    template <class Look>
+    void forEachNamed(Look const& look) {
+        auto const all = [&](auto& records, char const* kind) {
+            for (Named& record : records) {
+                look(record, kind);
+            }
+        };
+        look(structure.catalog, "database");
+        all(structure.schemas, "schema");
+        all(structure.types, "type");
+        all(structure.tables, "table");
+        for (Table& each : structure.tables) {
+            all(each.columns, "column");
+        }
+        all(structure.keys, "key");
+        all(structure.checks, "check");
+        all(structure.indexes, "index");
+        all(structure.sequences, "sequence");
+    }
+
+    /// What is wrong with a name; empty for a fine one.
+    std::string problemOf(std::string const& name) const {
+        if (name.empty()) {
+            return rules.emptyNames ? "" : "it needs one";
+        }
+        return rules.strict && !exchange::isUtf8(name) ? notUtf8 : "";
+    }
+
     std::string key(std::string const& name) const { return rules.ignoreCase ? lowerCase(name) : name; }
-    bool isNameless(std::string const& name) const { return name.empty() && !rules.emptyNames; }
     Table& table(int index) { return structure.tables[static_cast<std::size_t>(index)]; }
     Column const& column(int ofTable, int index) {
         return table(ofTable).columns[static_cast<std::size_t>(index)];
@@ -174,12 +241,24 @@ private:
     bool isFree(int schema, std::string const& name) { return relations.emplace(schema, name).second; }
 
     void completeTypes() {
+        for (Type& type : structure.types) {
+            if (type.kind == TypeKind::BUILT_IN && rules.comparesTypes) {
+                type.schema = -1; // it goes by what it holds
+            }
+        }
         std::vector<int> const moved = filter(structure.types, [this](Type const& type) {
             if (!isOwnType(type) || !rules.strict) {
                 return true;
             }
-            if (type.name.empty()) {
-                return omit("type without a name", "it needs one");
+            if (std::string const problem = problemOf(type.name); !problem.empty()) {
+                return omit(named("type", type.name), problem);
+            }
+            if (!std::all_of(type.values.begin(), type.values.end(), exchange::isUtf8)) {
+                return omit("type " + type.name,
+                            "not all of its values are UTF-8, to which qor recode converts");
+            }
+            if (std::set<std::string>(type.values.begin(), type.values.end()).size() != type.values.size()) {
+                return omit("type " + type.name, "it has a value twice");
             }
             if (type.kind == TypeKind::RANGE && !findExtra(type.extras, "range")) {
                 return omit("type " + type.name, "a range needs a type that it is of");
@@ -189,6 +268,9 @@ private:
         });
         for (Type& type : structure.types) {
             type.base = movedTo(moved, type.base);
+            if (type.kind == TypeKind::DOMAIN_TYPE && type.base < 0 && rules.typesNeeded) {
+                omit("base of type " + type.name, "it isn't known, so that it is text");
+            }
             if (!type.defaultValue.empty() && !isWhole(type.defaultValue)) {
                 omit("default of type " + type.name, notWhole, type.defaultValue);
                 type.defaultValue.clear();
@@ -221,8 +303,8 @@ private:
         }
         tables = filter(structure.tables, [this](Table const& each) {
             std::string const what = named(each.kind == TableKind::TABLE ? "table" : "view", each.name);
-            if (isNameless(each.name)) {
-                return omit(what, "it needs one");
+            if (std::string const problem = problemOf(each.name); !problem.empty()) {
+                return omit(what, problem);
             }
             std::vector<Token> const query = tokenize(each.statement);
             if (each.kind != TableKind::TABLE &&
@@ -244,13 +326,17 @@ private:
         std::set<std::string> taken;
         columns.push_back(filter(each.columns, [&](Column const& one) {
             std::string const what = named("column", one.name) + " of " + each.name;
-            if (isNameless(one.name)) {
-                return omit(what, "it needs one");
+            if (std::string const problem = problemOf(one.name); !problem.empty()) {
+                return omit(what, problem);
             }
             return taken.insert(key(one.name)).second || omit(what, "its name is taken");
         }));
         for (Column& one : each.columns) {
-            if (!one.defaultValue.empty() && !isWhole(one.defaultValue)) {
+            completeIdentity(one, each.name);
+            if (one.type < 0 && rules.typesNeeded && each.kind == TableKind::TABLE) {
+                omit("type of column " + one.name + " of " + each.name, "it isn't known, so that it is text");
+            }
+            if ((one.generated || !one.defaultValue.empty()) && !isWhole(one.defaultValue)) {
                 omit((one.generated ? "that column " : "default of column ") + one.name + " of " + each.name +
                          (one.generated ? " is computed" : ""),
                      notWhole, one.defaultValue);
@@ -260,10 +346,28 @@ private:
         }
     }
 
+    bool isCountable(Column const& one) const {
+        static std::set<std::string> const countable = {"SQL_SMALLINT", "SQL_INTEGER", "SQL_BIGINT"};
+        return one.type >= 0 &&
+               countable.count(structure.types[static_cast<std::size_t>(one.type)].dataType) > 0;
+    }
+
+    /// Only whole numbers are counted up.
+    void completeIdentity(Column& one, std::string const& of) {
+        if (!findExtra(one.extras, "identity") || isCountable(one)) {
+            return;
+        }
+        omit("identity of column " + one.name + " of " + of, "its type is no whole number");
+        auto const isIdentity = [](Extra const& extra) {
+            return extra.name == "identity" || extra.name == "identity sequence";
+        };
+        one.extras.erase(std::remove_if(one.extras.begin(), one.extras.end(), isIdentity), one.extras.end());
+    }
+
     void completeSequences() {
         filter(structure.sequences, [this](Sequence const& sequence) {
-            if (sequence.name.empty()) {
-                return omit("sequence without a name", "it needs one");
+            if (std::string const problem = problemOf(sequence.name); !problem.empty()) {
+                return omit(named("sequence", sequence.name), problem);
             }
             return !rules.strict || isFree(sequence.schema, sequence.name) ||
                    omit("sequence " + sequence.name, "its name is taken");

@@ -11,6 +11,7 @@ struct Rules {
     bool ignoreCase = false;     ///< names that differ in case alone are one
     bool emptyTables = false;    ///< a table may have no columns
     bool strict = false;         ///< keys have each column once, refer to keys, and share no names
+    bool typesNeeded = false;    ///< a column without a type is one of which it isn't known
     bool comparesTypes = false;  ///< a foreign key is of types that are known to compare
     std::string defaultSchema{}; ///< the schema of what has none; empty if there are no schemas
 };

@@ -791,6 +791,7 @@ void writePostgresSql(Structure const& structure, std::ostream& out) {
     Rules rules;
     rules.emptyTables = true;
     rules.strict = true;
+    rules.typesNeeded = structure.origin.system != "SQLite";
     rules.comparesTypes = structure.origin.system != "PostgreSQL";
     rules.defaultSchema = "public";
     Writer(writable(structure, rules), out).run();
