@@ -144,7 +144,7 @@ std::vector<std::vector<std::string>> commandsFor(std::string const& graph, std:
 }
 
 TEST_P(Memory, GrowsWithTheNumberOfObjectsAndNoFaster) {
-    constexpr std::size_t size = 10000;
+    constexpr std::size_t size = 5000;
     auto const few = commandsFor(graphOf(size, "a"), graphOf(size, "b"));
     auto const many = commandsFor(graphOf(2 * size, "a"), graphOf(2 * size, "b"));
     for (std::size_t i = 0; i < few.size(); ++i) {

@@ -220,6 +220,18 @@ TEST_F(OutputFile, NoPathMeansTheStreamAndNothingGoesThereBeforeAllIsWritten) {
     }
 }
 
+TEST_F(OutputFile, TextThatMemoryHasNoRoomForIsNotWrittenInPart) {
+    std::ostringstream out;
+    auto const run = [&] {
+        kit::Output("", news, {}, out).write([](std::ostream& text) {
+            text << "half of it";
+            text.setstate(std::ios::badbit); // as a stream does that finds no memory
+        });
+    };
+    EXPECT_THROW(run(), std::ios_base::failure);
+    EXPECT_EQ(out.str(), "");
+}
+
 // ---- a file of another kind is never replaced -------------------------------------------------------------
 
 TEST_F(OutputFile, FileOfItsKindOrAnEmptyOneIsReplaced) {

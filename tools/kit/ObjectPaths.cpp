@@ -65,7 +65,7 @@ std::string nameIn(std::string const& step) {
 /// Whether a step stands for so many that are left out.
 bool isGap(std::string const& step) {
     constexpr std::size_t longest = 10;
-    return step.size() > 1 && step.size() <= longest && step[0] == '#' &&
+    return step.size() > 1 && step.size() <= longest && step[0] == '#' && step[1] != '0' &&
            step.find_first_not_of("0123456789", 1) == step.npos;
 }
 
@@ -154,9 +154,13 @@ std::string ObjectPaths::stepOf(Number number) const {
 /// path. The answer is the object of the next step, or `end`.
 ObjectPaths::Number ObjectPaths::climb(Number number, Number end, Steps& steps) const {
     std::size_t length = 0;
-    while (number != end && steps.size() < mostSteps && length <= mostCharacters) {
-        steps.push_back(stepOf(number));
-        length += steps.back().size();
+    while (number != end && steps.size() < mostSteps) {
+        std::string step = stepOf(number);
+        length += step.size();
+        if (!steps.empty() && length > mostCharacters) {
+            break;
+        }
+        steps.push_back(std::move(step));
         number = owner(number);
     }
     return number;
