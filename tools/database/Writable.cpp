@@ -210,32 +210,33 @@ private:
             }
         }
         structure.schemas.swap(kept);
-        auto const settle = [&](int& schema) {
-            if (schema < 0) {
-                auto const [place, isNew] =
-                    known.emplace(rules.defaultSchema, static_cast<int>(structure.schemas.size()));
-                if (isNew) {
-                    structure.schemas.emplace_back().name = rules.defaultSchema;
-                }
-                schema = place->second;
-            } else {
-                schema = moved[static_cast<std::size_t>(schema)];
-            }
-        };
         for (Type& type : structure.types) {
             if (isOwnType(type)) {
-                settle(type.schema);
+                settle(type.schema, known, moved);
             }
         }
         for (Table& each : structure.tables) {
-            settle(each.schema);
+            settle(each.schema, known, moved);
         }
         for (Sequence& sequence : structure.sequences) {
-            settle(sequence.schema);
+            settle(sequence.schema, known, moved);
         }
         for (Routine& routine : structure.routines) {
-            settle(routine.schema);
+            settle(routine.schema, known, moved);
         }
+    }
+
+    void settle(int& schema, std::map<std::string, int>& known, std::vector<int> const& moved) {
+        if (schema >= 0) {
+            schema = movedTo(moved, schema);
+            return;
+        }
+        auto const [place, isNew] =
+            known.emplace(rules.defaultSchema, static_cast<int>(structure.schemas.size()));
+        if (isNew) {
+            structure.schemas.emplace_back().name = rules.defaultSchema;
+        }
+        schema = place->second;
     }
 
     bool isFree(int schema, std::string const& name) { return relations.emplace(schema, name).second; }
@@ -246,36 +247,45 @@ private:
                 type.schema = -1; // it goes by what it holds
             }
         }
-        std::vector<int> const moved = filter(structure.types, [this](Type const& type) {
-            if (!isOwnType(type) || !rules.strict) {
-                return true;
-            }
-            if (std::string const problem = problemOf(type.name); !problem.empty()) {
-                return omit(named("type", type.name), problem);
-            }
-            if (!std::all_of(type.values.begin(), type.values.end(), exchange::isUtf8)) {
-                return omit("type " + type.name,
-                            "not all of its values are UTF-8, to which qor recode converts");
-            }
-            if (std::set<std::string>(type.values.begin(), type.values.end()).size() != type.values.size()) {
-                return omit("type " + type.name, "it has a value twice");
-            }
-            if (type.kind == TypeKind::RANGE && !findExtra(type.extras, "range")) {
-                return omit("type " + type.name, "a range needs a type that it is of");
-            }
-            return types.emplace(type.schema, type.name).second ||
-                   omit("type " + type.name, "its name is taken");
-        });
+        std::vector<int> const moved =
+            filter(structure.types, [this](Type const& type) { return isWritable(type); });
         for (Type& type : structure.types) {
             type.base = movedTo(moved, type.base);
-            if (type.kind == TypeKind::DOMAIN_TYPE && type.base < 0 && rules.typesNeeded) {
-                omit("base of type " + type.name, "it isn't known, so that it is text");
-            }
-            if (!type.defaultValue.empty() && !isWhole(type.defaultValue)) {
-                omit("default of type " + type.name, notWhole, type.defaultValue);
-                type.defaultValue.clear();
-            }
+            completeDomain(type);
         }
+        moveTypes(moved);
+    }
+
+    bool isWritable(Type const& type) {
+        if (!isOwnType(type) || !rules.strict) {
+            return true;
+        }
+        if (std::string const problem = problemOf(type.name); !problem.empty()) {
+            return omit(named("type", type.name), problem);
+        }
+        if (!std::all_of(type.values.begin(), type.values.end(), exchange::isUtf8)) {
+            return omit("type " + type.name, "not all of its values are UTF-8, to which qor recode converts");
+        }
+        if (std::set<std::string>(type.values.begin(), type.values.end()).size() != type.values.size()) {
+            return omit("type " + type.name, "it has a value twice");
+        }
+        if (type.kind == TypeKind::RANGE && !findExtra(type.extras, "range")) {
+            return omit("type " + type.name, "a range needs a type that it is of");
+        }
+        return types.emplace(type.schema, type.name).second || omit("type " + type.name, "its name is taken");
+    }
+
+    void completeDomain(Type& type) {
+        if (type.kind == TypeKind::DOMAIN_TYPE && type.base < 0 && rules.typesNeeded) {
+            omit("base of type " + type.name, "it isn't known, so that it is text");
+        }
+        if (!type.defaultValue.empty() && !isWhole(type.defaultValue)) {
+            omit("default of type " + type.name, notWhole, type.defaultValue);
+            type.defaultValue.clear();
+        }
+    }
+
+    void moveTypes(std::vector<int> const& moved) {
         for (Table& each : structure.tables) {
             for (Column& one : each.columns) {
                 if (one.type >= 0 && movedTo(moved, one.type) < 0) {
