@@ -1,17 +1,23 @@
 #include <qor/QOREncodingConverter.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <fcntl.h>
 #include <iconv.h>
+#include <link.h>
 #include <memory>
 #include <new>
 #include <strings.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 
 char const* const utf8Names[] = {"UTF-8", "UTF8"};
 char const* const latin1Names[] = {"ISO-8859-1", "ISO8859-1", "ISO_8859-1", "ISO88591", "8859_1",
                                    "LATIN1",     "L1",        "CP819",      "IBM819",   "ISO-IR-100"};
+char const* const namesWithParentheses[] = {"NF_Z_62-010_(1973)"};
 
 template <std::size_t count>
 bool isOneOf(char const* name, char const* const (&names)[count]) {
@@ -29,7 +35,65 @@ bool hasSuffix(char const* name) {
     return suffix != nullptr && suffix[2] != '\0';
 }
 
-void* openDescriptor(char const* to, char const* from) {
+bool isAlphanumeric(char character) {
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z');
+}
+
+// The C library passes over what no name holds, and takes what is left empty for the encoding of the locale.
+bool mayBeName(char const* name) {
+    if (!isAlphanumeric(*name) || hasSuffix(name)) {
+        return false;
+    }
+    auto const isOfName = [](char character) {
+        return isAlphanumeric(character) || std::strchr("-_.:/", character) != nullptr;
+    };
+    return std::all_of(name, name + std::strlen(name), isOfName) || isOneOf(name, namesWithParentheses);
+}
+
+// ---- opening --------------------------------------------------------------------------------------------
+//
+// The C library reports an encoding as unknown, too, if it fails to load the module of that encoding.
+
+/// Throws if the system has no file or no memory left with which a module could be loaded.
+void requireRoomForModule() {
+    constexpr std::size_t size = std::size_t{4} << 20; // bytes; some times the largest module
+    int const file = ::open("/", O_PATH | O_CLOEXEC);
+    if (file == -1 && (errno == EMFILE || errno == ENFILE || errno == ENOMEM)) {
+        throw std::bad_alloc();
+    }
+    if (file != -1) {
+        ::close(file);
+    }
+    void* const area =
+        ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (area == MAP_FAILED) {
+        throw std::bad_alloc();
+    }
+    ::munmap(area, size);
+}
+
+/// How many modules and libraries the process has begun to load so far.
+unsigned long long loadsSoFar() {
+    unsigned long long loads = 0;
+    auto const read = [](dl_phdr_info* info, std::size_t, void* result) {
+        *static_cast<unsigned long long*>(result) = info->dlpi_adds;
+        return 1;
+    };
+    ::dl_iterate_phdr(read, &loads);
+    return loads;
+}
+
+void closeDescriptor(void* descriptor) {
+    if (descriptor != nullptr) {
+        ::iconv_close(descriptor);
+    }
+}
+
+/// Null if the name is reported as unknown; `loaded` is whether a module was loaded nevertheless.
+void* tryToOpen(char const* to, char const* from, bool& loaded) {
+    requireRoomForModule();
+    unsigned long long const before = loadsSoFar();
     iconv_t const descriptor = ::iconv_open(to, from);
     if (descriptor != reinterpret_cast<iconv_t>(-1)) {
         return descriptor;
@@ -37,13 +101,35 @@ void* openDescriptor(char const* to, char const* from) {
     if (errno != EINVAL) {
         throw std::bad_alloc();
     }
+    loaded = loadsSoFar() != before;
     return nullptr;
 }
 
-void closeDescriptor(void* descriptor) {
-    if (descriptor != nullptr) {
-        ::iconv_close(descriptor);
+/// Where loading has failed for lack of memory, the dynamic loader may refuse a module for as long as another
+/// one stays that shares a part with it. The C library drops what nobody uses as others come and go.
+void dropIdleModules() {
+    bool loaded;
+    for (int i = 0; i < 4; ++i) {
+        closeDescriptor(tryToOpen("UTF-8", "ISO-8859-1", loaded));
     }
+}
+
+/// Null if the C library doesn't know the names. Throws std::bad_alloc if it fails otherwise.
+void* openDescriptor(char const* to, char const* from) {
+    constexpr int attempts = 3;
+    bool loaded = false;
+    for (int i = 0; i < attempts; ++i) {
+        if (void* const descriptor = tryToOpen(to, from, loaded)) {
+            return descriptor;
+        }
+        if (loaded) {
+            dropIdleModules();
+        }
+    }
+    if (loaded) {
+        throw std::bad_alloc();
+    }
+    return nullptr;
 }
 
 /// Runs one text through a descriptor; false if the text can't be converted without loss.
@@ -208,8 +294,7 @@ QOREncodingConverter::~QOREncodingConverter() {
 }
 
 QOREncodingConverter* QOREncodingConverter::create(char const* encodingName) {
-    // The C library takes the empty name for the encoding of the locale, which is no name of an encoding.
-    if (encodingName == nullptr || *encodingName == '\0' || hasSuffix(encodingName)) {
+    if (encodingName == nullptr || !mayBeName(encodingName)) {
         return nullptr;
     }
     Kind const kind = isOneOf(encodingName, utf8Names)     ? Kind::UTF_8
@@ -257,7 +342,8 @@ bool QOREncodingConverter::toUtf8(char const* text, std::size_t count, std::stri
     case Kind::OTHER:
         break;
     }
-    return Run(decoder, result).convert(text, count);
+    // The C library lets through codes that lie beyond those of Unicode.
+    return Run(decoder, result).convert(text, count) && isUtf8(result.data(), result.size());
 }
 
 bool QOREncodingConverter::fromUtf8(std::string const& text, std::string& result) const {
@@ -270,7 +356,12 @@ bool QOREncodingConverter::fromUtf8(std::string const& text, std::string& result
     case Kind::OTHER:
         break;
     }
-    return !(dropsTags && hasTags(text)) && Run(encoder, result).convert(text.data(), text.size());
+    if ((dropsTags && hasTags(text)) || !Run(encoder, result).convert(text.data(), text.size())) {
+        return false;
+    }
+    // A control character may have become one that shifts, a mark may have merged with its letter.
+    std::string restored;
+    return Run(decoder, restored).convert(result.data(), result.size()) && restored == text;
 }
 
 bool isUnchangedByEncoding(QORString const& text, QOREncodingConverter const* from,

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <mutex>
 #include <new>
+#include <pthread.h>
 #include <sys/mman.h>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -363,39 +364,65 @@ Pool* idlePools = nullptr;
 /// The thread's pool; set back to null when the thread ends.
 [[gnu::tls_model("initial-exec")]] thread_local Pool* poolOfThread = nullptr;
 
-/// Passes the thread's pool on when the thread ends.
-struct Lease {
-    bool held = false;
+void makeIdle(Pool& pool) {
+    std::lock_guard<std::mutex> const lock(idleMutex);
+    pool.nextIdle = idlePools;
+    idlePools = &pool;
+}
 
-    ~Lease() {
-        if (!held || !poolOfThread)
-            return;
-        std::lock_guard<std::mutex> const lock(idleMutex);
-        poolOfThread->nextIdle = idlePools;
-        idlePools = poolOfThread;
-        poolOfThread = nullptr;
+/// Passes a thread's pool on when the thread ends. A thread-local object with a destructor would do the same,
+/// but where memory ends the C library can't register one and ends the process.
+class ThreadEnd {
+public:
+    ThreadEnd() { watching = pthread_key_create(&key, passOn) == 0; }
+    ThreadEnd(ThreadEnd const&) = delete;
+    ThreadEnd& operator=(ThreadEnd const&) = delete;
+    ~ThreadEnd() {
+        if (watching.exchange(false))
+            pthread_key_delete(key);
     }
+
+    /// False if there is no memory for it. Where the system has no key, and once the program ends, the pool
+    /// stays with the thread for good.
+    static bool watch(Pool& pool) { return !watching || pthread_setspecific(key, &pool) == 0; }
+
+private:
+    static void passOn(void* pool) {
+        poolOfThread = nullptr;
+        makeIdle(*static_cast<Pool*>(pool));
+    }
+
+    // Apart from the object, as threads may outlive it.
+    static inline pthread_key_t key{};
+    static inline std::atomic<bool> watching{false};
 };
 
-thread_local Lease lease;
+Pool* takeIdle() {
+    std::lock_guard<std::mutex> const lock(idleMutex);
+    Pool* const pool = idlePools;
+    if (pool)
+        idlePools = pool->nextIdle;
+    return pool;
+}
+
+Pool& makePool() {
+    void* const memory =
+        mmap(nullptr, sizeof(Pool), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED)
+        throw std::bad_alloc();
+    return *new (memory) Pool;
+}
 
 [[gnu::noinline]] Pool& leasePool() {
-    {
-        std::lock_guard<std::mutex> const lock(idleMutex);
-        if (idlePools) {
-            poolOfThread = idlePools;
-            idlePools = idlePools->nextIdle;
-        }
+    static ThreadEnd const atThreadEnd;
+    Pool* const idle = takeIdle();
+    Pool& pool = idle ? *idle : makePool();
+    if (!ThreadEnd::watch(pool)) {
+        makeIdle(pool);
+        throw std::bad_alloc();
     }
-    if (!poolOfThread) {
-        void* const memory =
-            mmap(nullptr, sizeof(Pool), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (memory == MAP_FAILED)
-            throw std::bad_alloc();
-        poolOfThread = new (memory) Pool;
-    }
-    lease.held = true;
-    return *poolOfThread;
+    poolOfThread = &pool;
+    return pool;
 }
 
 /// Blocks of the sorts from `firstSort` on.

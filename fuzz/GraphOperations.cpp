@@ -19,22 +19,6 @@ namespace {
 
 constexpr std::size_t mostObjects = 300;
 
-/// The element types of which there are objects.
-std::vector<QORElementType> const& concreteTypes() {
-    static std::vector<QORElementType> const types = [] {
-        std::vector<QORElementType> found;
-        QORMetaRepository const& repository = *QORMetaRepository::getMetaRepository();
-        for (int id = 0; QorElementTypeStringArray[id]; ++id) {
-            auto const type = static_cast<QORElementTypes::Type>(id);
-            QORMetaClass const* const metaClass = repository.getMetaClassByID(type);
-            if (metaClass && !metaClass->isAbstract() && type != QORElementType::OBJECT)
-                found.push_back(type);
-        }
-        return found;
-    }();
-    return types;
-}
-
 /// Whether `object` is `owner` or owned by it over any number of steps.
 bool isBelow(QORObject& object, QORObject const& owner) {
     std::vector<QORObject*> pending{&object};
@@ -114,6 +98,21 @@ std::unique_ptr<QOREncodingConverter> converter(Bytes& bytes) {
 }
 
 } // namespace
+
+std::vector<QORElementType> const& GraphOperations::concreteTypes() {
+    static std::vector<QORElementType> const types = [] {
+        std::vector<QORElementType> found;
+        QORMetaRepository const& repository = *QORMetaRepository::getMetaRepository();
+        for (int id = 0; QorElementTypeStringArray[id]; ++id) {
+            auto const type = static_cast<QORElementTypes::Type>(id);
+            QORMetaClass const* const metaClass = repository.getMetaClassByID(type);
+            if (metaClass && !metaClass->isAbstract() && type != QORElementType::OBJECT)
+                found.push_back(type);
+        }
+        return found;
+    }();
+    return types;
+}
 
 GraphOperations::~GraphOperations() {
     std::vector<QORObject*> const left = objects();

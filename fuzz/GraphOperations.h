@@ -20,7 +20,7 @@ public:
     GraphOperations(GraphOperations const&) = delete;
     GraphOperations& operator=(GraphOperations const&) = delete;
     /// Deletes all objects that are left.
-    ~GraphOperations();
+    virtual ~GraphOperations();
 
     /// Runs the operations up to the end of the bytes.
     void run(Bytes& bytes);
@@ -37,20 +37,25 @@ public:
     /// Hands all objects over to the caller: these operations forget them.
     std::vector<QORObject*> release();
 
-private:
-    void step(Bytes& bytes);
+protected:
+    /// The element types of which there are objects.
+    static std::vector<QORElementType> const& concreteTypes();
+
+    virtual void step(Bytes& bytes);
     QORObject* pick(Bytes& bytes);
+    void link(Bytes& bytes);
+    void take(QORObject* object);
+
+    LiveObjects live;
+    std::vector<QORObject*> made;
+
+private:
     void create(Bytes& bytes);
     void copy(Bytes& bytes);
-    void link(Bytes& bytes);
     void read(Bytes& bytes);
     void rename(Bytes& bytes);
     void set(Bytes& bytes);
     void assign(Bytes& bytes);
     void setFrom(QORObject& target, QORObject const& source);
     void transcode(Bytes& bytes);
-    void take(QORObject* object);
-
-    LiveObjects live;
-    std::vector<QORObject*> made;
 };

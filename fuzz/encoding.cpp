@@ -6,24 +6,34 @@
 #include <qor/QOREncodingConverter.h>
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <memory>
 
 namespace {
 
 using Converter = std::unique_ptr<QOREncodingConverter>;
 
-char const* const encodings[] = {"UTF-8",       "ISO-8859-1",  "CP1252",    "KOI8-R",         "ASCII",
-                                 "UTF-16",      "UTF-16LE",    "UTF-16BE",  "UTF-32",         "UTF-7",
-                                 "SHIFT_JIS",   "EUC-JP",      "BIG5",      "GB18030",        "EUC-KR",
-                                 "ISO-2022-JP", "ISO-2022-KR", "EBCDIC-US", "IBM037",         "HZ",
-                                 "CP1255",      "BIG5-HKSCS",  "TCVN",      "UTF-8//TRANSLIT"};
+char const* const encodings[] = {
+    "UTF-8",      "ISO-8859-1",  "CP1252",          "KOI8-R",    "ASCII",  "UTF-16",     "UTF-16LE",
+    "UTF-16BE",   "UTF-32",      "UTF-7",           "SHIFT_JIS", "EUC-JP", "BIG5",       "GB18030",
+    "EUC-KR",     "ISO-2022-JP", "ISO-2022-KR",     "EBCDIC-US", "IBM037", "HZ",         "CP1255",
+    "BIG5-HKSCS", "TCVN",        "ISO-2022-CN-EXT", "UCS-4",     "IBM930", "UTF-7-IMAP", "UTF-8//TRANSLIT"};
+
+bool isOfName(char character) {
+    return std::isalnum(static_cast<unsigned char>(character)) || std::strchr("-_.:/()", character);
+}
 
 Converter converter(Bytes& bytes) {
     std::size_t const which = bytes.below(std::size(encodings) + 1);
     if (which < std::size(encodings))
         return Converter(QOREncodingConverter::create(encodings[which]));
-    std::string name = bytes.text(bytes.below(20));
-    return Converter(QOREncodingConverter::create(name.c_str()));
+    std::string const bytesOfName = bytes.text(bytes.below(20));
+    char const* const name = bytesOfName.c_str();
+    Converter made(QOREncodingConverter::create(name));
+    require(!made || std::all_of(name, name + std::strlen(name), isOfName),
+            "what is no name has no converter");
+    return made;
 }
 
 bool isContinuation(unsigned char byte) {
@@ -80,6 +90,16 @@ Conversion convert(QORString const& text, QOREncodingConverter& from, QOREncodin
     return result;
 }
 
+/// What is converted reads the same as before; a character may be written in another way.
+void requireSameCharacters(QORString const& text, QOREncodingConverter& from, QORString const& result,
+                           QOREncodingConverter& to) {
+    Converter const utf8(QOREncodingConverter::create("UTF-8"));
+    Conversion const meant = convert(text, from, *utf8);
+    Conversion const read = convert(result, to, *utf8);
+    require(!meant.failed && !read.failed && meant.text == read.text, "the same characters are read");
+    require(isUtf8(read.text), "what is read is valid UTF-8");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
@@ -105,6 +125,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     } else {
         require(first == 0, "what isn't known to stay the same isn't counted");
     }
+    if (!result.failed)
+        requireSameCharacters(text, *from, result.text, *to);
 
     if (isOneOf(*from, {"UTF-8"}))
         require(isUtf8(text) || result.failed, "invalid UTF-8 isn't converted");

@@ -6,7 +6,7 @@
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
 #include "kit/Verify.h"
-#include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,7 @@
 #include "QORRecipe.h"
 
+#include "QORWalkPath.h"
+
 #include <qor/QORLinkTree.h>
 #include <qor/QORSDK.h>
 #include <qor/QORTraversalOperation.h>
@@ -703,16 +705,21 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
     };
     texts(object, level, nullptr);
     std::deque<TranscodeFrame> frames;
+    QORWalkPath path(&errorCounter);
     frames.push_back({&object, level.children});
+    path.enter(object, __LINE__, "QORRecipe::transcode");
     while (!frames.empty()) {
         QORObject* const child = frames.back().next();
         if (!child) {
             frames.pop_back();
+            path.leave();
         } else if (QORClassDescription const* const exact = exactDescription(*child)) {
             foresee(frames.back().ahead(), *exact);
             texts(*child, *exact, frames.back().inOrder);
-            if (isParent(*child, *exact))
+            if (isParent(*child, *exact)) {
                 frames.push_back({child, exact->children});
+                path.enter(*child, __LINE__, "QORRecipe::transcode");
+            }
         } else {
             child->transcode(from, to, firstCounter, errorCounter);
         }
@@ -773,6 +780,7 @@ struct QORRecipe::WalkFrame {
 void QORRecipe::walkChildren(QORObject& object, QORClassDescription const& level,
                              QORTraversalOperation& operation, void* data) {
     std::deque<WalkFrame> frames;
+    QORWalkPath path(&operation);
     frames.push_back({&object, data, level.children});
     for (;;) {
         WalkFrame& frame = frames.back();
@@ -783,6 +791,7 @@ void QORRecipe::walkChildren(QORObject& object, QORClassDescription const& level
             frames.pop_back();
             if (frames.empty())
                 return;
+            path.leave();
             operation.post_process(done, doneData);
             continue;
         }
@@ -795,17 +804,22 @@ void QORRecipe::walkChildren(QORObject& object, QORClassDescription const& level
         void* childData = frame.data;
         if (!operation.pre_process(child, childData))
             continue;
-        if (isParent(*child, *exact))
+        if (isParent(*child, *exact)) {
             frames.push_back({child, childData, exact->children});
-        else
+            path.enter(*child, __LINE__, "QORRecipe::walkChildren");
+        } else {
             operation.post_process(child, childData);
+        }
     }
 }
 
 bool QORRecipe::walk(QORObject& object, QORTraversalOperation& operation, void* data) {
     if (!operation.pre_process(&object, data))
         return false;
+    QORWalkPath path(&operation);
+    path.enter(object, __LINE__, "QORRecipe::walk");
     object._depthTraversal(operation, data);
+    path.leave();
     operation.post_process(&object, data);
     return true;
 }

@@ -25,11 +25,55 @@ struct QORHeldEnd {
     QORRBTreeNode* node = nullptr;
 };
 
+/// @page callbacks What a callback may do to the objects under way
+///
+/// The library calls its callers while it works: the operation of a walk, overrides of the virtual
+/// operations, destructors. **Under way** are then the object that the call began with, the one that
+/// the callback gets, and the owners between them. What holds for all callbacks:
+///
+/// - A callback may read everything and set attributes. It may add, unlink and delete objects that
+///   aren't under way, except where this page says otherwise.
+/// - What a callback throws arrives at the caller, and no link is left with one end alone. Two take it
+///   otherwise: where a name is made unique, what `setName` throws is the refusal of that name; a
+///   destructor passes nothing on.
+///
+/// **In a walk** (`depthTraversal`, QORTraversalOperation):
+///
+/// - `post_process` may delete its object, and so may a `pre_process` that returns false. Either may
+///   unlink its object or give it another owner. The owners above must stay alive.
+/// - A walk reads each end as it goes: it visits what is added ahead of it and not what is taken out
+///   ahead of it.
+/// - Renaming an object moves it in its owner's end. If the walk is at that object, the walk moves
+///   along. In a tree that is ordered by name, it skips the siblings before a later place, and it
+///   visits those behind an earlier place again. In a vector, a renamed object moves to the end and is
+///   visited again there, so that an operation that renames whatever it visits doesn't end. In a tree
+///   that is ordered by address, nothing moves. To rename many objects, collect them in a walk and
+///   rename them after it.
+/// - Another walk over the same objects may start, with an operation of its own.
+///
+/// **While texts are re-encoded** (`transcode`): the children of an end are read before the first of
+/// them is re-encoded. Overrides may rename, unlink and add objects: what is unlinked from an end that
+/// was read is re-encoded nevertheless, what is added to it is not. They must delete no object that is
+/// still to come.
+///
+/// **While objects are deleted**: a destructor may unlink and delete other objects. It must not delete
+/// one that is under way itself; the deleting forms of the library leave such objects alone.
+///
+/// **While links are made and looked up** (`getName`, `isReferenced` and others that only answer): an
+/// override must change no link and no name.
+///
+/// **Rings of owners**: an object may own itself, directly or through others; no link operation looks
+/// for that. Deleting such objects ends. Re-encoding them doesn't, nor does a walk over them unless its
+/// operation cuts it off. In a build of the library with the CMake option QOR_CHECKED, both end the
+/// process with an assertion when they enter an object that is under way; so does an operation that
+/// walks an owner of its object with itself.
+
 /// The root of all model classes: element type, id, name and a caller's scratch state, and the primitives
 /// through which every two-way link is made and broken.
 ///
 /// A link is two ends, one in each object: a pointer (unary end) or a link container (nary end). An object
-/// owns what hangs on its `child` ends and dies with its owner. A graph belongs to one thread at a time.
+/// owns what hangs on its `child` ends and dies with its owner. A graph belongs to one thread at a time. What
+/// overrides, operations of walks and destructors may do while the library works: see @ref callbacks.
 ///
 /// Deleting, walking and re-encoding need a small stack however deep a graph of the library's own classes is.
 /// An object of a caller's class is asked through its virtual operations, as it may override them: where such

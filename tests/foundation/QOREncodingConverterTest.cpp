@@ -75,6 +75,57 @@ TEST(QOREncodingConverter, UnknownNamesGiveNull) {
     EXPECT_NE(converter("KOI8-R//"), nullptr) << "an empty suffix changes nothing";
 }
 
+// The C library takes all of these: for the encoding of the locale, or for what is left without the odd
+// signs.
+TEST(QOREncodingConverter, WhatIsNoNameGivesNull) {
+    for (char const* name : {"/",
+                             "//",
+                             "///",
+                             "/UTF-8",
+                             "//UTF-8",
+                             ",",
+                             ",,",
+                             " ",
+                             ".",
+                             "-",
+                             "_",
+                             ":",
+                             "(",
+                             "+",
+                             "\x01",
+                             "\x1B",
+                             "\xFF",
+                             "UTF-8,",
+                             "UTF-8,IGNORE",
+                             "KOI8-R//,",
+                             "UTF-8 ",
+                             " UTF-8",
+                             "UTF-8\n",
+                             "\tUTF-8",
+                             "UTF\xFF-8",
+                             "KOI 8-R",
+                             "KOI8-R*",
+                             "@KOI8-R",
+                             "KOI8-R()",
+                             "K(OI8-R",
+                             "\xC3\xA9KOI8-R",
+                             "KOI8-R\x7F",
+                             "UTF-8//TRANSLIT//IGNORE",
+                             "UTF-8///",
+                             "UTF-8//x"}) {
+        EXPECT_EQ(converter(name), nullptr) << name;
+    }
+    for (char const* name : {"ISO_8859-1:1987", "T.61-8BIT", "ISO-10646/UCS2/", "NF_Z_62-010_(1973)"}) {
+        EXPECT_NE(converter(name), nullptr) << name;
+    }
+}
+
+TEST(QOREncodingConverter, AVeryLongNameGivesNull) {
+    for (char const filling : {'A', '8', '/', ',', ' ', '\xFF'}) {
+        EXPECT_EQ(converter(("UTF-8" + std::string(1 << 20, filling)).c_str()), nullptr) << filling;
+    }
+}
+
 TEST(ConvertEncoding, ConvertsBetweenLatin1AndUtf8) {
     EXPECT_EQ(converted("ISO-8859-1", "UTF-8",
                         "Stra\xDF"
@@ -216,6 +267,31 @@ TEST(ConvertEncoding, CharactersAreNotDroppedSilently) {
     expectRefused("UTF-8", "cp1252", tagged);
     expectRefused("UTF-8", "ISO-8859-1", tagged);
     EXPECT_EQ(converted("GB18030", "UTF-8", converted("UTF-8", "GB18030", tagged)), tagged);
+}
+
+TEST(ConvertEncoding, CharactersThatTheTargetUnderstandsOtherwiseAreRefused) {
+    for (char const* from : {"UTF-8", "ISO-8859-1", "ASCII", "cp1252"}) {
+        expectRefused(from, "ISO-2022-JP", "a\x1B$BF|\x1B(B");
+        expectRefused(from, "ISO-2022-JP", "\x1B");
+        expectRefused(from, "ISO-2022-KR",
+                      "a\x0E"
+                      "b\x0F");
+        expectRefused(from, "ISO-2022-CN", "\x0E");
+        expectRefused(from, "IBM930", "a\x0E");
+        expectRefused(from, "IBM930", "~"); // which it writes as an overline
+    }
+    EXPECT_EQ(converted("UTF-8", "UTF-7", "1+1"), "1+-1");
+    EXPECT_EQ(converted("UTF-8", "ISO-2022-JP", "a\x01~\\"), "a\x01~\\");
+}
+
+TEST(ConvertEncoding, AMarkThatTheTargetMergesWithItsLetterIsRefused) {
+    expectRefused("UTF-8", "CP1258", "a\xCC\x81");
+    EXPECT_EQ(converted("UTF-8", "CP1258", "\xC3\xA1"), "\xE1");
+}
+
+TEST(ConvertEncoding, CodesBeyondUnicodeAreRefused) {
+    expectRefused("UCS-4BE", "UTF-8", "\x01\x02\x03\x04");
+    expectRefused("UCS-4LE", "UCS-4BE", "\x04\x03\x02\x01");
 }
 
 TEST(ConvertEncoding, ResultsThatHoldANulAreRefused) {

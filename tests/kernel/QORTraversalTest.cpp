@@ -540,6 +540,68 @@ TEST_P(EndWalk, TheCurrentAndItsNextSiblingMayGoTogether) {
     EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "+d", "-d", "-owner"}), operation.log);
 }
 
+// ---- renaming while walking: the walk goes on behind the object's new place ----
+
+namespace {
+
+/// The order in which objects are entered, by their names at first, while `act` runs before or after each
+/// visit.
+EventLog enteredWhile(QORObject& owner, Calling::Function const& act, bool before) {
+    Calling operation(before ? act : nullptr, before ? nullptr : act);
+    owner.depthTraversal(operation, nullptr);
+    EventLog names;
+    for (std::string const& event : operation.log)
+        if (event[0] == '+')
+            names.push_back(event.substr(1));
+    return names;
+}
+
+} // namespace
+
+TEST_P(EndWalk, AVisitedObjectThatIsRenamedToALaterPlaceTakesTheWalkThere) {
+    for (bool const before : {true, false}) {
+        SetUp();
+        auto const rename = [&](QORObject* object) {
+            if (object == children[1] && titleOf(object) == "b")
+                object->setName("c1");
+        };
+        EventLog const expected = GetParam() == std::string("treeByName") ? EventLog{"owner", "a", "b", "d"}
+                                  : GetParam() == std::string("vector")
+                                      ? EventLog{"owner", "a", "b", "c", "d", "c1"}
+                                      : EventLog{"owner", "a", "b", "c", "d"};
+        EXPECT_EQ(expected, enteredWhile(*owner, rename, before));
+    }
+}
+
+TEST_P(EndWalk, AVisitedObjectThatIsRenamedToAnEarlierPlaceTakesTheWalkBack) {
+    for (bool const before : {true, false}) {
+        SetUp();
+        auto const rename = [&](QORObject* object) {
+            if (object == children[2] && titleOf(object) == "c")
+                object->setName("a1");
+        };
+        EventLog const expected =
+            GetParam() == std::string("treeByName") ? EventLog{"owner", "a", "b", "c", "b", "d"}
+            : GetParam() == std::string("vector")   ? EventLog{"owner", "a", "b", "c", "d", "a1"}
+                                                    : EventLog{"owner", "a", "b", "c", "d"};
+        EXPECT_EQ(expected, enteredWhile(*owner, rename, before));
+    }
+}
+
+TEST_P(EndWalk, ASiblingThatIsRenamedIsVisitedAtItsNewPlaceIfThatLiesAhead) {
+    auto const rename = [&](QORObject* object) {
+        if (object != children[1] || titleOf(children[0]) != "a")
+            return;
+        children[0]->setName("e"); // visited before, and now ahead
+        children[3]->setName("0"); // not yet visited, and now behind
+    };
+    EventLog const expected = GetParam() == std::string("treeByName") ? EventLog{"owner", "a", "b", "c", "e"}
+                              : GetParam() == std::string("vector")
+                                  ? EventLog{"owner", "a", "b", "c", "e", "0"}
+                                  : EventLog{"owner", "a", "b", "c", "0"};
+    EXPECT_EQ(expected, enteredWhile(*owner, rename, true));
+}
+
 INSTANTIATE_TEST_SUITE_P(Ends, EndWalk, ::testing::Values("treeByName", "treeByAddress", "vector"),
                          [](auto const& each) { return std::string(each.param); });
 

@@ -237,6 +237,10 @@ std::string PostgresServer::urlFor(std::string const& credentials, std::string c
     return "postgresql://" + credentials + "@127.0.0.1:" + std::to_string(listensOn) + "/" + database;
 }
 
+std::string PostgresServer::shownUrl(std::string const& database) const {
+    return "postgresql://127.0.0.1:" + std::to_string(listensOn) + "/" + database;
+}
+
 std::string PostgresServer::makeDatabase(std::string const& sql, std::string const& options) {
     std::string const name = "test" + std::to_string(++databases);
     run("postgres", "CREATE DATABASE " + name + " " + options);

@@ -23,6 +23,8 @@ public:
     std::string url(std::string const& database = "postgres") const;
     /// The address of a database; what is special in the user and the password must be encoded.
     std::string urlFor(std::string const& credentials, std::string const& database) const;
+    /// The address as it is shown: neither the user nor the password is a part of it.
+    std::string shownUrl(std::string const& database) const;
     int port() const { return listensOn; }
 
     /// Makes a new database, in it what some SQL says, and gives its name.

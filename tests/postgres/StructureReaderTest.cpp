@@ -57,7 +57,7 @@ TEST(PostgresStructureReader, TellsWhereItComesFrom) {
     EXPECT_EQ(structure.catalog.comment, "A sample");
     EXPECT_EQ(structure.origin.system, "PostgreSQL");
     EXPECT_EQ(structure.origin.version, connection.version());
-    EXPECT_EQ(structure.origin.source, server.urlFor("keeper", name));
+    EXPECT_EQ(structure.origin.source, server.shownUrl(name));
     EXPECT_EQ(structure.origin.encoding, "UTF8");
     EXPECT_EQ(structure.origin.formatName, "PostgreSQL database");
     EXPECT_EQ(structure.origin.formatVersion, std::to_string(connection.versionNumber() / 10000));

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -14,6 +15,7 @@ struct ProgramResult {
     int exitCode; ///< 256 and more for a program that a signal ended
     std::string out;
     std::string err;
+    long peakMemory; ///< the most that it held at once, in KiB
 };
 
 /// Runs a program to its end. `prepare` is called in the new process before the program starts.
@@ -43,7 +45,8 @@ inline ProgramResult runProgram(std::vector<std::string> const& command, void (*
         _exit(127);
     }
     int status = 0;
-    waitpid(child, &status, 0);
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
     int const exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 256 + WTERMSIG(status);
-    return {exitCode, contentOf(outPath), contentOf(errPath)};
+    return {exitCode, contentOf(outPath), contentOf(errPath), usage.ru_maxrss};
 }

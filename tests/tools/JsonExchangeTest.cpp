@@ -17,6 +17,9 @@
 #include <qor/QORPropertyValue.h>
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <regex>
 #include <sstream>
 
 namespace {
@@ -45,6 +48,11 @@ std::string problemOf(std::string const& json) {
         return error.what();
     }
     return "";
+}
+
+/// The same with the line alone.
+std::string problemInLine(std::string const& json) {
+    return std::regex_replace(problemOf(json), std::regex(", column [0-9]+:"), ":");
 }
 
 /// A file with the lines given as objects, from line 5 on, and as links.
@@ -290,7 +298,8 @@ TEST(JsonExchange, CutOffFileIsRefusedWhereverItEnds) {
     for (std::size_t size = 0; size < end; ++size) {
         EXPECT_THAT(problemOf(json.substr(0, size)), StartsWith("x.json: line ")) << size;
     }
-    EXPECT_EQ(problemOf(json.substr(0, 100)), "x.json: line 5: the text ends too early");
+    EXPECT_EQ(problemOf(json.substr(0, 100)),
+              "x.json: line 5, column 48: the text ends too early, in object 1");
 }
 
 TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
@@ -340,13 +349,12 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
          "", "line 5: "},
         {"{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 1, \"class\": \"Model\"}", "",
          "line 6: the number 1 is taken twice"},
-        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: the number of an object is due"},
-        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: the number of an object is due"},
-        {"{\"class\": \"Model\", \"number\": 1}", "", "line 5: \"class\" stands where \"number\" is due"},
+        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: the number of an object must stand"},
+        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: the number of an object must stand"},
         {"{\"number\": 1}", "", "line 5: \"class\" is missing"},
-        {"{\"number\": 1, \"class\": \"Model\", \"colour\": 1}", "", "line 5: \"colour\" stands where"},
+        {"{\"number\": 1, \"class\": \"Model\", \"colour\": 1}", "", "line 5: \"colour\" isn't a key here"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {}, \"attributes\": {}}", "",
-         "line 5: \"attributes\" isn't a key here"},
+         "line 5: \"attributes\" is given twice"},
         {"[1]", "", "line 5: [ has no meaning here"},
         {"", "", "there is no object"},
         {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [3]}", "line 9: no object has the number 3"},
@@ -369,11 +377,11 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
          "{\"from\": 2, \"role\": \"supertypeOfGeneralization\", \"to\": [1, 1]}",
          "line 9: the link \"supertypeOfGeneralization\" to the object 1 is refused"},
         {two, "{\"from\": 1, \"role\": \"childPackage\"}", "line 9: \"to\" is missing"},
-        {two, "{\"from\": 1, \"to\": [2]}", "line 9: \"to\" stands where \"role\" is due"},
+        {two, "{\"from\": 1, \"to\": [2]}", "line 9: \"role\" is missing"},
         {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [[2]]}", "line 9: [ has no meaning here"},
     };
     for (Case const& each : cases) {
-        EXPECT_THAT(problemOf(fileOf(each.objects, each.links)), HasSubstr(each.problem))
+        EXPECT_THAT(problemInLine(fileOf(each.objects, each.links)), HasSubstr(each.problem))
             << each.objects << each.links;
     }
 }
@@ -387,10 +395,10 @@ TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
         char const* problem;
     };
     Change const changes[] = {
-        {"qor-graph", "qor", "line 2: \"format\" is due"},
+        {"qor-graph", "qor", "line 2: \"format\" must be"},
         {"\"version\": 1", "\"version\": 2", "line 3: \"version\" is one that this program doesn't know"},
         {"\"version\": 1", "\"version\": \"1\"", "line 3: \"version\""},
-        {"\"version\": 1,\n", "", "\"objects\" stands where \"version\" is due"},
+        {"\"version\": 1,\n", "", "\"version\" is missing"},
         {",\n\"links\": [\n\n]", "", "\"links\" is missing"},
         {"]\n}\n", "],\n\"more\": 1}\n", "\"more\" isn't a key here"},
         {"]\n}\n", "]\n}\n{}", "something follows the graph"},
@@ -401,11 +409,97 @@ TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
     for (Change const& change : changes) {
         std::string json = good;
         replace(json, change.from, change.to);
-        EXPECT_THAT(problemOf(json), HasSubstr(change.problem)) << change.to;
+        EXPECT_THAT(problemInLine(json), HasSubstr(change.problem)) << change.to;
     }
-    EXPECT_THAT(problemOf("1"), HasSubstr("line 1: 1 has no meaning here"));
-    EXPECT_THAT(problemOf(std::string(1000000, '[')), HasSubstr("line 1: [ has no meaning here"));
-    EXPECT_THAT(problemOf(fileOf(std::string(1000000, '['))), HasSubstr("line 5: [ has no meaning here"));
+    EXPECT_THAT(problemInLine("1"), HasSubstr("line 1: 1 has no meaning here"));
+    EXPECT_THAT(problemInLine(std::string(1000000, '[')), HasSubstr("line 1: [ has no meaning here"));
+    EXPECT_THAT(problemInLine(fileOf(std::string(1000000, '['))), HasSubstr("line 5: [ has no meaning here"));
+}
+
+TEST(JsonExchange, MistakeIsNamedWithItsPlaceInALongLineAndItsObject) {
+    std::string const objects =
+        "{\"format\":\"qor-graph\",\"version\":1,\"objects\":[{\"number\":7,\"class\":"
+        "\"Model\",\"attributes\":{\"name\":\"\xc3\xa4\"}},";
+    std::string const links = objects + "{\"number\":8,\"class\":\"DesignPackage\"}],\"links\":[";
+    auto const expectAt = [](std::string const& before, std::string const& at, std::string const& problem) {
+        std::size_t const column = before.size(); // whose one character of two bytes makes up for the next
+        EXPECT_EQ(problemOf(before + at),
+                  "x.json: line 1, column " + std::to_string(column) + ": " + problem);
+    };
+    expectAt(objects + "{\"number\":8,\"class\":", "\"Klass\"}", "\"Klass\" is no class, in object 8");
+    expectAt(objects, "{\"number\":8}", "\"class\" is missing, in object 8");
+    expectAt(objects, "{\"class\":\"Model\"}", "\"number\" is missing");
+    expectAt(objects + "{\"number\":", "0}",
+             "the number of an object must stand here, a whole number from 1 on");
+    expectAt(objects + "{\"number\":8,", "\"x\":1}", "\"x\" isn't a key here, in object 8");
+    expectAt(objects, "{\"number\":7,\"class\":\"Model\"}", "the number 7 is taken twice, in object 7");
+    expectAt(objects + "{\"number\":8,\"class\":\"Model\",\"attributes\":{\"name\":", "null",
+             "null has no meaning here, in object 8");
+    expectAt(objects + "{\"number\":8,\"class\":\"Model\",\"attributes\":{", "\"color\":1}}",
+             "Model has no attribute \"color\", in object 8");
+    expectAt(objects + "{\"number\":8,\"class\":\"Attribute\",\"attributes\":{", "\"position\":40000}}",
+             "Attribute doesn't take \"40000\" as \"position\", in object 8");
+    expectAt(links, "{\"from\":7,\"to\":[8]}", "\"role\" is missing, in the links of object 7");
+    expectAt(links + "{\"from\":7,\"role\":\"childPackage\",\"to\":[8,", "9]}",
+             "no object has the number 9, in the links of object 7");
+    expectAt(links + "{\"from\":7,\"role\":", "\"child\",\"to\":[8]}",
+             "Model has no role \"child\", in the links of object 7");
+    expectAt(links + "{\"from\":", "6,\"role\":\"x\",\"to\":[]}",
+             "no object has the number 6, in the links of object 6");
+    expectAt(objects, "{\"number\":8,\"class\":\"Model\"}],\"links\":[]}",
+             "no links lead from the first object to the object 8");
+}
+
+// ---- the order of keys has no meaning ----------------------------------------------------------------
+
+/// The same document with the keys of all its objects in another order.
+void writeShuffled(nlohmann::ordered_json const& json, std::mt19937& random, std::string& text) {
+    if (!json.is_structured()) {
+        text += json.dump();
+        return;
+    }
+    std::vector<nlohmann::ordered_json::const_iterator> parts;
+    for (auto each = json.begin(); each != json.end(); ++each) {
+        parts.push_back(each);
+    }
+    if (json.is_object()) {
+        std::shuffle(parts.begin(), parts.end(), random);
+    }
+    char const* separator = json.is_object() ? "{" : "[";
+    for (auto const& part : parts) {
+        text += separator + (json.is_object() ? "\"" + part.key() + "\":" : std::string());
+        writeShuffled(*part, random, text);
+        separator = ",";
+    }
+    text += parts.empty() ? (json.is_object() ? "{}" : "[]") : (json.is_object() ? "}" : "]");
+}
+
+TEST(JsonExchange, KeysMayStandInAnyOrder) {
+    EveryKind const every;
+    std::string const json = jsonOf(every.graph.root());
+    std::string const sorted = nlohmann::json::parse(json).dump();
+    ASSERT_LT(sorted.find("\"links\""), sorted.find("\"objects\""));
+    EXPECT_TRUE(jsonOf(graphOf(sorted).root()) == json);
+    auto const document = nlohmann::ordered_json::parse(json);
+    std::mt19937 random(5);
+    for (int i = 0; i < 20; ++i) {
+        std::string shuffled;
+        writeShuffled(document, random, shuffled);
+        EXPECT_TRUE(jsonOf(graphOf(shuffled).root()) == json) << i;
+    }
+}
+
+TEST(JsonExchange, MistakesInLinksThatComeFirstAreNamedWithTheirPlace) {
+    std::string const start = "{\"links\":[{\"role\":\"childPackage\",\"to\":[2,";
+    EXPECT_EQ(problemOf(start + "3],\"from\":1}],\"objects\":[{\"class\":\"Model\",\"number\":1},"
+                                "{\"class\":\"DesignPackage\",\"number\":2}],\"format\":\"qor-graph\"}"),
+              "x.json: line 1, column " + std::to_string(start.size() + 1) +
+                  ": no object has the number 3, in the links of object 1");
+    EXPECT_THAT(problemOf("{\"links\":[],\"format\":\"qor-graph\",\"version\":1}"),
+                HasSubstr("\"objects\" is missing"));
+    EXPECT_THAT(problemOf("{\"objects\":[{\"class\":\"Model\",\"number\":1}],\"links\":[],\"version\":1,"
+                          "\"format\":\"qor\"}"),
+                HasSubstr("\"format\" must be"));
 }
 
 TEST(JsonExchange, MissingFileAndFolderAreRefused) {

@@ -188,4 +188,33 @@ TEST(ModelReader, PropertiesOfUsersAreNoExtras) {
     EXPECT_EQ(database::readModel(*model).tables[0].extras.size(), 1u);
 }
 
+TEST(ModelReader, ColumnOfAnotherTableIsNoneOfAKeyOrAnIndex) {
+    QORModel model;
+    auto* const package = new QORDesignPackage;
+    model.addChildPackage(package);
+    QORClass* tables[2];
+    QORAttribute* columns[2];
+    for (int i : {0, 1}) {
+        tables[i] = new QORClass;
+        columns[i] = new QORAttribute;
+        tables[i]->setName(i ? "b" : "a");
+        columns[i]->setName("c");
+        package->addModelElement(tables[i]);
+        tables[i]->addFeature(columns[i]);
+    }
+    auto* const key = new QORCandidateKey;
+    tables[0]->addKey(key);
+    key->addAttribute(columns[1]);
+    auto* const index = new QORIndex;
+    tables[0]->addIndex(index);
+    auto* const member = new QORIndexMember;
+    index->addIndexMember(member);
+    member->addAttribute(columns[1]);
+    database::Structure const structure = database::readModel(model);
+    ASSERT_EQ(structure.keys.size(), 1u);
+    EXPECT_EQ(structure.keys[0].columns, std::vector<int>{-1});
+    ASSERT_EQ(structure.indexes.size(), 1u);
+    EXPECT_EQ(structure.indexes[0].members[0].column, -1);
+}
+
 } // namespace

@@ -162,4 +162,40 @@ TEST_F(ObjectPaths, RingOfOwnersBeginsAtItsFirstObject) {
     EXPECT_TRUE(paths.owners().tops()[1] == outer || paths.owners().tops()[1] == inner);
 }
 
+TEST_F(ObjectPaths, LongPathLeavesOutItsMiddleAndStillLeadsToItsObject) {
+    constexpr int depth = 100;
+    QORPackage* innermost = model;
+    for (int i = 0; i < depth; ++i) {
+        auto* const inner = made<QORDesignPackage>(i % 2 ? "odd" : "even");
+        innermost->addChildPackage(inner);
+        innermost = inner;
+    }
+    kit::Numbering const numbering(*model);
+    kit::ObjectPaths const paths{numbering};
+    for (QORObject* object : numbering.objects()) {
+        EXPECT_THAT(paths.find(paths.pathOf(*object)), ElementsAre(object)) << paths.pathOf(*object);
+    }
+    std::string const half = "even/odd/even/odd/even/odd/even/odd/even/odd/even/odd/even/odd/even/odd";
+    EXPECT_EQ(paths.pathOf(*innermost), half + "/#68/" + half);
+    EXPECT_EQ(paths.pathFrom(*numbering.objects()[1], *innermost), "#83/" + half);
+    EXPECT_EQ(paths.pathFrom(*numbering.objects()[99], *innermost), "odd");
+    for (char const* path :
+         {"even/#67/odd", "even/#98", "even/#98/even", "even/#", "#0/even", "#99999999999/odd"}) {
+        EXPECT_THAT(paths.find(path), IsEmpty()) << path;
+    }
+    EXPECT_THAT(paths.find("even/#98/odd"), ElementsAre(innermost));
+}
+
+TEST_F(ObjectPaths, LongNamesOfOwnersAreLeftOutButNeverTheOwnName) {
+    std::string const name(5000, 'x');
+    auto* outer = made<QORDesignPackage>(name.c_str());
+    auto* table = made<QORClass>("t");
+    auto* column = made<QORAttribute>(name.c_str());
+    model->addChildPackage(outer);
+    outer->addModelElement(table);
+    table->addFeature(column);
+    expectPath(table, "#1/t");
+    expectPath(column, ("#2/" + name).c_str());
+}
+
 } // namespace

@@ -94,10 +94,10 @@ TEST_F(QorExportSql, WhatIsNoModelIsRefused) {
 }
 
 TEST_F(QorExportSql, FailedExportLeavesTheFileAsItWas) {
-    std::string const output = folder.write("out.sql", "as it was");
+    std::string const output = folder.write("out.sql", "-- as it was\n");
     expectError(qor({"export", folder.file("missing.sqlite"), "--format", "sql", "-o", output}),
                 "missing.sqlite");
-    EXPECT_EQ(contentOf(output), "as it was");
+    EXPECT_EQ(contentOf(output), "-- as it was\n");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "kit/TreePrinter.h"
 
+#include <qor/QORAliasType.h>
 #include <qor/QORArgument.h>
 #include <qor/QORAttribute.h>
 #include <qor/QORBaseType.h>
@@ -163,6 +164,37 @@ TEST(TreePrinter, RingOfOwnersComesToAnEnd) {
                              "    DesignPackage \"outer\" (above)\n");
     inner.removeChildPackage(&outer);
     outer.removeChildPackage(&inner);
+}
+
+TEST(TreePrinter, IndentationEndsBelowAHundredOwners) {
+    QORDesignPackage outer;
+    QORDesignPackage* innermost = &outer;
+    for (int i = 0; i < 102; ++i) {
+        auto* const inner = new QORDesignPackage;
+        innermost->addChildPackage(inner);
+        innermost = inner;
+    }
+    innermost->setName("deep");
+    std::string const text = treeOf(outer);
+    std::string const blanks(200, ' ');
+    EXPECT_NE(text.find("\n" + blanks + "DesignPackage\n" + blanks + "(101) DesignPackage\n" + blanks +
+                        "(102) DesignPackage \"deep\"\n"),
+              std::string::npos);
+}
+
+TEST(TreePrinter, NamelessAliasOfNothingIsShownByItsClass) {
+    QORModel model; // keeps the types
+    auto* alias = new QORAliasType;
+    auto* circle = new QORAliasType;
+    model.addType(alias);
+    model.addType(circle);
+    circle->setName("c");
+    QORAttribute column;
+    column.addType(alias);
+    EXPECT_EQ(lineOf(column), "Attribute type->\"AliasType\"");
+    alias->addAliasOfType(circle);
+    circle->addAliasOfType(alias);
+    EXPECT_EQ(lineOf(column), "Attribute type->\"AliasType\"");
 }
 
 } // namespace

@@ -337,7 +337,7 @@ private:
         record.schema = schemaOf(object, object.getDesignPackage());
         int const index = static_cast<int>(structure.tables.size());
         for (QORFeature* feature : elements<QORFeature>(object, "feature")) {
-            columns.emplace(feature, static_cast<int>(record.columns.size()));
+            columns.emplace(feature, Place{index, static_cast<int>(record.columns.size())});
             record.columns.push_back(readColumn(*feature));
         }
         tables.emplace(&object, index);
@@ -375,25 +375,25 @@ private:
     // ---- keys ----------------------------------------------------------------------------------------
 
     /// A key tells which columns it has, and its index in which order.
-    std::vector<int> columnsOf(QORKey& key) const {
+    std::vector<int> columnsOf(QORKey& key, int table) const {
         std::vector<int> result;
         if (QORIndex* const index = key.getIndex()) {
             for (QORIndexMember const* member : elements<QORIndexMember>(*index, "indexMember")) {
-                appendColumn(member->getAttribute(), result);
+                result.push_back(columnIn(table, member->getAttribute()));
             }
         }
         if (result.empty()) {
             for (QORAttribute const* attribute : elements<QORAttribute>(key, "attribute")) {
-                appendColumn(attribute, result);
+                result.push_back(columnIn(table, attribute));
             }
         }
         return result;
     }
 
-    void appendColumn(QORAttribute const* attribute, std::vector<int>& result) const {
-        if (int const column = indexIn(columns, attribute); column >= 0) {
-            result.push_back(column);
-        }
+    /// A model can have a key or an index of columns of another table; -1 for these.
+    int columnIn(int table, QORAttribute const* attribute) const {
+        auto const found = columns.find(attribute);
+        return found == columns.end() || found->second.table != table ? -1 : found->second.column;
     }
 
     void readCandidateKey(QORCandidateKey& object) {
@@ -401,7 +401,7 @@ private:
         readNamed(object, record);
         record.table = indexIn(tables, object.getAssociatedClass());
         record.kind = object.getPrimaryOfClass() ? KeyKind::PRIMARY : KeyKind::UNIQUE;
-        record.columns = columnsOf(object);
+        record.columns = columnsOf(object, record.table);
         if (record.table >= 0) {
             structure.keys.push_back(record);
         }
@@ -441,13 +441,16 @@ private:
 
     void readPairs(QORForeignKey& object, Key& record) const {
         for (QORAssociationRoleNameMap const* pair : pairsOf(object)) {
-            appendColumn(pair->getSourceAttribute(), record.columns);
-            appendColumn(pair->getDestinationAttribute(), record.referredColumns);
+            record.columns.push_back(columnIn(record.table, pair->getSourceAttribute()));
+            if (int const column = columnIn(record.referredTable, pair->getDestinationAttribute());
+                column >= 0) {
+                record.referredColumns.push_back(column);
+            }
         }
         if (record.columns.empty()) {
-            record.columns = columnsOf(object);
+            record.columns = columnsOf(object, record.table);
             if (QORCandidateKey* const key = object.getCandidateKey()) {
-                record.referredColumns = columnsOf(*key);
+                record.referredColumns = columnsOf(*key, record.referredTable);
             }
         }
         if (record.columns.size() != record.referredColumns.size()) {
@@ -480,18 +483,18 @@ private:
         record.unique = object.getUnique();
         record.clustered = object.getClustered();
         for (QORIndexMember* member : elements<QORIndexMember>(object, "indexMember")) {
-            record.members.push_back(readMember(*member));
+            record.members.push_back(readMember(*member, record.table));
         }
         if (record.table >= 0 && !object.getKey()) {
             structure.indexes.push_back(record);
         }
     }
 
-    IndexMember readMember(QORIndexMember const& object) const {
+    IndexMember readMember(QORIndexMember const& object, int table) const {
         IndexMember record;
         record.extras = extrasOf(object);
         record.expression = takeExtra(record.extras, "expression");
-        record.column = indexIn(columns, object.getAttribute());
+        record.column = columnIn(table, object.getAttribute());
         record.descending = object.getSortOrder() == QORSortOrderType::DESCENDING;
         return record;
     }
@@ -534,13 +537,19 @@ private:
         return record;
     }
 
+    /// Of a column: its table, and its place within it.
+    struct Place {
+        int table;
+        int column;
+    };
+
     QORModel& model;
     kit::Numbering numbering;
     Structure structure;
     std::unordered_map<QORObject const*, int> schemas;
     std::unordered_map<QORObject const*, int> types;
     std::unordered_map<QORObject const*, int> tables;
-    std::unordered_map<QORObject const*, int> columns; ///< each within its table
+    std::unordered_map<QORObject const*, Place> columns;
 };
 
 } // namespace

@@ -79,7 +79,8 @@ public:
         std::vector<Item> const keptThere = keptOf(there);
         for (std::size_t i = 0; i < std::min(kept.size(), keptThere.size()); ++i) {
             bool const stayed = before.partnerOf(kept[i].object) == keptThere[i].object;
-            if (stayed && keptThere[i].position - kept[i].position == keptThere[i].place - kept[i].place) {
+            long const moved = keptThere[i].position - kept[i].position;
+            if (stayed && moved != 0 && moved == keptThere[i].place - kept[i].place) {
                 explained.insert(keptThere[i].object);
             }
         }
@@ -126,7 +127,8 @@ private:
 class Comparison {
 public:
     Comparison(QORObject& first, QORObject& second, Options const& given)
-        : before(first), after(second), options(given) {}
+        : before(first), after(second), chapters(chaptersOf(before)), chaptersThere(chaptersOf(after)),
+          options(given) {}
 
     Difference run() {
         kit::Progress::phase("comparing");
@@ -159,31 +161,33 @@ private:
         return options.origin || (!isOrigin(&object) && !isOrigin(side.paths.owners().of(object)));
     }
 
-    /// The nearest class, table or view that owns the object or is it, or else the nearest package.
-    static QORObject const& placeObject(Side const& side, QORObject const& object) {
-        QORObject const* package = nullptr;
-        for (QORObject const* each = &object; each; each = side.paths.owners().of(*each)) {
-            if (each->isInstanceOf(QORElementType::CLASSIFIER)) {
-                return *each;
-            }
-            if (!package && each->isInstanceOf(QORElementType::PACKAGE)) {
-                package = each;
-            }
+    /// For each object the nearest class, table or view that owns it or that it is, or else the nearest
+    /// package, or else the object itself.
+    static std::vector<QORObject const*> chaptersOf(Side const& side) {
+        std::vector<QORObject const*> chapters(side.numbering.objects().size());
+        kit::Owners const& owners = side.paths.owners();
+        for (std::size_t const number : owners.downwards()) {
+            QORObject const* const object = side.numbering.objects()[number];
+            std::size_t const owner = owners.of(number);
+            QORObject const* const above = owner == kit::Owners::none ? nullptr : chapters[owner];
+            bool const isIn = above && (above->isInstanceOf(QORElementType::CLASSIFIER) ||
+                                        (above->isInstanceOf(QORElementType::PACKAGE) &&
+                                         !object->isInstanceOf(QORElementType::PACKAGE)));
+            chapters[number] = isIn && !object->isInstanceOf(QORElementType::CLASSIFIER) ? above : object;
         }
-        return package ? *package : object;
+        return chapters;
     }
 
-    Place placeOf(Side const& side, QORObject const& object, std::string const& path) const {
-        QORObject const& found = placeObject(side, object);
-        std::string const prefix = &found == &side.root ? "" : side.paths.pathOf(found) + "/";
-        std::string const within = &found == &object ? "" : path.substr(prefix.size());
+    Place placeOf(Side const& side, QORObject const& object) const {
+        QORObject const& found =
+            *(&side == &before ? chapters : chaptersThere)[side.numbering.numberOf(object)];
         QORObject const* const kept = &side == &before ? before.partnerOf(&found) : &found;
-        return {classOf(found), kept ? after.paths.pathOf(*kept) : side.paths.pathOf(found), !kept, within};
+        return {classOf(found), kept ? after.paths.pathOf(*kept) : side.paths.pathOf(found), !kept,
+                &found == &object ? "" : side.paths.pathFrom(found, object)};
     }
 
     Single single(Side const& side, QORObject& object) const {
-        std::string const path = side.paths.pathOf(object);
-        return {classOf(object), path, detailsOf(object), placeOf(side, object, path)};
+        return {classOf(object), side.paths.pathOf(object), detailsOf(object), placeOf(side, object)};
     }
 
     void readPositions(QORObject& theirs) {
@@ -223,7 +227,7 @@ private:
         }
         change.className = classOf(ours);
         change.path = after.paths.pathOf(theirs);
-        change.place = placeOf(after, theirs, change.path);
+        change.place = placeOf(after, theirs);
         Pair const pair{change.className, before.paths.pathOf(ours), change.path, change.place};
         if (renamed) {
             difference.renamed.push_back(pair);
@@ -258,6 +262,11 @@ private:
     /// keeps one.
     void compareLinks(QORObject& ours, QORObject& theirs, QORMetaLink const& link, Change& change) const {
         QORMetaLinkType const type = link.getType();
+        bool const telling = type == QORMetaLinkType::REF || type == QORMetaLinkType::PARENT;
+        bool const inOrder = kit::linkEnd(link).keepsOrder;
+        if (!telling && !inOrder) {
+            return;
+        }
         std::vector<QORObject*> here = before.numbering.elements(ours, link);
         std::vector<QORObject*> there = after.numbering.elements(theirs, link);
         if (here.empty() && there.empty()) {
@@ -268,16 +277,11 @@ private:
             there.erase(std::remove(there.begin(), there.end(), after.paths.owners().of(theirs)),
                         there.end());
         }
-        bool const telling = type == QORMetaLinkType::REF || type == QORMetaLinkType::PARENT;
-        bool const inOrder = kit::linkEnd(link).keepsOrder;
-        if (!telling && !inOrder) {
-            return;
-        }
         LinkChange found{textOf(link.getRoleName()), {}, {}, false, link.isUnary()};
         std::vector<QORObject*> const kept = keptIn(before, here, there, telling ? &found.removed : nullptr);
         std::vector<QORObject*> keptThere = keptIn(after, there, here, telling ? &found.added : nullptr);
         for (QORObject*& object : keptThere) {
-            object = after.partners.at(object);
+            object = after.partnerOf(object);
         }
         found.reordered = inOrder && kept != keptThere;
         if (found.reordered || !found.removed.empty() || !found.added.empty()) {
@@ -304,6 +308,8 @@ private:
 
     Side before;
     Side after;
+    std::vector<QORObject const*> chapters; ///< of the first graph, by the numbers of the objects
+    std::vector<QORObject const*> chaptersThere;
     Options options;
     Positions positions;
     Difference difference;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <string_view>
+#include <unordered_map>
 
 namespace diff {
 namespace {
@@ -40,7 +41,7 @@ Key keyOf(QORObject const& object) {
 std::vector<QORObject*> namedAsRoot(Side const& side, QORMetaLink const& link) {
     std::vector<QORObject*> found;
     for (QORObject* object : side.numbering.elements(side.root, link)) {
-        if (object->getName() == side.root.getName() && !side.partners.count(object)) {
+        if (object->getName() == side.root.getName() && !side.partnerOf(object)) {
             found.push_back(object);
         }
     }
@@ -61,10 +62,13 @@ void Matching::run(std::vector<Rename> const& renames) {
 }
 
 void Matching::pair(QORObject& ours, QORObject& theirs) {
-    before.partners.emplace(&ours, &theirs);
-    after.partners.emplace(&theirs, &ours);
-    pairs.emplace(&ours, before.partners.size());
-    pairs.emplace(&theirs, before.partners.size());
+    ++pairCount;
+    std::size_t const number = before.numbering.numberOf(ours);
+    std::size_t const otherNumber = after.numbering.numberOf(theirs);
+    before.partners[number] = &theirs;
+    before.pairs[number] = pairCount;
+    after.partners[otherNumber] = &ours;
+    after.pairs[otherNumber] = pairCount;
     pending.push_back(&ours);
 }
 
@@ -77,7 +81,7 @@ void Matching::pairRenamed(Rename const& rename) {
     if (&ours == &before.root || &theirs == &after.root) {
         throw kit::ToolError("renames", "the roots belong together anyway");
     }
-    if (before.partners.count(&ours) || after.partners.count(&theirs)) {
+    if (before.partnerOf(&ours) || after.partnerOf(&theirs)) {
         throw kit::ToolError("renames", rename.from + " or " + rename.to + " has a partner already");
     }
     pair(ours, theirs);
@@ -99,8 +103,8 @@ void Matching::pairRoots() {
         }
         for (QORObject* ours : namedAsRoot(before, *link)) {
             for (QORObject* theirs : namedAsRoot(after, *link)) {
-                if (ours->getMetaClass() == theirs->getMetaClass() && !before.partners.count(ours) &&
-                    !after.partners.count(theirs)) {
+                if (ours->getMetaClass() == theirs->getMetaClass() && !before.partnerOf(ours) &&
+                    !after.partnerOf(theirs)) {
                     pair(*ours, *theirs);
                 }
             }
@@ -112,7 +116,7 @@ void Matching::pairRoots() {
 void Matching::pairByName(Objects const& ours, Objects const& theirs, bool inPackage) {
     std::unordered_map<Key, Objects, KeyHash> others;
     for (QORObject* object : theirs) {
-        if (!after.partners.count(object)) {
+        if (!after.partnerOf(object)) {
             others[keyOf(*object)].push_back(object);
         }
     }
@@ -120,7 +124,7 @@ void Matching::pairByName(Objects const& ours, Objects const& theirs, bool inPac
     std::vector<Group> found;
     for (QORObject* object : ours) {
         auto const other = others.find(keyOf(*object));
-        if (before.partners.count(object) || other == others.end()) {
+        if (before.partnerOf(object) || other == others.end()) {
             continue;
         }
         auto const [place, isNew] = places.emplace(other->first, found.size());
@@ -145,7 +149,7 @@ void Matching::settle() {
     while (!pending.empty()) {
         QORObject& ours = *pending.back();
         pending.pop_back();
-        QORObject& theirs = *before.partners.at(&ours);
+        QORObject& theirs = *before.partnerOf(&ours);
         for (QORMetaLink const* link : kit::linksOf(ours)) {
             if (link->getType() == QORMetaLinkType::CHILD) {
                 pairByName(before.numbering.elements(ours, *link), after.numbering.elements(theirs, *link),
@@ -163,7 +167,7 @@ using Number = std::pair<std::string_view, long>;
 std::map<Number, QORObject*> numbered(Side const& side) {
     std::map<Number, QORObject*> byNumber;
     for (QORObject* object : side.numbering.objects()) {
-        if (object->getID() != 0 && !side.partners.count(object)) {
+        if (object->getID() != 0 && !side.partnerOf(object)) {
             Number const number(kit::view(object->getMetaClass()->getDisplayName()), object->getID());
             auto const [place, isNew] = byNumber.emplace(number, object);
             place->second = isNew ? object : nullptr;
@@ -248,7 +252,7 @@ void Matching::pairBySignature(Group& group, Signature signature, bool evenSever
 
 void Matching::dropPaired(Group& group) const {
     auto const drop = [](Objects& objects, Side const& side) {
-        auto const isPaired = [&side](QORObject* object) { return side.partners.count(object) > 0; };
+        auto const isPaired = [&side](QORObject* object) { return side.partnerOf(object) != nullptr; };
         objects.erase(std::remove_if(objects.begin(), objects.end(), isPaired), objects.end());
     };
     drop(group.ours, before);
@@ -297,7 +301,7 @@ std::uint64_t Matching::signatureOf(Side const& side, QORObject& object, bool wi
         }
         std::vector<std::uint64_t> numbers;
         for (QORObject* far : side.numbering.elements(object, *link)) {
-            std::uint64_t const label = labelOf(*far);
+            std::uint64_t const label = labelOf(side, *far);
             numbers.push_back(owned ? mixed(signatureOf(side, *far, withAttributes, depth - 1), label)
                                     : label);
         }
@@ -310,10 +314,9 @@ std::uint64_t Matching::signatureOf(Side const& side, QORObject& object, bool wi
 }
 
 /// The number of the pair, or class and name.
-std::uint64_t Matching::labelOf(QORObject const& object) const {
-    auto const known = pairs.find(&object);
-    if (known != pairs.end()) {
-        return mixed(1, known->second);
+std::uint64_t Matching::labelOf(Side const& side, QORObject const& object) const {
+    if (std::size_t const pair = side.pairs[side.numbering.numberOf(object)]) {
+        return mixed(1, pair);
     }
     return mixed(mixed(2, kit::view(object.getMetaClass()->getDisplayName())), kit::view(object.getName()));
 }

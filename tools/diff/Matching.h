@@ -6,25 +6,26 @@
 
 #include <deque>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace diff {
 
 /// One of the two graphs.
 struct Side {
-    explicit Side(QORObject& top) : root(top), numbering(top), paths(numbering) {}
+    explicit Side(QORObject& top)
+        : root(top), numbering(top), paths(numbering), partners(numbering.objects().size()),
+          pairs(numbering.objects().size()) {}
 
     /// The same object of the other graph; null if there is none.
     QORObject* partnerOf(QORObject const* object) const {
-        auto const partner = partners.find(object);
-        return partner == partners.end() ? nullptr : partner->second;
+        return object ? partners[numbering.numberOf(*object)] : nullptr;
     }
 
     QORObject& root;
     kit::Numbering numbering;
     kit::ObjectPaths paths;
-    std::unordered_map<QORObject const*, QORObject*> partners;
+    std::vector<QORObject*> partners; ///< by the numbers of the objects; null for none
+    std::vector<std::size_t> pairs;   ///< likewise the number of the pair, the same on both sides; 0 for none
 };
 
 /// Finds out which objects of two graphs are the same; `compare` tells the rules.
@@ -62,13 +63,13 @@ private:
     std::uint64_t linksOf(Side const& side, QORObject& object) const;
     std::uint64_t attributesOf(Side const& side, QORObject& object) const;
     std::uint64_t signatureOf(Side const& side, QORObject& object, bool withAttributes, int depth) const;
-    std::uint64_t labelOf(QORObject const& object) const;
+    std::uint64_t labelOf(Side const& side, QORObject const& object) const;
 
     Side& before;
     Side& after;
     Objects pending; ///< of the first graph: paired, but not yet what they own
     std::deque<Group> groups;
-    std::unordered_map<QORObject const*, std::uint64_t> pairs; ///< of both graphs, a number for each pair
+    std::size_t pairCount = 0;
 };
 
 } // namespace diff

@@ -62,9 +62,9 @@ Scalar::Kind kindOf(QORMetaAttributeType type) {
 
 } // namespace
 
-void GraphBuilder::beginObject(std::uint64_t number, std::string const& className) {
+void GraphBuilder::beginObject(std::uint64_t number, std::string const& className, TextPosition position) {
     if (byNumber.count(number)) {
-        throw Mistake("the number " + std::to_string(number) + " is taken twice");
+        throw Mistake("the number " + std::to_string(number) + " is taken twice", position);
     }
     QORMetaClass const* const metaClass =
         QORMetaRepository::getMetaRepository()->getMetaClassByDisplayName(className.c_str());
@@ -73,14 +73,14 @@ void GraphBuilder::beginObject(std::uint64_t number, std::string const& classNam
         throw Mistake(kit::quoted(className) + (metaClass ? " is a class without objects" : " is no class"));
     }
     graph.adopt(made);
-    byNumber.emplace(number, Entry{made, number});
+    byNumber.emplace(number, Entry{made, number, position});
     numbers.push_back(number);
     kit::Progress::count(byNumber.size());
     current = made;
     settings.clear();
 }
 
-void GraphBuilder::addAttribute(std::string const& name, Scalar const& value, std::size_t line) {
+void GraphBuilder::addAttribute(std::string const& name, Scalar const& value, TextPosition position) {
     QORMetaAttribute const* const attribute =
         current->getMetaClass()->getMetaAttributeByDisplayName(name.c_str());
     if (!attribute) {
@@ -92,11 +92,11 @@ void GraphBuilder::addAttribute(std::string const& name, Scalar const& value, st
         }
     }
     checkKind(*attribute, value);
-    settings.push_back({attribute, QORString(value.text.c_str()), line});
+    settings.push_back({attribute, QORString(value.text.c_str()), position});
 }
 
 void GraphBuilder::addAttribute(QORMetaAttribute const& attribute, QORString const& value) {
-    settings.push_back({&attribute, value, 0});
+    settings.push_back({&attribute, value, {}});
 }
 
 void GraphBuilder::checkKind(QORMetaAttribute const& attribute, Scalar const& value) const {
@@ -115,7 +115,7 @@ void GraphBuilder::endObject() {
             if (setting.attribute == attribute && !setAttribute(*current, *attribute, setting.text)) {
                 throw Mistake(classOf(*current) + " doesn't take " + kit::quoted(kit::view(setting.text)) +
                                   " as " + kit::quoted(kit::view(attribute->getDisplayName())),
-                              setting.line);
+                              setting.position);
             }
         }
     }
@@ -206,7 +206,8 @@ kit::Graph GraphBuilder::take() {
     std::uint64_t const first = representativeOf(numbers.front());
     for (std::uint64_t const number : numbers) {
         if (representativeOf(number) != first) {
-            throw Mistake("no links lead from the first object to the object " + std::to_string(number));
+            throw Mistake("no links lead from the first object to the object " + std::to_string(number),
+                          byNumber.at(number).position);
         }
     }
     return std::move(graph);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/TextPosition.h"
 #include "kit/Graph.h"
 
 #include <qor/QORString.h>
@@ -20,10 +21,10 @@ namespace exchange {
 /// What a file says that can't be; the reader adds where it says so.
 class Mistake : public std::runtime_error {
 public:
-    explicit Mistake(std::string const& what, std::size_t inLine = 0)
-        : std::runtime_error(what), line(inLine) {}
+    explicit Mistake(std::string const& what, TextPosition at = {})
+        : std::runtime_error(what), position(at) {}
 
-    std::size_t line; ///< 0: where the reader stands
+    TextPosition position; ///< unknown: where the reader stands
 };
 
 /// A value as it stands in a file.
@@ -37,14 +38,16 @@ struct Scalar {
 class GraphBuilder {
 public:
     /// Begins an object. The number must be a new one.
-    void beginObject(std::uint64_t number, std::string const& className);
+    void beginObject(std::uint64_t number, std::string const& className, TextPosition position = {});
     /// Keeps an attribute of that object, whose class must have it.
-    void addAttribute(std::string const& name, Scalar const& value, std::size_t line);
+    void addAttribute(std::string const& name, Scalar const& value, TextPosition position);
     /// Keeps an attribute, known to be of the class, with a value that is of its kind.
     void addAttribute(QORMetaAttribute const& attribute, QORString const& value);
     /// Sets the attributes in the order that the class asks for.
     void endObject();
 
+    /// The object of a number, which there must be.
+    QORObject& object(std::uint64_t number) const;
     /// Chooses the end for the links that follow.
     void beginLinks(std::uint64_t from, std::string const& role);
     void addLink(std::uint64_t to);
@@ -60,16 +63,16 @@ private:
     struct Setting {
         QORMetaAttribute const* attribute;
         QORString text;
-        std::size_t line;
+        TextPosition position;
     };
 
     /// An object with one of those that links lead to from it, or with itself.
     struct Entry {
         QORObject* object;
         std::uint64_t towards;
+        TextPosition position;
     };
 
-    QORObject& object(std::uint64_t number) const;
     std::uint64_t representativeOf(std::uint64_t number);
     QORObject& linkable(std::uint64_t number);
     [[noreturn]] void refuse(std::uint64_t to, char const* reason) const;

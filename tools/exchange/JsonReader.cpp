@@ -1,11 +1,13 @@
 #include "exchange/JsonReader.h"
 
 #include "exchange/GraphBuilder.h"
+#include "exchange/JsonSource.h"
 #include "exchange/JsonWriter.h"
 #include "kit/Progress.h"
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -16,55 +18,6 @@
 
 namespace exchange {
 namespace {
-
-/// The characters of a stream, with the line of the one read last.
-class Source {
-public:
-    explicit Source(std::istream& stream) : buffer(*stream.rdbuf()) {}
-
-    bool atEnd() { return buffer.sgetc() == std::char_traits<char>::eof(); }
-    char peek() { return std::char_traits<char>::to_char_type(buffer.sgetc()); }
-    void next() {
-        lines += last == '\n';
-        last = std::char_traits<char>::to_char_type(buffer.sbumpc());
-    }
-    std::size_t line() const { return lines; }
-
-private:
-    std::streambuf& buffer;
-    std::size_t lines = 1;
-    char last = ' ';
-};
-
-/// An input iterator, as the parser asks for; one without a source stands for the end.
-class Position {
-public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = char const*;
-    using reference = char;
-
-    explicit Position(Source* from = nullptr) : source(from) {}
-
-    char operator*() const { return source->peek(); }
-    Position& operator++() {
-        source->next();
-        return *this;
-    }
-    Position operator++(int) {
-        Position const before = *this;
-        source->next();
-        return before;
-    }
-    bool operator==(Position const& other) const { return ended() == other.ended(); }
-    bool operator!=(Position const& other) const { return !(*this == other); }
-
-private:
-    bool ended() const { return !source || source->atEnd(); }
-
-    Source* source;
-};
 
 /// Where in the format the reader stands: what it has read last that is open.
 enum class Place {
@@ -99,42 +52,78 @@ struct Key {
     bool required;
 };
 
-constexpr Key documentKeys[] = {{"format", Place::FORMAT, true},
-                                {"version", Place::VERSION, true},
-                                {"objects", Place::OBJECTS, true},
-                                {"links", Place::LINKS, true}};
-constexpr Key objectKeys[] = {
+constexpr Key keysOfDocuments[] = {{"format", Place::FORMAT, true},
+                                   {"version", Place::VERSION, true},
+                                   {"objects", Place::OBJECTS, true},
+                                   {"links", Place::LINKS, true}};
+constexpr Key keysOfObjects[] = {
     {"number", Place::NUMBER, true}, {"class", Place::CLASS, true}, {"attributes", Place::ATTRIBUTES, false}};
-constexpr Key linkKeys[] = {
+constexpr Key keysOfLinks[] = {
     {"from", Place::FROM, true}, {"role", Place::ROLE, true}, {"to", Place::TO, true}};
-constexpr Key bytesKeys[] = {{"hex", Place::HEX, true}};
+constexpr Key keysOfBytes[] = {{"hex", Place::HEX, true}};
 
-/// The keys of an object of which the order is given.
+/// The keys of an object, each of which comes once, in any order.
 class Keys {
 public:
     Keys() = default;
     template <std::size_t count>
-    explicit Keys(Key const (&keys)[count]) : next(keys), last(keys + count) {}
+    explicit Keys(Key const (&keys)[count]) : first(keys), last(keys + count) {}
 
     Place take(std::string const& name) {
-        if (next == last) {
+        Key const* const key = std::find_if(first, last, [&](Key const& each) { return name == each.name; });
+        if (key == last) {
             throw Mistake(kit::quoted(name) + " isn't a key here");
         }
-        if (name != next->name) {
-            throw Mistake(kit::quoted(name) + " stands where " + kit::quoted(next->name) + " is due");
+        if (has(*key)) {
+            throw Mistake(kit::quoted(name) + " is given twice");
         }
-        return next++->place;
+        met |= bitOf(*key);
+        return key->place;
     }
 
-    void end() const {
-        if (next != last && next->required) {
-            throw Mistake(kit::quoted(next->name) + " is missing");
+    void end(TextPosition const& position) const {
+        for (Key const* key = first; key != last; ++key) {
+            if (key->required && !has(*key)) {
+                throw Mistake(kit::quoted(key->name) + " is missing", position);
+            }
         }
     }
 
 private:
-    Key const* next = nullptr;
+    unsigned bitOf(Key const& key) const { return 1U << (&key - first); }
+    bool has(Key const& key) const { return met & bitOf(key); }
+
+    Key const* first = nullptr;
     Key const* last = nullptr;
+    unsigned met = 0;
+};
+
+/// What a file says of an object or of links, which is used when all of it is known.
+struct Attribute {
+    std::string name;
+    Scalar value;
+    TextPosition position;
+};
+
+struct ObjectText {
+    TextPosition position;
+    std::uint64_t number = 0;
+    std::string className;
+    TextPosition classPosition;
+    std::vector<Attribute> attributes;
+};
+
+struct Reference {
+    std::uint64_t number = 0;
+    TextPosition position;
+};
+
+struct LinkText {
+    TextPosition position;
+    Reference from;
+    std::string role;
+    TextPosition rolePosition;
+    std::vector<Reference> to;
 };
 
 int digitOf(char character) {
@@ -164,17 +153,49 @@ std::uint64_t numberOf(Scalar const& value) {
     constexpr std::size_t mostDigits = 18;
     if (value.kind != Scalar::NUMBER || value.text[0] == '-' || value.text == "0" ||
         value.text.size() > mostDigits) {
-        throw Mistake("the number of an object is due here, a whole number from 1 on");
+        throw Mistake("the number of an object must stand here, a whole number from 1 on");
     }
     return std::stoull(value.text);
 }
 
-/// Follows the parser through the file; knows at each moment what may come next.
+/// The last characters of a text that could be as long as the file.
+std::string endOf(std::string const& text) {
+    constexpr std::size_t longest = 40;
+    if (text.size() <= longest) {
+        return text;
+    }
+    std::size_t begin = text.size() - longest;
+    while (begin < text.size() && (static_cast<unsigned char>(text[begin]) & 0xc0) == 0x80) {
+        ++begin;
+    }
+    return "..." + text.substr(begin);
+}
+
+void require(bool holds, std::string const& problem) {
+    if (!holds) {
+        throw Mistake(problem);
+    }
+}
+
+std::string textOf(Scalar const& scalar, char const* what) {
+    require(scalar.kind == Scalar::TEXT, std::string(what) + " must stand here");
+    return scalar.text;
+}
+
+Mistake unexpected(std::string const& what) {
+    return Mistake(what + " has no meaning here");
+}
+
+/// Follows the parser through the file; knows at each moment what may come next. An object is made at its
+/// end, and links are made at theirs or, if they come before the objects, at the end of these.
 class Handler : public nlohmann::json_sax<nlohmann::json> {
 public:
-    explicit Handler(Source& from) : source(from) {}
+    explicit Handler(JsonSource& from) : source(from) {}
 
-    bool null() override { throw Mistake("null has no meaning here"); }
+    bool null() override {
+        where = source.tokenBegin();
+        throw unexpected("null");
+    }
     bool boolean(bool truth) override { return value({Scalar::TRUTH, truth ? "true" : "false"}); }
     bool number_integer(number_integer_t number) override {
         return value({Scalar::NUMBER, std::to_string(number)});
@@ -183,204 +204,241 @@ public:
         return value({Scalar::NUMBER, std::to_string(number)});
     }
     bool number_float(number_float_t, string_t const& text) override {
+        where = source.tokenBegin();
         throw Mistake(text + " isn't a whole number, or too large a one");
     }
     bool string(string_t& text) override { return value({Scalar::TEXT, std::move(text)}); }
     bool binary(binary_t&) override { throw Mistake("binary data has no meaning here"); }
 
     bool start_object(std::size_t) override {
+        where = source.tokenBegin();
         switch (place) {
         case Place::START:
-            return enter(Place::DOCUMENT, documentKeyState = Keys(documentKeys));
+            documentKeys = Keys(keysOfDocuments);
+            return enter(Place::DOCUMENT);
         case Place::OBJECT_LIST:
-            return enter(Place::OBJECT, keys = Keys(objectKeys));
+            keys = Keys(keysOfObjects);
+            object.position = where;
+            return enter(Place::OBJECT);
         case Place::ATTRIBUTES:
-            place = Place::ATTRIBUTE_LIST;
-            return true;
+            return enter(Place::ATTRIBUTE_LIST);
         case Place::ATTRIBUTE:
-            return enter(Place::BYTES, bytesKeyState = Keys(bytesKeys));
+            bytesKeys = Keys(keysOfBytes);
+            bytesPosition = where;
+            return enter(Place::BYTES);
         case Place::LINK_LIST:
-            return enter(Place::LINK, keys = Keys(linkKeys));
+            keys = Keys(keysOfLinks);
+            link.position = where;
+            return enter(Place::LINK);
         default:
             throw unexpected("{");
         }
     }
 
     bool key(string_t& name) override {
-        if (place == Place::DOCUMENT) {
-            place = documentKeyState.take(name);
-        } else if (place == Place::BYTES) {
-            place = bytesKeyState.take(name);
-        } else if (place == Place::ATTRIBUTE_LIST) {
-            attributeName = std::move(name);
-            place = Place::ATTRIBUTE;
-        } else {
-            place = keys.take(name);
+        where = source.tokenBegin();
+        if (place == Place::ATTRIBUTE_LIST) {
+            object.attributes.push_back({std::move(name), {}, where});
+            return enter(Place::ATTRIBUTE);
         }
-        return true;
+        Keys& open = place == Place::DOCUMENT ? documentKeys : place == Place::BYTES ? bytesKeys : keys;
+        return enter(open.take(name));
     }
 
     bool end_object() override {
+        where = source.here();
         switch (place) {
         case Place::DOCUMENT:
-            documentKeyState.end();
-            place = Place::END;
-            return true;
+            documentKeys.end(where);
+            return enter(Place::END);
         case Place::OBJECT:
-            keys.end();
-            builder.endObject();
-            place = Place::OBJECT_LIST;
-            return true;
+            keys.end(object.position);
+            make(object);
+            object = {};
+            return enter(Place::OBJECT_LIST);
         case Place::ATTRIBUTE_LIST:
-            place = Place::OBJECT;
-            return true;
+            return enter(Place::OBJECT);
         case Place::BYTES:
-            bytesKeyState.end();
-            place = Place::ATTRIBUTE_LIST;
-            return true;
+            bytesKeys.end(bytesPosition);
+            return enter(Place::ATTRIBUTE_LIST);
         default:
-            keys.end();
-            place = Place::LINK_LIST;
-            return true;
+            keys.end(link.position);
+            endLink();
+            return enter(Place::LINK_LIST);
         }
     }
 
     bool start_array(std::size_t) override {
+        where = source.tokenBegin();
         switch (place) {
         case Place::OBJECTS:
-            place = Place::OBJECT_LIST;
-            return true;
+            return enter(Place::OBJECT_LIST);
         case Place::LINKS:
-            place = Place::LINK_LIST;
-            return true;
+            return enter(Place::LINK_LIST);
         case Place::TO:
-            builder.beginLinks(objectNumber, word);
-            place = Place::TO_LIST;
-            return true;
+            return enter(Place::TO_LIST);
         default:
             throw unexpected("[");
         }
     }
 
     bool end_array() override {
-        place = place == Place::TO_LIST ? Place::LINK : Place::DOCUMENT;
-        return true;
+        if (place == Place::OBJECT_LIST) {
+            objectsAreMade = true;
+            for (LinkText& each : waiting) {
+                link = std::move(each);
+                make(link);
+            }
+            waiting = {};
+            link = {};
+        }
+        return enter(place == Place::TO_LIST ? Place::LINK : Place::DOCUMENT);
     }
 
     bool parse_error(std::size_t, std::string const& token, nlohmann::json::exception const& error) override {
+        where = source.here();
         std::string_view const reason = error.what();
         bool const cutOff = source.atEnd() && (reason.find("unexpected end of input") != reason.npos ||
                                                reason.find("closing quote") != reason.npos);
-        if (place == Place::END) {
-            throw Mistake("something follows the graph");
-        }
+        require(place != Place::END, "something follows the graph");
         throw Mistake(cutOff ? "the text ends too early" : "this isn't JSON: " + endOf(token));
     }
 
     kit::Graph take() { return builder.take(); }
 
+    /// Where a mistake stands, and in what, if it doesn't say so itself.
+    std::string placeOf(Mistake const& mistake) const {
+        TextPosition const at = mistake.position.line ? mistake.position : where;
+        return "line " + std::to_string(at.line) + ", column " + std::to_string(at.column);
+    }
+    std::string subjectOf() const {
+        if (object.number) {
+            return ", in object " + std::to_string(object.number);
+        }
+        return link.from.number ? ", in the links of object " + std::to_string(link.from.number) : "";
+    }
+
 private:
-    bool enter(Place into, Keys const&) {
+    bool enter(Place into) {
         place = into;
         return true;
     }
 
-    bool value(Scalar const& scalar) {
+    bool value(Scalar scalar) {
+        where = source.tokenBegin();
         switch (place) {
         case Place::FORMAT:
             require(scalar.kind == Scalar::TEXT && scalar.text == formatName,
-                    std::string("\"format\" is due to be \"") + formatName + "\"");
-            place = Place::DOCUMENT;
-            break;
+                    std::string("\"format\" must be \"") + formatName + "\"");
+            return enter(Place::DOCUMENT);
         case Place::VERSION:
             require(scalar.kind == Scalar::NUMBER && scalar.text == std::to_string(formatVersion),
                     "\"version\" is one that this program doesn't know");
-            place = Place::DOCUMENT;
-            break;
+            return enter(Place::DOCUMENT);
         case Place::NUMBER:
-            objectNumber = numberOf(scalar);
-            place = Place::OBJECT;
-            break;
         case Place::CLASS:
-            takeText(scalar, "the name of a class");
-            builder.beginObject(objectNumber, word);
-            place = Place::OBJECT;
-            break;
+            return valueOfObject(scalar);
         case Place::ATTRIBUTE:
-            builder.addAttribute(attributeName, scalar, source.line());
-            place = Place::ATTRIBUTE_LIST;
-            break;
         case Place::HEX:
-            require(scalar.kind == Scalar::TEXT, "\"hex\" takes a text");
-            builder.addAttribute(attributeName, {Scalar::TEXT, bytesOf(scalar.text)}, source.line());
-            place = Place::BYTES;
-            break;
+            return valueOfAttribute(std::move(scalar));
         case Place::FROM:
-            objectNumber = numberOf(scalar);
-            place = Place::LINK;
-            break;
         case Place::ROLE:
-            takeText(scalar, "the name of a role");
-            place = Place::LINK;
-            break;
         case Place::TO_LIST:
-            builder.addLink(numberOf(scalar));
-            break;
+            return valueOfLink(scalar);
         default:
             throw unexpected(scalar.kind == Scalar::TEXT ? kit::quoted(scalar.text) : scalar.text);
         }
-        return true;
     }
 
-    /// The last characters of a text that could be as long as the file.
-    static std::string endOf(std::string const& text) {
-        constexpr std::size_t longest = 40;
-        if (text.size() <= longest) {
-            return text;
+    bool valueOfObject(Scalar const& scalar) {
+        if (place == Place::NUMBER) {
+            object.number = numberOf(scalar);
+        } else {
+            object.className = textOf(scalar, "the name of a class");
+            object.classPosition = where;
         }
-        std::size_t begin = text.size() - longest;
-        while (begin < text.size() && (static_cast<unsigned char>(text[begin]) & 0xc0) == 0x80) {
-            ++begin;
+        return enter(Place::OBJECT);
+    }
+
+    bool valueOfAttribute(Scalar&& scalar) {
+        if (place == Place::ATTRIBUTE) {
+            object.attributes.back().value = std::move(scalar);
+            return enter(Place::ATTRIBUTE_LIST);
         }
-        return "..." + text.substr(begin);
+        require(scalar.kind == Scalar::TEXT, "\"hex\" takes a text");
+        object.attributes.back().value = {Scalar::TEXT, bytesOf(scalar.text)};
+        return enter(Place::BYTES);
     }
 
-    void takeText(Scalar const& scalar, char const* what) {
-        require(scalar.kind == Scalar::TEXT, std::string(what) + " is due here");
-        word = scalar.text;
+    bool valueOfLink(Scalar const& scalar) {
+        if (place == Place::TO_LIST) {
+            link.to.push_back({numberOf(scalar), where});
+            return true;
+        }
+        if (place == Place::FROM) {
+            link.from = {numberOf(scalar), where};
+        } else {
+            link.role = textOf(scalar, "the name of a role");
+            link.rolePosition = where;
+        }
+        return enter(Place::LINK);
     }
 
-    static void require(bool holds, std::string const& problem) {
-        if (!holds) {
-            throw Mistake(problem);
+    void make(ObjectText const& text) {
+        where = text.classPosition;
+        builder.beginObject(text.number, text.className, text.position);
+        for (Attribute const& attribute : text.attributes) {
+            where = attribute.position;
+            builder.addAttribute(attribute.name, attribute.value, where);
+        }
+        builder.endObject();
+    }
+
+    void make(LinkText const& text) {
+        where = text.from.position;
+        builder.object(text.from.number);
+        where = text.rolePosition;
+        builder.beginLinks(text.from.number, text.role);
+        for (Reference const& to : text.to) {
+            where = to.position;
+            builder.addLink(to.number);
         }
     }
 
-    static Mistake unexpected(std::string const& what) { return Mistake(what + " has no meaning here"); }
+    void endLink() {
+        if (objectsAreMade) {
+            make(link);
+        } else {
+            waiting.push_back(std::move(link));
+        }
+        link = {};
+    }
 
-    Source& source;
+    JsonSource& source;
     GraphBuilder builder;
     Place place = Place::START;
-    Keys documentKeyState;
+    TextPosition where{1, 1}; ///< what is being read, or used, begins
+    Keys documentKeys;
     Keys keys;
-    Keys bytesKeyState;
-    std::uint64_t objectNumber = 0;
-    std::string word; ///< the class or the role read last
-    std::string attributeName;
+    Keys bytesKeys;
+    TextPosition bytesPosition;
+    ObjectText object;
+    LinkText link;
+    std::vector<LinkText> waiting;
+    bool objectsAreMade = false;
 };
 
 } // namespace
 
 kit::Graph readJson(std::istream& in, std::string const& subject) {
     kit::Progress::phase("reading");
-    Source source(in);
+    JsonSource source(in);
+    Handler handler(source);
     try {
-        Handler handler(source);
-        nlohmann::json::sax_parse(Position(&source), Position(), &handler);
+        nlohmann::json::sax_parse(JsonCharacter(&source), JsonCharacter(), &handler);
         return handler.take();
     } catch (Mistake const& mistake) {
-        std::size_t const line = mistake.line ? mistake.line : source.line();
-        throw kit::ToolError(subject, "line " + std::to_string(line) + ": " + mistake.what());
+        throw kit::ToolError(subject, handler.placeOf(mistake) + ": " + mistake.what() + handler.subjectOf());
     }
 }
 

@@ -50,102 +50,148 @@ public:
         color();
         number(0);
         for (Index i = 0; i < ordered.size(); ++i) {
-            for (End const& end : nodes[indexOf(*ordered[i])].ends) {
+            for (End const& end : endsOf(indexOf(*ordered[i]))) {
                 numberReferred(end);
             }
         }
     }
 
-    std::vector<QORObject*> const& objects() const { return ordered; }
-    std::size_t numberOf(QORObject const& object) const { return nodes[indexOf(object)].number; }
+    /// What is left of it: the objects in order, with their numbers.
+    Numbers take() {
+        for (auto& [object, number] : indices) {
+            number = nodes[number].number;
+        }
+        return {std::move(ordered), std::move(indices)};
+    }
 
 private:
+    /// A part of one of the vectors that hold such things of all objects: a vector for each object would take
+    /// several times the memory.
+    template <class Item>
+    struct Part {
+        Item const* first;
+        Item const* last;
+
+        Item const* begin() const { return first; }
+        Item const* end() const { return last; }
+    };
     struct End {
         QORMetaLink const* link;
+        Index far; ///< the first of its objects; the others follow
         bool keepsOrder;
-        std::vector<Index> far;
     };
     struct Node {
         QORObject* object;
-        std::vector<End> ends; ///< those that hold something
         Color color = 0;
-        std::size_t number = none;
+        Index number = none;
+        Index ends = 0; ///< the first of those that hold something
     };
 
     Index indexOf(QORObject const& object) const { return indices.at(&object); }
 
+    Part<End> endsOf(Index index) const {
+        return {ends.data() + nodes[index].ends, ends.data() + nodes[index + 1].ends};
+    }
+    Part<Index> farOf(End const& end) const { return {far.data() + end.far, far.data() + (&end + 1)->far}; }
+
     Index indexed(QORObject& object) {
         auto const [place, isNew] = indices.emplace(&object, nodes.size());
         if (isNew) {
-            nodes.push_back({&object, {}});
+            nodes.push_back({&object});
         }
         return place->second;
     }
 
+    /// A node and an end that stand for nothing close the last parts.
     void reach(QORObject& root) {
         indexed(root);
         for (Index i = 0; i < nodes.size(); ++i) {
             QORObject& object = *nodes[i].object;
+            nodes[i].ends = ends.size();
             for (QORMetaLink const* link : linksOf(object)) {
-                End end{link, false, {}};
-                for (QORObject* far : elementsOf(object, *link)) {
-                    end.far.push_back(indexed(*far));
+                Index const first = far.size();
+                for (QORObject* each : elementsOf(object, *link)) {
+                    far.push_back(indexed(*each));
                 }
-                if (!end.far.empty()) {
-                    end.keepsOrder = linkEnd(*link).keepsOrder;
-                    nodes[i].ends.push_back(std::move(end));
+                if (far.size() > first) {
+                    ends.push_back({link, first, linkEnd(*link).keepsOrder});
                 }
             }
         }
+        nodes.push_back({nullptr});
+        nodes.back().ends = ends.size();
+        ends.push_back({nullptr, far.size(), false});
     }
+
+    Index count() const { return nodes.size() - 1; }
 
     /// Colors by what the objects hold, then over and over by the colors of what they are linked with, as
     /// long as that tells more objects apart.
     void color() {
         QORString room;
-        for (Node& node : nodes) {
+        for (Index i = 0; i < count(); ++i) {
+            Node& node = nodes[i];
             node.color = mixed(0, view(node.object->getMetaClass()->getDisplayName()));
             for (QORMetaAttribute const* attribute : attributesOf(*node.object)) {
                 node.color = mixed(node.color, view(attribute->getValue(node.object, room)));
             }
         }
         constexpr int mostRounds = 32;
-        std::size_t before = 0;
-        std::size_t colors = countColors();
-        for (int round = 0; round < mostRounds && before < colors && colors < nodes.size(); ++round) {
+        Index before = 0;
+        Index colors = countColors();
+        for (int round = 0; round < mostRounds && before < colors && colors < count(); ++round) {
             colorByLinks();
             before = colors;
             colors = countColors();
         }
+        countShared();
     }
 
-    std::size_t countColors() {
-        sizes.clear();
-        for (Node const& node : nodes) {
-            ++sizes[node.color];
+    std::vector<Color> sortedColors() const {
+        std::vector<Color> colors;
+        colors.reserve(count());
+        for (Index i = 0; i < count(); ++i) {
+            colors.push_back(nodes[i].color);
         }
-        return sizes.size();
+        std::sort(colors.begin(), colors.end());
+        return colors;
+    }
+
+    Index countColors() const {
+        std::vector<Color> colors = sortedColors();
+        return static_cast<Index>(std::unique(colors.begin(), colors.end()) - colors.begin());
+    }
+
+    void countShared() {
+        std::vector<Color> const colors = sortedColors();
+        for (auto first = colors.begin(); first != colors.end();) {
+            auto const last = std::upper_bound(first, colors.end(), *first);
+            if (last - first > 1) {
+                shared.emplace(*first, last - first);
+            }
+            first = last;
+        }
     }
 
     void colorByLinks() {
         std::vector<Color> next;
-        next.reserve(nodes.size());
-        for (Node const& node : nodes) {
-            Color color = node.color;
-            for (End const& end : node.ends) {
+        next.reserve(count());
+        for (Index i = 0; i < count(); ++i) {
+            Color color = nodes[i].color;
+            for (End const& end : endsOf(i)) {
                 color = mixed(color, colorOf(end));
             }
             next.push_back(color);
         }
-        for (Index i = 0; i < nodes.size(); ++i) {
+        for (Index i = 0; i < count(); ++i) {
             nodes[i].color = next[i];
         }
     }
 
     Color colorOf(End const& end) const {
         std::vector<Color> colors;
-        for (Index const far : end.far) {
-            colors.push_back(nodes[far].color);
+        for (Index const each : farOf(end)) {
+            colors.push_back(nodes[each].color);
         }
         if (!end.keepsOrder) {
             std::sort(colors.begin(), colors.end());
@@ -157,11 +203,14 @@ private:
         return color;
     }
 
-    bool isShared(Index index) const { return sizes.at(nodes[index].color) > 1; }
+    bool isShared(Index index) const {
+        auto const known = shared.find(nodes[index].color);
+        return known != shared.end() && known->second > 1;
+    }
 
     void recolor(Index index, Color color) {
-        --sizes[nodes[index].color];
-        ++sizes[color];
+        --shared[nodes[index].color];
+        ++shared[color];
         nodes[index].color = color;
     }
 
@@ -178,7 +227,7 @@ private:
         while (!last.empty()) {
             std::unordered_map<Index, std::vector<Color>> reasons;
             for (Index const index : last) {
-                for (End const& end : nodes[index].ends) {
+                for (End const& end : endsOf(index)) {
                     giveReasons(end, nodes[index].color, met, reasons);
                 }
             }
@@ -200,9 +249,9 @@ private:
 
     void giveReasons(End const& end, Color color, std::unordered_set<Index> const& met,
                      std::unordered_map<Index, std::vector<Color>>& reasons) const {
-        for (Index const far : end.far) {
-            if (nodes[far].number == none && !met.count(far) && isShared(far)) {
-                reasons[far].push_back(mixed(color, static_cast<Color>(end.link->getId())));
+        for (Index const each : farOf(end)) {
+            if (nodes[each].number == none && !met.count(each) && isShared(each)) {
+                reasons[each].push_back(mixed(color, static_cast<Color>(end.link->getId())));
             }
         }
     }
@@ -227,9 +276,9 @@ private:
     /// The objects of an end that have no number yet, in the order in which they are to get theirs.
     std::vector<Index> inOrder(End const& end) {
         std::vector<SortKey> keys;
-        for (Index const far : end.far) {
-            if (nodes[far].number == none) {
-                keys.push_back(sortKeyOf(far));
+        for (Index const each : farOf(end)) {
+            if (nodes[each].number == none) {
+                keys.push_back(sortKeyOf(each));
             }
         }
         std::vector<Index> sorted;
@@ -274,7 +323,7 @@ private:
             nodes[index].number = ordered.size();
             ordered.push_back(nodes[index].object);
             std::vector<Index> children;
-            for (End const& end : nodes[index].ends) {
+            for (End const& end : endsOf(index)) {
                 if (end.link->getType() == QORMetaLinkType::CHILD) {
                     std::vector<Index> const ofEnd = inOrder(end);
                     children.insert(children.end(), ofEnd.begin(), ofEnd.end());
@@ -285,9 +334,9 @@ private:
     }
 
     void numberReferred(End const& end) {
-        for (Index const far : inOrder(end)) {
-            if (nodes[far].number == none) {
-                number(topmostOwner(far));
+        for (Index const each : inOrder(end)) {
+            if (nodes[each].number == none) {
+                number(topmostOwner(each));
             }
         }
     }
@@ -305,22 +354,14 @@ private:
     }
 
     std::vector<Node> nodes;
+    std::vector<End> ends;
+    std::vector<Index> far;
     std::unordered_map<QORObject const*, Index> indices;
-    std::unordered_map<Color, std::size_t> sizes; ///< how many objects have a color
+    std::unordered_map<Color, Index> shared; ///< how many objects have a color that several had
     std::vector<QORObject*> ordered;
 };
 
-Numbering::Numbering(QORObject& root) : graph(std::make_unique<Graph>(root)) {}
-
-Numbering::~Numbering() = default;
-
-std::vector<QORObject*> const& Numbering::objects() const {
-    return graph->objects();
-}
-
-std::size_t Numbering::numberOf(QORObject const& object) const {
-    return graph->numberOf(object);
-}
+Numbering::Numbering(QORObject& root) : numbers(std::make_shared<Numbers const>(Graph(root).take())) {}
 
 std::vector<QORObject*> Numbering::elements(QORObject& object, QORMetaLink const& link) const {
     std::vector<QORObject*> elements = elementsOf(object, link);

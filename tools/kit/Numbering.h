@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 class QORMetaLink;
@@ -17,21 +18,26 @@ namespace kit {
 /// symmetric ones.
 ///
 /// It remembers the graph, so a graph that has changed since needs a new one. Any depth of graph is fine.
+/// Copies share what they remember.
 class Numbering {
 public:
     explicit Numbering(QORObject& root);
-    ~Numbering();
 
     /// The objects by their numbers, the first of which is 0.
-    std::vector<QORObject*> const& objects() const;
+    std::vector<QORObject*> const& objects() const { return numbers->objects; }
     /// The number of an object of the graph.
-    std::size_t numberOf(QORObject const& object) const;
+    std::size_t numberOf(QORObject const& object) const { return numbers->of.at(&object); }
     /// The objects of an end: in the order that it keeps, or by their numbers.
     std::vector<QORObject*> elements(QORObject& object, QORMetaLink const& link) const;
 
 private:
     class Graph;
-    std::unique_ptr<Graph> graph;
+    struct Numbers {
+        std::vector<QORObject*> objects;
+        std::unordered_map<QORObject const*, std::size_t> of;
+    };
+
+    std::shared_ptr<Numbers const> numbers;
 };
 
 } // namespace kit

@@ -2,9 +2,9 @@
 
 #include "kit/Owners.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 class QORObject;
@@ -18,12 +18,17 @@ class Numbering;
 /// that isn't enough, a number behind it, "Class:name#2". Slashes, colons, number signs and backslashes in a
 /// name have a backslash before them. The root is "/"; what it doesn't own starts with a slash. An object
 /// with several owners has its place below the first one.
+///
+/// A long path has only its first and last steps, at most 16 of each or about 1,000 characters, and between
+/// them how many steps are left out, "a/b/#70/y/z": all paths of a graph together don't grow with its depth.
 class ObjectPaths {
 public:
     explicit ObjectPaths(Numbering const& numbering);
 
     /// The path of an object of the graph.
     std::string pathOf(QORObject const& object) const;
+    /// The same from one of its owners, near or far, on; empty if the two are the same.
+    std::string pathFrom(QORObject const& owner, QORObject const& object) const;
     /// The objects that a path stands for, none or one; or all of that name, where each step leads on from
     /// one object and the last step is a plain name.
     std::vector<QORObject*> find(std::string_view path) const;
@@ -35,16 +40,36 @@ public:
     Owners const& owners() const { return forest; }
 
 private:
-    void nameSiblings(std::vector<QORObject*> const& siblings);
-    bool answers(QORObject const& object, std::string const& step) const;
-    std::vector<QORObject*> findEnd(std::string_view path) const;
+    using Number = std::size_t;
+    using Steps = std::vector<std::string>;
+
+    struct Place {
+        Number head = Owners::none; ///< the lowest of its owners and itself up to which its path is whole
+        std::uint32_t depth = 0;    ///< how many steps lead there
+        std::uint32_t rank = 0;     ///< 0 if the name is enough, or else among those of its class and name
+        bool isOutside = false;     ///< whether the root doesn't own it
+    };
+
+    QORObject& object(Number number) const { return *forest.numbering().objects()[number]; }
+    Number owner(Number number) const;
+    std::vector<Number> owned(Number number) const;
+    std::size_t depthOf(Number number) const;
+    void nameSiblings(std::vector<Number> siblings);
+    void measure();
+    std::string stepOf(Number number) const;
+    Number climb(Number number, Number end, Steps& steps) const;
+    std::string gapBetween(Number above, Number below) const;
+    bool answers(Number number, std::string const& step) const;
+    bool isBelow(Number number, Number start, std::size_t steps) const;
+    std::vector<Number> descend(Number start, Steps const& steps) const;
+    std::vector<Number> named(std::string const& name) const;
+    std::vector<Number> findNumbers(std::string_view path) const;
+    std::vector<Number> findEnd(Steps const& wanted) const;
     std::string problem(std::string_view path) const;
 
-    QORObject* root;
     Owners forest;
-    std::unordered_map<QORObject const*, std::string> steps;
-    mutable std::unordered_multimap<std::string_view, QORObject const*> byName; ///< filled at first need
-    std::unordered_map<QORObject const*, std::vector<QORObject*>> children;     ///< null: what has no owner
+    std::vector<Place> places;
+    mutable std::vector<Number> byName; ///< without the root; filled at first need
 };
 
 } // namespace kit

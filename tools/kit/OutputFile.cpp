@@ -1,163 +1,166 @@
 #include "kit/OutputFile.h"
 
+#include "kit/Draft.h"
+#include "kit/FileIdentity.h"
 #include "kit/Progress.h"
 #include "kit/ToolError.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <csignal>
-#include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <sstream>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace kit {
 namespace {
 
-namespace fs = std::filesystem;
-
-[[noreturn]] void fail(std::string const& path, int code) {
-    throw ToolError(path, std::string("can't be written: ") + std::strerror(code));
+bool isText(std::istream& in) {
+    std::istreambuf_iterator<char> const begin(in);
+    return std::find(begin, std::istreambuf_iterator<char>(), '\0') == std::istreambuf_iterator<char>();
 }
 
-void writeTo(std::string const& file, std::string const& path,
-             std::function<void(std::ostream&)> const& write) {
-    errno = 0;
-    std::ofstream out(file, std::ios::binary);
-    if (out) {
-        write(out);
-        out.close();
-    }
-    if (!out) {
-        fail(path, errno ? errno : EIO);
-    }
-}
-
-constexpr int endingSignals[] = {SIGHUP, SIGINT, SIGTERM};
-
-/// What a signal that ends the program has to delete; a handler can't ask for more than this.
-char const* volatile unfinished = nullptr;
-
-extern "C" void deleteAndEnd(int signal) {
-    if (char const* const file = unfinished) {
-        unlink(file);
-    }
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
-
-/// Catches the signals that would end the program.
-class Catching {
-public:
-    explicit Catching(char const* file) {
-        unfinished = file;
-        for (std::size_t i = 0; i < std::size(endingSignals); ++i) {
-            sigaction(endingSignals[i], nullptr, &before[i]);
-            if (before[i].sa_handler == SIG_DFL) {
-                std::signal(endingSignals[i], deleteAndEnd);
-            }
+/// Whether a descriptor took all of a text.
+bool writeAll(int descriptor, std::string const& text) {
+    for (std::size_t done = 0; done < text.size();) {
+        ssize_t const count = ::write(descriptor, text.data() + done, text.size() - done);
+        if (count < 0 && errno != EINTR) {
+            return false;
         }
+        done += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }
-    Catching(Catching const&) = delete;
-    Catching& operator=(Catching const&) = delete;
-    ~Catching() {
-        unfinished = nullptr;
-        for (std::size_t i = 0; i < std::size(endingSignals); ++i) {
-            sigaction(endingSignals[i], &before[i], nullptr);
-        }
-    }
-
-private:
-    struct sigaction before[std::size(endingSignals)];
-};
-
-/// A new file in the folder of another that goes again unless it is given its place.
-class Draft {
-public:
-    explicit Draft(std::string const& ofPath)
-        : path(ofPath), name((fs::path(path).parent_path() / ".qor-XXXXXX").string()) {
-        int const file = mkstemp(name.data());
-        if (file < 0) {
-            fail(path, errno);
-        }
-        catching.emplace(name.c_str());
-        fchmod(file, mode());
-        close(file);
-    }
-    Draft(Draft const&) = delete;
-    Draft& operator=(Draft const&) = delete;
-    ~Draft() {
-        if (!placed) {
-            unlink(name.c_str());
-        }
-    }
-
-    std::string const& file() const { return name; }
-
-    void place() {
-        if (std::rename(name.c_str(), path.c_str()) != 0) {
-            fail(path, errno);
-        }
-        placed = true;
-    }
-
-private:
-    /// That of the file to be replaced, or else what this process gives its new files.
-    mode_t mode() const {
-        struct stat status;
-        if (stat(path.c_str(), &status) == 0) {
-            return status.st_mode & 0777;
-        }
-        mode_t const mask = umask(0);
-        umask(mask);
-        return 0666 & ~mask;
-    }
-
-    std::string path;
-    std::string name;
-    std::optional<Catching> catching;
-    bool placed = false;
-};
-
-/// What a path leads to over links, whether it is there or not.
-std::string followLinks(std::string const& path) {
-    constexpr int mostLinks = 40;
-    fs::path target(path);
-    std::error_code ignored;
-    for (int i = 0; i < mostLinks && fs::is_symlink(target, ignored); ++i) {
-        target = target.parent_path() / fs::read_symlink(target, ignored);
-    }
-    return target.string();
+    return true;
 }
 
 } // namespace
 
-void writeFile(std::string const& path, std::function<void(std::ostream&)> const& write) {
-    Progress::phase("writing");
-    std::error_code ignored;
-    if (fs::exists(path, ignored) && !fs::is_regular_file(path, ignored)) {
-        return writeTo(path, path, write);
+/// What a path leads to at the moment.
+struct Output::Place {
+    enum { STANDARD, OPEN_FILE, DEVICE, FILE } kind;
+    int descriptor = -1; ///< of what is open already
+    std::string target;  ///< of a file: where the links end
+};
+
+Output::Output(std::string toPath, FileKind const& ofKind, std::vector<std::string> fromSources,
+               std::ostream& standardOutput)
+    : path(toPath == "-" ? "" : std::move(toPath)), kind(ofKind), sources(std::move(fromSources)),
+      standard(standardOutput) {
+    Place const place = findPlace();
+    refuseSources(place);
+    if (place.kind == Place::FILE) {
+        mayReplace(place.target);
     }
-    // A link stays one: what it leads to is replaced.
-    Draft draft(followLinks(path));
-    writeTo(draft.file(), path, write);
-    draft.place();
 }
 
-void writeOutput(std::string const& path, std::ostream& out,
-                 std::function<void(std::ostream&)> const& write) {
-    if (!path.empty() && path != "-") {
-        return writeFile(path, write);
+Output::Place Output::findPlace() const {
+    if (path.empty()) {
+        return {Place::STANDARD, STDOUT_FILENO, ""};
     }
+    if (int const own = descriptorOf(path); own >= 0) {
+        return {Place::OPEN_FILE, own, ""};
+    }
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0 && errno != ENOENT) {
+        fail(errno);
+    }
+    PathEnd const end = followLinks(path);
+    bool const isThere = stat(path.c_str(), &status) == 0;
+    if (isThere && S_ISBLK(status.st_mode)) {
+        throw ToolError(path, "is a whole disk or a part of one, which isn't replaced");
+    }
+    if (isThere && end.isOpenFile && S_ISREG(status.st_mode)) {
+        throw ToolError(path, "is a file that another program has open");
+    }
+    if (isThere && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+        return {Place::DEVICE, -1, ""};
+    }
+    return {Place::FILE, -1, end.path};
+}
+
+void Output::refuseSources(Place const& place) const {
+    auto const ours = place.descriptor >= 0 ? identityOf(place.descriptor) : identityOf(path);
+    for (std::string const& source : sources) {
+        if (ours && ours == identityOf(source)) {
+            throw ToolError(path.empty() ? "standard output" : path,
+                            (path == source ? "is the source" : "is the same file as " + source) +
+                                ", which is only read");
+        }
+    }
+}
+
+/// False if there is nothing to replace.
+bool Output::mayReplace(std::string const& file) const {
+    struct stat status;
+    if (lstat(file.c_str(), &status) != 0) {
+        return errno == ENOENT ? false : (fail(errno), false);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        fail(S_ISDIR(status.st_mode) ? EISDIR : EEXIST);
+    }
+    std::ifstream in(file, std::ios::binary);
+    if (!in || faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0) {
+        fail(errno);
+    }
+    if (status.st_size == 0) {
+        return true;
+    }
+    bool const known = isText(in) && (in.clear(), in.seekg(0), kind.recognises(in));
+    if (!known) {
+        throw ToolError(path, std::string("isn't ") + kind.name + ", and so it is not replaced");
+    }
+    return true;
+}
+
+void Output::write(std::function<void(std::ostream&)> const& write) const {
     Progress::phase("writing");
+    Place const place = findPlace();
+    if (place.kind == Place::FILE) {
+        return writeFile(place.target, write);
+    }
     std::ostringstream text;
+    text.exceptions(std::ios::badbit); // else the text would end where memory does
     write(text);
+    writeWhole(place, text.str());
+}
+
+void Output::writeFile(std::string const& target, std::function<void(std::ostream&)> const& write) const {
+    try {
+        Draft draft(target);
+        draft.write(write);
+        draft.place([&] {
+            refuseSources({Place::FILE, -1, target});
+            return mayReplace(target);
+        });
+    } catch (std::system_error const& error) {
+        fail(error.code().value());
+    }
+}
+
+void Output::writeWhole(Place const& place, std::string const& text) const {
     ProgressDisplay::end();
-    out << text.str();
+    if (place.kind == Place::STANDARD) {
+        standard << text;
+        return;
+    }
+    standard.flush();
+    int const own = place.kind == Place::OPEN_FILE ? -1 : open(path.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    int const device = place.kind == Place::OPEN_FILE ? place.descriptor : own;
+    int const code = device >= 0 && writeAll(device, text) ? 0 : errno;
+    if (own >= 0) {
+        close(own);
+    }
+    if (code) {
+        fail(code);
+    }
+}
+
+void Output::fail(int code) const {
+    throw ToolError(path, std::string("can't be written: ") + std::strerror(code));
 }
 
 } // namespace kit

@@ -1,10 +1,8 @@
 #include "kit/Owners.h"
 
-#include "kit/Numbering.h"
-
 #include <qor/QORObject.h>
 
-#include <unordered_set>
+#include <numeric>
 
 namespace kit {
 
@@ -23,38 +21,70 @@ QORObject* firstOf(QORObject* ring, Numbering const& numbering) {
 
 } // namespace
 
+Owners::Owners(Numbering const& numbering) : numbers(numbering), ownerOf(numbering.objects().size(), none) {
+    findOwners();
+    groupByOwner();
+    for (std::size_t const top : ownedBy(none)) {
+        topmost.push_back(numbers.objects()[top]);
+    }
+}
+
 // The way up from an object ends at a top, at an object known to be below one, or where it closes a ring.
-Owners::Owners(Numbering const& numbering) {
-    QORObject* const root = numbering.objects().front();
-    std::unordered_set<QORObject const*> settled;
-    std::vector<QORObject*> way;
-    for (QORObject* object : numbering.objects()) {
+void Owners::findOwners() {
+    enum State : unsigned char { NEW, ON_WAY, SETTLED };
+    QORObject* const root = numbers.objects().front();
+    std::vector<State> states(ownerOf.size(), NEW);
+    std::vector<std::size_t> way;
+    for (QORObject* object : numbers.objects()) {
         way.clear();
-        std::unordered_set<QORObject const*> onWay;
         QORObject* each = object;
-        while (each && !settled.count(each) && onWay.insert(each).second) {
-            way.push_back(each);
+        while (each && states[numbers.numberOf(*each)] == NEW) {
+            way.push_back(numbers.numberOf(*each));
+            states[way.back()] = ON_WAY;
             each = each == root ? nullptr : each->getParent();
         }
-        QORObject const* const first = each && onWay.count(each) ? firstOf(each, numbering) : root;
-        for (QORObject* passed : way) {
-            settled.insert(passed);
-            QORObject* const owner = passed->getParent();
-            if (owner && passed != root && passed != first) {
-                owners.emplace(passed, owner);
+        bool const isRing = each && states[numbers.numberOf(*each)] == ON_WAY;
+        QORObject const* const first = isRing ? firstOf(each, numbers) : root;
+        for (std::size_t const passed : way) {
+            states[passed] = SETTLED;
+            QORObject* const one = numbers.objects()[passed];
+            QORObject const* const owner = one->getParent();
+            if (owner && one != root && one != first) {
+                ownerOf[passed] = numbers.numberOf(*owner);
             }
-        }
-    }
-    for (QORObject* object : numbering.objects()) {
-        if (!owners.count(object)) {
-            topmost.push_back(object);
         }
     }
 }
 
-QORObject* Owners::of(QORObject const& object) const {
-    auto const owner = owners.find(&object);
-    return owner == owners.end() ? nullptr : owner->second;
+void Owners::groupByOwner() {
+    std::size_t const count = ownerOf.size();
+    begin.resize(count + 2);
+    for (std::size_t const owner : ownerOf) {
+        ++begin[(owner == none ? count : owner) + 1];
+    }
+    std::partial_sum(begin.begin(), begin.end(), begin.begin());
+    owned.resize(count);
+    std::vector<std::size_t> next(begin.begin(), begin.end() - 1);
+    for (std::size_t number = 0; number < count; ++number) {
+        std::size_t const owner = ownerOf[number] == none ? count : ownerOf[number];
+        owned[next[owner]++] = number;
+    }
+}
+
+std::vector<std::size_t> Owners::ownedBy(std::size_t number) const {
+    std::size_t const group = number == none ? ownerOf.size() : number;
+    auto const place = [this](std::size_t at) { return owned.begin() + static_cast<std::ptrdiff_t>(at); };
+    return {place(begin[group]), place(begin[group + 1])};
+}
+
+std::vector<std::size_t> Owners::downwards() const {
+    std::vector<std::size_t> order = ownedBy(none);
+    order.reserve(ownerOf.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        std::vector<std::size_t> const below = ownedBy(order[i]);
+        order.insert(order.end(), below.begin(), below.end());
+    }
+    return order;
 }
 
 } // namespace kit

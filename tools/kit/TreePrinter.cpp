@@ -3,6 +3,9 @@
 #include "kit/GraphOrder.h"
 #include "kit/Reflection.h"
 
+#include <qor/QORAliasType.h>
+#include <qor/QORPresentationElement.h>
+
 #include <cstdio>
 #include <ostream>
 #include <unordered_set>
@@ -27,8 +30,31 @@ std::string valueText(QORMetaAttribute const& attribute, QORString const& value)
     return isText ? quoted(view(value)) : std::string(view(value));
 }
 
+/// An alias asks its type for its display name, which must be there and no alias in the end; a projection
+/// asks what it shows.
+bool hasDisplayName(QORObject const& object) {
+    QORObject const* each = &object;
+    if (object.isInstanceOf(QORElementType::PRESENTATION_ELEMENT)) {
+        each = static_cast<QORPresentationElement const&>(object).getSubjectModelObject();
+        if (!each || each->getName().length) {
+            return true;
+        }
+    }
+    constexpr int longestChain = 100;
+    for (int i = 0; each && each->getElementType() == QORElementType::ALIAS_TYPE && i < longestChain; ++i) {
+        each = static_cast<QORAliasType const*>(each)->getAliasOfType();
+    }
+    return each && each->getElementType() != QORElementType::ALIAS_TYPE &&
+           (each == &object || !each->isInstanceOf(QORElementType::PRESENTATION_ELEMENT));
+}
+
+/// The name or what stands for it; that of the class if there is neither.
 std::string labelOf(QORObject const& object) {
-    return quoted(view(object.getName().length ? object.getName() : object.getDisplayName()));
+    if (object.getName().length) {
+        return quoted(view(object.getName()));
+    }
+    return quoted(
+        view(hasDisplayName(object) ? object.getDisplayName() : object.getMetaClass()->getDisplayName()));
 }
 
 void appendAttributes(std::string& line, QORObject& object) {
@@ -52,6 +78,14 @@ void appendReferences(std::string& line, QORObject& object) {
             line.append(" ").append(view(link->getRoleName())).append("->").append(labelOf(*far));
         }
     }
+}
+
+/// Two blanks for each owner above. Below many the indentation ends and the number of owners is told, so that
+/// a deep tree's lines stay short.
+std::string indentation(std::size_t depth) {
+    constexpr std::size_t deepest = 100;
+    return depth <= deepest ? std::string(2 * depth, ' ')
+                            : std::string(2 * deepest, ' ') + "(" + std::to_string(depth) + ") ";
 }
 
 struct Entry {
@@ -99,7 +133,7 @@ void printTree(QORObject& root, std::ostream& out) {
         Entry const entry = pending.back();
         pending.pop_back();
         bool const first = printed.insert(entry.object).second;
-        out << std::string(2 * entry.depth, ' ') << lineOf(*entry.object) << (first ? "\n" : " (above)\n");
+        out << indentation(entry.depth) << lineOf(*entry.object) << (first ? "\n" : " (above)\n");
         if (!first) {
             continue;
         }

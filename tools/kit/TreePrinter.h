@@ -16,7 +16,8 @@ std::string quoted(std::string_view text);
 /// `attribute=value`, and the references to one object as `role->"name"`.
 std::string lineOf(QORObject& object);
 
-/// Writes an object and all that it owns, a line for each object, indented below its owner by two blanks.
+/// Writes an object and all that it owns, a line for each object, indented below its owner by two blanks;
+/// below 100 owners the indentation grows no more and their number stands before the class, "(101) ".
 /// What the objects are is known through reflection alone. Equal graphs give equal texts. An object that has
 /// a second owner is written in full below the first one met and marked "(above)" below the other.
 void printTree(QORObject& root, std::ostream& out);

@@ -112,6 +112,7 @@ void Connection::connect(std::string const& url) {
         connection.get(), [](void*, char const*) {}, nullptr);
     char const* const password = PQpass(connection.get());
     secret = password ? password : "";
+    user = url.find('@') == std::string::npos ? "" : PQuser(connection.get());
     if (PQstatus(connection.get()) != CONNECTION_OK) {
         fail(PQerrorMessage(connection.get()));
     }
@@ -133,11 +134,21 @@ void Connection::run(char const* sql) {
     }
 }
 
+/// The server quotes the user, which is no part of the address as it is shown either.
+std::string Connection::withoutUser(std::string message) const {
+    std::string const quoted = '"' + user + '"';
+    for (auto found = message.find(quoted); !user.empty() && found != std::string::npos;
+         found = message.find(quoted, found)) {
+        message.replace(found, quoted.size(), "\"***\"");
+    }
+    return message;
+}
+
 /// A message that has the password's letters in it, if only by chance, isn't shown: with stars in their place
 /// it would tell them to whoever knows the usual message.
 void Connection::fail(std::string const& message) const {
     bool const isHidden = shownUrl == hiddenUrl;
-    std::string const line = onOneLine(isHidden ? withoutQuotations(message) : message);
+    std::string const line = onOneLine(isHidden ? withoutQuotations(message) : withoutUser(message));
     bool const tells = !secret.empty() && line.find(secret) != std::string::npos;
     if (!tells) {
         throw ToolError(shownUrl, line);

@@ -12,7 +12,7 @@ namespace postgres {
 
 /// A PostgreSQL database, read in one transaction that sees one state of it and writes nothing. Every
 /// operation, and every one of a Query on it, throws kit::ToolError when the server can't be reached or
-/// doesn't answer the question. No password is part of any message.
+/// doesn't answer the question. No message shows the password, nor the user that the URL names before its @.
 class Connection {
 public:
     /// Connects to the database of a URL, `postgresql://user@host:port/database?parameters`. What the URL
@@ -37,9 +37,11 @@ private:
 
     void connect(std::string const& url);
     void run(char const* sql);
+    std::string withoutUser(std::string message) const;
     [[noreturn]] void fail(std::string const& message) const;
 
     std::string shownUrl;
+    std::string user;   ///< as the URL names it before its @; empty if it doesn't
     std::string secret; ///< the password in use, of which no message may hold anything
     std::unique_ptr<pg_conn, Closer> connection;
 };

@@ -119,7 +119,8 @@ bool isHost(std::string_view host) {
            (colon == npos || isPort(host.substr(colon + 1)));
 }
 
-/// Calls `take` with each piece between separators until it gives false, and gives what it gave last.
+/// Calls `take` with each piece between separators until that returns false, and returns what it returned
+/// last.
 template <class Take>
 bool eachPiece(std::string_view text, char separator, Take take) {
     for (;;) {
@@ -153,13 +154,9 @@ std::optional<std::string> harmlessParameters(std::string_view query) {
     return readable ? std::optional(kept) : std::nullopt;
 }
 
-/// The user and the sign behind it, of what stands before that sign; nothing if that can't be told.
-std::optional<std::string> userOf(std::string_view credentials) {
-    std::string_view const user = credentials.substr(0, credentials.find(':'));
-    if (!isFreeOf(user, ":/@?#[]=")) {
-        return std::nullopt;
-    }
-    return std::string(user) + (user.empty() ? "" : "@");
+/// Whether what stands before the `@` is a user and, perhaps, a password.
+bool isUser(std::string_view credentials) {
+    return isFreeOf(credentials.substr(0, credentials.find(':')), ":/@?#[]=");
 }
 
 /// What follows the scheme, without its secrets; nothing on doubt.
@@ -168,13 +165,10 @@ std::optional<std::string> shown(std::string_view rest) {
     if (rest.find_first_of("#\\\"'") != npos || (at != npos && rest.find_first_of("/?") < at)) {
         return std::nullopt;
     }
-    std::string result;
     if (at != npos) {
-        auto const user = userOf(rest.substr(0, at));
-        if (!user || rest.find('@', at + 1) != npos) {
+        if (!isUser(rest.substr(0, at)) || rest.find('@', at + 1) != npos) {
             return std::nullopt;
         }
-        result = *user;
         rest.remove_prefix(at + 1);
     }
     auto const question = rest.find('?');
@@ -184,12 +178,11 @@ std::optional<std::string> shown(std::string_view rest) {
     if (!eachPiece(place.substr(0, slash), ',', isHost) || !isFreeOf(name, "/:@?#[]=")) {
         return std::nullopt;
     }
-    result += place;
     if (question == npos) {
-        return result;
+        return std::string(place);
     }
     auto const parameters = harmlessParameters(rest.substr(question + 1));
-    return parameters ? std::optional(result + *parameters) : std::nullopt;
+    return parameters ? std::optional(std::string(place) + *parameters) : std::nullopt;
 }
 
 } // namespace
@@ -202,21 +195,6 @@ std::string withoutPassword(std::string_view url) {
     std::size_t const length = schemeLength(url);
     auto const rest = length ? shown(url.substr(length)) : std::nullopt;
     return rest ? std::string(longScheme) + *rest : std::string(hiddenUrl);
-}
-
-std::string withHiddenUrl(std::string message, std::string_view argument) {
-    while (!argument.empty() && !isPostgresUrl(argument)) {
-        argument.remove_prefix(1);
-    }
-    if (argument.empty()) {
-        return message;
-    }
-    std::string const shownUrl = withoutPassword(argument);
-    for (auto found = message.find(argument); found != std::string::npos;
-         found = message.find(argument, found + shownUrl.size())) {
-        message.replace(found, argument.size(), shownUrl);
-    }
-    return message;
 }
 
 } // namespace postgres

@@ -1,5 +1,6 @@
 #include "postgres/SqlWriter.h"
 
+#include "database/Writable.h"
 #include "postgres/ArrayCasts.h"
 #include "postgres/CatalogKinds.h"
 #include "postgres/SqlNames.h"
@@ -170,13 +171,17 @@ std::pair<std::string, std::string> firstQualifiedName(std::string const& statem
 
 class Writer {
 public:
-    Writer(Structure const& toWrite, std::ostream& stream)
-        : structure(toWrite), out(stream), foreign(toWrite.origin.system != "PostgreSQL") {}
+    Writer(Writable const& toWrite, std::ostream& stream)
+        : structure(toWrite.structure), omissions(toWrite.omissions), out(stream),
+          foreign(toWrite.structure.origin.system != "PostgreSQL") {}
 
     void run() {
         groupByOwner();
         findLateDefaults();
         writeSettings();
+        for (Omission const& omission : omissions) {
+            tell(omission);
+        }
         writeSchemas();
         writeCatalogExtras(Moment::FIRST);
         writeCatalogExtras(Moment::NEVER);
@@ -270,6 +275,10 @@ private:
     bool isInherited(int table, Named const& thing) const {
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
     }
+    void tell(Omission const& omission) {
+        Omissions told;
+        leaveOut(omission, out, told);
+    }
     void statement(std::string const& text) {
         out << withCommentEnded(foreign ? text : keepArrayCasts(text)) << ";\n";
     }
@@ -280,6 +289,7 @@ private:
     }
 
     Structure const& structure;
+    Omissions const& omissions;
     std::ostream& out;
     bool foreign;
     std::vector<std::vector<Key const*>> keysOfTable;
@@ -780,7 +790,7 @@ void Writer::writeIndexes() {
         statement(indexText(index));
         for (std::size_t i = 0; i < index.members.size() && !foreign; ++i) {
             std::string const target = valueOf(index.members[i].extras, "statistics");
-            if (!target.empty()) {
+            if (!target.empty() && !index.name.empty()) {
                 statement("ALTER INDEX " + qualified(at(structure.tables, index.table).schema, index.name) +
                           " ALTER COLUMN " + std::to_string(i + 1) + " SET STATISTICS " + target);
             }
@@ -792,7 +802,7 @@ void Writer::writeIndexes() {
 /// What the indexes of partitions are parts of.
 void Writer::writeParts() {
     auto const attach = [this](Named const& thing, int table) {
-        if (has(thing, "part of")) {
+        if (has(thing, "part of") && !thing.name.empty()) {
             statement("ALTER INDEX " + valueOf(thing.extras, "part of") + " ATTACH PARTITION " +
                       qualified(at(structure.tables, table).schema, thing.name));
         }
@@ -814,8 +824,9 @@ std::string Writer::indexText(Index const& index) {
     }
     std::string const space = valueOf(index.extras, "tablespace");
     std::string const method = valueOf(index.extras, "method");
-    return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " + quoteName(index.name) +
-           (isPartitioned(index.table) ? " ON ONLY " : " ON ") + tableName(index.table) +
+    return std::string("CREATE ") + (index.unique ? "UNIQUE " : "") + "INDEX " +
+           (index.name.empty() ? "" : quoteName(index.name) + " ") +
+           (isPartitioned(index.table) ? "ON ONLY " : "ON ") + tableName(index.table) +
            (method.empty() ? "" : " USING " + quoteName(method)) + " (" + members + ")" +
            clause(index.extras, "include", " INCLUDE (", ")") +
            (has(index, "nulls not distinct") ? " NULLS NOT DISTINCT" : "") +
@@ -941,6 +952,9 @@ void Writer::writeTableAlterations(int index) {
 
 /// What a table uses an index for, be it that of a key.
 void Writer::writeIndexUse(int table, Named const& index, bool isClustered) {
+    if (index.name.empty()) {
+        return; // the server names it as it likes
+    }
     if (isClustered) {
         statement("ALTER TABLE " + tableName(table) + " CLUSTER ON " + quoteName(index.name));
     }
@@ -1095,7 +1109,7 @@ std::string signatureOf(Structure const& structure, Routine const& routine,
         types += types.empty() ? "" : ", ";
         types += argument.mode == ArgumentMode::OUT ? "OUT " : "";
         types += argument.mode == ArgumentMode::VARIADIC ? "VARIADIC " : "";
-        types += typeText(at(structure.types, argument.type));
+        types += argument.type < 0 ? "unknown" : typeText(at(structure.types, argument.type));
     }
     return "(" + types + ")";
 }
@@ -1133,11 +1147,15 @@ void Writer::writeComments() {
 void Writer::writeTypeComments() {
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         Type const& type = structure.types[i];
+        if (type.kind == TypeKind::BUILT_IN && type.schema < 0) {
+            continue; // the system's own
+        }
         std::string const name = typeName(static_cast<int>(i));
         bool const isDomain = type.kind == TypeKind::DOMAIN_TYPE;
         comment(isDomain ? "DOMAIN" : "TYPE", name, type.comment);
         for (Check const* const check : checksOfType[i]) {
-            comment("CONSTRAINT", quoteName(check->name) + " ON DOMAIN " + name, check->comment);
+            comment("CONSTRAINT", quoteName(check->name) + " ON DOMAIN " + name,
+                    check->name.empty() ? "" : check->comment);
         }
         constexpr std::string_view ofAttribute = "comment on ";
         for (Extra const& extra : type.extras) {
@@ -1163,7 +1181,8 @@ void Writer::writeTableComments() {
         for (Key const* const key : keysOfTable[i]) {
             comment("CONSTRAINT", quoteName(key->name) + " ON " + name,
                     key->name.empty() ? "" : key->comment);
-            comment("INDEX", qualified(table.schema, key->name), valueOf(key->extras, "comment on index"));
+            comment("INDEX", qualified(table.schema, key->name),
+                    key->name.empty() ? "" : valueOf(key->extras, "comment on index"));
         }
         for (Check const* const check : checksOfTable[i]) {
             comment("CONSTRAINT", quoteName(check->name) + " ON " + name,
@@ -1172,7 +1191,7 @@ void Writer::writeTableComments() {
     }
     for (Index const& index : structure.indexes) {
         comment("INDEX", qualified(at(structure.tables, index.table).schema, index.name),
-                isWritten(index) ? index.comment : "");
+                isWritten(index) && !index.name.empty() ? index.comment : "");
     }
     for (Trigger const& trigger : structure.triggers) {
         if (!foreign) {
@@ -1186,8 +1205,13 @@ void Writer::writeTableComments() {
 } // namespace
 
 void writePostgresSql(Structure const& structure, std::ostream& out) {
-    Structure const safe = withCommentsEnded(structure);
-    Writer(safe, out).run();
+    Rules rules;
+    rules.emptyTables = true;
+    rules.strict = true;
+    rules.typesNeeded = structure.origin.system != "SQLite";
+    rules.comparesTypes = structure.origin.system != "PostgreSQL";
+    rules.defaultSchema = "public";
+    Writer(writable(withCommentsEnded(structure), rules), out).run();
 }
 
 } // namespace postgres

@@ -1,11 +1,12 @@
 #include "qor/Verbs.h"
 
 #include "diff/GraphDiff.h"
-#include "kit/OutputFile.h"
 #include "kit/Terminal.h"
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <CLI/CLI.hpp>
 #include <fstream>
@@ -44,7 +45,7 @@ diff::Rename renameFrom(std::string const& text) {
         paths[side] += text[i];
     }
     if (side != 1 || paths[0].empty() || paths[1].empty()) {
-        throw kit::ToolError("--rename " + text, "two paths with an equals sign between are due");
+        throw kit::ToolError("--rename " + text, "two paths with an equals sign between must stand here");
     }
     return {paths[0], paths[1]};
 }
@@ -67,8 +68,8 @@ void readRenames(std::string const& path, std::vector<diff::Rename>& renames) {
         std::size_t const tab = line.find('\t');
         if (tab == std::string::npos || tab == 0 || tab + 1 == line.size() ||
             line.find('\t', tab + 1) != std::string::npos) {
-            throw kit::ToolError(path,
-                                 "line " + std::to_string(number) + ": two paths with a tab between are due");
+            throw kit::ToolError(path, "line " + std::to_string(number) +
+                                           ": two paths with a tab between must stand here");
         }
         renames.push_back({line.substr(0, tab), line.substr(tab + 1)});
     }
@@ -88,6 +89,11 @@ diff::Options optionsFrom(DiffOptions const& given) {
 }
 
 void compareSources(DiffOptions const& options, Session& session) {
+    std::vector<std::string> sources{options.before, options.after};
+    if (!options.renamesFile.empty()) {
+        sources.push_back(options.renamesFile);
+    }
+    kit::Output const output = standardOutputOf(session, sources);
     diff::Options const rules = optionsFrom(options);
     kit::Graph const before = loadSource(options.before);
     kit::Graph const after = loadSource(options.after);
@@ -97,10 +103,10 @@ void compareSources(DiffOptions const& options, Session& session) {
         return;
     }
     if (difference.rootBefore != difference.rootAfter) {
-        session.err << "qor: the graphs are named " << kit::quoted(difference.rootBefore) << " and "
-                    << kit::quoted(difference.rootAfter) << ", which doesn't count as a difference\n";
+        session.say("qor: the graphs are named " + kit::quoted(difference.rootBefore) + " and " +
+                    kit::quoted(difference.rootAfter) + ", which doesn't count as a difference");
     }
-    kit::writeOutput("", session.out, [&](std::ostream& out) {
+    output.write([&](std::ostream& out) {
         if (options.format == "json") {
             diff::printJson(difference, out);
         } else {

@@ -2,13 +2,11 @@
 
 #include "database/ModelReader.h"
 #include "database/SqlTokens.h"
-#include "exchange/DotWriter.h"
-#include "exchange/JsonWriter.h"
-#include "exchange/MarkdownWriter.h"
-#include "kit/OutputFile.h"
 #include "kit/ToolError.h"
 #include "postgres/SqlWriter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 #include "sqlite/SqlWriter.h"
 
 #include <qor/QORModel.h>
@@ -20,12 +18,6 @@
 
 namespace qorprogram {
 namespace {
-
-using Writer = void (*)(QORObject& root, std::ostream& out);
-
-/// A further format is one more line.
-std::map<std::string, Writer> const writers = {
-    {"json", exchange::writeJson}, {"dot", exchange::writeDot}, {"markdown", exchange::writeMarkdown}};
 
 using SqlWriter = void (*)(database::Structure const& structure, std::ostream& out);
 
@@ -51,26 +43,27 @@ SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& 
     return known->second;
 }
 
-void exportSql(ExportOptions const& options, kit::Graph const& graph, Session& session) {
+void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Output const& output) {
     if (!graph.root().isInstanceOf(QORElementType::MODEL)) {
         throw kit::ToolError(options.source, "its root is no model, which SQL is written from");
     }
     database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
     SqlWriter const write = sqlWriterFor(options, structure);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(structure, out); });
+    output.write([&](std::ostream& out) { write(structure, out); });
 }
 
 void exportGraph(ExportOptions const& options, Session& session) {
     if (!options.dialect.empty() && options.format != "sql") {
         throw kit::ToolError("--dialect", "goes with --format sql alone");
     }
+    kit::Output const output = outputOf(session, options.output, options.format, {options.source});
     kit::Graph const graph = loadSource(options.source);
     if (options.format == "sql") {
-        exportSql(options, graph, session);
+        exportSql(options, graph, output);
         return;
     }
-    Writer const write = writers.at(options.format);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(graph.root(), out); });
+    auto const write = formats().at(options.format).write;
+    output.write([&](std::ostream& out) { write(graph.root(), out); });
 }
 
 } // namespace
@@ -85,13 +78,12 @@ void addExportVerb(CLI::App& program, Session& session) {
                      "make the database again")
         ->required()
         ->check([](std::string const& format) {
-            return writers.count(format) || format == "sql" ? std::string()
-                                                            : format + " is no format; see qor export --help";
+            return formats().count(format) ? std::string() : format + " is no format; see qor export --help";
         });
     verb->add_option("--dialect", options->dialect,
                      "Whose SQL it is to be, sqlite or postgresql; that of the database at first")
         ->check(CLI::IsMember({"sqlite", "postgresql"}));
-    verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
+    addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer("\nExample:\n  qor export orchard.json --format dot -o orchard.dot\n  dot -Tsvg orchard.dot "
                  "> orchard.svg");

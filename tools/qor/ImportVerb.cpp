@@ -1,10 +1,11 @@
 #include "qor/Verbs.h"
 
 #include "exchange/JsonWriter.h"
-#include "kit/OutputFile.h"
 #include "kit/Statistics.h"
 #include "kit/TreePrinter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -20,8 +21,9 @@ struct ImportOptions {
 };
 
 void import(ImportOptions const& options, Session& session) {
+    kit::Output const output = outputOf(session, options.output, "json", {options.source});
     kit::Graph const graph = loadSource(options.source);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) {
+    output.write([&](std::ostream& out) {
         if (!options.output.empty()) {
             exchange::writeJson(graph.root(), out);
         } else if (options.statistics) {
@@ -40,10 +42,9 @@ void addImportVerb(CLI::App& program, Session& session) {
         program.add_subcommand("import", "Read the schema of a database and print it, or keep it as JSON");
     verb->group("Verbs");
     verb->add_option("SOURCE", options->source, sourceHelp)->required();
-    auto* const output = verb->add_option("-o,--output", options->output,
-                                          "Write JSON to this file instead; - is the standard output");
+    addOutputOption(*verb, options->output, "Write JSON to this file instead; - is the standard output");
     verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
-        ->excludes(output);
+        ->excludes("--output");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
         "\nPrints a model as a tree: each line is an object, below its owner. There is a Class for each\n"

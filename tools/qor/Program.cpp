@@ -1,7 +1,6 @@
 #include "qor/Program.h"
 
 #include "kit/ToolError.h"
-#include "postgres/PostgresUrl.h"
 #include "qor/Session.h"
 #include "qor/Verbs.h"
 
@@ -13,34 +12,15 @@
 namespace qorprogram {
 namespace {
 
-/// A file's name, and so a message, can hold anything; one line is promised.
-std::string onOneLine(std::string text) {
-    for (char& character : text) {
-        auto const code = static_cast<unsigned char>(character);
-        if (code < 0x20 || code == 0x7f) {
-            character = ' ';
-        }
-    }
-    return text;
-}
-
-/// The address of a database is an argument that may hold a password.
-std::string withoutPasswords(std::string problem, int argc, char const* const* argv) {
-    for (int i = 1; i < argc; ++i) {
-        problem = postgres::withHiddenUrl(std::move(problem), argv[i]);
-    }
-    return problem;
-}
-
-int fail(std::ostream& err, std::string const& problem) {
-    err << "qor: " << onOneLine(problem) << std::endl;
-    return failure;
+/// An argument can be nothing at all.
+std::string shown(std::string const& argument) {
+    return argument.empty() ? "\"\"" : argument;
 }
 
 void parseAndRun(CLI::App& program, int argc, char const* const* argv, Session& session) {
     program.set_version_flag("--version", "qor " QOR_TOOLS_VERSION, "Print the version and exit");
     program.get_formatter()->label("SUBCOMMAND", "VERB");
-    program.footer("qor VERB --help tells more of a verb.\n\nExample:\n  qor import orchard.sqlite");
+    program.footer("qor VERB --help describes a verb.\n\nExample:\n  qor import orchard.sqlite");
     program.require_subcommand(1);
     addImportVerb(program, session);
     addShowVerb(program, session);
@@ -53,36 +33,60 @@ void parseAndRun(CLI::App& program, int argc, char const* const* argv, Session& 
     }
 }
 
-/// What is wrong with the arguments, with the verb that they are for.
-std::string problemOf(CLI::App const& program, CLI::ParseError const& error) {
-    auto const verbs = program.get_subcommands();
-    if (!verbs.empty()) {
-        return verbs.front()->get_name() + ": " + error.what();
+/// The verb and what wasn't expected behind it, or before any; empty if all was.
+std::string surplusOf(CLI::App& program) {
+    for (CLI::App* const verb : program.get_subcommands()) {
+        if (auto const surplus = verb->remaining(); !surplus.empty()) {
+            return verb->get_name() + ": " + shown(surplus.front()) + " wasn't expected; see qor " +
+                   verb->get_name() + " --help";
+        }
     }
     auto const unknown = program.remaining();
-    if (!unknown.empty()) {
-        return unknown.front() + ": no such verb or option; see qor --help";
+    return unknown.empty() ? "" : shown(unknown.front()) + ": no such verb or option; see qor --help";
+}
+
+/// What is wrong with the arguments, with the verb that they are for.
+std::string problemOf(CLI::App& program, CLI::ParseError const& error) {
+    if (std::string const surplus = surplusOf(program); !surplus.empty()) {
+        return surplus;
     }
-    return "no verb given; see qor --help";
+    auto const verbs = program.get_subcommands();
+    return verbs.empty() ? "no verb given; see qor --help" : verbs.front()->get_name() + ": " + error.what();
+}
+
+int fail(Session& session, std::string const& problem) {
+    session.say("qor: " + problem);
+    return failure;
+}
+
+int runIn(Session& session, int argc, char const* const* argv) {
+    CLI::App program(
+        "Reads database schemas into metadata models; keeps, shows, compares and converts these.", "qor");
+    try {
+        parseAndRun(program, argc, argv, session);
+        return session.exitCode;
+    } catch (CLI::Success const& request) {
+        // Help on something that there isn't would hide that.
+        std::string const surplus = surplusOf(program);
+        return surplus.empty() ? program.exit(request, session.out, session.out) : fail(session, surplus);
+    } catch (CLI::ParseError const& error) {
+        return fail(session, problemOf(program, error));
+    } catch (std::bad_alloc const&) {
+        return fail(session, "out of memory");
+    } catch (std::exception const& error) {
+        return fail(session, error.what());
+    }
 }
 
 } // namespace
 
 int run(int argc, char const* const* argv, std::ostream& out, std::ostream& err) {
-    CLI::App program(
-        "Reads database schemas into metadata models; keeps, shows, compares and converts these.", "qor");
     try {
-        Session session{out, err};
-        parseAndRun(program, argc, argv, session);
-        return session.exitCode;
-    } catch (CLI::Success const& request) {
-        return program.exit(request, out, err);
-    } catch (CLI::ParseError const& error) {
-        return fail(err, withoutPasswords(problemOf(program, error), argc, argv));
+        Session session(argc, argv, out, err);
+        return runIn(session, argc, argv);
     } catch (std::bad_alloc const&) {
-        return fail(err, "out of memory");
-    } catch (std::exception const& error) {
-        return fail(err, withoutPasswords(error.what(), argc, argv));
+        err << "qor: out of memory" << std::endl;
+        return failure;
     }
 }
 

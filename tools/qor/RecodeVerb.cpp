@@ -2,9 +2,10 @@
 
 #include "exchange/JsonWriter.h"
 #include "exchange/Recoding.h"
-#include "kit/OutputFile.h"
 #include "kit/ToolError.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <qor/QOREncodingConverter.h>
 
@@ -34,17 +35,16 @@ std::unique_ptr<QOREncodingConverter> converterFor(std::string const& encoding) 
 }
 
 void report(exchange::Recoded const& recoded, Session& session) {
-    session.err << "converted " << recoded.converted << ", unchanged " << recoded.unchanged << ", failed "
-                << recoded.failed;
-    if (recoded.renamed > 0) {
-        session.err << ", with a number behind the name " << recoded.renamed;
-    }
-    session.err << '\n';
+    session.say(
+        "converted " + std::to_string(recoded.converted) + ", unchanged " +
+        std::to_string(recoded.unchanged) + ", failed " + std::to_string(recoded.failed) +
+        (recoded.renamed > 0 ? ", with a number behind the name " + std::to_string(recoded.renamed) : ""));
 }
 
 void recode(RecodeOptions const& options, Session& session) {
     auto const from = converterFor(options.from);
     auto const to = converterFor(options.to);
+    kit::Output const output = outputOf(session, options.output, "json", {options.source});
     kit::Graph const graph = loadSource(options.source);
     exchange::Recoded const recoded = exchange::recode(graph.root(), *from, *to);
     if (recoded.failed > 0 && !options.force) {
@@ -54,8 +54,7 @@ void recode(RecodeOptions const& options, Session& session) {
                                                  options.to + ", the first at " + recoded.firstFailed +
                                                  "; --force keeps those as they are");
     }
-    kit::writeOutput(options.output, session.out,
-                     [&](std::ostream& out) { exchange::writeJson(recoded.graph.root(), out); });
+    output.write([&](std::ostream& out) { exchange::writeJson(recoded.graph.root(), out); });
     if (!session.quiet) {
         report(recoded, session);
     }
@@ -72,11 +71,11 @@ void addRecodeVerb(CLI::App& program, Session& session) {
     verb->add_option("FILE", options->source, sourceHelp)->required();
     verb->add_option("--from", options->from, "The encoding that the texts have")->required();
     verb->add_option("--to", options->to, "The encoding that they are to have")->required();
-    verb->add_option("-o,--output", options->output, "Write to this file instead of the standard output");
+    addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--force", options->force, "Write the graph even if some texts can't be converted");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
-        "\nWrites JSON, with each text converted once; the standard error tells how many were converted,\n"
+        "\nWrites JSON, with each text converted once; the standard error reports how many were converted,\n"
         "are the same in both encodings, and can't be converted. Such a text is an error, and nothing is\n"
         "written, unless --force keeps it as it is.\n"
         "The exit code is 0 if all is converted, 1 if --force kept some, 2 for an error.\n"

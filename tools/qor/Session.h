@@ -1,30 +1,30 @@
 #pragma once
 
-#include "kit/Graph.h"
+#include "qor/SafeText.h"
 
-#include <iosfwd>
-#include <string>
+#include <ostream>
 
 namespace qorprogram {
-
-/// What the verbs share: where their results and their remarks go, and the exit code.
-struct Session {
-    std::ostream& out;
-    std::ostream& err;
-    bool quiet = false; ///< no remarks, but errors all the same
-    int exitCode = 0;
-};
-
-/// What the help says of that which a verb reads.
-constexpr char const* sourceHelp = "A graph in JSON, an SQLite database, or the URL of a PostgreSQL\n"
-                                   "database such as postgresql://user@host/name; it is only read";
 
 /// What the help says of --quiet.
 constexpr char const* quietHelp = "No progress and no remarks beside the result";
 
-/// Reads what a verb works on: a graph in JSON, known by its first character or by the ending ".json" of its
-/// name, or the structure of a PostgreSQL database, given by its URL, or else that of an SQLite database.
-/// Throws kit::ToolError.
-kit::Graph loadSource(std::string const& source);
+/// What the verbs share: where their results and their remarks go, and the exit code.
+class Session {
+public:
+    Session(int argc, char const* const* argv, std::ostream& forResults, std::ostream& forRemarks)
+        : out(forResults), safe(argc, argv), err(forRemarks) {}
+
+    /// Writes a remark or an error, a line that shows no secret. Nothing else goes there.
+    void say(std::string const& text) { err << safe(text) << std::endl; }
+
+    std::ostream& out;
+    bool quiet = false; ///< no remarks, but errors all the same
+    int exitCode = 0;
+
+private:
+    SafeText safe;
+    std::ostream& err;
+};
 
 } // namespace qorprogram

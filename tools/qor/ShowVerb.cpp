@@ -2,10 +2,11 @@
 
 #include "kit/Numbering.h"
 #include "kit/ObjectPaths.h"
-#include "kit/OutputFile.h"
 #include "kit/Statistics.h"
 #include "kit/TreePrinter.h"
+#include "qor/Formats.h"
 #include "qor/Session.h"
+#include "qor/Sources.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -22,11 +23,12 @@ struct ShowOptions {
 };
 
 void show(ShowOptions const& options, Session& session) {
+    kit::Output const output = standardOutputOf(session, {options.source});
     kit::Graph const graph = loadSource(options.source);
     QORObject& top = options.path.empty()
                          ? graph.root()
                          : kit::ObjectPaths(kit::Numbering(graph.root())).only(options.path, options.source);
-    kit::writeOutput("", session.out, [&](std::ostream& out) {
+    output.write([&](std::ostream& out) {
         if (options.statistics) {
             kit::printStatistics(kit::countObjects(top), out);
         } else {

@@ -6,7 +6,7 @@ class App;
 
 namespace qorprogram {
 
-struct Session;
+class Session;
 
 /// Each adds a verb, which is a source of its own. A verb's run writes its result once all has gone well, and
 /// throws kit::ToolError before.

@@ -1,7 +1,9 @@
 #include "sqlite/SqlWriter.h"
 
 #include "database/SqlTokens.h"
+#include "database/Writable.h"
 #include "sqlite/Names.h"
+#include "sqlite/Requirements.h"
 #include "sqlite/Translation.h"
 
 #include <qor/QORDataType.h>
@@ -68,10 +70,14 @@ bool isPlainType(std::string const& declared) {
 
 class Writer {
 public:
-    Writer(Structure const& toWrite, std::ostream& stream)
-        : structure(toWrite), out(stream), native(toWrite.origin.system == "SQLite") {}
+    Writer(database::Writable const& toWrite, std::ostream& stream)
+        : structure(toWrite.structure), omissions(toWrite.omissions), out(stream),
+          native(toWrite.structure.origin.system == "SQLite") {}
 
     void run() {
+        for (database::Omission const& omission : omissions) {
+            tell(omission);
+        }
         nameTables();
         collect();
         out << "BEGIN;\n";
@@ -80,7 +86,8 @@ public:
             writeIndex(index);
         }
         for (std::size_t i = 0; i < structure.tables.size(); ++i) {
-            if (structure.tables[i].kind != TableKind::TABLE) {
+            bool const isView = structure.tables[i].kind != TableKind::TABLE;
+            if (isView && !structure.tables[i].statement.empty()) {
                 writeView(i);
             }
         }
@@ -116,9 +123,11 @@ private:
                 qualified[{schema, table.name}] = names.back();
             }
             if (names.back() != table.name) {
-                remark("table " + table.name + " of schema " +
-                       structure.schemas[static_cast<std::size_t>(table.schema)].name + " is called " +
-                       names.back());
+                std::string const schema =
+                    table.schema < 0
+                        ? ""
+                        : " of schema " + structure.schemas[static_cast<std::size_t>(table.schema)].name;
+                remark("table " + table.name + schema + " is called " + names.back());
             }
         }
     }
@@ -136,6 +145,12 @@ private:
                 domainChecks[check.type].push_back(&check);
             }
         }
+    }
+
+    /// In the words that all omissions are told in.
+    void tell(database::Omission const& omission) {
+        database::Omissions told;
+        database::leaveOut(omission, out, told);
     }
 
     /// Each line becomes a comment.
@@ -205,10 +220,6 @@ private:
 
     void writeTable(std::size_t number) {
         Table const& table = structure.tables[number];
-        if (table.columns.empty()) {
-            leftOut("table " + table.name, "which has no columns");
-            return;
-        }
         writeTableRemarks(table);
         parts.clear();
         Key const* const columnKey = keyInColumn(number);
@@ -312,7 +323,8 @@ private:
             return "";
         }
         if (native) {
-            return isPlainType(type->declaration) ? type->declaration : quoteName(type->declaration);
+            return type->declaration.empty() || isPlainType(type->declaration) ? type->declaration
+                                                                               : quoteName(type->declaration);
         }
         while (type->base >= 0 && type->kind == TypeKind::DOMAIN_TYPE) {
             type = &structure.types[static_cast<std::size_t>(type->base)];
@@ -327,10 +339,11 @@ private:
         if (type.dataType == "SQL_INTEGER") {
             return "INTEGER"; // no other spelling makes a key of it that numbers the rows
         }
-        if (type.dataType.empty() || type.dataType == "undefined") {
+        char const* const known = getDataTypeName(type.dataType.c_str());
+        if (type.dataType == "undefined" || !known) {
             return "";
         }
-        std::string text = database::upperCase(getDataTypeName(type.dataType.c_str()));
+        std::string text = database::upperCase(known);
         if (type.length > 0) {
             text += "(" + std::to_string(type.length) + (type.scale ? "," + std::to_string(type.scale) : "") +
                     ")";
@@ -567,6 +580,7 @@ private:
     }
 
     Structure const& structure;
+    database::Omissions const& omissions;
     std::ostream& out;
     bool const native;
     std::vector<std::string> names;                                       ///< of the tables
@@ -582,7 +596,12 @@ private:
 } // namespace
 
 void writeSqliteSql(Structure const& structure, std::ostream& out) {
-    Writer(structure, out).run();
+    database::Rules rules;
+    rules.emptyNames = structure.origin.system == "SQLite";
+    rules.ignoreCase = true;
+    database::Writable writable = database::writable(structure, rules);
+    meetRequirements(writable);
+    Writer(writable, out).run();
 }
 
 } // namespace sqlite

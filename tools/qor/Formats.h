@@ -1,0 +1,41 @@
+#pragma once
+
+#include "kit/OutputFile.h"
+
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+class QORObject;
+
+namespace CLI {
+class App;
+}
+
+namespace qorprogram {
+
+class Session;
+
+/// What a graph can be written as.
+struct Format {
+    kit::FileKind kind;
+    void (*write)(QORObject& root, std::ostream& out); ///< null where more than the format says how
+};
+
+/// All formats by their names.
+std::map<std::string, Format> const& formats();
+
+/// Adds the option -o to a verb, which takes the path of a file, or "-".
+void addOutputOption(CLI::App& verb, std::string& path, char const* help);
+
+/// Where a verb's result in a format goes, which the verb says before it reads anything. `path` is what -o
+/// names; empty, or "-", it means the standard output. What the sources are made of, their companions
+/// included, is never written. Throws kit::ToolError, also for a source that can't be one.
+kit::Output outputOf(Session& session, std::string const& path, std::string const& format,
+                     std::vector<std::string> const& sources);
+
+/// The same for a verb that writes to the standard output alone.
+kit::Output standardOutputOf(Session& session, std::vector<std::string> const& sources);
+
+} // namespace qorprogram

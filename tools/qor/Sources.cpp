@@ -1,0 +1,105 @@
+#include "qor/Sources.h"
+
+#include "database/ModelBuilder.h"
+#include "exchange/JsonReader.h"
+#include "kit/ToolError.h"
+#include "postgres/Connection.h"
+#include "postgres/PostgresUrl.h"
+#include "postgres/StructureReader.h"
+#include "qor/SafeText.h"
+#include "sqlite/Companions.h"
+#include "sqlite/SqliteDatabase.h"
+#include "sqlite/StructureReader.h"
+
+#include <qor/QORModel.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+
+namespace qorprogram {
+namespace {
+
+using Files = std::vector<std::string>;
+
+bool isJson(std::string const& path) {
+    std::filesystem::path const file(path);
+    if (file.extension() == ".json") {
+        return true;
+    }
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(file, ignored)) {
+        return false;
+    }
+    char first = 0;
+    std::ifstream(path, std::ios::binary) >> first;
+    return first == '{';
+}
+
+kit::Graph modelOf(database::Structure const& structure) {
+    kit::Graph graph;
+    graph.adoptTree(database::buildModel(structure).release());
+    return graph;
+}
+
+kit::Graph loadPostgres(std::string const& url) {
+    postgres::Connection connection(url);
+    return modelOf(postgres::readStructure(connection));
+}
+
+/// A path can look like an address too.
+kit::Graph loadSqlite(std::string const& path) {
+    sqlite::Database file(path);
+    database::Structure structure = sqlite::readStructure(file);
+    structure.origin.source = withoutSecrets(structure.origin.source);
+    structure.catalog.name = withoutSecrets(structure.catalog.name);
+    return modelOf(structure);
+}
+
+struct SourceKind {
+    bool (*recognises)(std::string const& source);
+    kit::Graph (*load)(std::string const& source);
+    Files (*filesOf)(std::string const& source);
+    std::string (*shown)(std::string const& address); ///< null for a kind that is no address
+};
+
+/// The first that recognises a source reads it. A further kind is one more line.
+std::array<SourceKind, 3> const kinds = {
+    {{[](std::string const& source) { return postgres::isPostgresUrl(source); }, loadPostgres,
+      [](std::string const&) { return Files(); },
+      [](std::string const& address) { return postgres::withoutPassword(address); }},
+     {isJson, exchange::readJsonFile, [](std::string const& path) { return Files{path}; }, nullptr},
+     {[](std::string const&) { return true; }, loadSqlite, sqlite::filesOf, nullptr}}};
+
+SourceKind const& kindOf(std::string const& source) {
+    auto const known = std::find_if(kinds.begin(), kinds.end(),
+                                    [&](SourceKind const& kind) { return kind.recognises(source); });
+    if (!known->shown && isAddress(source)) {
+        throw kit::ToolError(shownAddress(source), "no source has such an address; a file of that name is "
+                                                   "read if ./ stands in front");
+    }
+    return *known;
+}
+
+} // namespace
+
+kit::Graph loadSource(std::string const& source) {
+    return kindOf(source).load(source);
+}
+
+Files filesOfSource(std::string const& source) {
+    return kindOf(source).filesOf(source);
+}
+
+/// The scheme of one that isn't known ends where it says so, which may be spelled in more than one way.
+std::string shownAddress(std::string const& address) {
+    for (SourceKind const& kind : kinds) {
+        if (kind.shown && kind.recognises(address)) {
+            return kind.shown(address);
+        }
+    }
+    return address.substr(0, address.find_first_of(":%\\")) + "://***";
+}
+
+} // namespace qorprogram

@@ -1,0 +1,348 @@
+#include "sqlite/Requirements.h"
+
+#include "database/SqlTokens.h"
+#include "sqlite/Names.h"
+#include "sqlite/Translation.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <set>
+#include <sqlite3.h>
+
+namespace sqlite {
+namespace {
+
+using database::Column;
+using database::equalIgnoringCase;
+using database::Extras;
+using database::Key;
+using database::KeyKind;
+using database::Omission;
+using database::Structure;
+using database::Table;
+using database::TableKind;
+using database::Token;
+
+/// A database in memory that statements are tried on.
+class Trial {
+public:
+    Trial() {
+        sqlite3* handle = nullptr;
+        sqlite3_open(":memory:", &handle);
+        connection.reset(handle);
+    }
+
+    /// What SQLite says against a statement that isn't run; empty if it says nothing that counts.
+    std::string problem(std::string const& sql) const {
+        sqlite3_stmt* statement = nullptr;
+        char const* rest = nullptr;
+        int const code = sqlite3_prepare_v2(connection.get(), sql.c_str(), -1, &statement, &rest);
+        sqlite3_finalize(statement);
+        std::string const text = code == SQLITE_OK ? "" : sqlite3_errmsg(connection.get());
+        for (char const* unknown : {"no such function", "no such module", "no such collation"}) {
+            if (text.compare(0, std::string(unknown).size(), unknown) == 0) {
+                return "";
+            }
+        }
+        bool const isOne = code != SQLITE_OK || database::tokenize(rest).empty();
+        return isOne ? text : "more than one statement";
+    }
+
+    /// The same of a statement that needs the table or view which another one makes.
+    std::string problem(std::string const& needed, std::string const& sql) const {
+        sqlite3_exec(connection.get(), "BEGIN", nullptr, nullptr, nullptr);
+        sqlite3_exec(connection.get(), needed.c_str(), nullptr, nullptr, nullptr);
+        std::string const text = problem(sql);
+        sqlite3_exec(connection.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+        return text;
+    }
+
+private:
+    struct Closer {
+        void operator()(sqlite3* handle) const { sqlite3_close(handle); }
+    };
+    std::unique_ptr<sqlite3, Closer> connection;
+};
+
+template <class Records, class Keep>
+void keepIf(Records& records, Keep const& keep) {
+    auto const goes = [&](auto& record) { return !keep(record); };
+    records.erase(std::remove_if(records.begin(), records.end(), goes), records.end());
+}
+
+class Requirements {
+public:
+    explicit Requirements(database::Writable& writable)
+        : structure(writable.structure), omissions(writable.omissions),
+          native(writable.structure.origin.system == "SQLite") {}
+
+    void meet() {
+        for (Table& table : structure.tables) {
+            if (table.kind == TableKind::TABLE && !findExtra(table.extras, "statement")) {
+                meetColumns(table);
+            }
+        }
+        keepIf(structure.keys, [this](Key& key) { return meetKey(key); });
+        for (Table& table : structure.tables) {
+            meetOptions(table);
+        }
+        keepIf(structure.checks, [this](database::Check const& check) { return takesCheck(check); });
+        keepIf(structure.indexes, [this](database::Index const& index) { return takesIndex(index); });
+        meetViews();
+        keepIf(structure.triggers,
+               [this](database::Trigger const& trigger) { return takesTrigger(trigger); });
+    }
+
+private:
+    bool omit(std::string object, std::string const& reason, std::string original = "") {
+        omissions.push_back({std::move(object), reason, std::move(original)});
+        return false;
+    }
+
+    bool accepts(std::string const& problem, std::string const& object, std::string const& original) {
+        return problem.empty() || omit(object, "SQLite says: " + problem, original);
+    }
+
+    Table& tableAt(int index) { return structure.tables[static_cast<std::size_t>(index)]; }
+
+    /// An expression as it will be written; that of another system that can't be is left to the writer.
+    std::string written(std::string const& sql) const {
+        return native ? sql : translateSql(sql).value_or("NULL");
+    }
+
+    /// A table of the same columns, with nothing but their names, and what else is told.
+    static std::string skeleton(Table const& table, std::string const& more,
+                                Column const* without = nullptr) {
+        std::string parts;
+        for (Column const& column : table.columns) {
+            if (&column != without) {
+                parts += (parts.empty() ? "" : ", ") + quoteName(column.name);
+            }
+        }
+        parts += more.empty() || parts.empty() ? more : ", " + more;
+        return "CREATE TABLE " + quoteName(table.name) + "(" + parts + ")";
+    }
+
+    void meetColumns(Table& table) {
+        for (Column& column : table.columns) {
+            std::string const name = "column " + table.name + "." + column.name;
+            bool const isTaken =
+                column.defaultValue.empty() ||
+                (column.generated ? takesComputation(table, column, name) : takesDefault(column, name));
+            if (!isTaken) {
+                column.generated = false;
+                column.defaultValue.clear();
+            }
+        }
+        bool const areComputed = std::all_of(table.columns.begin(), table.columns.end(),
+                                             [](Column const& column) { return column.generated; });
+        if (areComputed && !table.columns.empty()) {
+            Column& first = table.columns.front();
+            omit("that column " + table.name + "." + first.name + " is computed",
+                 "SQLite wants a column that isn't", first.defaultValue);
+            first.generated = false;
+            first.defaultValue.clear();
+        }
+    }
+
+    bool takesComputation(Table const& table, Column const& column, std::string const& name) {
+        std::string const part = quoteName(column.name) + " AS (" + written(column.defaultValue) + ")";
+        std::string const sql = table.columns.size() > 1 ? skeleton(table, part, &column)
+                                                         : "CREATE TABLE t(\"another column\", " + part + ")";
+        return accepts(trial.problem(sql), "that " + name + " is computed", column.defaultValue);
+    }
+
+    /// A plain value stands there without parentheses, in which a name would be a column's.
+    bool takesDefault(Column const& column, std::string const& name) {
+        std::string const value = written(column.defaultValue);
+        if (!native && database::lowerCase(column.defaultValue) == "now()") {
+            return true;
+        }
+        bool const isPlain = database::tokenize(value).size() < 3 &&
+                             trial.problem("CREATE TABLE t(a DEFAULT " + value + ")").empty();
+        return isPlain || accepts(trial.problem("CREATE TABLE t(a DEFAULT (" + value + "))"),
+                                  "default of " + name, column.defaultValue);
+    }
+
+    // ---- keys ----------------------------------------------------------------------------------------
+
+    bool meetKey(Key& key) {
+        Table const& table = tableAt(key.table);
+        std::string const name = (key.kind == KeyKind::FOREIGN ? "foreign key of " : "key of ") + table.name;
+        bool const hasComputed = std::any_of(key.columns.begin(), key.columns.end(), [&](int column) {
+            return table.columns[static_cast<std::size_t>(column)].generated;
+        });
+        if (key.kind == KeyKind::PRIMARY && hasComputed) {
+            return omit(name, "a column of a primary key can't be computed");
+        }
+        std::string const list = columnNames(table, key);
+        auto const drop = [&](char const* extra, std::string const& part) {
+            std::string const* const value = findExtra(key.extras, extra);
+            std::string const text = value ? *value : "";
+            if (value && !accepts(trial.problem(skeleton(table, part + text + closing(extra))),
+                                  std::string(extra) + " of " + name, text)) {
+                erase(key.extras, extra);
+            }
+        };
+        if (key.kind == KeyKind::FOREIGN) {
+            drop("match", "FOREIGN KEY (" + list + ") REFERENCES t MATCH ");
+            drop("deferrable", "FOREIGN KEY (" + list + ") REFERENCES t DEFERRABLE ");
+            std::string const* const told = findExtra(key.extras, "references");
+            return !told ||
+                   accepts(trial.problem(skeleton(table, "FOREIGN KEY (" + list + ") REFERENCES " + *told)),
+                           name, *told);
+        }
+        if (native) {
+            drop("columns", "UNIQUE (");
+            drop("conflict", "UNIQUE (" + list + ") ON CONFLICT ");
+            meetColumnKey(table, key, name);
+        }
+        return true;
+    }
+
+    static char const* closing(std::string const& extra) { return extra == "columns" ? ")" : ""; }
+
+    static void erase(Extras& extras, std::string const& name) {
+        keepIf(extras, [&](database::Extra const& extra) { return extra.name != name; });
+    }
+
+    static std::string columnNames(Table const& table, Key const& key) {
+        std::vector<std::string> names;
+        for (int const column : key.columns) {
+            names.push_back(table.columns[static_cast<std::size_t>(column)].name);
+        }
+        return quoteNames(names);
+    }
+
+    /// A primary key that stands with its column. AUTOINCREMENT goes with a plain INTEGER alone.
+    void meetColumnKey(Table const& table, Key& key, std::string const& name) {
+        std::string const* const order = findExtra(key.extras, "order");
+        if (order && !equalIgnoringCase(*order, "ASC") && !equalIgnoringCase(*order, "DESC")) {
+            omit("order of " + name, "it is neither ASC nor DESC", *order);
+            erase(key.extras, "order");
+        }
+        if (!findExtra(key.extras, "autoincrement")) {
+            return;
+        }
+        Column const& column = table.columns[static_cast<std::size_t>(key.columns.front())];
+        bool const isInteger =
+            column.type >= 0 &&
+            equalIgnoringCase(structure.types[static_cast<std::size_t>(column.type)].declaration, "INTEGER");
+        bool const isPlain = key.kind == KeyKind::PRIMARY && key.columns.size() == 1 &&
+                             (!order || !equalIgnoringCase(*order, "DESC"));
+        if (!isInteger || !isPlain || hasOption(table, "WITHOUT ROWID")) {
+            omit("autoincrement of " + name, "only an INTEGER that is a primary key counts itself up");
+            erase(key.extras, "autoincrement");
+        }
+    }
+
+    // ---- tables --------------------------------------------------------------------------------------
+
+    static bool hasOption(Table const& table, char const* option) {
+        return table.nativeKind.find(option) != std::string::npos;
+    }
+
+    void meetOptions(Table& table) {
+        if (hasOption(table, "WITHOUT ROWID") && !hasPrimaryKey(table)) {
+            dropOption(table, "WITHOUT ROWID", "it has no primary key");
+        }
+        if (hasOption(table, "STRICT") && !hasStrictTypes(table)) {
+            dropOption(table, "STRICT", "not all of its columns are of a type that it may have then");
+        }
+    }
+
+    void dropOption(Table& table, std::string const& option, std::string const& reason) {
+        table.nativeKind.erase(table.nativeKind.find(option), option.size());
+        if (native) {
+            omit("that table " + table.name + " is " + option, reason);
+        }
+    }
+
+    bool hasPrimaryKey(Table const& table) const {
+        auto const number = static_cast<int>(&table - structure.tables.data());
+        return std::any_of(structure.keys.begin(), structure.keys.end(), [number](Key const& key) {
+            return key.table == number && key.kind == KeyKind::PRIMARY;
+        });
+    }
+
+    bool hasStrictTypes(Table const& table) const {
+        static std::set<std::string> const types = {"INT", "INTEGER", "REAL", "TEXT", "BLOB", "ANY"};
+        return std::all_of(table.columns.begin(), table.columns.end(), [this](Column const& column) {
+            return column.type >= 0 &&
+                   types.count(database::upperCase(
+                       structure.types[static_cast<std::size_t>(column.type)].declaration)) > 0;
+        });
+    }
+
+    bool takesCheck(database::Check const& check) {
+        if (check.table < 0) {
+            return true;
+        }
+        Table const& table = tableAt(check.table);
+        return accepts(trial.problem(skeleton(table, "CHECK (" + written(check.expression) + ")")),
+                       "check " + check.name + " of " + table.name, check.expression);
+    }
+
+    // ---- indexes, views, triggers --------------------------------------------------------------------
+
+    bool takesIndex(database::Index const& index) {
+        std::string const* const where = findExtra(index.extras, "where");
+        bool const isPlain =
+            std::all_of(index.members.begin(), index.members.end(),
+                        [](database::IndexMember const& member) { return member.column >= 0; });
+        if (isPlain && !where) {
+            return true;
+        }
+        Table const& table = tableAt(index.table);
+        std::string members;
+        for (database::IndexMember const& member : index.members) {
+            members +=
+                (members.empty() ? "" : ", ") +
+                (member.column >= 0 ? quoteName(table.columns[static_cast<std::size_t>(member.column)].name)
+                                    : written(member.expression));
+        }
+        std::string const sql = "CREATE INDEX \"an index\" ON " + quoteName(table.name) + "(" + members +
+                                ")" + (where ? " WHERE " + written(*where) : "");
+        return accepts(trial.problem(skeleton(table, ""), sql), "index " + index.name, sql);
+    }
+
+    /// One that can't be read has no query any more.
+    void meetViews() {
+        for (Table& table : structure.tables) {
+            if (table.kind == TableKind::TABLE) {
+                continue;
+            }
+            std::optional<std::string> const sql = native ? table.statement : translateSql(table.statement);
+            std::string const problem = sql ? trial.problem("CREATE VIEW v AS " + *sql) : "";
+            // Schemas of another system go when the view is written.
+            bool const isOfSchema = problem.find("cannot reference objects in database") != problem.npos;
+            if (!(isOfSchema && !native) && !accepts(problem, "view " + table.name, table.statement)) {
+                table.statement.clear();
+            }
+        }
+    }
+
+    /// A trigger must be on its own table, of which the statement might tell another name.
+    bool takesTrigger(database::Trigger const& trigger) {
+        Table const& table = tableAt(trigger.table);
+        std::string const name = quoteName(table.name);
+        std::string const needed =
+            table.kind == TableKind::TABLE ? skeleton(table, "") : "CREATE VIEW " + name + " AS SELECT 1";
+        return !native || accepts(trial.problem(needed, trigger.statement),
+                                  "trigger " + trigger.name + " of " + table.name, trigger.statement);
+    }
+
+    Structure& structure;
+    std::vector<Omission>& omissions;
+    bool const native;
+    Trial trial;
+};
+
+} // namespace
+
+void meetRequirements(database::Writable& writable) {
+    Requirements(writable).meet();
+}
+
+} // namespace sqlite
