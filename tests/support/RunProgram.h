@@ -15,7 +15,7 @@ struct ProgramResult {
     int exitCode; ///< 256 and more for a program that a signal ended
     std::string out;
     std::string err;
-    long peakMemory; ///< the most that it held at once, in KiB
+    long peakMemory = 0; ///< the most that it held at once, in KiB
 };
 
 /// Runs a program to its end. `prepare` is called in the new process before the program starts.
