@@ -44,7 +44,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::ofstream(file, std::ios::binary)
         .write(reinterpret_cast<char const*>(data), static_cast<std::streamsize>(size));
     try {
-        kit::Graph const graph = qorprogram::loadSource(file.string());
+        std::ostringstream remarks;
+        qorprogram::Session const session{remarks, remarks};
+        kit::Graph const graph = qorprogram::loadSource(file.string(), session);
         for (std::string const& fault : kit::verify(graph.root()))
             require(false, fault.c_str());
         std::ostringstream out;

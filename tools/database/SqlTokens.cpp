@@ -185,6 +185,11 @@ std::string_view textBetween(Token const& first, Token const& last) {
     return {first.text.data(), static_cast<std::size_t>(end - first.text.data())};
 }
 
+std::string trimmedSql(std::string_view sql) {
+    std::vector<Token> const tokens = tokenize(sql);
+    return tokens.empty() ? "" : std::string(textBetween(tokens.front(), tokens.back()));
+}
+
 std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open) {
     int depth = 0;
     for (std::size_t i = open; i < tokens.size(); ++i) {

@@ -35,6 +35,10 @@ std::vector<Token> tokenize(std::string_view sql);
 /// The text from one token to another, both included; they must be of the same text.
 std::string_view textBetween(Token const& first, Token const& last);
 
+/// The text from its first token to its last: without comments at its ends, so that what is put behind it is
+/// no part of one.
+std::string trimmedSql(std::string_view sql);
+
 /// The position of the token that closes the parenthesis at `open`, or that of the last token if none does.
 std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open);
 

@@ -89,8 +89,8 @@ diff::Options optionsFrom(DiffOptions const& given) {
 
 void compareSources(DiffOptions const& options, Session& session) {
     diff::Options const rules = optionsFrom(options);
-    kit::Graph const before = loadSource(options.before);
-    kit::Graph const after = loadSource(options.after);
+    kit::Graph const before = loadSource(options.before, session);
+    kit::Graph const after = loadSource(options.after, session);
     diff::Difference const difference = diff::compare(before.root(), after.root(), rules);
     session.exitCode = difference.none() ? 0 : different;
     if (session.quiet) {

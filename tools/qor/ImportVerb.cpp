@@ -20,7 +20,7 @@ struct ImportOptions {
 };
 
 void import(ImportOptions const& options, Session& session) {
-    kit::Graph const graph = loadSource(options.source);
+    kit::Graph const graph = loadSource(options.source, session);
     kit::writeOutput(options.output, session.out, [&](std::ostream& out) {
         if (!options.output.empty()) {
             exchange::writeJson(graph.root(), out);

@@ -1,5 +1,6 @@
 #include "qor/Program.h"
 
+#include "kit/OneLine.h"
 #include "kit/ToolError.h"
 #include "postgres/PostgresUrl.h"
 #include "qor/Session.h"
@@ -13,17 +14,6 @@
 namespace qorprogram {
 namespace {
 
-/// A file's name, and so a message, can hold anything; one line is promised.
-std::string onOneLine(std::string text) {
-    for (char& character : text) {
-        auto const code = static_cast<unsigned char>(character);
-        if (code < 0x20 || code == 0x7f) {
-            character = ' ';
-        }
-    }
-    return text;
-}
-
 /// The address of a database is an argument that may hold a password.
 std::string withoutPasswords(std::string problem, int argc, char const* const* argv) {
     for (int i = 1; i < argc; ++i) {
@@ -33,7 +23,7 @@ std::string withoutPasswords(std::string problem, int argc, char const* const* a
 }
 
 int fail(std::ostream& err, std::string const& problem) {
-    err << "qor: " << onOneLine(problem) << std::endl;
+    err << "qor: " << kit::onOneLine(problem) << std::endl;
     return failure;
 }
 

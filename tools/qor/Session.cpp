@@ -2,6 +2,7 @@
 
 #include "database/ModelBuilder.h"
 #include "exchange/JsonReader.h"
+#include "kit/OneLine.h"
 #include "postgres/Connection.h"
 #include "postgres/PostgresUrl.h"
 #include "postgres/StructureReader.h"
@@ -12,6 +13,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <ostream>
 
 namespace qorprogram {
 namespace {
@@ -41,13 +43,23 @@ database::Structure readDatabase(std::string const& source) {
 
 } // namespace
 
-kit::Graph loadSource(std::string const& source) {
+kit::Graph loadSource(std::string const& source, Session const& session) {
     if (!postgres::isPostgresUrl(source) && isJson(source)) {
         return exchange::readJsonFile(source);
     }
+    database::Structure const structure = readDatabase(source);
     kit::Graph graph;
-    graph.adoptTree(database::buildModel(readDatabase(source)).release());
+    graph.adoptTree(database::buildModel(structure).release());
+    for (database::Remark const& remark : structure.remarks) {
+        session.remark(structure.origin.source + ": " + remark.object + ": " + remark.text);
+    }
     return graph;
+}
+
+void Session::remark(std::string const& text) const {
+    if (!quiet) {
+        err << "qor: " << kit::onOneLine(text) << '\n';
+    }
 }
 
 } // namespace qorprogram

@@ -13,6 +13,9 @@ struct Session {
     std::ostream& err;
     bool quiet = false; ///< no remarks, but errors all the same
     int exitCode = 0;
+
+    /// Writes a line for the user, unless remarks aren't wanted.
+    void remark(std::string const& text) const;
 };
 
 /// What the help says of that which a verb reads.
@@ -24,7 +27,7 @@ constexpr char const* quietHelp = "No progress and no remarks beside the result"
 
 /// Reads what a verb works on: a graph in JSON, known by its first character or by the ending ".json" of its
 /// name, or the structure of a PostgreSQL database, given by its URL, or else that of an SQLite database.
-/// Throws kit::ToolError.
-kit::Graph loadSource(std::string const& source);
+/// What the reader has to say of its objects goes to `session`. Throws kit::ToolError.
+kit::Graph loadSource(std::string const& source, Session const& session);
 
 } // namespace qorprogram
