@@ -1,5 +1,7 @@
 #include "postgres/SqlWriter.h"
 
+#include "postgres/ForeignStructure.h"
+#include "postgres/ForeignTypes.h"
 #include "postgres/SqlNames.h"
 #include "postgres/StatementOrder.h"
 
@@ -53,59 +55,13 @@ std::string actionClause(char const* event, Action action) {
     return action == Action::NO_ACTION ? "" : std::string(event) + textOf(action);
 }
 
-std::string inParentheses(int length, int scale) {
-    return length <= 0 ? ""
-                       : "(" + std::to_string(length) + (scale > 0 ? "," + std::to_string(scale) : "") + ")";
-}
-
-/// The type of PostgreSQL that holds what a type of another system does.
-std::string translatedType(Type const& type) {
-    static std::map<std::string, char const*> const translations = {
-        {"SQL_BIGINT", "bigint"},
-        {"SQL_BINARY", "bytea"},
-        {"SQL_BLOB", "bytea"},
-        {"SQL_BOOLEAN", "boolean"},
-        {"SQL_DATE", "date"},
-        {"SQL_DOUBLE", "double precision"},
-        {"SQL_FLOAT", "double precision"},
-        {"SQL_INTEGER", "integer"},
-        {"SQL_LONGVARBINARY", "bytea"},
-        {"SQL_REAL", "real"},
-        {"SQL_SMALLINT", "smallint"},
-        {"SQL_TIME", "time"},
-        {"SQL_TIMESTAMP", "timestamp"},
-        {"SQL_TIMESTAMP_WITH_TIME_ZONE", "timestamp with time zone"},
-        {"SQL_TIME_WITH_TIME_ZONE", "time with time zone"},
-        {"SQL_TINYINT", "smallint"},
-        {"SQL_VARBINARY", "bytea"},
-    };
-    std::string const& name = type.dataType;
-    auto const found = translations.find(name);
-    if (found != translations.end()) {
-        return found->second;
-    }
-    if (name == "SQL_NUMERIC" || name == "SQL_DECIMAL") {
-        return "numeric" + inParentheses(type.length, type.scale);
-    }
-    bool const isFixed = name == "SQL_CHAR" || name == "SQL_NCHAR";
-    if ((isFixed || name == "SQL_VARCHAR" || name == "SQL_NVARCHAR") && type.length > 0) {
-        return (isFixed ? "char" : "varchar") + inParentheses(type.length, 0);
-    }
-    constexpr std::string_view interval = "SQL_INTERVAL_";
-    if (beginsWith(name, interval)) {
-        std::string fields = name.substr(4);
-        std::replace(fields.begin(), fields.end(), '_', ' ');
-        return fields;
-    }
-    return "text";
-}
-
 class Writer {
 public:
-    Writer(Structure const& toWrite, std::ostream& stream)
-        : structure(toWrite), out(stream), foreign(toWrite.origin.system != "PostgreSQL") {}
+    Writer(Structure const& toWrite, ForeignStructure const* translation, std::ostream& stream)
+        : structure(toWrite), translated(translation), out(stream),
+          foreign(toWrite.origin.system != "PostgreSQL") {}
 
-    void run() {
+    Omissions run() {
         groupByOwner();
         writeSettings();
         writeSchemas();
@@ -119,6 +75,7 @@ public:
         writeTriggers();
         writeCatalogExtras(false);
         writeComments();
+        return std::move(omissions);
     }
 
 private:
@@ -177,6 +134,12 @@ private:
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
     }
     void statement(std::string const& text) { out << text << ";\n"; }
+    void leftOut(Omission const& omission) { leaveOut(omission, out, omissions); }
+    void tellOmissions(Omissions ForeignStructure::*which) {
+        for (Omission const& omission : translated ? translated->*which : Omissions()) {
+            leftOut(omission);
+        }
+    }
     void comment(std::string const& kind, std::string const& name, std::string const& text) {
         if (!text.empty()) {
             statement("COMMENT ON " + kind + " " + name + " IS " + quoteText(text));
@@ -184,7 +147,10 @@ private:
     }
 
     Structure const& structure;
+    ForeignStructure const* const
+        translated; ///< what was left out of the structure of another system, or null
     std::ostream& out;
+    Omissions omissions;
     bool foreign;
     std::vector<std::vector<Key const*>> keysOfTable;
     std::vector<std::vector<Check const*>> checksOfTable;
@@ -236,8 +202,11 @@ void Writer::writeCatalogExtras(bool first) {
         if (beginsWith(extra.value, "CREATE ") && !foreign) {
             statement(extra.value);
         } else {
-            out << asComment("Not written: " + extra.name + " " + extra.value);
+            leftOut({extra.name + " " + extra.value, "no statement for it has been read", ""});
         }
+    }
+    if (first) {
+        tellOmissions(&ForeignStructure::ofDatabase);
     }
 }
 
@@ -290,12 +259,13 @@ void Writer::writeObjects() {
         Table const& table = structure.tables[i];
         creations.push_back({schemaName(table.schema), table.name,
                              table.kind == TableKind::TABLE ? tableStatement(table, static_cast<int>(i))
-                                                            : viewStatement(table)});
+                                                            : viewStatement(table),
+                             std::string::npos, static_cast<int>(i)});
     }
     for (Routine const& routine : structure.routines) {
         std::string const text =
             foreign ? asComment("Not written: routine " + routine.name) : routine.statement;
-        creations.push_back({schemaName(routine.schema), routine.name, text, text.find("\nAS ")});
+        creations.push_back({schemaName(routine.schema), routine.name, text, text.find("\nAS "), -1});
     }
     // Tables come before functions and functions before views, unless one needs the other.
     std::stable_partition(creations.begin(), creations.end(), [](Creation const& creation) {
@@ -306,8 +276,14 @@ void Writer::writeObjects() {
         std::string const& text = creations[index].statement;
         bool const isComment = beginsWith(text, "--");
         out << '\n' << text << (isComment ? "" : ";\n");
+        if (translated && creations[index].table >= 0) {
+            for (Omission const& omission : at(translated->ofTables, creations[index].table)) {
+                leftOut(omission);
+            }
+        }
     }
     out << '\n';
+    tellOmissions(&ForeignStructure::ofObjects);
 }
 
 std::string Writer::typeStatement(Type const& type, int index) {
@@ -492,6 +468,7 @@ void Writer::writeIndexes() {
     for (Index const& index : structure.indexes) {
         statement(indexText(index));
     }
+    tellOmissions(&ForeignStructure::ofIndexes);
 }
 
 std::string Writer::indexText(Index const& index) {
@@ -542,9 +519,11 @@ void Writer::writeForeignKeys() {
             statement(std::string("ALTER TABLE ") + (isPartitioned ? "" : "ONLY ") + tableName(key.table) +
                       " ADD " + keyText(key));
         } else {
-            out << asComment("Not written: foreign key " + key.name + " of " + tableName(key.table));
+            leftOut({"foreign key " + key.name + " of " + tableName(key.table),
+                     "it isn't known what it refers to", ""});
         }
     }
+    tellOmissions(&ForeignStructure::ofForeignKeys);
 }
 
 /// What can't be said where a thing is made.
@@ -672,6 +651,7 @@ void Writer::writeTriggers() {
                       quoteName(trigger.name));
         }
     }
+    tellOmissions(&ForeignStructure::ofTriggers);
 }
 
 /// The types by which one function is told from others of its name.
@@ -765,8 +745,12 @@ void Writer::writeTableComments() {
 
 } // namespace
 
-void writePostgresSql(Structure const& structure, std::ostream& out) {
-    Writer(structure, out).run();
+Omissions writePostgresSql(Structure const& structure, std::ostream& out) {
+    if (structure.origin.system == "PostgreSQL") {
+        return Writer(structure, nullptr, out).run();
+    }
+    ForeignStructure const foreign = translateStructure(structure);
+    return Writer(foreign.structure, &foreign, out).run();
 }
 
 } // namespace postgres

@@ -13,6 +13,7 @@ struct Creation {
     /// The beginning of the statement that is looked at for names of other things: what the database itself
     /// looks at when it runs the statement.
     std::size_t lookedAt = std::string::npos;
+    int table = -1; ///< the number of what is made, if that is a table or view
 };
 
 /// The statements' indexes in an order in which each comes after those that make what it names; otherwise

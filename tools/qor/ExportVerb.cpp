@@ -1,6 +1,7 @@
 #include "qor/Verbs.h"
 
 #include "database/ModelReader.h"
+#include "database/Omission.h"
 #include "database/SqlTokens.h"
 #include "exchange/DotWriter.h"
 #include "exchange/JsonWriter.h"
@@ -27,7 +28,7 @@ using Writer = void (*)(QORObject& root, std::ostream& out);
 std::map<std::string, Writer> const writers = {
     {"json", exchange::writeJson}, {"dot", exchange::writeDot}, {"markdown", exchange::writeMarkdown}};
 
-using SqlWriter = void (*)(database::Structure const& structure, std::ostream& out);
+using SqlWriter = database::Omissions (*)(database::Structure const& structure, std::ostream& out);
 
 std::map<std::string, SqlWriter> const sqlWriters = {{"sqlite", sqlite::writeSqliteSql},
                                                      {"postgresql", postgres::writePostgresSql}};
@@ -57,14 +58,19 @@ void exportSql(ExportOptions const& options, kit::Graph const& graph, Session& s
     }
     database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
     SqlWriter const write = sqlWriterFor(options, structure);
-    kit::writeOutput(options.output, session.out, [&](std::ostream& out) { write(structure, out); });
+    database::Omissions omissions;
+    kit::writeOutput(options.output, session.out,
+                     [&](std::ostream& out) { omissions = write(structure, out); });
+    for (database::Omission const& omission : omissions) {
+        session.remark(database::textOf(omission));
+    }
 }
 
 void exportGraph(ExportOptions const& options, Session& session) {
     if (!options.dialect.empty() && options.format != "sql") {
         throw kit::ToolError("--dialect", "goes with --format sql alone");
     }
-    kit::Graph const graph = loadSource(options.source);
+    kit::Graph const graph = loadSource(options.source, session);
     if (options.format == "sql") {
         exportSql(options, graph, session);
         return;
