@@ -40,16 +40,6 @@ bool beginsWith(std::string const& text, std::string_view start) {
     return text.compare(0, start.size(), start) == 0;
 }
 
-/// Each line of a text as a comment of SQL.
-std::string asComment(std::string const& text) {
-    std::string result = "-- ";
-    for (char const character : text) {
-        result += character;
-        result += character == '\n' ? "-- " : "";
-    }
-    return result + "\n";
-}
-
 /// Nothing for what holds where nothing is said.
 std::string actionClause(char const* event, Action action) {
     return action == Action::NO_ACTION ? "" : std::string(event) + textOf(action);
@@ -57,9 +47,9 @@ std::string actionClause(char const* event, Action action) {
 
 class Writer {
 public:
+    /// What was left out of the structure of another system, or null.
     Writer(Structure const& toWrite, ForeignStructure const* translation, std::ostream& stream)
-        : structure(toWrite), translated(translation), out(stream),
-          foreign(toWrite.origin.system != "PostgreSQL") {}
+        : structure(toWrite), translated(translation), out(stream) {}
 
     Omissions run() {
         groupByOwner();
@@ -107,8 +97,6 @@ private:
     std::string tableParts(Table const& table, int index);
     std::string viewStatement(Table const& table);
     std::string columnText(Table const& table, Column const& column);
-    std::string defaultText(Column const& column);
-    bool isCounted(Table const& table, Column const& column) const;
     std::string keyText(Key const& key);
     std::string checkText(Check const& check);
     std::string indexText(Index const& index);
@@ -125,7 +113,7 @@ private:
     std::string columnNames(int table, std::vector<int> const& columns) const;
     /// Operators and casts need functions, and tables and views may need them.
     bool isAmongObjects(Extra const& extra) const {
-        return !foreign && (beginsWith(extra.name, "operator ") || beginsWith(extra.name, "cast ")) &&
+        return (beginsWith(extra.name, "operator ") || beginsWith(extra.name, "cast ")) &&
                beginsWith(extra.value, "CREATE ");
     }
     bool isPartition(Table const& table) const { return has(table, "partition bound"); }
@@ -151,7 +139,6 @@ private:
         translated; ///< what was left out of the structure of another system, or null
     std::ostream& out;
     Omissions omissions;
-    bool foreign;
     std::vector<std::vector<Key const*>> keysOfTable;
     std::vector<std::vector<Check const*>> checksOfTable;
     std::vector<std::vector<Check const*>> checksOfType;
@@ -172,15 +159,10 @@ void Writer::groupByOwner() {
 
 /// The bodies of functions aren't looked at, so that they may name what comes later.
 void Writer::writeSettings() {
-    out << asComment("The structure of " + structure.catalog.name + ", for PostgreSQL");
+    writeComment("The structure of " + structure.catalog.name + ", for PostgreSQL", out);
     out << "SET client_encoding = 'UTF8';\nSET standard_conforming_strings = on;\n"
            "SET check_function_bodies = off;\nSET client_min_messages = warning;\n";
-    std::string path;
-    for (Schema const& schema : structure.schemas) {
-        path += (path.empty() ? "" : ", ") + quoteName(schema.name);
-    }
-    bool const needsPath = foreign && !path.empty();
-    statement("SET search_path = " + (needsPath ? path : std::string("''")));
+    statement("SET search_path = ''");
     out << '\n';
 }
 
@@ -199,7 +181,7 @@ void Writer::writeCatalogExtras(bool first) {
         if (isLate == first || isAmongObjects(extra)) {
             continue;
         }
-        if (beginsWith(extra.value, "CREATE ") && !foreign) {
+        if (beginsWith(extra.value, "CREATE ")) {
             statement(extra.value);
         } else {
             leftOut({extra.name + " " + extra.value, "no statement for it has been read", ""});
@@ -218,7 +200,7 @@ std::string Writer::typeName(int index) const {
     if (type.kind != TypeKind::BUILT_IN || type.schema >= 0) {
         return qualified(type.schema, type.name);
     }
-    return foreign || type.declaration.empty() ? translatedType(type) : type.declaration;
+    return type.declaration.empty() ? translatedType(type) : type.declaration;
 }
 
 std::string Writer::columnNames(int table, std::vector<int> const& columns) const {
@@ -235,7 +217,9 @@ void Writer::writeObjects() {
     std::vector<Creation> creations;
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         Type const& type = structure.types[i];
-        if (type.kind != TypeKind::BUILT_IN || type.schema >= 0) {
+        if (type.kind == TypeKind::BUILT_IN && type.schema >= 0) {
+            leftOut({"base type " + type.declaration, "no statement for it has been read", ""});
+        } else if (type.kind != TypeKind::BUILT_IN) {
             creations.push_back(
                 {schemaName(type.schema), type.name, typeStatement(type, static_cast<int>(i))});
         }
@@ -263,8 +247,7 @@ void Writer::writeObjects() {
                              std::string::npos, static_cast<int>(i)});
     }
     for (Routine const& routine : structure.routines) {
-        std::string const text =
-            foreign ? asComment("Not written: routine " + routine.name) : routine.statement;
+        std::string const& text = routine.statement;
         creations.push_back({schemaName(routine.schema), routine.name, text, text.find("\nAS "), -1});
     }
     // Tables come before functions and functions before views, unless one needs the other.
@@ -272,10 +255,8 @@ void Writer::writeObjects() {
         return !beginsWith(creation.statement, "CREATE VIEW") &&
                !beginsWith(creation.statement, "CREATE MATERIALIZED");
     });
-    for (std::size_t const index : orderByNeeds(creations, foreign)) {
-        std::string const& text = creations[index].statement;
-        bool const isComment = beginsWith(text, "--");
-        out << '\n' << text << (isComment ? "" : ";\n");
+    for (std::size_t const index : orderByNeeds(creations, false)) {
+        out << '\n' << creations[index].statement << ";\n";
         if (translated && creations[index].table >= 0) {
             for (Omission const& omission : at(translated->ofTables, creations[index].table)) {
                 leftOut(omission);
@@ -301,9 +282,6 @@ std::string Writer::typeStatement(Type const& type, int index) {
     if (type.kind == TypeKind::RANGE) {
         return "CREATE TYPE " + name + " AS RANGE (" + valueOf(type.extras, "range") + ")";
     }
-    if (type.kind != TypeKind::DOMAIN_TYPE) {
-        return asComment("Not written: base type " + type.declaration);
-    }
     std::string text = "CREATE DOMAIN " + name + " AS " + typeName(type.base) +
                        clause(type.extras, "collation", " COLLATE ") +
                        (type.defaultValue.empty() ? "" : " DEFAULT " + type.defaultValue) +
@@ -321,7 +299,7 @@ std::string Writer::checkText(Check const& check) {
 }
 
 std::string Writer::tableStatement(Table const& table, int index) {
-    bool const isForeignTable = has(table, "server") && !foreign;
+    bool const isForeignTable = has(table, "server");
     std::string const type = valueOf(table.extras, "of");
     std::string const parts = tableParts(table, index);
     std::string text = std::string("CREATE ") + (has(table, "unlogged") ? "UNLOGGED " : "") +
@@ -370,29 +348,6 @@ std::string Writer::tableParts(Table const& table, int index) {
     return parts;
 }
 
-/// A literal of another system suits in most cases; a truth value may be a number there.
-std::string Writer::defaultText(Column const& column) {
-    std::string const& value = column.defaultValue;
-    if (!foreign) {
-        return value;
-    }
-    if (typeName(column.type) == "boolean" && (value == "0" || value == "1")) {
-        return value == "1" ? "true" : "false";
-    }
-    bool const isLiteral = value.front() == '\'' || value.find_first_of("( |*/+") == std::string::npos;
-    return isLiteral ? value : "(" + value + ")";
-}
-
-/// True for a column whose values another system counts up by itself.
-bool Writer::isCounted(Table const& table, Column const& column) const {
-    auto const index = static_cast<std::size_t>(&table - structure.tables.data());
-    auto const position = static_cast<int>(&column - table.columns.data());
-    auto const& keys = keysOfTable[index];
-    return std::any_of(keys.begin(), keys.end(), [&](Key const* key) {
-        return has(*key, "autoincrement") && key->columns == std::vector<int>{position};
-    });
-}
-
 std::string Writer::columnText(Table const& table, Column const& column) {
     Extras const& extras = column.extras;
     std::string text = quoteName(column.name);
@@ -404,18 +359,16 @@ std::string Writer::columnText(Table const& table, Column const& column) {
         text += " WITH OPTIONS";
     } else {
         text += " " + typeName(column.type) + clause(extras, "options", " OPTIONS (", ")") +
-                (foreign ? "" : clause(extras, "collation", " COLLATE "));
+                clause(extras, "collation", " COLLATE ");
     }
     if (column.generated) {
         text += " GENERATED ALWAYS AS (" + column.defaultValue + ") ";
-        text += !foreign && valueOf(extras, "generated") == "VIRTUAL" ? "VIRTUAL" : "STORED";
+        text += valueOf(extras, "generated") == "VIRTUAL" ? "VIRTUAL" : "STORED";
     } else if (has(column, "identity")) {
         text += clause(extras, "identity", " GENERATED ", " AS IDENTITY") +
                 clause(extras, "identity sequence", " (", ")");
-    } else if (isCounted(table, column)) {
-        text += " GENERATED BY DEFAULT AS IDENTITY";
     } else if (!column.defaultValue.empty()) {
-        text += " DEFAULT " + defaultText(column);
+        text += " DEFAULT " + column.defaultValue;
     }
     return text + (column.notNull ? " NOT NULL" : "");
 }
@@ -444,18 +397,11 @@ std::string Writer::keyText(Key const& key) {
            (has(key, "not valid") ? " NOT VALID" : "");
 }
 
-/// The names of the columns follow from the statement, unless it is another system's.
+/// The names of the columns follow from the statement.
 std::string Writer::viewStatement(Table const& table) {
     bool const stored = table.kind == TableKind::MATERIALIZED_VIEW;
     std::string text = std::string("CREATE ") + (stored ? "MATERIALIZED " : "") + "VIEW " +
                        qualified(table.schema, table.name);
-    if (foreign && !table.columns.empty()) {
-        std::string names;
-        for (Column const& column : table.columns) {
-            names += (names.empty() ? "" : ", ") + quoteName(column.name);
-        }
-        text += " (" + names + ")";
-    }
     if (has(table, "access method")) {
         text += " USING " + quoteName(valueOf(table.extras, "access method"));
     }
@@ -490,10 +436,8 @@ std::string Writer::memberText(Index const& index, IndexMember const& member) {
     std::string text = member.column >= 0
                            ? quoteName(at(at(structure.tables, index.table).columns, member.column).name)
                            : "(" + member.expression + ")";
-    if (!foreign) {
-        text += clause(member.extras, "collation", " COLLATE ") + clause(member.extras, "opclass", " ") +
-                clause(member.extras, "opclass options", " (", ")");
-    }
+    text += clause(member.extras, "collation", " COLLATE ") + clause(member.extras, "opclass", " ") +
+            clause(member.extras, "opclass options", " (", ")");
     return text + (member.descending ? " DESC" : "") + clause(member.extras, "nulls", " NULLS ");
 }
 
@@ -590,15 +534,12 @@ void Writer::writeColumnAlterations(Table const& table) {
             isOfParent && column.notNull && !isSameInParents(table, [&](Column const& other) {
                 return other.name != column.name || other.notNull;
             });
-        if (hasOwnDefault || (isOfView && !foreign && !column.defaultValue.empty())) {
+        if (hasOwnDefault || (isOfView && !column.defaultValue.empty())) {
             statement(start +
                       (column.defaultValue.empty() ? "DROP DEFAULT" : "SET DEFAULT " + column.defaultValue));
         }
         if (hasOwnNotNull) {
             statement(start + "SET NOT NULL");
-        }
-        if (foreign) {
-            continue;
         }
         std::pair<char const*, std::string> const settings[] = {{"storage", "SET STORAGE "},
                                                                 {"compression", "SET COMPRESSION "},
@@ -639,10 +580,6 @@ void Writer::writeTableExtras() {
 
 void Writer::writeTriggers() {
     for (Trigger const& trigger : structure.triggers) {
-        if (foreign) {
-            out << asComment("Not written: " + trigger.statement);
-            continue;
-        }
         statement(trigger.statement);
         std::string const enabled = valueOf(trigger.extras, "enabled");
         if (!enabled.empty()) {
@@ -702,13 +639,11 @@ void Writer::writeComments() {
         comment("SEQUENCE", qualified(sequence.schema, sequence.name), sequence.comment);
     }
     for (Routine const& routine : structure.routines) {
-        if (!foreign) {
-            comment("ROUTINE",
-                    qualified(routine.schema, routine.name) +
-                        signatureOf(structure, routine,
-                                    [](Type const& type) -> std::string const& { return type.declaration; }),
-                    routine.comment);
-        }
+        comment("ROUTINE",
+                qualified(routine.schema, routine.name) +
+                    signatureOf(structure, routine,
+                                [](Type const& type) -> std::string const& { return type.declaration; }),
+                routine.comment);
     }
 }
 
@@ -737,9 +672,7 @@ void Writer::writeTableComments() {
         comment("INDEX", qualified(at(structure.tables, index.table).schema, index.name), index.comment);
     }
     for (Trigger const& trigger : structure.triggers) {
-        if (!foreign) {
-            comment("TRIGGER", quoteName(trigger.name) + " ON " + tableName(trigger.table), trigger.comment);
-        }
+        comment("TRIGGER", quoteName(trigger.name) + " ON " + tableName(trigger.table), trigger.comment);
     }
 }
 
