@@ -211,6 +211,27 @@ TEST(PostgresForeignSql, StatementsThatPostgresqlRefusesAreRefused) {
     }
 }
 
+/// As many levels as a stack has no room for, of each kind that is nested.
+TEST(PostgresForeignSql, DepthIsRefused) {
+    auto const repeated = [](std::string const& text) {
+        std::string result;
+        for (int i = 0; i < 20000; ++i) {
+            result += text;
+        }
+        return result;
+    };
+    for (std::string const& sql :
+         {repeated("(") + "i" + repeated(")"), repeated("NOT ") + "b", repeated("- ") + "i",
+          repeated("~") + "i", repeated("CASE WHEN ") + "b" + repeated(" THEN 1 END"),
+          repeated("abs(") + "i" + repeated(")"), repeated("(SELECT ") + "i" + repeated(")"),
+          repeated("i IN (") + "1" + repeated(")"), repeated("CAST(") + "i" + repeated(" AS TEXT)")}) {
+        EXPECT_EQ(expressionOf(sql), "problem: it is nested too deeply") << sql.substr(0, 20);
+    }
+    EXPECT_EQ(selectOf(repeated("SELECT * FROM (") + "SELECT i FROM p" + repeated(")")),
+              "problem: it is nested too deeply");
+    EXPECT_EQ(expressionOf(std::string(40, '(') + "i" + std::string(40, ')')), "i");
+}
+
 /// Nothing that is cut off or damaged does harm.
 TEST(PostgresForeignSql, AnyPartOfAStatementIsReadOrRefused) {
     std::string const sql =

@@ -360,6 +360,7 @@ std::vector<SqlTranslator::Item> SqlTranslator::items() {
     for (Tokens part : splitAtCommas(tokens)) {
         require(!part.empty(), "it isn't understood behind SELECT");
         if (part.back().isSymbol('*') && (part.size() == 1 || part[part.size() - 2].isSymbol('.'))) {
+            require(part.size() != 2, "it isn't understood behind SELECT");
             expandStar(part.size() == 1 ? "" : part[part.size() - 3].name(), result);
             continue;
         }
