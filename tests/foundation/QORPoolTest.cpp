@@ -71,6 +71,29 @@ TEST(QORPool, BlocksNeverOverlapWhateverTheOrderOfTheirComingAndGoing) {
     }
 }
 
+TEST(QORPool, PagesThatEmptyAgainAndAgainServeWhicheverSizeComesNext) {
+    std::mt19937 random(20260705);
+    constexpr std::size_t sorts = 24; // of large blocks, so that few fill a page
+    std::vector<Block> blocks[sorts];
+    for (int step = 0; step < 40000; ++step) {
+        std::size_t const sort = random() % sorts;
+        std::size_t const size = 4096 - sort * 64;
+        if (random() % 2 == 0) {
+            for (std::size_t count = 1 + random() % 20; count > 0; --count)
+                blocks[sort].emplace_back(size, static_cast<unsigned char>(random()));
+            continue;
+        }
+        for (Block& block : blocks[sort]) {
+            ASSERT_TRUE(block.intact()) << "step " << step;
+            block.release();
+        }
+        blocks[sort].clear();
+    }
+    for (auto& ofSort : blocks)
+        for (Block& block : ofSort)
+            block.release();
+}
+
 TEST(QORPool, MemoryThatCameBackServesAgain) {
     std::vector<void*> first;
     for (int i = 0; i < 100000; ++i)

@@ -1828,9 +1828,9 @@ public:
         *note.end() = nullptr;
         return _removen(&note_, &note);
     }
-    bool disown(QORString const& name) {
+    bool disown(QORString const& title) {
         int cursor = 0;
-        auto* const note = static_cast<OpenNote*>(_removen(&note_, name, &cursor));
+        auto* const note = static_cast<OpenNote*>(_removen(&note_, title, &cursor));
         if (note)
             *note->end() = nullptr;
         return note;
