@@ -110,6 +110,29 @@ TEST(QORPool, MemoryThatCameBackServesAgain) {
         QORPool::release(block, 40);
 }
 
+TEST(QORPool, TakesNoMoreMemoryWhenTheSameBlocksComeAndGoAgain) {
+    auto const mapped = [] {
+        std::size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        return pages;
+    };
+    std::vector<void*> blocks(20000); // of 20 MB
+    for (void*& block : blocks)
+        block = QORPool::allocate(1000);
+    std::size_t const before = mapped();
+    for (int round = 0; round < 10; ++round) {
+        for (std::size_t i = 0; i < blocks.size(); ++i)
+            if (i % 10) // some stay on each page
+                QORPool::release(blocks[i], 1000);
+        for (std::size_t i = 0; i < blocks.size(); ++i)
+            if (i % 10)
+                blocks[i] = QORPool::allocate(1000);
+    }
+    EXPECT_LT(mapped(), before + 1000);
+    for (void* const block : blocks)
+        QORPool::release(block, 1000);
+}
+
 TEST(QORPool, BlocksApartAreGivenBackLikeTheOthers) {
     std::vector<void*> blocks;
     for (int round = 0; round < 3; ++round) {
