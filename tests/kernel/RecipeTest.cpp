@@ -1895,6 +1895,22 @@ TEST(Recipe, SeesThatACallersClassHasTakenALinkApart) {
     EXPECT_EQ(deaths, 0);
 }
 
+TEST(Recipe, DeletesAnObjectOfWhichACallersClassHasClearedAUnaryEnd) {
+    class Forgetting : public QORClass {
+    public:
+        void forgetGrouping() { grouping_ = nullptr; }
+    };
+    int deaths = 0;
+    QORGrouping grouping;
+    auto owner = std::make_unique<Forgetting>();
+    ASSERT_TRUE(owner->addNote(new OpenNote(deaths)));
+    ASSERT_TRUE(owner->addGrouping(&grouping));
+    owner->forgetGrouping();
+    ASSERT_TRUE(grouping.removeAssociatedClass(owner.get()));
+    owner.reset();
+    EXPECT_EQ(deaths, 1);
+}
+
 TEST(Recipe, FreesTheMemoryOfAnEndThatACallersClassHasEmptied) {
     QORAssociationRole role;
     long const before = liveAllocations();
