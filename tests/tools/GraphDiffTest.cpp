@@ -240,6 +240,18 @@ TEST(GraphDiff, OriginCountsOnRequest) {
     EXPECT_EQ(a.difference(b, true).removed.size(), 1u);
 }
 
+TEST(GraphDiff, WhatTheOriginOwnsCountsOnRequestToo) {
+    Source const a("old");
+    Source b("new");
+    auto* const note = new QORNote;
+    b.graph.adopt(note);
+    b.origin->addNote(note);
+    EXPECT_TRUE(a.difference(b).none());
+    EXPECT_TRUE(b.difference(a).none());
+    EXPECT_EQ(a.difference(b, true).added.size(), 1u);
+    EXPECT_EQ(b.difference(a, true).removed.size(), 1u);
+}
+
 TEST(GraphDiff, RootsOfTwoClassesHaveNothingInCommon) {
     Shop a;
     diff::Difference const difference = diff::compare(*a.model, *a.sales);
