@@ -8,6 +8,7 @@
 #include <qor/QORAssociationRole.h>
 #include <qor/QORAttribute.h>
 #include <qor/QORBaseType.h>
+#include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
 #include <qor/QORDatabaseCatalog.h>
 #include <qor/QORDerivedType.h>
@@ -178,6 +179,24 @@ TEST(GraphDiff, IdTellsARenameAndAMove) {
     b.invoice->addFeature(b.mail);
     EXPECT_EQ(textOf(a, b), "Class sales/client\n  > is renamed from customer\n"
                             "Class sales/invoice\n  > Attribute mail is moved from sales/customer/mail\n");
+}
+
+TEST(GraphDiff, AnEndThatKeepsNoOrderIsInNone) {
+    Shop a;
+    Shop b;
+    for (Shop* shop : {&a, &b}) {
+        auto* const phone = shop->named(new QORAttribute, "phone");
+        shop->customer->addFeature(phone);
+        auto* const key = shop->named(new QORCandidateKey, "key");
+        shop->customer->addKey(key);
+        key->addAttribute(shop->mail);
+        key->addAttribute(phone);
+    }
+    b.mail->setName("post"); // which comes behind the other name
+    diff::Difference const difference =
+        diff::compare(*a.model, *b.model, {{{"sales/customer/mail", "sales/customer/post"}}, false});
+    EXPECT_EQ(difference.renamed.size(), 1u);
+    EXPECT_TRUE(difference.changed.empty());
 }
 
 // ---- roots, and where graphs come from ------------------------------------------------------------------
