@@ -117,6 +117,14 @@ TEST(GraphDiff, LongTextsAreToldAroundTheirDifference) {
     b.mail->setComment(("new" + repeated("x", 100)).c_str());
     EXPECT_EQ(textOf(a, b), "Class sales/customer\n  ~ Attribute mail: comment \"old" + repeated("x", 20) +
                                 "...\" -> \"new" + repeated("x", 20) + "...\"\n");
+    std::string const common = repeated("x", 30);
+    a.mail->setComment(common.c_str());
+    b.mail->setComment((common + repeated("y", 40)).c_str());
+    std::string const heading = "Class sales/customer\n  ~ Attribute mail: comment ";
+    std::string const shorter = "\"..." + repeated("x", 20) + "\"";
+    std::string const longer = "\"..." + repeated("x", 20) + repeated("y", 40) + "\"";
+    EXPECT_EQ(textOf(a, b), heading + shorter + " -> " + longer + "\n");
+    EXPECT_EQ(textOf(b, a), heading + longer + " -> " + shorter + "\n");
 }
 
 TEST(GraphDiff, LinksAreToldOneByOne) {
@@ -295,7 +303,7 @@ struct Keys {
         }
     }
 
-    void add(std::vector<int> const& members) {
+    QORIndex* add(std::vector<int> const& members) {
         auto* const index = new QORIndex;
         graph.adopt(index);
         table->addIndex(index);
@@ -305,6 +313,7 @@ struct Keys {
             index->addIndexMember(member);
             columns[static_cast<std::size_t>(column)]->addIndexMember(member);
         }
+        return index;
     }
 
     diff::Difference difference(Keys const& other) const { return diff::compare(*table, *other.table); }
@@ -324,6 +333,21 @@ TEST(GraphDiff, UnnamedObjectsBelongTogetherByWhatTheyHold) {
     EXPECT_EQ(difference.removed[1].className, "IndexMember");
     EXPECT_EQ(difference.added.size(), 0u);
     EXPECT_TRUE(difference.changed.empty());
+}
+
+TEST(GraphDiff, WhatIsAlikeInEverythingGoesBeforeWhatIsAlikeInItsLinks) {
+    for (char const* comment : {"a", "b", "c", "d", "e", "f"}) {
+        Keys a({});
+        Keys b({});
+        a.add({0})->setComment("same");
+        a.add({0})->setComment("before");
+        b.add({0})->setComment("same");
+        b.add({0})->setComment(comment);
+        diff::Difference const difference = a.difference(b);
+        ASSERT_EQ(difference.changed.size(), 1u) << comment;
+        EXPECT_EQ(difference.changed[0].attributes.at(0).from, "before");
+        EXPECT_EQ(difference.changed[0].attributes.at(0).to, comment);
+    }
 }
 
 TEST(GraphDiff, UnnamedObjectWithAnotherAttributeIsTheSame) {
