@@ -520,9 +520,12 @@ QORContainerItem* QORRBTree::removeNode(QORRBTreeNode* node) {
 // ---- what the link containers need ----------------------------------------------------------------------
 
 QORRBTreeNode* QORRBTree::nodeOfItem(QORContainerItem const* item) const {
-    QORRBTreeNode* const node = getNode(item);
-    if (node && node->item == item)
-        return node;
+    try {
+        QORRBTreeNode* const node = getNode(item);
+        if (node && node->item == item)
+            return node;
+    } catch (...) { // a caller's comparison; the scan needs none
+    }
     for (QORRBTreeNode* each = _first; each; each = following(each))
         if (each->item == item)
             return each;

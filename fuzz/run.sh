@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: run.sh graph|encoding|date|json|import|writers <seconds> [<build folder>]
+# usage: run.sh graph|encoding|date|json|import|writers|statements|catalogue <seconds> [<build folder>]
 #
 # Lets the fuzzer look for that long for inputs of the target that fail or take new ways, then adds to the target's
 # corpus what takes new ways and cuts it down. An input that fails is left in the current folder as crash-*.

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <iterator>
 #include <typeinfo>
 
@@ -90,23 +91,25 @@ bool QORLinkTree::hasPlaces() const {
 constexpr int fewSteps = 32;
 
 int QORLinkTree::_moveTo(QORRBTreeNode const* node) const {
-    current = const_cast<QORRBTreeNode*>(node);
     if (!node) {
         unsetCursor();
         return -1;
     }
-    if (size > fewSteps && hasPlaces())
-        return position = placeOf(node);
-    if (compare2Object(node->item, root->item) < 0) {
-        position = 0;
-        for (node = previousNode(node); node; node = previousNode(node))
-            ++position;
+    QORRBTreeNode const* at = node;
+    int place;
+    if (size > fewSteps && hasPlaces()) {
+        place = placeOf(at);
+    } else if (compare2Object(at->item, root->item) < 0) {
+        place = 0;
+        while ((at = previousNode(at)))
+            ++place;
     } else {
-        position = size - 1;
-        for (node = nextNode(node); node; node = nextNode(node))
-            --position;
+        place = size - 1;
+        while ((at = nextNode(at)))
+            --place;
     }
-    return position;
+    current = const_cast<QORRBTreeNode*>(node); // not before comparing, which may throw
+    return position = place;
 }
 
 /// Steps over `steps` nodes, ahead if positive. Gives null when the tree ends earlier.
@@ -194,12 +197,10 @@ void QORLinkTree::leaveNode(QORRBTreeNode* node) {
         return;
     }
     if (node == current) {
-        if (position == size - 1) {
-            position = size - 2;
-            current = previousNode(node);
-        } else {
-            current = nextNode(node);
-        }
+        bool const isLast = position == size - 1;
+        current = isLast ? previousNode(node) : nextNode(node);
+        if (isLast)
+            --position;
         // After a search by scan, the node may have been the last one without its position saying so.
         if (!current)
             position = -1;
@@ -291,21 +292,32 @@ bool QORLinkTree::removeItem(QORContainerItem const* item) {
 }
 
 bool QORLinkTree::rekeyNode(QORRBTreeNode* node, void (*change)(void*), void* context) {
-    QORRBTreeNode* const follower = node ? following(node) : nullptr;
-    if (node) {
-        leaveNode(node);
-        unlinkNode(node);
-    }
-    change(context);
-    if (!node)
-        return true;
-    bool const taken = relinkNode(node, true);
-    if (!taken) {
+    if (!node) {
         change(context);
-        relinkNodeBefore(node, follower);
+        return true;
     }
-    noteAdded(node);
-    return taken;
+    QORRBTreeNode* const follower = following(node);
+    leaveNode(node);
+    unlinkNode(node);
+    change(context);
+    /// Restores what wasn't taken, also where a caller's comparison throws.
+    struct Settling {
+        QORLinkTree& tree;
+        QORRBTreeNode* node;
+        QORRBTreeNode* follower;
+        void (*change)(void*);
+        void* context;
+        bool taken = false;
+
+        ~Settling() {
+            if (!taken) {
+                change(context);
+                tree.relinkNodeBefore(node, follower);
+            }
+            tree.noteAdded(node);
+        }
+    } settling{*this, node, follower, change, context};
+    return settling.taken = relinkNode(node, true);
 }
 
 QORRBTreeNode* QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const* item) {
@@ -315,12 +327,19 @@ QORRBTreeNode* QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const
     QORRBTreeNode* const follower = following(node);
     other.leaveNode(node);
     other.unlinkNode(node);
-    if (relinkNode(node, true)) {
-        noteAdded(node);
-        return node;
+    std::exception_ptr thrown; // by a caller's comparison
+    try {
+        if (relinkNode(node, true)) {
+            noteAdded(node);
+            return node;
+        }
+    } catch (...) {
+        thrown = std::current_exception();
     }
     other.relinkNodeBefore(node, follower);
     other.noteAdded(node);
+    if (thrown)
+        std::rethrow_exception(thrown);
     return nullptr;
 }
 

@@ -213,7 +213,10 @@ QORObject* QORObject::_removen(QORArrayInterface* end, QORString const& key, int
 
 bool QORObject::_removen(QORContainer* end, QORObject* item) {
     auto const iterator = borrowIterator(*end);
-    end->contains(item, iterator.get());
+    try {
+        end->contains(item, iterator.get());
+    } catch (...) { // a caller's comparison; the search below needs none
+    }
     // A namesake, or an element that no longer lies where its key belongs: this very object is looked for.
     if (iterator->get() != item)
         for (iterator->moveToFirst(); iterator->get() && iterator->get() != item;)
@@ -233,8 +236,8 @@ bool QORTraversalOperation::pre_process(QORObject*, void*&) {
 void QORTraversalOperation::post_process(QORObject*, void*) {}
 
 void QORTraversalDelete::post_process(QORObject* object, void* data) {
-    if (object != data)
-        delete object;
+    if (object && object != data)
+        QORRecipe::dispose(*object);
 }
 
 void QORSetGeneralPointerOperation::post_process(QORObject* object, void*) {

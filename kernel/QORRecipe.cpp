@@ -2,6 +2,7 @@
 
 #include "QORWalkPath.h"
 
+#include <qor/QORException.h>
 #include <qor/QORLinkTree.h>
 #include <qor/QORSDK.h>
 #include <qor/QORTraversalOperation.h>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <exception>
 #include <new>
 #include <vector>
 
@@ -255,15 +257,70 @@ bool QORRecipe::unlink(QORObject& object, QORLinkEnd const& end, QORObject* far)
     return true;
 }
 
+/// While it lives, the deleting forms leave an object alone.
+class QORRecipe::Sparing {
+public:
+    explicit Sparing(QORObject& spared) : object(spared), before(spared.linked & spare) {
+        object.linked |= spare;
+    }
+    Sparing(Sparing const&) = delete;
+    Sparing& operator=(Sparing const&) = delete;
+    ~Sparing() { object.linked = (object.linked & ~spare) | before; }
+
+private:
+    QORObject& object;
+    std::uint64_t before;
+};
+
+/// Holds back the first exception of callers' overrides until what they interrupted is done.
+class QORRecipe::Interruption {
+public:
+    template <class Step>
+    void hold(Step step) {
+        try {
+            step();
+        } catch (...) {
+            keep();
+        }
+    }
+
+    void passOn() const {
+        if (first)
+            std::rethrow_exception(first);
+    }
+
+private:
+    [[gnu::cold]] void keep() {
+        if (!first)
+            first = std::current_exception();
+    }
+
+    std::exception_ptr first;
+};
+
+bool QORRecipe::isSpared(QORObject const& object) {
+    return object.takingApart || object.linked & spare;
+}
+
+// Out of line, as those that ask whether to delete are many and called often.
+[[gnu::noinline]] void QORRecipe::dispose(QORObject& object) {
+    if (isSpared(object))
+        return;
+    object.linked |= spare;
+    delete &object;
+}
+
+/// Deletes an object that has lost its link with another one, unless something still refers to it.
+void QORRecipe::disposeUnreferenced(QORObject& far, QORObject const& object) {
+    if (&far != &object && !far.isReferenced())
+        dispose(far);
+}
+
 bool QORRecipe::remove(QORObject& object, QORLinkEnd const& end) {
-    QORObject* const far = field(object, end);
-    if (!far)
+    if (!field(object, end))
         return false;
-    clearFarEnd(*far, QORMetamodel::ends[end.far], object);
-    if (far != &object && !far->isReferenced())
-        delete far;
-    field(object, end) = nullptr;
-    note(object, end);
+    Sparing const sparing(object);
+    removeFar(object, end);
     return true;
 }
 
@@ -276,8 +333,7 @@ bool QORRecipe::removeAt(QORObject& object, QORLinkEnd const& end, int position)
     note(object, end);
     auto* const element = static_cast<QORObject*>(item);
     clearFarEnd(*element, QORMetamodel::ends[end.far], object);
-    if (element != &object && !element->isReferenced())
-        delete element;
+    disposeUnreferenced(*element, object);
     return true;
 }
 
@@ -297,8 +353,7 @@ bool QORRecipe::removeNamed(QORObject& object, QORLinkEnd const& end, QORString 
     if (!element)
         return false;
     clearFarEnd(*element, QORMetamodel::ends[end.far], object);
-    if (element != &object && !element->isReferenced())
-        delete element;
+    disposeUnreferenced(*element, object);
     return true;
 }
 
@@ -336,13 +391,42 @@ void QORRecipe::endDraining(QORObject& object, QORLinkEnd const& end) {
 void QORRecipe::removeAll(QORObject& object, QORLinkEnd const& end) {
     if (!isSet(object, end))
         return;
+    Sparing const sparing(object);
+    removeFar(object, end);
+}
+
+/// The deleting form of any end that is set, for all that it holds; the object is spared already.
+void QORRecipe::removeFar(QORObject& object, QORLinkEnd const& end) {
     QORLinkEnd const& farEnd = QORMetamodel::ends[end.far];
+    if (end.shape == QOREndShape::UNARY) {
+        QORObject* const far = field(object, end);
+        /// Comes last, also where an override throws. The end may have been set anew meanwhile.
+        struct Clearing {
+            QORObject& object;
+            QORLinkEnd const& end;
+            QORObject const* far;
+
+            ~Clearing() {
+                if (field(object, end) != far)
+                    return;
+                field(object, end) = nullptr;
+                note(object, end);
+            }
+        };
+        Clearing const clearing{object, end, far};
+        clearFarEnd(*far, farEnd, object);
+        if (farEnd.shape == QOREndShape::TREE)
+            node(object, end) = nullptr; // it has gone, while the end is still set
+        disposeUnreferenced(*far, object);
+        return;
+    }
+    Interruption interruption;
     while (QORObject* const element = drain(object, end)) {
         clearFarEnd(*element, farEnd, object);
-        if (element != &object && !element->isReferenced())
-            delete element;
+        interruption.hold([&] { disposeUnreferenced(*element, object); });
     }
     endDraining(object, end);
+    interruption.passOn();
 }
 
 void QORRecipe::unlinkAll(QORObject& object, QORLinkEnd const& end) {
@@ -407,10 +491,11 @@ QORLinkEnd const& QORRecipe::ownEnd(QORElementType declaring, QORElementType own
     return QORMetamodel::ends[*found];
 }
 
-void QORRecipe::refuse(QORLinkEnd const& parentEnd) {
+QORException QORRecipe::refusal(QORLinkEnd const& parentEnd) {
     QORLinkEnd const& ownerEnd = QORMetamodel::ends[parentEnd.far];
-    QORSDK::ILLEGAL_ARGUMENT.throwException(QORMetamodel::descriptions[ownerEnd.owner]->displayName,
-                                            QORMetamodel::descriptions[parentEnd.owner]->displayName);
+    return QORException(
+        QORSDK::ILLEGAL_ARGUMENT.getMessage(QORMetamodel::descriptions[ownerEnd.owner]->displayName,
+                                            QORMetamodel::descriptions[parentEnd.owner]->displayName));
 }
 
 bool QORRecipe::rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*change)(void*), void* context) {
@@ -440,7 +525,7 @@ void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString
         both.held.swap(both.other);
     };
     if (!rekey(object, parentEnd, exchange, &names))
-        refuse(parentEnd);
+        throw refusal(parentEnd);
 }
 
 /// The end that holds the object's first owner; null if it has none.
@@ -505,7 +590,8 @@ unsigned short QORRecipe::nextSet(QORObject const& object, QORClassDescription c
 
 /// Goes on with taking an object apart until a child turns up that is to be deleted; null when all is done.
 /// The place reached stands in the object itself: deleting allocates nothing.
-QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription const& level) {
+QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription const& level,
+                                        Interruption& interruption) {
     while ((object.takingApart = nextSet(object, level, object.takingApart))) {
         QORLinkEnd const& end = QORMetamodel::ends[level.takeApart.first[object.takingApart - 1]];
         if (end.type == QORMetaLinkType::CHILD) {
@@ -524,10 +610,8 @@ QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription c
                 return child;
             }
             endDraining(object, end);
-        } else if (end.shape == QOREndShape::UNARY) {
-            remove(object, end);
         } else {
-            removeAll(object, end);
+            interruption.hold([&] { removeFar(object, end); });
         }
         ++object.takingApart;
     }
@@ -536,19 +620,21 @@ QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription c
 
 /// Takes an object apart with all that it owns, in the order of the recursion that this stands for: the
 /// objects under way form a chain through `takenApartFor`.
-void QORRecipe::takeApart(QORObject& top, QORClassDescription const& level) {
+void QORRecipe::takeApart(QORObject& top, QORClassDescription const& level, Interruption& interruption) {
     QORObject* current = &top;
     QORClassDescription const* description = &level;
     top.takingApart = 1; // one more than the place in `takeApart`, which starts at 0
     top.takenApartFor = nullptr;
     for (;;) {
-        if (QORObject* const child = nextChildToDelete(*current, *description)) {
-            if (child->takingApart)
+        if (QORObject* const child = nextChildToDelete(*current, *description, interruption)) {
+            if (isSpared(*child))
                 continue; // an object that owns itself over some way goes with the one that began
             QORClassDescription const* const exact = exactDescription(*child);
             if (!exact) {
-                if (child->recursiveDelete())
-                    delete child;
+                interruption.hold([&] {
+                    if (child->recursiveDelete())
+                        dispose(*child);
+                });
             } else if (!ownerIsSet(*child, *exact)) {
                 child->takingApart = 1;
                 child->takenApartFor = current;
@@ -568,36 +654,49 @@ void QORRecipe::takeApart(QORObject& top, QORClassDescription const& level) {
     }
 }
 
-bool QORRecipe::recursiveDelete(QORObject& object, QORClassDescription const& level) {
+bool QORRecipe::recursiveDelete(QORObject& object, QORClassDescription const& level,
+                                Interruption& interruption) {
     if (ownerIsSet(object, level) || object.takingApart)
         return false;
-    takeApart(object, level);
+    takeApart(object, level, interruption);
     return true;
 }
 
+bool QORRecipe::recursiveDelete(QORObject& object, QORClassDescription const& level) {
+    Interruption interruption;
+    bool const done = recursiveDelete(object, level, interruption);
+    interruption.passOn();
+    return done;
+}
+
 void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, bool deleteUnreferenced) {
+    Sparing const sparing(object);
+    Interruption interruption;
     for (std::uint16_t const index : level.ends) {
         QORLinkEnd const& end = QORMetamodel::ends[index];
         if (!deleteUnreferenced)
             unlinkAll(object, end);
-        else if (end.shape != QOREndShape::UNARY)
-            removeAll(object, end);
         else if (isSet(object, end))
-            remove(object, end);
+            interruption.hold([&] { removeFar(object, end); });
     }
+    interruption.passOn();
 }
 
-void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) {
+void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) noexcept {
     if (!(object.linked & (level.linkBits | lookAtEnds)))
         return;
     foresee(&object, level); // the texts, whose destructors come next
+    object.linked |= spare;
+    Interruption interruption; // which a destructor can't pass on
     removeAggregationAssembly(object, level);
-    recursiveDelete(object, level);
+    recursiveDelete(object, level, interruption);
     if (!(object.linked & (level.linkBits | lookAtEnds)))
         return;
+    object.takingApart = 1; // still, so that nobody takes it apart meanwhile
     for (std::uint16_t const end : level.own)
         if (QORMetamodel::ends[end].leftToDestructor)
-            removeAll(object, QORMetamodel::ends[end]);
+            interruption.hold([&] { removeAll(object, QORMetamodel::ends[end]); });
+    object.takingApart = 0;
     for (std::uint16_t const end : level.own)
         unlinkAll(object, QORMetamodel::ends[end]);
     if (object.linked & lookAtEnds)

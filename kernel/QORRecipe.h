@@ -5,6 +5,7 @@
 #include <qor/QORObject.h>
 
 class QORContainer;
+class QORException;
 class QORVector;
 class QORLinkTree;
 
@@ -36,6 +37,10 @@ public:
     static bool link(QORObject& object, QORLinkEnd const& end, QORObject* far);
     /// Takes the link apart and deletes nothing; false if there is none. Allocates nothing.
     static bool unlink(QORObject& object, QORLinkEnd const& end, QORObject* far);
+    // The deleting forms leave alone an object that is being deleted or taken apart, or that one of them is
+    // at work on. An object whose override of `isReferenced` or `recursiveDelete` throws lives on without the
+    // link; everything else is done, then the first exception is passed on.
+
     /// Deleting form of a unary end: also deletes the far object if it is then unreferenced; false if unset.
     static bool remove(QORObject& object, QORLinkEnd const& end);
     /// Deleting form of a nary end by position; false if out of range.
@@ -62,7 +67,10 @@ public:
     /// The walk of an object with its `pre_process` and `post_process`.
     static bool walk(QORObject& object, QORTraversalOperation& operation, void* data);
     /// What each class's destructor does first: takes the object apart and leaves no end that points to it.
-    static void destroy(QORObject& object, QORClassDescription const& level);
+    /// What overrides throw ends here.
+    static void destroy(QORObject& object, QORClassDescription const& level) noexcept;
+    /// Deletes an object, unless it is being deleted or taken apart, or a deleting form is at work on it.
+    static void dispose(QORObject& object);
 
     /// Makes sure that assigning the texts of `other` needs no memory: an assignment then happens whole or
     /// not at all.
@@ -73,16 +81,19 @@ public:
     /// The one parent end that a class declares towards an owner class.
     static QORLinkEnd const& ownEnd(QORElementType declaring, QORElementType owner);
     /// Re-keys an object under its owner around a change of what its order rests on. `change` is called once,
-    /// and once more to restore if the owner refuses; then the result is false and everything is as before.
+    /// and once more to restore if the owner refuses; then the result is false and everything is as before,
+    /// as it is where comparing throws.
     static bool rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*change)(void*), void* context);
-    /// Throws the "Illegal Argument" message with the classes of the two ends of a link.
-    [[noreturn]] static void refuse(QORLinkEnd const& parentEnd);
+    /// The "Illegal Argument" message with the classes of the two ends of a link.
+    [[gnu::cold]] static QORException refusal(QORLinkEnd const& parentEnd);
     /// Re-encodes one text under the rules of `transcode`.
     static void transcode(QORString& text, QOREncodingConverter* from, QOREncodingConverter* to,
                           int& firstCounter, int& errorCounter);
 
     /// Stands in QORObject::linked for links that were made beside the recipe.
     static constexpr std::uint64_t lookAtEnds = std::uint64_t{1} << 63;
+    /// Stands in QORObject::linked for an object that the deleting forms leave alone.
+    static constexpr std::uint64_t spare = std::uint64_t{1} << 62;
 
 private:
     static QORObject*& field(QORObject& object, QORLinkEnd const& end);
@@ -97,14 +108,22 @@ private:
     static void note(QORObject& object, QORLinkEnd const& end);
     static void clearFarEnd(QORObject& element, QORLinkEnd const& farEnd, QORObject& object);
     static void foresee(void const* object, QORClassDescription const& level);
+    static bool isSpared(QORObject const& object);
+    static void disposeUnreferenced(QORObject& far, QORObject const& object);
+    static void removeFar(QORObject& object, QORLinkEnd const& end);
     static QORObject* drain(QORObject& object, QORLinkEnd const& end);
     static void endDraining(QORObject& object, QORLinkEnd const& end);
     static bool takeOut(QORObject& object, QORLinkEnd const& end, QORObject* element);
     static void unlinkAll(QORObject& object, QORLinkEnd const& end);
     static unsigned short nextSet(QORObject const& object, QORClassDescription const& level,
                                   unsigned short from);
-    static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level);
-    static void takeApart(QORObject& top, QORClassDescription const& level);
+    class Interruption;
+    class Sparing;
+    static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level,
+                                        Interruption& interruption);
+    static void takeApart(QORObject& top, QORClassDescription const& level, Interruption& interruption);
+    static bool recursiveDelete(QORObject& object, QORClassDescription const& level,
+                                Interruption& interruption);
     static bool holdsItem(QORObject& object, QORLinkEnd const& end, QORObject const* element);
     static bool isLinkedUnnoticed(QORObject& object, QORLinkEnd const& end, QORObject& far,
                                   QORLinkEnd const& farEnd);

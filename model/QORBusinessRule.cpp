@@ -19,7 +19,6 @@ QORBusinessRule& QORBusinessRule::operator=(QORBusinessRule const& other) {
     value_ = other.value_;
     lowerBound_ = other.lowerBound_;
     upperBound_ = other.upperBound_;
-    removeTypeValues();
-    copies.giveTo(*this, QORElementType::BUSINESS_RULE);
+    copies.replaceThoseOf(*this, QORElementType::BUSINESS_RULE);
     return *this;
 }

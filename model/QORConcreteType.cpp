@@ -1,15 +1,18 @@
 #include <qor/QORConcreteType.h>
 
-#include "kernel/QORRecipe.h"
+#include <utility>
 
 QORConcreteType& QORConcreteType::operator=(QORConcreteType const& other) {
     if (this == &other)
         return *this;
-    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::CONCRETE_TYPE));
+    // All is read before anything changes: a caller's class may override what reads, and that may throw.
+    QORString dataType = other.getDataType();
+    int const length = other.getLength();
+    int const scale = other.getScale();
     QORType::operator=(other);
-    dataType_ = other.getDataType();
-    length_ = other.getLength();
-    scale_ = other.getScale();
+    dataType_ = std::move(dataType);
+    length_ = length;
+    scale_ = scale;
     return *this;
 }
 

@@ -3,6 +3,8 @@
 #include "QORTypeValueCopies.h"
 #include "kernel/QORRecipe.h"
 
+#include <utility>
+
 QORDerivedType::QORDerivedType(QORDerivedType const& other)
     : QORConcreteType(other), userDefined_(other.getUserDefined()), userDataType_(other.getUserDataType()),
       initialValue_(other.getInitialValue()), lowerBound_(other.getLowerBound()),
@@ -15,18 +17,24 @@ QORDerivedType::QORDerivedType(QORDerivedType const& other)
 QORDerivedType& QORDerivedType::operator=(QORDerivedType const& other) {
     if (this == &other)
         return *this;
-    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::DERIVED_TYPE));
+    // All is read before anything changes: a caller's class may override what reads, and that may throw.
     QORTypeValueCopies copies(other);
+    QORString initialValue = other.getInitialValue();
+    QORString lowerBound = other.getLowerBound();
+    QORString upperBound = other.getUpperBound();
+    bool const userDefined = other.getUserDefined();
+    QORString nativeDataType = other.getNativeDataType();
+    bool const userDataType = other.getUserDataType();
+    QORString nativeLogicalDataType = other.getNativeLogicalDataType();
     QORConcreteType::operator=(other);
-    initialValue_ = other.getInitialValue();
-    lowerBound_ = other.getLowerBound();
-    upperBound_ = other.getUpperBound();
-    userDefined_ = other.getUserDefined();
-    nativeDataType_ = other.getNativeDataType();
-    userDataType_ = other.getUserDataType();
-    nativeLogicalDataType_ = other.getNativeLogicalDataType();
-    removeTypeValues();
-    copies.giveTo(*this, QORElementType::DERIVED_TYPE);
+    initialValue_ = std::move(initialValue);
+    lowerBound_ = std::move(lowerBound);
+    upperBound_ = std::move(upperBound);
+    userDefined_ = userDefined;
+    nativeDataType_ = std::move(nativeDataType);
+    userDataType_ = userDataType;
+    nativeLogicalDataType_ = std::move(nativeLogicalDataType);
+    copies.replaceThoseOf(*this, QORElementType::DERIVED_TYPE);
     return *this;
 }
 

@@ -1,8 +1,7 @@
 #include <qor/QORPropertyElementTypeScope.h>
 
-#include "kernel/QORRecipe.h"
-
 #include <new>
+#include <utility>
 
 /// The field keeps the new scope also where the owner refuses the name that goes with it.
 void QORPropertyElementTypeScope::setScope(QORElementType value) {
@@ -22,10 +21,22 @@ QORPropertyElementTypeScope::operator=(QORPropertyElementTypeScope const& other)
     if (this == &other)
         return *this;
     QORString const text(getElementTypeName(other.scope_));
-    QORRecipe::reserveTexts(*this, other,
-                            QORMetamodel::description(QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE));
+    QORString nameBefore(name);
+    QORElementType const scopeBefore = scope_;
+    bool const marksBefore[] = {flag1, flag2, flag3};
+    void* const pointerBefore = generalPointer;
     QORObject::operator=(other);
     scope_ = other.scope_;
-    setName(text);
+    try {
+        setName(text);
+    } catch (std::bad_alloc const&) { // where the owner refuses the name, the rest stays assigned
+        name = std::move(nameBefore);
+        scope_ = scopeBefore;
+        flag1 = marksBefore[0];
+        flag2 = marksBefore[1];
+        flag3 = marksBefore[2];
+        generalPointer = pointerBefore;
+        throw;
+    }
     return *this;
 }

@@ -3,6 +3,9 @@
 #include "kernel/QORRecipe.h"
 
 #include <qor/QORDerivedType.h>
+#include <qor/QORException.h>
+
+#include <optional>
 
 QORString QORTypeValue::getDisplayName() const {
     return getName().length ? getName() : getValue();
@@ -21,14 +24,18 @@ struct Exchange {
     }
 };
 
-/// A derived type sorts unnamed values by their value, so a value under one is taken out and put back. A
-/// business rule doesn't see the change: its values keep their places.
-void exchangeValue(QORTypeValue& value, Exchange& exchange) {
-    if (!value.getDerivedType())
-        return Exchange::run(&exchange);
-    QORLinkEnd const& end = QORRecipe::ownEnd(QORElementType::TYPE_VALUE, QORElementType::DERIVED_TYPE);
-    if (!QORRecipe::rekey(value, end, Exchange::run, &exchange))
-        QORRecipe::refuse(end);
+QORLinkEnd const& endOfType() {
+    return QORRecipe::ownEnd(QORElementType::TYPE_VALUE, QORElementType::DERIVED_TYPE);
+}
+
+/// A derived type sorts unnamed values by their value, so a value under one is taken out and put back; false,
+/// with the value as it was, if the type refuses it. A business rule doesn't see the change: its values keep
+/// their places.
+bool exchangeValue(QORTypeValue& value, Exchange& exchange) {
+    if (value.getDerivedType())
+        return QORRecipe::rekey(value, endOfType(), Exchange::run, &exchange);
+    Exchange::run(&exchange);
+    return true;
 }
 
 } // namespace
@@ -37,14 +44,18 @@ QORTypeValue& QORTypeValue::operator=(QORTypeValue const& other) {
     if (this == &other)
         return *this;
     Exchange exchange{value_, other.value_};
-    QORRecipe::reserveTexts(*this, other, QORMetamodel::description(QORElementType::MODEL_OBJECT));
+    std::optional<QORException> refusal; // made ahead, since nothing may need memory after the first change
+    if (getDerivedType())
+        refusal = QORRecipe::refusal(endOfType());
     QORModelObject::operator=(other);
     position_ = other.position_;
-    exchangeValue(*this, exchange);
+    if (!exchangeValue(*this, exchange))
+        throw QORException(*refusal);
     return *this;
 }
 
 void QORTypeValue::setValue(QORString const& value) {
     Exchange exchange{value_, value};
-    exchangeValue(*this, exchange);
+    if (!exchangeValue(*this, exchange))
+        throw QORRecipe::refusal(endOfType());
 }

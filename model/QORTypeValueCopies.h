@@ -27,6 +27,19 @@ public:
                 copy.release();
     }
 
+    /// Removes the values that an owner of the given class has and links the copies in their place, also
+    /// where an override throws, whose exception it then passes on.
+    template <class Owner>
+    void replaceThoseOf(Owner& owner, QORElementType ownerClass) {
+        try {
+            owner.removeTypeValues();
+        } catch (...) {
+            giveTo(owner, ownerClass);
+            throw;
+        }
+        giveTo(owner, ownerClass);
+    }
+
 private:
     std::vector<std::unique_ptr<QORTypeValue>> copies;
     QORPtrLinkTree staged; ///< holds a tree node for each copy until it is linked

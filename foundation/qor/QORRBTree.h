@@ -83,7 +83,7 @@ public:
     virtual QORContainerItem* removeNode(QORRBTreeNode* node);
 
     /// The node of this very item, wherever it lies: by descent, and by a scan where the order no longer
-    /// holds. Null if the item isn't there.
+    /// holds or comparing throws. Null if the item isn't there.
     QORRBTreeNode* nodeOfItem(QORContainerItem const* item) const;
     /// The first item, or null.
     QORContainerItem* firstItem() const { return _first ? _first->item : nullptr; }

@@ -38,10 +38,12 @@ public:
     bool removeItem(QORContainerItem const* item);
     /// Gives the element of a node another key: takes it out, calls `change`, puts it back there. When the
     /// tree refuses the new key, calls `change` once more, to restore the old key, puts the element back
-    /// where it was and gives false. Allocates nothing itself; `change` must not throw.
+    /// where it was and returns false; where comparing throws, does the same and passes the exception on.
+    /// Allocates nothing itself; `change` must not throw.
     bool rekeyNode(QORRBTreeNode* node, void (*change)(void*), void* context);
-    /// Takes an element over from another tree with its node, which it gives; null, with nothing changed, if
-    /// this end refuses it or the other one doesn't hold it. Allocates nothing.
+    /// Takes an element over from another tree with its node, which it returns; null, with nothing changed,
+    /// if this end refuses it or the other one doesn't hold it. Nothing changes either where comparing
+    /// throws. Allocates nothing.
     QORRBTreeNode* adoptItem(QORLinkTree& other, QORContainerItem const* item);
     /// `drainFirst` of the tree, with the cursor unset.
     QORContainerItem* drainFirst();

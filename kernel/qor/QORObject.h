@@ -78,6 +78,14 @@ struct QORHeldEnd {
 /// Deleting, walking and re-encoding need a small stack however deep a graph of the library's own classes is.
 /// An object of a caller's class is asked through its virtual operations, as it may override them: where such
 /// objects own each other, each of them takes stack, some hundred bytes.
+///
+/// Whatever an override throws, both ends of each link stay in step. Adding, finding and naming then change
+/// nothing. An operation that deletes is completed first: an object whose `isReferenced` or `recursiveDelete`
+/// throws loses its link and stays alive. Then the first exception is passed on; a destructor swallows it.
+///
+/// While an object is being deleted or taken apart, no other operation of the library deletes it, whatever
+/// callers' destructors do to its links. This doesn't protect an object that a caller has deleted by `delete`
+/// until the bodies of its callers' destructors have ended.
 class QOR_API QORObject {
 public:
     /// An unnamed object with id 0.
@@ -183,8 +191,9 @@ private:
     friend class QORRecipe;
     /// How far the taking apart of the object has come; 0 while none is under way.
     unsigned short takingApart = 0;
-    /// Which ends are set, a bit each, so that questions needn't look at every end; the highest bit stands
-    /// for "look": a caller's own class has used the primitives.
+    /// Which ends are set, a bit each, so that questions needn't look at every end. The highest bit stands
+    /// for "look": a caller's own class has used the primitives; the one below for "spare": the deleting
+    /// forms leave the object alone.
     std::uint64_t linked = 0;
 
 protected:

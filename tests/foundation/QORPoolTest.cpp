@@ -71,6 +71,29 @@ TEST(QORPool, BlocksNeverOverlapWhateverTheOrderOfTheirComingAndGoing) {
     }
 }
 
+TEST(QORPool, PagesThatEmptyAgainAndAgainServeWhicheverSizeComesNext) {
+    std::mt19937 random(20260705);
+    constexpr std::size_t sorts = 24; // of large blocks, so that few fill a page
+    std::vector<Block> blocks[sorts];
+    for (int step = 0; step < 40000; ++step) {
+        std::size_t const sort = random() % sorts;
+        std::size_t const size = 4096 - sort * 64;
+        if (random() % 2 == 0) {
+            for (std::size_t count = 1 + random() % 20; count > 0; --count)
+                blocks[sort].emplace_back(size, static_cast<unsigned char>(random()));
+            continue;
+        }
+        for (Block& block : blocks[sort]) {
+            ASSERT_TRUE(block.intact()) << "step " << step;
+            block.release();
+        }
+        blocks[sort].clear();
+    }
+    for (auto& ofSort : blocks)
+        for (Block& block : ofSort)
+            block.release();
+}
+
 TEST(QORPool, MemoryThatCameBackServesAgain) {
     std::vector<void*> first;
     for (int i = 0; i < 100000; ++i)
@@ -85,6 +108,29 @@ TEST(QORPool, MemoryThatCameBackServesAgain) {
         << "a block was given out twice";
     for (void* block : second)
         QORPool::release(block, 40);
+}
+
+TEST(QORPool, TakesNoMoreMemoryWhenTheSameBlocksComeAndGoAgain) {
+    auto const mapped = [] {
+        std::size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        return pages;
+    };
+    std::vector<void*> blocks(20000); // of 20 MB
+    for (void*& block : blocks)
+        block = QORPool::allocate(1000);
+    std::size_t const before = mapped();
+    for (int round = 0; round < 10; ++round) {
+        for (std::size_t i = 0; i < blocks.size(); ++i)
+            if (i % 10) // some stay on each page
+                QORPool::release(blocks[i], 1000);
+        for (std::size_t i = 0; i < blocks.size(); ++i)
+            if (i % 10)
+                blocks[i] = QORPool::allocate(1000);
+    }
+    EXPECT_LT(mapped(), before + 1000);
+    for (void* const block : blocks)
+        QORPool::release(block, 1000);
 }
 
 TEST(QORPool, BlocksApartAreGivenBackLikeTheOthers) {

@@ -470,6 +470,25 @@ TEST(QORRBTree, DrainsFromTheFrontWhileItsSizeStays) {
     EXPECT_EQ(tree.size, 1);
 }
 
+TEST(QORRBTree, LeadsTheWalksOnFromWhatIsDrained) {
+    char const items[3] = {};
+    QORRBTree tree;
+    for (char const& item : items)
+        tree.add(&item, true, nullptr);
+    QORRBTree::Iterator onwards(tree, true);
+    QORRBTree::Iterator back(tree, true);
+    tree.drainFirst();
+    EXPECT_EQ(onwards.get(), nullptr);
+    EXPECT_EQ(onwards.next(1), &items[1]);
+    EXPECT_EQ(back.previous(1), nullptr);
+    tree.drainFirst();
+    EXPECT_EQ(onwards.next(1), &items[2]);
+    tree.drainFirst();
+    EXPECT_EQ(onwards.next(1), nullptr);
+    tree.endDraining();
+    EXPECT_EQ(tree.size, 0);
+}
+
 TEST(QORRBTree, LosesAndLeaksNothingWhenAnAllocationFails) {
     Number const numbers[] = {{4}, {2}, {6}, {5}};
     NumberTree tree;

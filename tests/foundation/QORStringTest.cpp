@@ -293,6 +293,18 @@ TEST(QORString, SelfOperationsAreHarmless) {
     }
 }
 
+TEST(QORString, AddsTheEndOfItsOwnTextAsAnEmptyText) {
+    for (int length : boundaryLengths) {
+        std::string const text = textOf(length);
+        for (int reserved : {0, 5000}) {
+            QORString string(text.c_str());
+            string.reserve(reserved);
+            string.add("zz", string.chars + string.length, "y", nullptr);
+            expectText(string, text + "zzy");
+        }
+    }
+}
+
 TEST(QORString, AddsItsOwnTextWithinReservedMemory) {
     for (int length : boundaryLengths) {
         std::string const text = textOf(length);

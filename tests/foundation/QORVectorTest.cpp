@@ -166,6 +166,24 @@ TEST(QORVector, DrainsFromTheFrontWhileItsSizeStays) {
     EXPECT_EQ(vector.addElement(&items[2], true), 0);
 }
 
+TEST(QORVector, LeadsTheWalksOnFromWhatIsDrained) {
+    char const items[3] = {};
+    QORVector vector;
+    fill(vector, items);
+    QORVector::Iterator onwards(vector, true);
+    QORVector::Iterator back(vector, true);
+    vector.drainFirst();
+    EXPECT_EQ(onwards.get(), nullptr);
+    EXPECT_EQ(onwards.next(1), &items[1]);
+    EXPECT_EQ(back.previous(1), nullptr);
+    vector.drainFirst();
+    EXPECT_EQ(onwards.next(1), &items[2]);
+    vector.drainFirst();
+    EXPECT_EQ(onwards.next(1), nullptr);
+    vector.endDraining();
+    EXPECT_EQ(vector.size, 0);
+}
+
 TEST(QORVector, AllocatesNothingWhenItemsLeave) {
     char const items[20] = {};
     QORVector vector;
@@ -319,6 +337,20 @@ TEST(QORVector, DropsItsIndexForAnItemThatStandsInItTwice) {
         EXPECT_TRUE(vector.removeItem(&items[50]));
         EXPECT_EQ(vector.containsElement(&items[50]), unique ? -1 : 95);
     }
+}
+
+TEST(QORVector, FindsTheFirstOfTwoPlacesOfAnItemOnceItHadAnIndex) {
+    char const items[100] = {};
+    QORVector vector;
+    fill(vector, items);
+    vector.buildIndex();
+    EXPECT_EQ(vector.addElement(&items[50], false), 100);
+    EXPECT_EQ(vector.containsElement(&items[50]), 50);
+    EXPECT_TRUE(vector.removeItem(&items[50]));
+    EXPECT_EQ(vector.containsElement(&items[50]), 99);
+    EXPECT_EQ(vector.containsElement(&items[51]), 50);
+    EXPECT_TRUE(vector.removeItem(&items[50]));
+    EXPECT_EQ(vector.containsElement(&items[50]), -1);
 }
 
 TEST(QORVector, BuildsNoIndexOverItemsThatOneCannotHold) {

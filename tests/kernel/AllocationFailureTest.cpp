@@ -19,6 +19,8 @@
 #include <qor/QORModel.h>
 #include <qor/QORNote.h>
 #include <qor/QORNoteByPosition.h>
+#include <qor/QORPropertyElementTypeScope.h>
+#include <qor/QORPropertyValue.h>
 #include <qor/QORReportText.h>
 #include <qor/QORTraversalOperation.h>
 #include <qor/QORTypeValue.h>
@@ -429,6 +431,98 @@ TEST(AllocationFailure, AssignmentOfARuleWithValuesIsWholeOrNothing) {
     EXPECT_LT(3, failures);
     EXPECT_STREQ(longName, target.getName().chars);
     EXPECT_EQ(2, target.getTypeValueCount());
+}
+
+TEST(AllocationFailure, AssignmentOfAScopeUnderAnOwnerIsWholeOrNothing) {
+    for (bool const refused : {false, true}) {
+        QORModel owner;
+        auto* const sibling = new QORPropertyElementTypeScope;
+        auto* const target = new QORPropertyElementTypeScope;
+        QORPropertyElementTypeScope source;
+        source.setScope(QORElementType::CUBE_DIMENSION_ASSOCIATION);
+        sibling->setScope(refused ? QORElementType::CUBE_DIMENSION_ASSOCIATION : QORElementType::CUBE);
+        target->setName(otherName);
+        target->flag1 = true;
+        target->flag3 = true;
+        target->generalPointer = &owner;
+        owner.addPropertyElementTypeScope(sibling);
+        owner.addPropertyElementTypeScope(target);
+        int refusals = 0;
+        auto const assign = [&] {
+            try {
+                target->setFrom(source);
+            } catch (QORException const&) {
+                ++refusals;
+            }
+        };
+        int const failures = failEachAllocation(assign, [&] {
+            EXPECT_STREQ(otherName, target->getName().chars);
+            EXPECT_EQ(QORElementType::ELEMENT, target->getScope());
+            EXPECT_TRUE(target->flag1 && !target->flag2 && target->flag3);
+            EXPECT_EQ(&owner, target->generalPointer);
+            EXPECT_EQ(&owner, target->getModel());
+            EXPECT_EQ(2, owner.getPropertyElementTypeScopeCount());
+            target->setName(target->getName()); // finds its place where it stands
+        });
+        EXPECT_LT(refused ? 2 : 1, failures);
+        EXPECT_EQ(refused, refusals);
+        EXPECT_EQ(source.getScope(), target->getScope());
+        EXPECT_FALSE(target->flag1);
+    }
+}
+
+TEST(AllocationFailure, AssignmentOfATypeValueIsWholeOrNothingAlsoWhereItIsRefused) {
+    for (bool const refused : {false, true}) {
+        QORDerivedType type;
+        auto* const target = new QORTypeValue;
+        auto* const sibling = new QORTypeValue;
+        target->setValue(otherName);
+        target->setComment(otherName);
+        sibling->setValue(refused ? longName : "z");
+        type.addTypeValue(target);
+        type.addTypeValue(sibling);
+        QORTypeValue source;
+        source.setValue(longName);
+        source.setComment(longName);
+        source.setPosition(7);
+        source.addNote(named<QORNote>(longName));
+        int refusals = 0;
+        auto const assign = [&] {
+            try {
+                *target = source;
+            } catch (QORException const&) {
+                ++refusals;
+            }
+        };
+        int const failures = failEachAllocation(assign, [&] {
+            EXPECT_STREQ(otherName, target->getValue().chars);
+            EXPECT_STREQ(otherName, target->getComment().chars);
+            EXPECT_EQ(0, target->getPosition());
+            EXPECT_EQ(0, target->getNoteCount());
+            EXPECT_EQ(target, type.getTypeValue(refused ? 1 : 0));
+        });
+        EXPECT_LT(3, failures);
+        EXPECT_EQ(refused, refusals);
+        EXPECT_STREQ(refused ? otherName : longName, target->getValue().chars);
+        EXPECT_EQ(7, target->getPosition()); // what isn't a key is assigned also where the key is refused
+    }
+}
+
+TEST(AllocationFailure, AssignmentOfAPropertyValueIsWholeOrNothing) {
+    QORClass owner;
+    auto* const target = new QORPropertyValue;
+    target->setValue("value");
+    owner.addPropertyValue(target);
+    QORPropertyValue source;
+    source.setValue(longName);
+    source.setPosition(3);
+    EXPECT_LT(0, failEachAllocation([&] { target->setFrom(source); },
+                                    [&] {
+                                        EXPECT_STREQ("value", target->getValue().chars);
+                                        EXPECT_EQ(0, target->getPosition());
+                                    }));
+    EXPECT_STREQ(longName, target->getValue().chars);
+    EXPECT_EQ(&owner, target->getElement());
 }
 
 TEST(AllocationFailure, AssignmentOfAFormatWithAFixedTypeIsWholeOrNothing) {

@@ -752,6 +752,15 @@ TYPED_TEST(LinkTreeClasses, GiveTheirElementsToAnotherTreeWithoutAnyMemory) {
     EXPECT_EQ(from.size, 1);
     EXPECT_EQ(to.size, 13);
     EXPECT_EQ(from[0], this->item(15));
+    for (int i : {12, 13, 14, 16, 17})
+        from.add(this->item(i), true, nullptr);
+    auto const kept = this->itemsOf(from);
+    for (int place = 0; place < 6; ++place) {
+        from[place];
+        EXPECT_FALSE(to.adoptItem(from, this->item(15)));
+        EXPECT_EQ(from.placeOf(from.current), from.position);
+        EXPECT_EQ(this->itemsOf(from), kept);
+    }
 }
 
 TEST(QORLinkTree, BehavesLikeASortedVectorOverManyRandomOperations) {

@@ -32,6 +32,7 @@
 #include <qor/QORPhysicalObject.h>
 #include <qor/QORProjection.h>
 #include <qor/QORPropertyValue.h>
+#include <qor/QORRBTree.h>
 #include <qor/QORRealization.h>
 #include <qor/QORReport.h>
 #include <qor/QORReportText.h>
@@ -40,6 +41,7 @@
 #include <qor/QORStoredProcedure.h>
 #include <qor/QORSynonym.h>
 
+#include "AllocationControl.h"
 #include "Mortal.h"
 
 #include <gtest/gtest.h>
@@ -958,6 +960,27 @@ TEST(RecipeRecursiveDelete, TheEndKeepsCountingItsChildrenUntilAllAreGone) {
     EXPECT_EQ(0, package.getChildPackageCount());
 }
 
+TEST(RecipeRecursiveDelete, IsRefusedWhileTheObjectIsBeingTakenApart) {
+    class Asking : public QORNote {
+    public:
+        Asking(QORClass& asked, std::vector<bool>& answered) : owner(asked), answers(answered) {}
+        ~Asking() override { answers.push_back(owner.recursiveDelete()); }
+
+    private:
+        QORClass& owner;
+        std::vector<bool>& answers;
+    };
+    EventLog deaths;
+    std::vector<bool> answers;
+    QORClass owner;
+    owner.addNote(new Asking(owner, answers));
+    owner.addOperation(mortal<QOROperation>(deaths, "operation"));
+    EXPECT_TRUE(owner.recursiveDelete());
+    EXPECT_EQ(std::vector<bool>{false}, answers);
+    EXPECT_EQ(EventLog{"operation"}, deaths);
+    EXPECT_FALSE(owner.isReferenced());
+}
+
 TEST(RecipeRecursiveDelete, OnTheStackLeavesAnEmptyObjectThatCanBeUsedAgain) {
     QORClass object;
     object.setName("class");
@@ -1801,6 +1824,31 @@ private:
 class SelfLinkingClass : public QORClass {
 public:
     bool adopt(OpenNote& note) { return _addnu(&note_, note.end(), &note); }
+    bool disown(OpenNote& note) {
+        *note.end() = nullptr;
+        return _removen(&note_, &note);
+    }
+    bool disown(QORString const& title) {
+        int cursor = 0;
+        auto* const note = static_cast<OpenNote*>(_removen(&note_, title, &cursor));
+        if (note)
+            *note->end() = nullptr;
+        return note;
+    }
+    /// Takes the note out and in again, so that another node of the tree holds it.
+    bool hangAnew(OpenNote& note) {
+        QORRBTree::Iterator const keepsTheNode(note_, true);
+        return _removen(&note_, &note) && note_.add(&note, true, nullptr);
+    }
+};
+
+class SelfLinkingAssociation : public QORAssociation {
+public:
+    /// Links a role to this object alone, in a vector, and takes the link apart again.
+    bool holdForAMoment(QORAssociationRole& role) {
+        QORObject* far = nullptr;
+        return _addnu(&associationRole_, &far, &role) && _removen(&associationRole_, &role);
+    }
 };
 
 } // namespace
@@ -1828,4 +1876,59 @@ TEST(Recipe, SeesTheLinksThatACallersClassMade) {
         EXPECT_EQ(owner.getNoteCount(), 2);
     }
     EXPECT_EQ(deaths, 3);
+}
+
+TEST(Recipe, SeesThatACallersClassHasTakenALinkApart) {
+    int deaths = 0;
+    OpenNote first(deaths);
+    OpenNote second(deaths);
+    second.setName("second");
+    SelfLinkingClass owner;
+    ASSERT_TRUE(owner.addNote(&first));
+    EXPECT_TRUE(owner.disown(first));
+    EXPECT_FALSE(owner.isReferenced());
+
+    SelfLinkingClass other;
+    ASSERT_TRUE(other.addNote(&second));
+    EXPECT_TRUE(other.disown("second"));
+    EXPECT_FALSE(other.isReferenced());
+    EXPECT_EQ(deaths, 0);
+}
+
+TEST(Recipe, DeletesAnObjectOfWhichACallersClassHasClearedAUnaryEnd) {
+    class Forgetting : public QORClass {
+    public:
+        void forgetGrouping() { grouping_ = nullptr; }
+    };
+    int deaths = 0;
+    QORGrouping grouping;
+    auto owner = std::make_unique<Forgetting>();
+    ASSERT_TRUE(owner->addNote(new OpenNote(deaths)));
+    ASSERT_TRUE(owner->addGrouping(&grouping));
+    owner->forgetGrouping();
+    ASSERT_TRUE(grouping.removeAssociatedClass(owner.get()));
+    owner.reset();
+    EXPECT_EQ(deaths, 1);
+}
+
+TEST(Recipe, FreesTheMemoryOfAnEndThatACallersClassHasEmptied) {
+    QORAssociationRole role;
+    long const before = liveAllocations();
+    {
+        SelfLinkingAssociation association;
+        ASSERT_TRUE(association.holdForAMoment(role));
+        EXPECT_FALSE(association.isReferenced());
+    }
+    EXPECT_EQ(liveAllocations(), before);
+}
+
+TEST(Recipe, FindsAnElementThatACallersClassHasHungAnew) {
+    int deaths = 0;
+    SelfLinkingClass owner;
+    OpenNote note(deaths);
+    ASSERT_TRUE(owner.addNote(&note));
+    ASSERT_TRUE(owner.hangAnew(note));
+    EXPECT_TRUE(owner.removeNote(&note));
+    EXPECT_EQ(owner.getNoteCount(), 0);
+    EXPECT_EQ(note.getParent(), nullptr);
 }

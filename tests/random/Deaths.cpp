@@ -109,6 +109,8 @@ void (*whenWatchedDies)(QORObject* object) = [](QORObject* object) {
         note(object);
 };
 
+void (*whenWatchedIsAsked)(QORObject const* object) = [](QORObject const*) {};
+
 } // namespace metamodel
 
 namespace deaths {

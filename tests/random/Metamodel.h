@@ -28,6 +28,8 @@ enum class Container {
 
 /// What each object's death is told to, of those made by `makeWatched`.
 extern void (*whenWatchedDies)(QORObject* object);
+/// What each call of a virtual operation of those is told to first; it may throw.
+extern void (*whenWatchedIsAsked)(QORObject const* object);
 
 /// A link end with its typed members; those that it lacks are null.
 struct End {
@@ -87,6 +89,7 @@ std::vector<End> const& ends();
 
 // ---- how the tables reach the typed members ---------------------------------------------------------------
 
+/// A caller's class over one of the library, which overrides all that the root class lets it override.
 template <class Type>
 class Watched final : public Type {
 public:
@@ -94,6 +97,41 @@ public:
     Watched(Watched const&) = delete;
     Watched& operator=(Watched const&) = delete;
     ~Watched() override { whenWatchedDies(this); }
+
+    QORObject& setFrom(QORObject const& other) override { return asked().Type::setFrom(other); }
+    QORObject* removeAggregationAssembly() override { return asked().Type::removeAggregationAssembly(); }
+    bool recursiveDelete() override { return asked().Type::recursiveDelete(); }
+    QORObject* isolate(bool deleteUnreferenced) override { return asked().Type::isolate(deleteUnreferenced); }
+    bool isInstanceOf(QORElementType type) const override { return asked().Type::isInstanceOf(type); }
+    QORObject* getParent() const override { return asked().Type::getParent(); }
+    int getParentCount() const override { return asked().Type::getParentCount(); }
+    bool operator==(QORObject const& other) const override { return asked().Type::operator==(other); }
+    bool operator!=(QORObject const& other) const override { return asked().Type::operator!=(other); }
+    bool equals(QORObject const& other) const override { return asked().Type::equals(other); }
+    bool isReferenced() const override { return asked().Type::isReferenced(); }
+    void transcode(QOREncodingConverter* from, QOREncodingConverter* to, int& first, int& errors) override {
+        asked().Type::transcode(from, to, first, errors);
+    }
+    bool depthTraversal(QORTraversalOperation& operation, void* data) override {
+        return asked().Type::depthTraversal(operation, data);
+    }
+    void setName(QORString const& newName) override { asked().Type::setName(newName); }
+    QORString const& getName() const override { return asked().Type::getName(); }
+    QORString getDisplayName() const override { return asked().Type::getDisplayName(); }
+    void _depthTraversal(QORTraversalOperation& operation, void* data) override {
+        asked().Type::_depthTraversal(operation, data);
+    }
+    QORMetaClass* getMetaClass() const override { return asked().Type::getMetaClass(); }
+
+private:
+    Watched& asked() {
+        whenWatchedIsAsked(this);
+        return *this;
+    }
+    Watched const& asked() const {
+        whenWatchedIsAsked(this);
+        return *this;
+    }
 };
 
 template <class Type>

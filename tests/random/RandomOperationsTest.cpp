@@ -34,8 +34,7 @@
 // | second names of ends (QORClass::addAttribute ...)  | are calls of the first ones                                  |
 // | callers' own primitives (_addnn ...)               | protected                                                    |
 // | memory that ends in setUniqueName, transcode and   | the first takes it for a taken name, the others stop half    |
-// | deleting walks, or in an assignment whose new key  | way, of the last all but the key is assigned, as where the   |
-// | an owner may refuse                                | refusal arrives                                              |
+// | deleting walks                                     | way                                                          |
 // clang-format on
 
 namespace {

@@ -482,11 +482,7 @@ void Universe::assign(Step const& step, Object& object, Object& other) {
         else
             object.real->setFrom(*other.real);
     };
-    // Memory that ends while a refusal is told leaves what the refusal leaves: all but the key is assigned.
-    bool const mayBeRefused =
-        !world.parentsOf(object).empty() &&
-        (object.isA(QORElementType::TYPE_VALUE) || object.isA(QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE));
-    Thrown const thrown = thrownBy([&] { mayBeRefused ? assignment() : onLibrary(assignment); });
+    Thrown const thrown = thrownBy([&] { onLibrary(assignment); });
     bool const done =
         world.assign({step.number, 0}, object, other, outcomeOf(*object.real, thrown != Thrown::NOTHING));
     expectSame(static_cast<int>(done ? Thrown::NOTHING : Thrown::MESSAGE), static_cast<int>(thrown),

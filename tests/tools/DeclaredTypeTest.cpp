@@ -82,6 +82,9 @@ TEST(DeclaredType, LengthAndScaleAreTheNumbersInParentheses) {
     EXPECT_EQ(length("VARCHAR(MAX)"), 0);
     EXPECT_EQ(length("VARCHAR("), 0);
     EXPECT_EQ(length("VARCHAR(12"), 12);
+    EXPECT_EQ(length("VARCHAR(2147483647)"), std::numeric_limits<int>::max());
+    EXPECT_EQ(length("VARCHAR(2147483648)"), std::numeric_limits<int>::max());
+    EXPECT_EQ(length("VARCHAR(2147483646)"), std::numeric_limits<int>::max() - 1);
     EXPECT_EQ(length("VARCHAR(99999999999999999999)"), std::numeric_limits<int>::max());
 }
 

@@ -8,6 +8,7 @@
 #include <qor/QORAssociationRole.h>
 #include <qor/QORAttribute.h>
 #include <qor/QORBaseType.h>
+#include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
 #include <qor/QORDatabaseCatalog.h>
 #include <qor/QORDerivedType.h>
@@ -116,6 +117,14 @@ TEST(GraphDiff, LongTextsAreToldAroundTheirDifference) {
     b.mail->setComment(("new" + repeated("x", 100)).c_str());
     EXPECT_EQ(textOf(a, b), "Class sales/customer\n  ~ Attribute mail: comment \"old" + repeated("x", 20) +
                                 "...\" -> \"new" + repeated("x", 20) + "...\"\n");
+    std::string const common = repeated("x", 30);
+    a.mail->setComment(common.c_str());
+    b.mail->setComment((common + repeated("y", 40)).c_str());
+    std::string const heading = "Class sales/customer\n  ~ Attribute mail: comment ";
+    std::string const shorter = "\"..." + repeated("x", 20) + "\"";
+    std::string const longer = "\"..." + repeated("x", 20) + repeated("y", 40) + "\"";
+    EXPECT_EQ(textOf(a, b), heading + shorter + " -> " + longer + "\n");
+    EXPECT_EQ(textOf(b, a), heading + longer + " -> " + shorter + "\n");
 }
 
 TEST(GraphDiff, LinksAreToldOneByOne) {
@@ -180,6 +189,24 @@ TEST(GraphDiff, IdTellsARenameAndAMove) {
                             "Class sales/invoice\n  > Attribute mail is moved from sales/customer/mail\n");
 }
 
+TEST(GraphDiff, AnEndThatKeepsNoOrderIsInNone) {
+    Shop a;
+    Shop b;
+    for (Shop* shop : {&a, &b}) {
+        auto* const phone = shop->named(new QORAttribute, "phone");
+        shop->customer->addFeature(phone);
+        auto* const key = shop->named(new QORCandidateKey, "key");
+        shop->customer->addKey(key);
+        key->addAttribute(shop->mail);
+        key->addAttribute(phone);
+    }
+    b.mail->setName("post"); // which comes behind the other name
+    diff::Difference const difference =
+        diff::compare(*a.model, *b.model, {{{"sales/customer/mail", "sales/customer/post"}}, false});
+    EXPECT_EQ(difference.renamed.size(), 1u);
+    EXPECT_TRUE(difference.changed.empty());
+}
+
 // ---- roots, and where graphs come from ------------------------------------------------------------------
 
 /// What an import makes of a database, as far as it depends on the source.
@@ -240,6 +267,18 @@ TEST(GraphDiff, OriginCountsOnRequest) {
     EXPECT_EQ(a.difference(b, true).removed.size(), 1u);
 }
 
+TEST(GraphDiff, WhatTheOriginOwnsCountsOnRequestToo) {
+    Source const a("old");
+    Source b("new");
+    auto* const note = new QORNote;
+    b.graph.adopt(note);
+    b.origin->addNote(note);
+    EXPECT_TRUE(a.difference(b).none());
+    EXPECT_TRUE(b.difference(a).none());
+    EXPECT_EQ(a.difference(b, true).added.size(), 1u);
+    EXPECT_EQ(b.difference(a, true).removed.size(), 1u);
+}
+
 TEST(GraphDiff, RootsOfTwoClassesHaveNothingInCommon) {
     Shop a;
     diff::Difference const difference = diff::compare(*a.model, *a.sales);
@@ -264,7 +303,7 @@ struct Keys {
         }
     }
 
-    void add(std::vector<int> const& members) {
+    QORIndex* add(std::vector<int> const& members) {
         auto* const index = new QORIndex;
         graph.adopt(index);
         table->addIndex(index);
@@ -274,6 +313,7 @@ struct Keys {
             index->addIndexMember(member);
             columns[static_cast<std::size_t>(column)]->addIndexMember(member);
         }
+        return index;
     }
 
     diff::Difference difference(Keys const& other) const { return diff::compare(*table, *other.table); }
@@ -293,6 +333,21 @@ TEST(GraphDiff, UnnamedObjectsBelongTogetherByWhatTheyHold) {
     EXPECT_EQ(difference.removed[1].className, "IndexMember");
     EXPECT_EQ(difference.added.size(), 0u);
     EXPECT_TRUE(difference.changed.empty());
+}
+
+TEST(GraphDiff, WhatIsAlikeInEverythingGoesBeforeWhatIsAlikeInItsLinks) {
+    for (char const* comment : {"a", "b", "c", "d", "e", "f"}) {
+        Keys a({});
+        Keys b({});
+        a.add({0})->setComment("same");
+        a.add({0})->setComment("before");
+        b.add({0})->setComment("same");
+        b.add({0})->setComment(comment);
+        diff::Difference const difference = a.difference(b);
+        ASSERT_EQ(difference.changed.size(), 1u) << comment;
+        EXPECT_EQ(difference.changed[0].attributes.at(0).from, "before");
+        EXPECT_EQ(difference.changed[0].attributes.at(0).to, comment);
+    }
 }
 
 TEST(GraphDiff, UnnamedObjectWithAnotherAttributeIsTheSame) {

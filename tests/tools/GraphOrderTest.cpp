@@ -89,6 +89,24 @@ TEST(GraphOrder, OfUnnamedObjectsTheAttributesDecideAndNotTheAddresses) {
     EXPECT_EQ(orders[0], orders[1]);
 }
 
+TEST(GraphOrder, ATextCountsByTheAttributeThatHoldsIt) {
+    std::vector<std::string> orders[2];
+    for (bool const reversed : {false, true}) {
+        QORClass table;
+        auto const operations = newByAddress<QOROperation>(2, reversed);
+        operations[0]->setNativeId("text");
+        operations[1]->setNativeType("text");
+        for (QOROperation* operation : operations) {
+            table.addOperation(operation);
+        }
+        for (QORObject* operation : GraphOrder().elements(table, linkOf(table, "operation"))) {
+            orders[reversed].emplace_back(static_cast<QOROperation*>(operation)->getNativeId().chars);
+        }
+    }
+    EXPECT_EQ(orders[0].size(), 2u);
+    EXPECT_EQ(orders[0], orders[1]);
+}
+
 TEST(GraphOrder, OfOtherwiseEqualObjectsWhatTheyOwnDecides) {
     std::vector<std::string> orders[2];
     for (bool const reversed : {false, true}) {

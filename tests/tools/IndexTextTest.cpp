@@ -45,6 +45,17 @@ TEST(IndexText, WhatWasWrittenIsReadAgain) {
     EXPECT_FALSE(read->members[1].descending);
 }
 
+TEST(IndexText, EachColumnCanBeAMember) {
+    for (int column : {0, 1}) {
+        database::Index index;
+        index.members.resize(1);
+        index.members[0].column = column;
+        auto const read = database::readIndexText(database::writeIndexText(index, view()), view());
+        ASSERT_TRUE(read) << column;
+        EXPECT_EQ(read->members.at(0).column, column);
+    }
+}
+
 TEST(IndexText, TextThatIsNoIndexGivesNone) {
     std::string const head =
         R"({"name":"i","comment":"","unique":false,"clustered":false,"extras":[],"members":)";

@@ -386,6 +386,12 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
     }
 }
 
+TEST(JsonExchange, ObjectNumbersHaveUpTo18Digits) {
+    EXPECT_EQ(problemOf(fileOf("{\"number\": 999999999999999999, \"class\": \"Model\"}")), "");
+    EXPECT_THAT(problemOf(fileOf("{\"number\": 1000000000000000000, \"class\": \"Model\"}")),
+                HasSubstr("a whole number from 1 on"));
+}
+
 TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
     std::string const good = fileOf("{\"number\": 1, \"class\": \"Model\"}");
     ASSERT_EQ(problemOf(good), "");

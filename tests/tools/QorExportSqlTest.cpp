@@ -68,6 +68,46 @@ TEST_F(QorExportSql, DialectCanBeThatOfTheOtherSystem) {
     EXPECT_THAT(result.out, Not(HasSubstr("VARCHAR(9)")));
 }
 
+TEST_F(QorExportSql, WhatIsLeftOutIsToldInTheSqlAndOnALineEach) {
+    std::string const own = makeDatabase(
+        folder.file("own.sqlite"), "CREATE TABLE t(a CHECK (json_valid(a)));"
+                                   "CREATE TRIGGER \"two\nlines\" AFTER INSERT ON t BEGIN SELECT 1; END");
+    std::vector<std::string> const arguments = {"export", own, "--format", "sql", "--dialect", "postgresql"};
+    ProgramResult const result = qor(arguments);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err,
+              "qor: left out: check of table t: the function json_valid isn't known to have an equal in "
+              "PostgreSQL\nqor: left out: trigger two lines of t: it is in the language of another "
+              "system\n");
+    EXPECT_THAT(result.out,
+                HasSubstr("-- left out: check of table t: the function json_valid isn't known to have an "
+                          "equal in PostgreSQL\n-- json_valid(a)\n"));
+    EXPECT_THAT(result.out,
+                HasSubstr("-- left out: trigger two\n-- lines of t: it is in the language of another "
+                          "system\n-- CREATE TRIGGER \"two\n-- lines\" AFTER INSERT"));
+    std::vector<std::string> quiet = arguments;
+    quiet.push_back("--quiet");
+    EXPECT_EQ(qor(quiet).err, "");
+    EXPECT_EQ(qor(quiet).out, result.out);
+}
+
+TEST_F(QorExportSql, SettingsOfTheFileAreInTheSqlAndInTheDifference) {
+    std::filesystem::create_directory(folder.path / "other");
+    std::string const other =
+        makeDatabase(folder.file("other/shop.sqlite"),
+                     "PRAGMA encoding = 'UTF-16le'; CREATE TABLE item(id INTEGER PRIMARY KEY, "
+                     "\"no\" VARCHAR(9) NOT NULL UNIQUE); CREATE VIEW v AS SELECT id FROM item;"
+                     "PRAGMA user_version = 9; PRAGMA application_id = 5");
+    ProgramResult const difference = qor({"diff", database, other});
+    EXPECT_EQ(difference.exitCode, 1);
+    for (char const* const name : {"user_version", "application_id", "encoding"}) {
+        EXPECT_THAT(difference.out, HasSubstr(name));
+    }
+    std::string const sql = qor({"export", other, "--format", "sql"}).out;
+    EXPECT_THAT(sql, StartsWith("PRAGMA encoding = 'UTF-16le';\nBEGIN;\n"));
+    EXPECT_THAT(sql, HasSubstr("PRAGMA user_version = 9;\nPRAGMA application_id = 5;\nCOMMIT;\n"));
+}
+
 TEST_F(QorExportSql, UnknownDialectIsNamed) {
     expectError(qor({"export", database, "--format", "sql", "--dialect", "klingon"}), "klingon");
 }

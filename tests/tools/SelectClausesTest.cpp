@@ -36,6 +36,11 @@ TEST(SelectClauses, KeywordsInTextsNamesCommentsAndParenthesesBeginNoClause) {
     EXPECT_EQ(clauses->orderBy, "");
 }
 
+TEST(SelectClauses, SemicolonsAtTheEndBelongToNoClause) {
+    EXPECT_EQ(splitSelect("SELECT a FROM t WHERE b = 1;")->where, "b = 1");
+    EXPECT_EQ(splitSelect("SELECT a FROM t ORDER BY a ; ;")->orderBy, "a");
+}
+
 TEST(SelectClauses, OnlyOnePlainSelectIsSplit) {
     EXPECT_FALSE(splitSelect("SELECT a FROM t WHERE b UNION SELECT c FROM u"));
     EXPECT_FALSE(splitSelect("WITH q AS (SELECT 1) SELECT * FROM q WHERE 1"));

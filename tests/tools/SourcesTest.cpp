@@ -2,8 +2,10 @@
 
 #include "TemporaryFolder.h"
 #include "kit/ToolError.h"
+#include "qor/Session.h"
 
 #include <gmock/gmock.h>
+#include <sstream>
 
 namespace {
 
@@ -24,9 +26,11 @@ TEST(Sources, ConsistOfTheirFile) {
 }
 
 TEST(Sources, AddressOfAnotherSchemeIsNone) {
+    std::ostringstream text;
+    qorprogram::Session session(0, nullptr, text, text);
     for (char const* address : {"mysql://h/x", "mysql://h/x.json", "postgresql+x://h", "file:///x.sqlite"}) {
         EXPECT_THROW(filesOfSource(address), kit::ToolError) << address;
-        EXPECT_THROW(qorprogram::loadSource(address), kit::ToolError) << address;
+        EXPECT_THROW(qorprogram::loadSource(address, session), kit::ToolError) << address;
     }
 }
 

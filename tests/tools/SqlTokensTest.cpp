@@ -46,6 +46,8 @@ TEST(SqlTokens, StringsKnowTheirPrefixesAndDollarSigns) {
     EXPECT_THAT(textsOf("x'00' E'a\\'b' $$it's$$ $tag$a $$ b$tag$ X 'y'"),
                 ElementsAre("x'00'", "E'a\\'b'", "$$it's$$", "$tag$a $$ b$tag$", "X", "'y'"));
     EXPECT_THAT(textsOf("$1,$2"), ElementsAre("$1", ",", "$2"));
+    EXPECT_THAT(textsOf("$1$2 $1$"), ElementsAre("$1", "$2", "$1", "$")); // a tag begins with no digit
+    EXPECT_THAT(textsOf("n'a\\' b"), ElementsAre("n'a\\'", "b")); // a backslash means something in E'' alone
     EXPECT_EQ(only("$$a$$").kind, TokenKind::STRING);
 }
 

@@ -1,15 +1,20 @@
 #include "sqlite/Translation.h"
 
 #include <gtest/gtest.h>
+#include <optional>
 
 namespace {
 
-using sqlite::translateSql;
+/// Nothing if there is a problem.
+std::optional<std::string> translateSql(std::string_view sql) {
+    sqlite::Translation const translation = sqlite::translateSql(sql);
+    return translation.problem.empty() ? std::optional(translation.text) : std::nullopt;
+}
 
 TEST(Translation, CastsAreLeftOut) {
     EXPECT_EQ(translateSql("'a'::character varying(3) || b::text"), "'a' || b");
     EXPECT_EQ(translateSql("(a)::double precision > (1)::numeric(10,2)"), "(a) > (1)");
-    EXPECT_EQ(translateSql("a::timestamp without time zone < CURRENT_TIMESTAMP"), "a < CURRENT_TIMESTAMP");
+    EXPECT_EQ(translateSql("'2020-02-01'::timestamp without time zone < a"), "'2020-02-01' < a");
     EXPECT_EQ(translateSql("a::sales.grade = 'x'::sales.\"big grade\""), "a = 'x'");
     EXPECT_EQ(translateSql("a::text[] IS NULL"), "a IS NULL");
 }
@@ -29,6 +34,14 @@ TEST(Translation, WhatSqliteMayNotHaveIsRefused) {
     }
 }
 
+TEST(Translation, CastsThatMakeAnotherValueAreRefused) {
+    for (char const* sql : {"a::date", "a::timestamp without time zone", "(a / b)::integer", "a::boolean",
+                            "'1 day'::interval", "'t'::regclass"}) {
+        EXPECT_EQ(translateSql(sql), std::nullopt) << sql;
+    }
+    EXPECT_EQ(sqlite::translateSql("f(a)").problem, "it isn't known that SQLite has f");
+}
+
 TEST(Translation, TheRestStaysAsItIs) {
     for (char const* sql :
          {"a + 1 > -2", "coalesce(a, lower(\"b c\"))", "a IN (1, 2) AND (b BETWEEN 'x;' AND 'y')",
@@ -39,7 +52,7 @@ TEST(Translation, TheRestStaysAsItIs) {
 }
 
 TEST(Translation, ValueOfADomainIsTheColumn) {
-    EXPECT_EQ(sqlite::translateDomainCheck("(VALUE > 0) AND 'VALUE' <> \"VALUE\"", "a b"),
+    EXPECT_EQ(sqlite::translateDomainCheck("(VALUE > 0) AND 'VALUE' <> \"VALUE\"", "a b").text,
               "(\"a b\" > 0) AND 'VALUE' <> \"VALUE\"");
 }
 

@@ -15,6 +15,7 @@ Rules strictRules() {
     Rules rules;
     rules.emptyTables = true;
     rules.strict = true;
+    rules.utf8 = true;
     rules.comparesTypes = true;
     rules.defaultSchema = "public";
     return rules;
@@ -102,14 +103,14 @@ TEST(Writable, IndexesOfThingsMoveWithThem) {
 TEST(Writable, ExpressionMustStayWithinItself) {
     Structure all = twoTables();
     for (char const* text :
-         {"", " ", "(", ")(", "1); DROP TABLE a; --", "'", "\"x", "1 -- or", "$$ 1", "1 /*"}) {
+         {"", " ", "(", ")(", "1); DROP TABLE a; --", "'", "\"x", "$$ 1", "1 /*", "1 -- or\n/*"}) {
         all.checks.assign(1, database::Check());
         all.checks[0].table = 0;
         all.checks[0].expression = text;
         EXPECT_THAT(database::writable(all, strictRules()).structure.checks, IsEmpty()) << text;
     }
-    for (char const* text :
-         {"x > 1", "(x)", "x = ';'", "x = '--' /* y */ AND true", "x = 'it''s'", "x = $$'$$"}) {
+    for (char const* text : {"x > 1", "(x)", "x = ';'", "x = '--' /* y */ AND true", "x = 'it''s'",
+                             "x = $$'$$", "1 -- or", "1 /* or */ -- else"}) {
         all.checks[0].expression = text;
         EXPECT_THAT(omissionsOf(all), IsEmpty()) << text;
         all.checks.assign(1, all.checks[0]);

@@ -1,6 +1,7 @@
 #include "database/ModelBuilder.h"
 
 #include "database/IndexText.h"
+#include "database/KeyOrder.h"
 #include "database/SelectClauses.h"
 #include "kit/ToolError.h"
 
@@ -152,9 +153,29 @@ private:
     std::vector<int> ranks;
 };
 
+/// The places of records in their groups, for the groups whose order isn't the one that follows from names;
+/// 0 for the others.
+template <class Records, class GroupOf>
+std::vector<int> placesOf(Records const& records, std::vector<int> const& order, GroupOf const& groupOf) {
+    using Group = decltype(groupOf(records.front()));
+    std::map<Group, std::vector<int>> asTold;
+    std::map<Group, std::vector<int>> byName;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        asTold[groupOf(records[i])].push_back(static_cast<int>(i));
+        byName[groupOf(records[static_cast<std::size_t>(order[i])])].push_back(order[i]);
+    }
+    std::vector<int> places(records.size());
+    for (auto const& [group, numbers] : asTold) {
+        for (std::size_t i = 0; numbers != byName[group] && i < numbers.size(); ++i) {
+            places[static_cast<std::size_t>(numbers[i])] = static_cast<int>(i) + 1;
+        }
+    }
+    return places;
+}
+
 /// The steps of `buildModel`. Each makes one kind of thing for the whole database, and finds by number what
-/// the steps before it have made. The order of the records doesn't matter: everything is made in an order
-/// that follows from names.
+/// the steps before it have made. Everything is made in an order that follows from names. The order of the
+/// records matters only for the keys and checks of a table, and for these only if the structure says so.
 class Builder {
 public:
     explicit Builder(Structure const& toBuild) : structure(toBuild), model(std::make_unique<QORModel>()) {}
@@ -224,6 +245,12 @@ private:
         value->setPosition(position);
         value->addPropertyType(&propertyType(element.getElementType(), name));
         adopt(element, &QORElement::addPropertyValue, std::move(value));
+    }
+
+    void addPlace(QORElement& element, std::vector<int> const& places, std::size_t number) {
+        if (number < places.size() && places[number] > 0) {
+            addProperty(element, "position", std::to_string(places[number]), 0);
+        }
     }
 
     QORPropertyType& propertyType(QORElementType elementType, std::string const& name) {
@@ -473,11 +500,15 @@ private:
 
     void buildKeys() {
         std::vector<int> const order = orderOf(structure.keys, [this](Key const& record) {
-            return std::make_tuple(tableRanks[record.table], record.kind, record.name, record.columns,
-                                   tableRanks[record.referredTable], record.referredColumns);
+            return std::make_tuple(tableRanks[record.table], sortKeyOf(structure, record));
         });
         for (Index const& index : structure.indexes) {
             noteUniqueIndex(index);
+        }
+        if (structure.keepsKeyOrder) {
+            keyPlaces = placesOf(structure.keys, order, [](Key const& record) {
+                return std::make_pair(record.table, record.kind == KeyKind::FOREIGN);
+            });
         }
         std::vector<Key const*> foreign;
         for (int const number : order) {
@@ -513,6 +544,7 @@ private:
     template <class KeyClass>
     KeyClass& addKey(QORClass& table, Key const& record, std::unique_ptr<KeyClass> made) {
         addExtras(*made, record.extras);
+        addPlace(*made, keyPlaces, static_cast<std::size_t>(&record - structure.keys.data()));
         KeyClass& key = adopt(table, &QORClass::addKey, std::move(made));
         for (int const column : record.columns) {
             key.addAttribute(&columnAt(record.table, column));
@@ -634,9 +666,14 @@ private:
 
     void buildChecks() {
         auto const order = orderOf(structure.checks, [this](Check const& record) {
-            return std::make_tuple(tableRanks[record.table], typeRanks[record.type], record.name,
-                                   record.expression);
+            return std::make_tuple(tableRanks[record.table], typeRanks[record.type],
+                                   sortKeyOf(structure, record));
         });
+        if (structure.keepsKeyOrder) {
+            checkPlaces = placesOf(structure.checks, order, [](Check const& record) {
+                return std::make_pair(record.table, record.type);
+            });
+        }
         for (int const number : order) {
             buildCheck(structure.checks[static_cast<std::size_t>(number)]);
         }
@@ -648,6 +685,7 @@ private:
         made->setType(QORBusinessRuleType::TEXT_PHYSICAL);
         made->setValue(record.expression.c_str());
         addExtras(*made, record.extras);
+        addPlace(*made, checkPlaces, static_cast<std::size_t>(&record - structure.checks.data()));
         QORBusinessRule& rule = adopt(*model, &QORModel::addBusinessRule, std::move(made));
         if (record.table >= 0) {
             rule.addModelObject(&tableAt(record.table));
@@ -818,6 +856,8 @@ private:
     Ranks typeRanks;
     Ranks tableRanks;
     std::vector<int> tableOrder;
+    std::vector<int> keyPlaces;
+    std::vector<int> checkPlaces;
     std::vector<QORDatabaseSchema*> schemas;
     std::vector<QORDesignPackage*> packages; ///< one for each schema
     std::vector<QORDerivedType*> types;

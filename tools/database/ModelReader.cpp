@@ -1,6 +1,7 @@
 #include "database/ModelReader.h"
 
 #include "database/IndexText.h"
+#include "database/KeyOrder.h"
 #include "database/ModelBuilder.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
@@ -107,6 +108,30 @@ std::string takeExtra(Extras& extras, std::string_view name) {
     return "";
 }
 
+/// Takes the places that records have in their groups, and puts each where its group has this place. Those
+/// without one stand in the order of their names and the like.
+template <class Records, class GroupOf>
+bool sortByPlace(Structure const& structure, Records& records, GroupOf const& groupOf) {
+    std::map<decltype(groupOf(records.front())), std::vector<std::size_t>> groups;
+    std::vector<int> places;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        groups[groupOf(records[i])].push_back(i);
+        places.push_back(std::atoi(takeExtra(records[i].extras, "position").c_str()));
+    }
+    Records const before = records;
+    for (auto const& entry : groups) {
+        std::vector<std::size_t> sorted = entry.second;
+        std::stable_sort(sorted.begin(), sorted.end(), [&](std::size_t a, std::size_t b) {
+            return places[a] != places[b] ? places[a] < places[b]
+                                          : sortKeyOf(structure, before[a]) < sortKeyOf(structure, before[b]);
+        });
+        for (std::size_t i = 0; i < sorted.size(); ++i) {
+            records[entry.second[i]] = before[sorted[i]];
+        }
+    }
+    return std::any_of(places.begin(), places.end(), [](int place) { return place > 0; });
+}
+
 /// Reads one kind of thing after the other, each for the whole model; what refers to something is read after
 /// that.
 class Reader {
@@ -134,6 +159,13 @@ public:
         ofClass<QORTrigger>(QORElementType::TRIGGER, [this](auto& trigger) { readTrigger(trigger); });
         ofClass<QORStoredProcedure>(QORElementType::STORED_PROCEDURE,
                                     [this](auto& routine) { readRoutine(routine); });
+        bool const keysHavePlaces = sortByPlace(structure, structure.keys, [](Key const& key) {
+            return std::make_pair(key.table, key.kind == KeyKind::FOREIGN);
+        });
+        bool const checksHavePlaces = sortByPlace(structure, structure.checks, [](Check const& check) {
+            return std::make_pair(check.table, check.type);
+        });
+        structure.keepsKeyOrder = keysHavePlaces || checksHavePlaces;
         return std::move(structure);
     }
 

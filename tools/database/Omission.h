@@ -1,5 +1,7 @@
 #pragma once
 
+#include "database/Structure.h"
+
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -15,6 +17,9 @@ struct Omission {
     std::string original; ///< what stands in the structure, where that helps to write it by hand
 };
 using Omissions = std::vector<Omission>;
+
+/// That a system hasn't got what an extra says of an object.
+Omission omissionOf(Extra const& extra, std::string const& object, char const* system);
 
 /// The line that announces an omission, without what is left out.
 std::string textOf(Omission const& omission);

@@ -32,7 +32,7 @@ char lower(char character) {
 
 class Scanner {
 public:
-    explicit Scanner(std::string_view sql) : text(sql) {}
+    Scanner(std::string_view sql, Brackets toUse) : text(sql), brackets(toUse) {}
 
     std::vector<Token> run() {
         std::vector<Token> tokens;
@@ -76,6 +76,10 @@ private:
             skipQuoted(first, false);
             return TokenKind::QUOTED_NAME;
         case '[':
+            if (brackets == Brackets::VALUES) {
+                skipValues();
+                return TokenKind::SYMBOL;
+            }
             position = std::min(text.find(']', position), text.size() - 1) + 1;
             return TokenKind::QUOTED_NAME;
         case '$':
@@ -91,6 +95,20 @@ private:
         }
         position += text.substr(position, 2) == "::" ? 2 : 1;
         return TokenKind::SYMBOL;
+    }
+
+    /// To the bracket that closes this one.
+    void skipValues() {
+        int depth = 0;
+        do {
+            char const character = text[position];
+            if (character == '\'' || character == '"') {
+                skipQuoted(character, character == '\'' && position > 0 && upper(text[position - 1]) == 'E');
+                continue;
+            }
+            depth += (character == '[') - (character == ']');
+            ++position;
+        } while (depth > 0 && position < text.size());
     }
 
     /// Inside, the quotation mark stands doubled.
@@ -148,6 +166,7 @@ private:
     }
 
     std::string_view text;
+    Brackets brackets;
     std::size_t position = 0;
 };
 
@@ -176,13 +195,18 @@ std::string Token::name() const {
     return result;
 }
 
-std::vector<Token> tokenize(std::string_view sql) {
-    return Scanner(sql).run();
+std::vector<Token> tokenize(std::string_view sql, Brackets brackets) {
+    return Scanner(sql, brackets).run();
 }
 
 std::string_view textBetween(Token const& first, Token const& last) {
     char const* const end = last.text.data() + last.text.size();
     return {first.text.data(), static_cast<std::size_t>(end - first.text.data())};
+}
+
+std::string trimmedSql(std::string_view sql) {
+    std::vector<Token> const tokens = tokenize(sql);
+    return tokens.empty() ? "" : std::string(textBetween(tokens.front(), tokens.back()));
 }
 
 std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open) {

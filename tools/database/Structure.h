@@ -171,6 +171,12 @@ struct Sequence : Named {
     int schema = -1;
 };
 
+/// What the reader of a database has to say of an object: what it couldn't learn, or what the object needs.
+struct Remark {
+    std::string object; ///< such as "index by_name"
+    std::string text;
+};
+
 struct Structure {
     Named catalog;
     Origin origin;
@@ -183,6 +189,9 @@ struct Structure {
     std::vector<Trigger> triggers;
     std::vector<Routine> routines;
     std::vector<Sequence> sequences;
+    /// Whether it means something in which order the keys and checks of a table stand.
+    bool keepsKeyOrder = false;
+    std::vector<Remark> remarks; ///< no part of the model, where each is the comment of its object
 };
 
 } // namespace database

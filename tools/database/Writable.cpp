@@ -46,7 +46,7 @@ bool isClosed(Token const& token) {
                (mark == ']' || std::count(token.text.begin(), token.text.end(), mark) % 2 == 0);
     }
     if (token.kind != TokenKind::STRING) {
-        return true;
+        return first != '[' || token.text.back() == ']';
     }
     bool const hasEscapes = first == 'e' || first == 'E';
     char const mark = first == '$' ? '$' : '\'';
@@ -54,10 +54,27 @@ bool isClosed(Token const& token) {
            (hasEscapes || mark == '$' || std::count(token.text.begin(), token.text.end(), mark) % 2 == 0);
 }
 
+/// Whether all comments of what stands behind the last token are closed; one to the end of the line is, since
+/// writers leave it out or end the line.
+bool endsItsComments(std::string_view behind) {
+    for (;;) {
+        std::size_t const line = behind.find("--");
+        std::size_t const block = behind.find("/*");
+        if (line == behind.npos && block == behind.npos) {
+            return true;
+        }
+        std::size_t const end = line < block ? behind.find('\n', line) : behind.find("*/", block + 2);
+        if (end == behind.npos) {
+            return line < block;
+        }
+        behind.remove_prefix(end + (line < block ? 1 : 2));
+    }
+}
+
 /// Whether a text stays within itself: all that it opens it closes, and it ends no statement and begins no
 /// comment that would take along what stands behind it.
-bool isWhole(std::string const& sql) {
-    std::vector<Token> const tokens = tokenize(sql);
+bool isWhole(std::string const& sql, Brackets brackets) {
+    std::vector<Token> const tokens = tokenize(sql, brackets);
     int depth = 0;
     for (Token const& token : tokens) {
         depth += token.isSymbol('(') - token.isSymbol(')');
@@ -70,7 +87,7 @@ bool isWhole(std::string const& sql) {
     }
     std::string_view const last = tokens.back().text;
     std::string const behind = sql.substr(static_cast<std::size_t>(last.data() - sql.data()) + last.size());
-    return behind.find("--") == behind.npos && behind.find("/*") == behind.npos;
+    return endsItsComments(behind);
 }
 
 /// Takes out of a vector what isn't kept. The answer has the new index of each element; -1 for those that
@@ -126,7 +143,7 @@ private:
     /// What isn't UTF-8 can't stand in a statement of those that are strict. Names that a thing needs are
     /// looked at later.
     void completeTexts() {
-        if (!rules.strict) {
+        if (!rules.utf8) {
             return;
         }
         completeName(structure.catalog, "database");
@@ -182,7 +199,7 @@ private:
         if (name.empty()) {
             return rules.emptyNames ? "" : "it needs one";
         }
-        return rules.strict && !exchange::isUtf8(name) ? notUtf8 : "";
+        return rules.utf8 && !exchange::isUtf8(name) ? notUtf8 : "";
     }
 
     std::string key(std::string const& name) const { return rules.ignoreCase ? lowerCase(name) : name; }
@@ -279,7 +296,7 @@ private:
         if (type.kind == TypeKind::DOMAIN_TYPE && type.base < 0 && rules.typesNeeded) {
             omit("base of type " + type.name, "it isn't known, so that it is text");
         }
-        if (!type.defaultValue.empty() && !isWhole(type.defaultValue)) {
+        if (!type.defaultValue.empty() && !isWhole(type.defaultValue, brackets)) {
             omit("default of type " + type.name, notWhole, type.defaultValue);
             type.defaultValue.clear();
         }
@@ -346,7 +363,7 @@ private:
             if (one.type < 0 && rules.typesNeeded && each.kind == TableKind::TABLE) {
                 omit("type of column " + one.name + " of " + each.name, "it isn't known, so that it is text");
             }
-            if ((one.generated || !one.defaultValue.empty()) && !isWhole(one.defaultValue)) {
+            if ((one.generated || !one.defaultValue.empty()) && !isWhole(one.defaultValue, brackets)) {
                 omit((one.generated ? "that column " : "default of column ") + one.name + " of " + each.name +
                          (one.generated ? " is computed" : ""),
                      notWhole, one.defaultValue);
@@ -593,7 +610,7 @@ private:
             if (ofTable ? check.table < 0 || table(check.table).kind != TableKind::TABLE : check.type < 0) {
                 return omit(what, "there is no such table or type");
             }
-            if (!isWhole(check.expression)) {
+            if (!isWhole(check.expression, brackets)) {
                 return omit(what, notWhole, check.expression);
             }
             if (ofTable) {
@@ -613,14 +630,14 @@ private:
             bool areThere = !index.members.empty();
             for (IndexMember& member : index.members) {
                 member.column = movedTo(columns[static_cast<std::size_t>(index.table)], member.column);
-                areThere = areThere && (member.column >= 0 || isWhole(member.expression));
+                areThere = areThere && (member.column >= 0 || isWhole(member.expression, brackets));
             }
             index.table = to;
             if (!areThere) {
                 return omit(what, "not all that it indexes is there");
             }
             std::string const* const where = findExtra(index.extras, "where");
-            if (where && !isWhole(*where)) {
+            if (where && !isWhole(*where, brackets)) {
                 return omit(what, notWhole, *where);
             }
             std::set<std::pair<int, std::string>> none;
@@ -659,6 +676,7 @@ private:
     Writable result;
     Structure& structure = result.structure;
     Rules const& rules;
+    Brackets const brackets = rules.brackets ? Brackets::NAME : Brackets::VALUES;
     std::vector<std::string> const names = namesOf(structure); ///< of the tables, those left out among them
     std::vector<int> tables;               ///< where the tables have gone; -1 for those left out
     std::vector<std::vector<int>> columns; ///< likewise those of each table, by the table's old place

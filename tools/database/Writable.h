@@ -13,6 +13,8 @@ struct Rules {
     bool strict = false;         ///< keys have each column once, refer to keys, and share no names
     bool typesNeeded = false;    ///< a column without a type is one of which it isn't known
     bool comparesTypes = false;  ///< a foreign key is of types that are known to compare
+    bool utf8 = false;           ///< all names are UTF-8
+    bool brackets = false;       ///< a name may stand in square brackets
     std::string defaultSchema{}; ///< the schema of what has none; empty if there are no schemas
 };
 

@@ -3,11 +3,14 @@
 #include "database/Writable.h"
 #include "postgres/ArrayCasts.h"
 #include "postgres/CatalogKinds.h"
+#include "postgres/ForeignStructure.h"
+#include "postgres/ForeignTypes.h"
 #include "postgres/SqlNames.h"
 #include "postgres/StatementOrder.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <ostream>
 #include <set>
 #include <string>
@@ -41,16 +44,6 @@ std::string clause(Extras const& extras, char const* name, char const* before, c
 
 bool beginsWith(std::string const& text, std::string_view start) {
     return text.compare(0, start.size(), start) == 0;
-}
-
-/// Each line of a text as a comment of SQL. To the server a carriage return ends a line as well.
-std::string asComment(std::string const& text) {
-    std::string result = "-- ";
-    for (char const character : text) {
-        result += character;
-        result += character == '\n' || character == '\r' ? "-- " : "";
-    }
-    return result + "\n";
 }
 
 /// SQL behind which more can stand: what may be a comment in its last line ends there.
@@ -96,66 +89,25 @@ std::string actionClause(char const* event, Action action) {
     return action == Action::NO_ACTION ? "" : std::string(event) + textOf(action);
 }
 
-std::string inParentheses(int length, int scale) {
-    return length <= 0 ? ""
-                       : "(" + std::to_string(length) + (scale > 0 ? "," + std::to_string(scale) : "") + ")";
-}
-
-/// The type of PostgreSQL that holds what a type of another system does.
-std::string translatedType(Type const& type) {
-    static std::map<std::string, char const*> const translations = {
-        {"SQL_BIGINT", "bigint"},
-        {"SQL_BINARY", "bytea"},
-        {"SQL_BLOB", "bytea"},
-        {"SQL_BOOLEAN", "boolean"},
-        {"SQL_DATE", "date"},
-        {"SQL_DOUBLE", "double precision"},
-        {"SQL_FLOAT", "double precision"},
-        {"SQL_INTEGER", "integer"},
-        {"SQL_LONGVARBINARY", "bytea"},
-        {"SQL_REAL", "real"},
-        {"SQL_SMALLINT", "smallint"},
-        {"SQL_TIME", "time"},
-        {"SQL_TIMESTAMP", "timestamp"},
-        {"SQL_TIMESTAMP_WITH_TIME_ZONE", "timestamp with time zone"},
-        {"SQL_TIME_WITH_TIME_ZONE", "time with time zone"},
-        {"SQL_TINYINT", "smallint"},
-        {"SQL_VARBINARY", "bytea"},
-    };
-    std::string const& name = type.dataType;
-    auto const found = translations.find(name);
-    if (found != translations.end()) {
-        return found->second;
-    }
-    if (name == "SQL_NUMERIC" || name == "SQL_DECIMAL") {
-        return "numeric" + inParentheses(type.length, type.scale);
-    }
-    bool const isFixed = name == "SQL_CHAR" || name == "SQL_NCHAR";
-    if ((isFixed || name == "SQL_VARCHAR" || name == "SQL_NVARCHAR") && type.length > 0) {
-        return (isFixed ? "char" : "varchar") + inParentheses(type.length, 0);
-    }
-    constexpr std::string_view interval = "SQL_INTERVAL_";
-    if (beginsWith(name, interval)) {
-        std::string fields = name.substr(4);
-        std::replace(fields.begin(), fields.end(), '_', ' ');
-        return fields;
-    }
-    return "text";
-}
-
 /// The server has nothing to tell of options that weren't read, nor has a graph.
-std::string secretsOf(std::string const& thing) {
-    return asComment("Not written: options of " + thing + " that may be secret, if there are any");
+Omission secretsOf(std::string const& thing) {
+    return {"options of " + thing, "they may be secret, if there are any", ""};
 }
 
-/// A type of functions in C or of the server.
+/// A type of functions in C or of the server; empty if its statement isn't known.
 std::string baseTypeStatement(Type const& type, std::string const& name) {
     std::string const parts = valueOf(type.extras, "base");
     if (has(type, "shell")) {
         return "CREATE TYPE " + name;
     }
-    return beginsWith(parts, "INPUT = ") ? "CREATE TYPE " + name + " (" + parts + ")"
-                                         : asComment("Not written: base type " + type.declaration);
+    return beginsWith(parts, "INPUT = ") ? "CREATE TYPE " + name + " (" + parts + ")" : "";
+}
+
+/// What stands in the place of a statement.
+Creation omitted(Omission omission) {
+    Creation made;
+    made.omission = std::move(omission);
+    return made;
 }
 
 /// The schema and the name of what a statement makes.
@@ -171,17 +123,14 @@ std::pair<std::string, std::string> firstQualifiedName(std::string const& statem
 
 class Writer {
 public:
-    Writer(Writable const& toWrite, std::ostream& stream)
-        : structure(toWrite.structure), omissions(toWrite.omissions), out(stream),
-          foreign(toWrite.structure.origin.system != "PostgreSQL") {}
+    /// `translation` says what was left out of the structure of another system; null for one of PostgreSQL.
+    Writer(Structure const& toWrite, ForeignStructure const* translation, std::ostream& stream)
+        : structure(toWrite), translated(translation), out(stream) {}
 
-    void run() {
+    Omissions run() {
         groupByOwner();
         findLateDefaults();
         writeSettings();
-        for (Omission const& omission : omissions) {
-            tell(omission);
-        }
         writeSchemas();
         writeCatalogExtras(Moment::FIRST);
         writeCatalogExtras(Moment::NEVER);
@@ -195,6 +144,7 @@ public:
         writeComments();
         writeExtensionNeeds();
         writeCatalogExtras(Moment::LAST);
+        return std::move(omissions);
     }
 
 private:
@@ -239,8 +189,6 @@ private:
     std::string viewStatement(Table const& table);
     std::string emptyView(Table const& table);
     std::string columnText(Table const& table, Column const& column, bool isBare);
-    std::string defaultText(Column const& column);
-    bool isCounted(Table const& table, Column const& column) const;
     bool isLateDefault(Table const& table, Column const& column) const {
         auto const index = static_cast<int>(&table - structure.tables.data());
         return !column.generated && !column.defaultValue.empty() &&
@@ -275,12 +223,14 @@ private:
     bool isInherited(int table, Named const& thing) const {
         return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
     }
-    void tell(Omission const& omission) {
-        Omissions told;
-        leaveOut(omission, out, told);
-    }
     void statement(std::string const& text) {
-        out << withCommentEnded(foreign ? text : keepArrayCasts(text)) << ";\n";
+        out << withCommentEnded(translated ? text : keepArrayCasts(text)) << ";\n";
+    }
+    void leftOut(Omission const& omission) { leaveOut(omission, out, omissions); }
+    void tellOmissions(Omissions ForeignStructure::*which) {
+        for (Omission const& omission : translated ? translated->*which : Omissions()) {
+            leftOut(omission);
+        }
     }
     void comment(std::string const& kind, std::string const& name, std::string const& text) {
         if (!text.empty()) {
@@ -289,9 +239,10 @@ private:
     }
 
     Structure const& structure;
-    Omissions const& omissions;
+    ForeignStructure const* const
+        translated; ///< what was left out of the structure of another system, or null
     std::ostream& out;
-    bool foreign;
+    Omissions omissions;
     std::vector<std::vector<Key const*>> keysOfTable;
     std::vector<std::vector<Check const*>> checksOfTable;
     std::vector<std::vector<Check const*>> checksOfType;
@@ -343,15 +294,10 @@ void Writer::addLateDefaults(int table, std::string const& name) {
 
 /// The bodies of functions aren't looked at, so that they may name what comes later.
 void Writer::writeSettings() {
-    out << asComment("The structure of " + structure.catalog.name + ", for PostgreSQL");
+    writeComment("The structure of " + structure.catalog.name + ", for PostgreSQL", out);
     out << "SET client_encoding = 'UTF8';\nSET standard_conforming_strings = on;\n"
            "SET check_function_bodies = off;\nSET client_min_messages = warning;\n";
-    std::string path;
-    for (Schema const& schema : structure.schemas) {
-        path += (path.empty() ? "" : ", ") + quoteName(schema.name);
-    }
-    bool const needsPath = foreign && !path.empty();
-    statement("SET search_path = " + (needsPath ? path : std::string("''")));
+    statement("SET search_path = ''");
     out << '\n';
 }
 
@@ -366,15 +312,16 @@ void Writer::writeSchemas() {
 /// What stands for itself in the catalog and is made at that moment.
 void Writer::writeCatalogExtras(Moment moment) {
     for (Extra const& extra : structure.catalog.extras) {
-        bool const isNeverMade = foreign || kindOf(extra).moment == Moment::NEVER;
-        if (isNeverMade && moment == Moment::NEVER) {
-            out << asComment("Not written: " + extra.name + " " + extra.value);
+        if (moment == Moment::NEVER && kindOf(extra).moment == Moment::NEVER) {
+            leftOut({extra.name + " " + extra.value, "no statement for it has been read", ""});
         }
     }
+    if (moment == Moment::NEVER) {
+        tellOmissions(&ForeignStructure::ofDatabase);
+        return;
+    }
     for (Extra const* const extra : extrasOf(structure.catalog.extras, moment)) {
-        if (!foreign && moment != Moment::NEVER) {
-            statement(extra->value);
-        }
+        statement(extra->value);
     }
 }
 
@@ -386,7 +333,7 @@ std::string Writer::typeName(int index) const {
     if (type.kind != TypeKind::BUILT_IN || type.schema >= 0) {
         return qualified(type.schema, type.name);
     }
-    return foreign || type.declaration.empty() ? translatedType(type) : type.declaration;
+    return type.declaration.empty() ? translatedType(type) : type.declaration;
 }
 
 std::string Writer::columnNames(int table, std::vector<int> const& columns) const {
@@ -413,17 +360,23 @@ void Writer::writeObjects() {
         return !beginsWith(creation.statement, "CREATE VIEW") &&
                !beginsWith(creation.statement, "CREATE MATERIALIZED");
     });
-    splitCircles(creations, foreign);
-    for (std::size_t const index : orderByNeeds(creations, foreign)) {
-        std::string const& text = creations[index].statement;
+    splitCircles(creations, false);
+    for (std::size_t const index : orderByNeeds(creations, false)) {
+        Creation const& creation = creations[index];
         out << '\n';
-        if (beginsWith(text, "--")) {
-            out << text;
-        } else {
-            statement(text);
+        if (creation.omission) {
+            leftOut(*creation.omission);
+            continue;
+        }
+        statement(creation.statement);
+        if (translated && creation.table >= 0) {
+            for (Omission const& omission : at(translated->ofTables, creation.table)) {
+                leftOut(omission);
+            }
         }
     }
     out << '\n';
+    tellOmissions(&ForeignStructure::ofObjects);
 }
 
 /// A type whose functions name it begins as a shell.
@@ -437,12 +390,17 @@ void Writer::addTypes(std::vector<Creation>& creations) {
         Creation made = {schemaName(type.schema), type.name, typeStatement(type, index)};
         bool const hasShell =
             has(type, "base") || valueOf(type.extras, "range").find("CANONICAL = ") != std::string::npos;
-        if (hasShell && !foreign) {
+        if (made.statement.empty()) {
+            creations.push_back(
+                omitted({"base type " + type.declaration, "no statement for it has been read", ""}));
+            continue;
+        }
+        if (hasShell) {
             made.isLast = true;
             creations.insert(creations.begin(),
                              {"", "", "CREATE TYPE " + qualified(type.schema, type.name), 0});
         }
-        if (type.kind == TypeKind::DOMAIN_TYPE && !foreign) {
+        if (type.kind == TypeKind::DOMAIN_TYPE) {
             made.bare = typeStatement(type, index, true);
             made.rest = restOfDomain(index);
         }
@@ -466,11 +424,8 @@ void Writer::addSequences(std::vector<Creation>& creations) {
 /// Comments stand behind and need nothing.
 void Writer::addCatalogExtras(std::vector<Creation>& creations, Moment moment) {
     for (Extra const* const extra : extrasOf(structure.catalog.extras, moment)) {
-        if (foreign) {
-            return;
-        }
         if (kindOf(*extra).hasSecrets) {
-            creations.push_back({"", "", secretsOf(extra->name), 0});
+            creations.push_back(omitted(secretsOf(extra->name)));
         }
         Creation made = {"", "", extra->value, extra->value.find(";\nCOMMENT ON "), true};
         if (kindOf(*extra).inSchema) {
@@ -487,15 +442,16 @@ void Writer::addTables(std::vector<Creation>& creations) {
         bool const isTable = table.kind == TableKind::TABLE;
         Creation made = {schemaName(table.schema), table.name,
                          isTable ? tableStatement(table, index) : viewStatement(table)};
-        if (isTable && !foreign) {
+        made.table = index;
+        if (isTable) {
             made.bare = tableStatement(table, index, true);
             made.rest = restOfTable(index);
-        } else if (table.kind == TableKind::VIEW && !foreign) {
+        } else if (table.kind == TableKind::VIEW) {
             made.bare = emptyView(table);
             made.rest = "CREATE OR REPLACE" + made.statement.substr(std::string("CREATE").size());
         }
-        if (has(table, "server") && !foreign) {
-            creations.push_back({"", "", secretsOf("foreign table " + tableName(index)), 0});
+        if (has(table, "server")) {
+            creations.push_back(omitted(secretsOf("foreign table " + tableName(index))));
         }
         creations.push_back(std::move(made));
     }
@@ -514,9 +470,8 @@ void Writer::addPartitions(std::vector<Creation>& creations) {
                                      tableName(static_cast<int>(i)) + " " +
                                      valueOf(table.extras, "partition bound")});
             if (has(table, "detach pending")) {
-                creations.push_back({"", "",
-                                     asComment("Not written: " + tableName(static_cast<int>(i)) +
-                                               " is about to be detached from " + parent)});
+                creations.push_back(omitted({"detaching of " + tableName(static_cast<int>(i)),
+                                             "it hasn't ended, from " + parent, ""}));
             }
         }
     }
@@ -532,11 +487,6 @@ void Writer::addPartitions(std::vector<Creation>& creations) {
 /// first.
 void Writer::addRoutines(std::vector<Creation>& creations) {
     for (Routine const& routine : structure.routines) {
-        if (foreign) {
-            creations.push_back({schemaName(routine.schema), routine.name,
-                                 asComment("Not written: routine " + routine.name)});
-            continue;
-        }
         std::string const& text = routine.statement;
         Creation made = {schemaName(routine.schema), routine.name, text, text.find("\nAS ")};
         auto const body = std::min(text.find("\nBEGIN ATOMIC"), text.find("\nRETURN "));
@@ -595,7 +545,7 @@ std::string Writer::checkText(Check const& check) {
 }
 
 std::string Writer::tableStatement(Table const& table, int index, bool isBare) {
-    bool const isForeignTable = has(table, "server") && !foreign;
+    bool const isForeignTable = has(table, "server");
     std::string const type = valueOf(table.extras, "of");
     std::string const parts = tableParts(table, index, isBare);
     std::string text = std::string("CREATE ") + (has(table, "unlogged") ? "UNLOGGED " : "") +
@@ -677,29 +627,6 @@ std::string Writer::restOfDefault(int table, Column const& column) {
     return text;
 }
 
-/// A literal of another system suits in most cases; a truth value may be a number there.
-std::string Writer::defaultText(Column const& column) {
-    std::string const& value = column.defaultValue;
-    if (!foreign) {
-        return value;
-    }
-    if (typeName(column.type) == "boolean" && (value == "0" || value == "1")) {
-        return value == "1" ? "true" : "false";
-    }
-    bool const isLiteral = value.front() == '\'' || value.find_first_of("( |*/+") == std::string::npos;
-    return isLiteral ? value : "(" + value + ")";
-}
-
-/// True for a column whose values another system counts up by itself.
-bool Writer::isCounted(Table const& table, Column const& column) const {
-    auto const index = static_cast<std::size_t>(&table - structure.tables.data());
-    auto const position = static_cast<int>(&column - table.columns.data());
-    auto const& keys = keysOfTable[index];
-    return std::any_of(keys.begin(), keys.end(), [&](Key const* key) {
-        return has(*key, "autoincrement") && key->columns == std::vector<int>{position};
-    });
-}
-
 std::string Writer::columnText(Table const& table, Column const& column, bool isBare) {
     Extras const& extras = column.extras;
     std::string text = quoteName(column.name);
@@ -711,17 +638,15 @@ std::string Writer::columnText(Table const& table, Column const& column, bool is
         text += " WITH OPTIONS";
     } else {
         text += " " + typeName(column.type) + clause(extras, "options", " OPTIONS (", ")") +
-                (foreign ? "" : clause(extras, "collation", " COLLATE "));
+                clause(extras, "collation", " COLLATE ");
     }
     if (column.generated) {
         text += " GENERATED ALWAYS AS (" + column.defaultValue + ") ";
-        text += !foreign && valueOf(extras, "generated") == "VIRTUAL" ? "VIRTUAL" : "STORED";
+        text += valueOf(extras, "generated") == "VIRTUAL" ? "VIRTUAL" : "STORED";
     } else if (has(column, "identity")) {
         text += identityText(column);
-    } else if (isCounted(table, column)) {
-        text += " GENERATED BY DEFAULT AS IDENTITY";
     } else if (!column.defaultValue.empty() && !isBare && !isLateDefault(table, column)) {
-        text += " DEFAULT " + defaultText(column);
+        text += " DEFAULT " + column.defaultValue;
     }
     return text + (column.notNull ? " NOT NULL" : "");
 }
@@ -760,18 +685,11 @@ std::string Writer::emptyView(Table const& table) {
     return "CREATE VIEW " + qualified(table.schema, table.name) + " AS SELECT" + columns;
 }
 
-/// The names of the columns follow from the statement, unless it is another system's.
+/// The names of the columns follow from the statement.
 std::string Writer::viewStatement(Table const& table) {
     bool const stored = table.kind == TableKind::MATERIALIZED_VIEW;
     std::string text = std::string("CREATE ") + (stored ? "MATERIALIZED " : "") + "VIEW " +
                        qualified(table.schema, table.name);
-    if (foreign && !table.columns.empty()) {
-        std::string names;
-        for (Column const& column : table.columns) {
-            names += (names.empty() ? "" : ", ") + quoteName(column.name);
-        }
-        text += " (" + names + ")";
-    }
     if (has(table, "access method")) {
         text += " USING " + quoteName(valueOf(table.extras, "access method"));
     }
@@ -784,11 +702,11 @@ std::string Writer::viewStatement(Table const& table) {
 void Writer::writeIndexes() {
     for (Index const& index : structure.indexes) {
         if (!isWritten(index)) {
-            out << asComment("Not written: index that isn't valid: " + indexText(index));
+            leftOut({"index " + index.name, "it isn't valid", indexText(index)});
             continue;
         }
         statement(indexText(index));
-        for (std::size_t i = 0; i < index.members.size() && !foreign; ++i) {
+        for (std::size_t i = 0; i < index.members.size(); ++i) {
             std::string const target = valueOf(index.members[i].extras, "statistics");
             if (!target.empty() && !index.name.empty()) {
                 statement("ALTER INDEX " + qualified(at(structure.tables, index.table).schema, index.name) +
@@ -797,6 +715,7 @@ void Writer::writeIndexes() {
         }
     }
     writeParts();
+    tellOmissions(&ForeignStructure::ofIndexes);
 }
 
 /// What the indexes of partitions are parts of.
@@ -839,10 +758,8 @@ std::string Writer::memberText(Index const& index, IndexMember const& member) {
     std::string text = member.column >= 0
                            ? quoteName(at(at(structure.tables, index.table).columns, member.column).name)
                            : "(" + member.expression + ")";
-    if (!foreign) {
-        text += clause(member.extras, "collation", " COLLATE ") + clause(member.extras, "opclass", " ") +
-                clause(member.extras, "opclass options", " (", ")");
-    }
+    text += clause(member.extras, "collation", " COLLATE ") + clause(member.extras, "opclass", " ") +
+            clause(member.extras, "opclass options", " (", ")");
     return text + (member.descending ? " DESC" : "") + clause(member.extras, "nulls", " NULLS ");
 }
 
@@ -865,6 +782,7 @@ void Writer::writeForeignKeys() {
             writeForeignKey(key);
         }
     }
+    tellOmissions(&ForeignStructure::ofForeignKeys);
 }
 
 bool Writer::isNamedByParent(Key const& key) const {
@@ -889,7 +807,8 @@ int Writer::depthOf(int table) const {
 
 void Writer::writeForeignKey(Key const& key) {
     if (key.referredColumns.empty() && !has(key, "references")) {
-        out << asComment("Not written: foreign key " + key.name + " of " + tableName(key.table));
+        leftOut({"foreign key " + key.name + " of " + tableName(key.table),
+                 "it isn't known what it refers to", ""});
         return;
     }
     statement(std::string("ALTER TABLE ") + (isPartitioned(key.table) ? "" : "ONLY ") + tableName(key.table) +
@@ -996,15 +915,12 @@ void Writer::writeColumnAlterations(Table const& table) {
         bool const hasOwnDefault =
             isLateDefault(table, column) || (!column.generated && made.defaultValue != column.defaultValue);
         bool const hasOwnNotNull = column.notNull && !made.notNull;
-        if (hasOwnDefault || (isOfView && !foreign && !column.defaultValue.empty())) {
+        if (hasOwnDefault || (isOfView && !column.defaultValue.empty())) {
             statement(start +
                       (column.defaultValue.empty() ? "DROP DEFAULT" : "SET DEFAULT " + column.defaultValue));
         }
         if (hasOwnNotNull) {
             statement(start + "SET NOT NULL");
-        }
-        if (foreign) {
-            continue;
         }
         if (isOfParent && has(column, "identity")) {
             statement(start + "ADD" + identityText(column));
@@ -1051,10 +967,6 @@ void Writer::writeTableExtras() {
 
 void Writer::writeTriggers() {
     for (Trigger const& trigger : structure.triggers) {
-        if (foreign) {
-            out << asComment("Not written: " + trigger.statement);
-            continue;
-        }
         statement(trigger.statement);
         std::string const enabled = valueOf(trigger.extras, "enabled");
         if (!enabled.empty()) {
@@ -1072,10 +984,11 @@ void Writer::writeTriggers() {
     }
     for (Key const& key : structure.keys) {
         if (has(key, "enabled")) {
-            out << asComment("Not written: triggers of the key " + key.name + " of " + tableName(key.table) +
-                             " are enabled: " + valueOf(key.extras, "enabled"));
+            leftOut({"state of the triggers of the key " + key.name + " of " + tableName(key.table),
+                     "only a superuser may set it: enabled " + valueOf(key.extras, "enabled"), ""});
         }
     }
+    tellOmissions(&ForeignStructure::ofTriggers);
 }
 
 /// The extensions with which a thing goes when they are dropped.
@@ -1124,7 +1037,7 @@ void Writer::writeComments() {
         if (!has(schema, "extension")) {
             comment("SCHEMA", quoteName(schema.name), schema.comment);
         }
-        if (schema.name == "public" && schema.comment.empty() && !foreign) {
+        if (schema.name == "public" && schema.comment.empty() && !translated) {
             statement("COMMENT ON SCHEMA public IS NULL");
         }
     }
@@ -1134,13 +1047,11 @@ void Writer::writeComments() {
         comment("SEQUENCE", qualified(sequence.schema, sequence.name), sequence.comment);
     }
     for (Routine const& routine : structure.routines) {
-        if (!foreign) {
-            comment("ROUTINE",
-                    qualified(routine.schema, routine.name) +
-                        signatureOf(structure, routine,
-                                    [](Type const& type) -> std::string const& { return type.declaration; }),
-                    routine.comment);
-        }
+        comment("ROUTINE",
+                qualified(routine.schema, routine.name) +
+                    signatureOf(structure, routine,
+                                [](Type const& type) -> std::string const& { return type.declaration; }),
+                routine.comment);
     }
 }
 
@@ -1194,24 +1105,35 @@ void Writer::writeTableComments() {
                 isWritten(index) && !index.name.empty() ? index.comment : "");
     }
     for (Trigger const& trigger : structure.triggers) {
-        if (!foreign) {
-            std::string const name = quoteName(trigger.name) + " ON " + tableName(trigger.table);
-            comment("TRIGGER", name, trigger.comment);
-            comment("CONSTRAINT", name, valueOf(trigger.extras, "comment on constraint"));
-        }
+        std::string const name = quoteName(trigger.name) + " ON " + tableName(trigger.table);
+        comment("TRIGGER", name, trigger.comment);
+        comment("CONSTRAINT", name, valueOf(trigger.extras, "comment on constraint"));
     }
 }
 
 } // namespace
 
-void writePostgresSql(Structure const& structure, std::ostream& out) {
+Omissions writePostgresSql(Structure const& structure, std::ostream& out) {
+    bool const isOwn = structure.origin.system == "PostgreSQL";
     Rules rules;
     rules.emptyTables = true;
-    rules.strict = true;
+    rules.strict = isOwn; // what other systems have is made to fit
     rules.typesNeeded = structure.origin.system != "SQLite";
-    rules.comparesTypes = structure.origin.system != "PostgreSQL";
+    rules.comparesTypes = !isOwn;
+    rules.utf8 = true;
+    rules.brackets = structure.origin.system == "SQLite";
     rules.defaultSchema = "public";
-    Writer(writable(withCommentsEnded(structure), rules), out).run();
+    Writable const whole = writable(isOwn ? withCommentsEnded(structure) : structure, rules);
+    Omissions omissions;
+    for (Omission const& omission : whole.omissions) {
+        leaveOut(omission, out, omissions);
+    }
+    std::optional<ForeignStructure> const foreign =
+        isOwn ? std::nullopt : std::optional(translateStructure(whole.structure));
+    Omissions const ofWriter =
+        Writer(foreign ? foreign->structure : whole.structure, foreign ? &*foreign : nullptr, out).run();
+    omissions.insert(omissions.end(), ofWriter.begin(), ofWriter.end());
+    return omissions;
 }
 
 } // namespace postgres

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "database/Omission.h"
+
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,10 @@ struct Creation {
     /// empty if there is no such way.
     std::string bare = {};
     std::string rest = {};
+    /// The number of what is made, if that is a table or view.
+    int table = -1;
+    /// What is said instead, where there is no statement.
+    std::optional<database::Omission> omission = {};
 };
 
 /// The statements' indexes in an order in which each comes after those that make what it names; otherwise

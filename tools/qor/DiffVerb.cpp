@@ -95,8 +95,8 @@ void compareSources(DiffOptions const& options, Session& session) {
     }
     kit::Output const output = standardOutputOf(session, sources);
     diff::Options const rules = optionsFrom(options);
-    kit::Graph const before = loadSource(options.before);
-    kit::Graph const after = loadSource(options.after);
+    kit::Graph const before = loadSource(options.before, session);
+    kit::Graph const after = loadSource(options.after, session);
     diff::Difference const difference = diff::compare(before.root(), after.root(), rules);
     session.exitCode = difference.none() ? 0 : different;
     if (session.quiet) {

@@ -1,6 +1,7 @@
 #include "qor/Verbs.h"
 
 #include "database/ModelReader.h"
+#include "database/Omission.h"
 #include "database/SqlTokens.h"
 #include "kit/ToolError.h"
 #include "postgres/SqlWriter.h"
@@ -19,7 +20,7 @@
 namespace qorprogram {
 namespace {
 
-using SqlWriter = void (*)(database::Structure const& structure, std::ostream& out);
+using SqlWriter = database::Omissions (*)(database::Structure const& structure, std::ostream& out);
 
 std::map<std::string, SqlWriter> const sqlWriters = {{"sqlite", sqlite::writeSqliteSql},
                                                      {"postgresql", postgres::writePostgresSql}};
@@ -43,13 +44,18 @@ SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& 
     return known->second;
 }
 
-void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Output const& output) {
+void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Output const& output,
+               Session& session) {
     if (!graph.root().isInstanceOf(QORElementType::MODEL)) {
         throw kit::ToolError(options.source, "its root is no model, which SQL is written from");
     }
     database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
     SqlWriter const write = sqlWriterFor(options, structure);
-    output.write([&](std::ostream& out) { write(structure, out); });
+    database::Omissions omissions;
+    output.write([&](std::ostream& out) { omissions = write(structure, out); });
+    for (database::Omission const& omission : omissions) {
+        session.remark(database::textOf(omission));
+    }
 }
 
 void exportGraph(ExportOptions const& options, Session& session) {
@@ -57,9 +63,9 @@ void exportGraph(ExportOptions const& options, Session& session) {
         throw kit::ToolError("--dialect", "goes with --format sql alone");
     }
     kit::Output const output = outputOf(session, options.output, options.format, {options.source});
-    kit::Graph const graph = loadSource(options.source);
+    kit::Graph const graph = loadSource(options.source, session);
     if (options.format == "sql") {
-        exportSql(options, graph, output);
+        exportSql(options, graph, output, session);
         return;
     }
     auto const write = formats().at(options.format).write;

@@ -22,7 +22,7 @@ struct ImportOptions {
 
 void import(ImportOptions const& options, Session& session) {
     kit::Output const output = outputOf(session, options.output, "json", {options.source});
-    kit::Graph const graph = loadSource(options.source);
+    kit::Graph const graph = loadSource(options.source, session);
     output.write([&](std::ostream& out) {
         if (!options.output.empty()) {
             exchange::writeJson(graph.root(), out);

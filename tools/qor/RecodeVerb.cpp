@@ -45,7 +45,7 @@ void recode(RecodeOptions const& options, Session& session) {
     auto const from = converterFor(options.from);
     auto const to = converterFor(options.to);
     kit::Output const output = outputOf(session, options.output, "json", {options.source});
-    kit::Graph const graph = loadSource(options.source);
+    kit::Graph const graph = loadSource(options.source, session);
     exchange::Recoded const recoded = exchange::recode(graph.root(), *from, *to);
     if (recoded.failed > 0 && !options.force) {
         std::size_t const texts = recoded.converted + recoded.unchanged + recoded.failed;

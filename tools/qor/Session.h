@@ -18,6 +18,13 @@ public:
     /// Writes a remark or an error, a line that shows no secret. Nothing else goes there.
     void say(std::string const& text) { err << safe(text) << std::endl; }
 
+    /// Writes a line of remarks, unless they aren't wanted.
+    void remark(std::string const& text) {
+        if (!quiet) {
+            say("qor: " + text);
+        }
+    }
+
     std::ostream& out;
     bool quiet = false; ///< no remarks, but errors all the same
     int exitCode = 0;

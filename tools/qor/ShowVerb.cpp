@@ -24,7 +24,7 @@ struct ShowOptions {
 
 void show(ShowOptions const& options, Session& session) {
     kit::Output const output = standardOutputOf(session, {options.source});
-    kit::Graph const graph = loadSource(options.source);
+    kit::Graph const graph = loadSource(options.source, session);
     QORObject& top = options.path.empty()
                          ? graph.root()
                          : kit::ObjectPaths(kit::Numbering(graph.root())).only(options.path, options.source);

@@ -7,6 +7,7 @@
 #include "postgres/PostgresUrl.h"
 #include "postgres/StructureReader.h"
 #include "qor/SafeText.h"
+#include "qor/Session.h"
 #include "sqlite/Companions.h"
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/StructureReader.h"
@@ -37,29 +38,37 @@ bool isJson(std::string const& path) {
     return first == '{';
 }
 
-kit::Graph modelOf(database::Structure const& structure) {
+kit::Graph loadGraph(std::string const& path, Session&) {
+    return exchange::readJsonFile(path);
+}
+
+/// What the reader found worth saying is told once the model stands.
+kit::Graph modelOf(database::Structure const& structure, Session& session) {
     kit::Graph graph;
     graph.adoptTree(database::buildModel(structure).release());
+    for (database::Remark const& remark : structure.remarks) {
+        session.remark(structure.origin.source + ": " + remark.object + ": " + remark.text);
+    }
     return graph;
 }
 
-kit::Graph loadPostgres(std::string const& url) {
+kit::Graph loadPostgres(std::string const& url, Session& session) {
     postgres::Connection connection(url);
-    return modelOf(postgres::readStructure(connection));
+    return modelOf(postgres::readStructure(connection), session);
 }
 
 /// A path can look like an address too.
-kit::Graph loadSqlite(std::string const& path) {
+kit::Graph loadSqlite(std::string const& path, Session& session) {
     sqlite::Database file(path);
     database::Structure structure = sqlite::readStructure(file);
     structure.origin.source = withoutSecrets(structure.origin.source);
     structure.catalog.name = withoutSecrets(structure.catalog.name);
-    return modelOf(structure);
+    return modelOf(structure, session);
 }
 
 struct SourceKind {
     bool (*recognises)(std::string const& source);
-    kit::Graph (*load)(std::string const& source);
+    kit::Graph (*load)(std::string const& source, Session& session);
     Files (*filesOf)(std::string const& source);
     std::string (*shown)(std::string const& address); ///< null for a kind that is no address
 };
@@ -69,7 +78,7 @@ std::array<SourceKind, 3> const kinds = {
     {{[](std::string const& source) { return postgres::isPostgresUrl(source); }, loadPostgres,
       [](std::string const&) { return Files(); },
       [](std::string const& address) { return postgres::withoutPassword(address); }},
-     {isJson, exchange::readJsonFile, [](std::string const& path) { return Files{path}; }, nullptr},
+     {isJson, loadGraph, [](std::string const& path) { return Files{path}; }, nullptr},
      {[](std::string const&) { return true; }, loadSqlite, sqlite::filesOf, nullptr}}};
 
 SourceKind const& kindOf(std::string const& source) {
@@ -84,8 +93,8 @@ SourceKind const& kindOf(std::string const& source) {
 
 } // namespace
 
-kit::Graph loadSource(std::string const& source) {
-    return kindOf(source).load(source);
+kit::Graph loadSource(std::string const& source, Session& session) {
+    return kindOf(source).load(source, session);
 }
 
 Files filesOfSource(std::string const& source) {

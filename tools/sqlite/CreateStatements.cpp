@@ -101,6 +101,24 @@ bool isName(Token const& token) {
            (token.kind == TokenKind::STRING && token.text.front() == '\'');
 }
 
+/// Takes COLLATE from the end of a member, and its name unless another one stands further outside.
+bool takeCollation(std::vector<Token>& tokens, std::string& collation) {
+    if (tokens.size() < 3 || !tokens[tokens.size() - 2].is("COLLATE")) {
+        return false;
+    }
+    collation = collation.empty() ? tokens.back().name() : collation;
+    tokens.resize(tokens.size() - 2);
+    return true;
+}
+
+bool takeParentheses(std::vector<Token>& tokens) {
+    if (tokens.size() < 3 || !tokens[0].isSymbol('(') || closingParenthesis(tokens, 0) != tokens.size() - 1) {
+        return false;
+    }
+    tokens = {tokens.begin() + 1, tokens.end() - 1};
+    return true;
+}
+
 /// A member of an index: a column or an expression, with COLLATE and a direction behind.
 MemberText readMember(std::vector<Token> tokens) {
     MemberText member;
@@ -108,14 +126,16 @@ MemberText readMember(std::vector<Token> tokens) {
         member.descending = tokens.back().is("DESC");
         tokens.pop_back();
     }
-    if (tokens.size() > 2 && tokens[tokens.size() - 2].is("COLLATE")) {
-        member.collation = tokens.back().name();
-        tokens.resize(tokens.size() - 2);
+    takeCollation(tokens, member.collation);
+    member.expression = textOf(tokens);
+    // A column in parentheses is a column, also with a collation inside of these.
+    std::string collation = member.collation;
+    while (takeParentheses(tokens) || takeCollation(tokens, collation)) {
     }
     if (tokens.size() == 1 && isName(tokens[0])) {
         member.column = tokens[0].name();
+        member.collation = collation;
     }
-    member.expression = textOf(tokens);
     return member;
 }
 
@@ -379,6 +399,7 @@ IndexText readCreateIndex(std::string_view statement) {
         cursor.next(); // ON and the table
     }
     IndexText index;
+    index.all = textOf(cursor.rest());
     for (std::vector<Token> const& part : splitAtCommas(cursor.inside())) {
         index.members.push_back(readMember(part));
     }
@@ -420,6 +441,7 @@ TriggerText readCreateTrigger(std::string_view statement) {
             cursor.takeSymbol(',');
         }
     }
+    trigger.body = textOf(cursor.rest());
     return trigger;
 }
 

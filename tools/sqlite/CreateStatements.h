@@ -50,6 +50,7 @@ struct MemberText {
 struct IndexText {
     std::vector<MemberText> members;
     std::string where;
+    std::string all; ///< the members and the condition as they stand
 };
 
 struct ViewText {
@@ -63,6 +64,7 @@ struct TriggerText {
     bool onUpdate = false;
     bool onDelete = false;
     std::vector<std::string> columns; ///< behind UPDATE OF
+    std::string body;                 ///< what stands behind the event
 };
 
 /// Each reads a statement that SQLite has accepted, as its schema keeps it. What isn't understood is passed

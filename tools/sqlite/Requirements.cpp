@@ -2,7 +2,6 @@
 
 #include "database/SqlTokens.h"
 #include "sqlite/Names.h"
-#include "sqlite/Translation.h"
 
 #include <algorithm>
 #include <memory>
@@ -74,8 +73,7 @@ void keepIf(Records& records, Keep const& keep) {
 class Requirements {
 public:
     explicit Requirements(database::Writable& writable)
-        : structure(writable.structure), omissions(writable.omissions),
-          native(writable.structure.origin.system == "SQLite") {}
+        : structure(writable.structure), omissions(writable.omissions) {}
 
     void meet() {
         for (Table& table : structure.tables) {
@@ -106,10 +104,8 @@ private:
 
     Table& tableAt(int index) { return structure.tables[static_cast<std::size_t>(index)]; }
 
-    /// An expression as it will be written; that of another system that can't be is left to the writer.
-    std::string written(std::string const& sql) const {
-        return native ? sql : translateSql(sql).value_or("NULL");
-    }
+    /// An expression as it will be written.
+    static std::string written(std::string const& sql) { return database::trimmedSql(sql); }
 
     /// A table of the same columns, with nothing but their names, and what else is told.
     static std::string skeleton(Table const& table, std::string const& more,
@@ -156,9 +152,6 @@ private:
     /// A plain value stands there without parentheses, in which a name would be a column's.
     bool takesDefault(Column const& column, std::string const& name) {
         std::string const value = written(column.defaultValue);
-        if (!native && database::lowerCase(column.defaultValue) == "now()") {
-            return true;
-        }
         bool const isPlain = database::tokenize(value).size() < 3 &&
                              trial.problem("CREATE TABLE t(a DEFAULT " + value + ")").empty();
         return isPlain || accepts(trial.problem("CREATE TABLE t(a DEFAULT (" + value + "))"),
@@ -193,11 +186,9 @@ private:
                    accepts(trial.problem(skeleton(table, "FOREIGN KEY (" + list + ") REFERENCES " + *told)),
                            name, *told);
         }
-        if (native) {
-            drop("columns", "UNIQUE (");
-            drop("conflict", "UNIQUE (" + list + ") ON CONFLICT ");
-            meetColumnKey(table, key, name);
-        }
+        drop("columns", "UNIQUE (");
+        drop("conflict", "UNIQUE (" + list + ") ON CONFLICT ");
+        meetColumnKey(table, key, name);
         return true;
     }
 
@@ -254,9 +245,7 @@ private:
 
     void dropOption(Table& table, std::string const& option, std::string const& reason) {
         table.nativeKind.erase(table.nativeKind.find(option), option.size());
-        if (native) {
-            omit("that table " + table.name + " is " + option, reason);
-        }
+        omit("that table " + table.name + " is " + option, reason);
     }
 
     bool hasPrimaryKey(Table const& table) const {
@@ -313,11 +302,8 @@ private:
             if (table.kind == TableKind::TABLE) {
                 continue;
             }
-            std::optional<std::string> const sql = native ? table.statement : translateSql(table.statement);
-            std::string const problem = sql ? trial.problem("CREATE VIEW v AS " + *sql) : "";
-            // Schemas of another system go when the view is written.
-            bool const isOfSchema = problem.find("cannot reference objects in database") != problem.npos;
-            if (!(isOfSchema && !native) && !accepts(problem, "view " + table.name, table.statement)) {
+            std::string const problem = trial.problem("CREATE VIEW v AS " + table.statement);
+            if (!accepts(problem, "view " + table.name, table.statement)) {
                 table.statement.clear();
             }
         }
@@ -329,13 +315,12 @@ private:
         std::string const name = quoteName(table.name);
         std::string const needed =
             table.kind == TableKind::TABLE ? skeleton(table, "") : "CREATE VIEW " + name + " AS SELECT 1";
-        return !native || accepts(trial.problem(needed, trigger.statement),
-                                  "trigger " + trigger.name + " of " + table.name, trigger.statement);
+        return accepts(trial.problem(needed, trigger.statement),
+                       "trigger " + trigger.name + " of " + table.name, trigger.statement);
     }
 
     Structure& structure;
     std::vector<Omission>& omissions;
-    bool const native;
     Trial trial;
 };
 

@@ -4,6 +4,7 @@
 #include "database/Writable.h"
 #include "sqlite/Names.h"
 #include "sqlite/Requirements.h"
+#include "sqlite/Scratch.h"
 #include "sqlite/Translation.h"
 
 #include <qor/QORDataType.h>
@@ -24,6 +25,7 @@ using database::Extras;
 using database::findExtra;
 using database::Key;
 using database::KeyKind;
+using database::Omission;
 using database::Structure;
 using database::Table;
 using database::TableKind;
@@ -68,34 +70,43 @@ bool isPlainType(std::string const& declared) {
     return parentheses == 0 || parentheses == 2;
 }
 
+/// What tells that something comes from a parent table; here it is the table's own.
+constexpr char const* inherited = "inherited";
+
+/// A part of a CREATE TABLE.
+struct Part {
+    std::string text;
+    std::string plain;  ///< what stands for it if SQLite refuses it; empty for nothing
+    std::string object; ///< how an omission calls it
+};
+
 class Writer {
 public:
     Writer(database::Writable const& toWrite, std::ostream& stream)
-        : structure(toWrite.structure), omissions(toWrite.omissions), out(stream),
-          native(toWrite.structure.origin.system == "SQLite") {}
-
-    void run() {
-        for (database::Omission const& omission : omissions) {
-            tell(omission);
+        : structure(toWrite.structure), out(stream), native(toWrite.structure.origin.system == "SQLite") {
+        for (database::Omission const& omission : toWrite.omissions) {
+            database::leaveOut(omission, out, omissions);
         }
+    }
+
+    database::Omissions run() {
         nameTables();
         collect();
+        writeSettings();
         out << "BEGIN;\n";
+        remarkCatalog();
         writeTables();
         for (database::Index const& index : structure.indexes) {
             writeIndex(index);
         }
-        for (std::size_t i = 0; i < structure.tables.size(); ++i) {
-            bool const isView = structure.tables[i].kind != TableKind::TABLE;
-            if (isView && !structure.tables[i].statement.empty()) {
-                writeView(i);
-            }
-        }
+        writeViews();
         for (database::Trigger const& trigger : structure.triggers) {
             writeTrigger(trigger);
         }
         remarkOthers();
+        writeNumbers();
         out << "COMMIT;\n";
+        return std::move(omissions);
     }
 
 private:
@@ -115,6 +126,12 @@ private:
         return candidate;
     }
 
+    std::string qualifiedName(Table const& table) const {
+        return (table.schema < 0 ? ""
+                                 : structure.schemas[static_cast<std::size_t>(table.schema)].name + ".") +
+               table.name;
+    }
+
     void nameTables() {
         for (Table const& table : structure.tables) {
             names.push_back(uniqueName(table.name, table.schema));
@@ -123,11 +140,8 @@ private:
                 qualified[{schema, table.name}] = names.back();
             }
             if (names.back() != table.name) {
-                std::string const schema =
-                    table.schema < 0
-                        ? ""
-                        : " of schema " + structure.schemas[static_cast<std::size_t>(table.schema)].name;
-                remark("table " + table.name + schema + " is called " + names.back());
+                leftOut("name of table " + qualifiedName(table),
+                        "SQLite has one table of a name, so that it is called " + names.back());
             }
         }
     }
@@ -147,37 +161,78 @@ private:
         }
     }
 
-    /// In the words that all omissions are told in.
-    void tell(database::Omission const& omission) {
-        database::Omissions told;
-        database::leaveOut(omission, out, told);
+    void remark(std::string const& text) { database::writeComment(text, out); }
+
+    void leftOut(std::string const& what, std::string const& why, std::string const& original = "") {
+        database::leaveOut({what, why, original}, out, omissions);
     }
 
-    /// Each line becomes a comment.
-    void remark(std::string const& text) {
-        out << "-- ";
-        for (char const character : text) {
-            out << character << (character == '\n' ? "-- " : "");
+    /// The same behind the table that is being written.
+    void leftOutOfTable(std::string const& what, std::string const& why, std::string const& original = "") {
+        pending.push_back({what, why, original});
+    }
+
+    /// SQLite has no comments. Those of its own structures are remarks of the reader.
+    void remarkComment(std::string const& what, database::Named const& thing) {
+        if (!thing.comment.empty() && native) {
+            remark(what + ": " + thing.comment);
+        } else if (!thing.comment.empty()) {
+            leftOut("comment on " + what, "SQLite has no comments", thing.comment);
         }
-        out << '\n';
-    }
-
-    void leftOut(std::string const& what, std::string const& why) {
-        remark("left out: " + what + ", " + why);
     }
 
     /// Tells of the extras of another system that have no place here.
     void remarkExtras(std::string const& what, Extras const& extras, std::set<std::string> const& said) {
         for (Extra const& extra : extras) {
-            if (!native && !said.count(extra.name)) {
-                leftOut(extra.name + " " + extra.value + " of " + what, "which SQLite doesn't have");
+            if (!native && !said.count(extra.name) && extra.name != inherited) {
+                database::leaveOut(database::omissionOf(extra, what, "SQLite"), out, omissions);
             }
         }
     }
 
-    /// An expression or statement as SQLite takes it; empty if it doesn't.
-    std::string expression(std::string const& sql) const {
-        return native ? sql : translateSql(withoutSchemas(sql)).value_or("");
+    // ---- the database as a whole ---------------------------------------------------------------------
+
+    /// What must be said before there is a table, and outside of a transaction.
+    void writeSettings() {
+        for (char const* const name : {"encoding", "auto_vacuum"}) {
+            if (std::string const value = valueOf(structure.catalog.extras, name); native && !value.empty()) {
+                out << "PRAGMA " << name << " = " << quoteText(value) << ";\n";
+            }
+        }
+    }
+
+    void writeNumbers() {
+        for (char const* const name : {"user_version", "application_id"}) {
+            std::string const value = valueOf(structure.catalog.extras, name);
+            bool const isNumber =
+                !value.empty() && value.find_first_not_of("-0123456789") == std::string::npos;
+            if (native && isNumber) {
+                out << "PRAGMA " << name << " = " << value << ";\n";
+            }
+        }
+    }
+
+    void remarkCatalog() {
+        remarkComment("database " + structure.catalog.name, structure.catalog);
+        remarkExtras("database " + structure.catalog.name, structure.catalog.extras, {});
+        for (database::Schema const& schema : structure.schemas) {
+            if (!native && structure.schemas.size() > 1) {
+                leftOut("schema " + schema.name, "SQLite has one schema, in which all tables stand");
+            }
+            remarkComment("schema " + schema.name, schema);
+            remarkExtras("schema " + schema.name, schema.extras, {});
+        }
+    }
+
+    /// An expression or statement as SQLite takes it, or what it has that SQLite may not have.
+    Translation expression(std::string const& sql) const {
+        if (native) {
+            return {database::trimmedSql(sql), ""};
+        }
+        std::string const inSchema = withoutSchemas(sql);
+        return inSchema.empty() && !sql.empty()
+                   ? Translation{"", "it names a table that has another name in SQLite"}
+                   : translateSql(inSchema);
     }
 
     /// Tables with their schema in front go without; empty if one of them has another name here.
@@ -221,49 +276,112 @@ private:
     void writeTable(std::size_t number) {
         Table const& table = structure.tables[number];
         writeTableRemarks(table);
-        parts.clear();
-        Key const* const columnKey = keyInColumn(number);
-        for (std::size_t i = 0; i < table.columns.size(); ++i) {
-            bool const isKey = columnKey && columnKey->columns[0] == static_cast<int>(i);
-            parts.push_back(columnText(table, table.columns[i]) + (isKey ? primaryKeyText(*columnKey) : ""));
+        collectParts(number);
+        std::string const text = tableText(number);
+        if (!text.empty()) {
+            out << text << ";\n";
         }
-        for (Key const* key : keysOf[number]) {
-            if (key != columnKey) {
-                parts.push_back(keyText(*key));
-            }
-        }
-        for (database::Check const* check : checksOf[number]) {
-            addCheck(check->name, expression(check->expression), check->expression);
-        }
-        for (Column const& column : table.columns) {
-            addTypeChecks(column);
-        }
-        out << "CREATE TABLE " << quoteName(names[number]) << " (\n";
-        for (std::size_t i = 0; i < parts.size(); ++i) {
-            out << "    " << parts[i] << (i + 1 < parts.size() ? ",\n" : "\n");
-        }
-        out << ")" << tableOptions(table) << ";\n";
-        for (std::string const& text : pending) {
-            remark(text);
+        for (Omission& omission : pending) {
+            database::leaveOut(std::move(omission), out, omissions);
         }
         pending.clear();
     }
 
-    void writeTableRemarks(Table const& table) {
-        if (!table.comment.empty()) {
-            remark(table.name + ": " + table.comment);
+    /// The columns and constraints of a table, in order.
+    void collectParts(std::size_t number) {
+        Table const& table = structure.tables[number];
+        parts.clear();
+        Key const* const columnKey = keyInColumn(number);
+        std::vector<Key const*> const before = keysBefore(number, columnKey);
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            bool const isKey = columnKey && columnKey->columns[0] == static_cast<int>(i);
+            std::string text = columnText(table, table.columns[i]);
+            for (Key const* key : before) {
+                bool const isHere = key->columns[0] == static_cast<int>(i);
+                text += isHere ? constraintName(key->name) + " UNIQUE" + conflictText(key->extras) : "";
+            }
+            parts.push_back({text + (isKey ? primaryKeyText(*columnKey) : ""),
+                             quoteName(table.columns[i].name) + " " + typeText(table.columns[i]),
+                             "what column " + table.name + "." + table.columns[i].name + " requires"});
         }
+        for (Key const* key : keysOf[number]) {
+            bool const isBefore = std::find(before.begin(), before.end(), key) != before.end();
+            if (key != columnKey && !isBefore) {
+                parts.push_back({keyText(*key), "", keyName(*key)});
+            }
+        }
+        for (database::Check const* check : checksOf[number]) {
+            addCheck(table, check->name, expression(check->expression), check->expression);
+        }
+        for (Column const& column : table.columns) {
+            addTypeChecks(table, column);
+        }
+    }
+
+    std::string keyName(Key const& key) const {
+        return std::string(key.kind == KeyKind::FOREIGN   ? "foreign key "
+                           : key.kind == KeyKind::PRIMARY ? "primary key "
+                                                          : "unique key ") +
+               (key.name.empty() ? "" : key.name + " ") + "of table " +
+               names[static_cast<std::size_t>(key.table)];
+    }
+
+    /// The statement that makes a table; empty if there is none. What SQLite refuses of another system's
+    /// table is left out of it.
+    std::string tableText(std::size_t number) {
+        std::string const all = tableText(number, parts);
+        if (native || scratch.take(all).empty()) {
+            return all;
+        }
+        std::vector<Part> kept;
+        for (Part const& part : parts) {
+            kept.push_back({part.plain, part.plain, part.object});
+        }
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            kept[i].text = parts[i].text;
+            if (std::string const problem = scratch.check(tableText(number, kept)); !problem.empty()) {
+                kept[i].text = parts[i].plain;
+                leftOutOfTable(parts[i].object, "SQLite says: " + problem, parts[i].text);
+            }
+        }
+        std::string const text = tableText(number, kept);
+        std::string const problem = scratch.take(text);
+        if (!problem.empty()) {
+            leftOutOfTable("table " + names[number], "SQLite says: " + problem, text);
+            return "";
+        }
+        return text;
+    }
+
+    std::string tableText(std::size_t number, std::vector<Part> const& from) const {
+        std::string text;
+        for (Part const& part : from) {
+            text += part.text.empty() ? "" : (text.empty() ? "    " : ",\n    ") + part.text;
+        }
+        return "CREATE TABLE " + quoteName(names[number]) + " (\n" + text + "\n)" +
+               tableOptions(structure.tables[number]);
+    }
+
+    void writeTableRemarks(Table const& table) {
+        remarkComment("table " + table.name, table);
         remarkExtras("table " + table.name, table.extras, {});
         for (int const parent : table.parents) {
             leftOut("that table " + table.name + " inherits from " + names[static_cast<std::size_t>(parent)],
-                    "which SQLite doesn't have");
+                    "SQLite has no inheritance");
         }
         for (Column const& column : table.columns) {
-            std::string const name = table.name + "." + column.name;
-            if (!column.comment.empty()) {
-                remark(name + ": " + column.comment);
-            }
-            remarkExtras("column " + name, column.extras, {"generated"});
+            std::string const name = "column " + table.name + "." + column.name;
+            remarkComment(name, column);
+            remarkExtras(name, column.extras, {"generated"});
+        }
+        auto const number = static_cast<std::size_t>(&table - structure.tables.data());
+        for (Key const* key : keysOf[number]) {
+            remarkComment(keyName(*key), *key);
+        }
+        for (database::Check const* check : checksOf[number]) {
+            remarkComment(
+                "check " + (check->name.empty() ? "" : check->name + " ") + "of table " + table.name, *check);
+            remarkExtras("check " + check->name + " of table " + table.name, check->extras, {});
         }
     }
 
@@ -287,6 +405,22 @@ private:
             }
         }
         return nullptr;
+    }
+
+    /// Those declared before a primary key that stands in its column are declared in columns too.
+    std::vector<Key const*> keysBefore(std::size_t table, Key const* columnKey) const {
+        std::vector<Key const*> result;
+        auto const& keys = keysOf[table];
+        auto const end = std::find(keys.begin(), keys.end(), columnKey);
+        for (auto key = keys.begin(); columnKey && key != end; ++key) {
+            bool const canStandThere = (*key)->kind == KeyKind::UNIQUE && (*key)->columns.size() == 1 &&
+                                       (*key)->columns[0] <= columnKey->columns[0] &&
+                                       !findExtra((*key)->extras, "columns");
+            if (canStandThere) {
+                result.push_back(*key);
+            }
+        }
+        return result;
     }
 
     // ---- columns -------------------------------------------------------------------------------------
@@ -352,14 +486,14 @@ private:
     }
 
     std::string generatedText(Table const& table, Column const& column) {
-        std::string const text = expression(column.defaultValue);
-        if (text.empty()) {
-            pending.push_back("left out: that " + table.name + "." + column.name + " is computed from " +
-                              column.defaultValue + ", which SQLite may not understand");
+        Translation const translation = expression(column.defaultValue);
+        if (!translation.problem.empty()) {
+            leftOutOfTable("that column " + table.name + "." + column.name + " is computed",
+                           translation.problem, column.defaultValue);
             return "";
         }
         bool const stored = valueOf(column.extras, "generated") == "STORED";
-        return " GENERATED ALWAYS AS (" + text + ")" + (stored ? " STORED" : " VIRTUAL");
+        return " GENERATED ALWAYS AS (" + translation.text + ")" + (stored ? " STORED" : " VIRTUAL");
     }
 
     std::string defaultText(Table const& table, Column const& column, std::string const& value) {
@@ -371,17 +505,17 @@ private:
         if (!native && (lower == "now()" || lower == "current_timestamp")) {
             return name + "CURRENT_TIMESTAMP";
         }
-        std::string const text = expression(value);
-        if (text.empty()) {
-            pending.push_back("left out: default " + value + " of " + table.name + "." + column.name +
-                              ", which SQLite may not understand");
+        Translation const translation = expression(value);
+        if (!translation.problem.empty()) {
+            leftOutOfTable("default of column " + table.name + "." + column.name, translation.problem, value);
             return "";
         }
+        std::string const& text = translation.text;
         return name + (isPlainValue(database::tokenize(text)) ? text : "(" + text + ")");
     }
 
     /// The values of an enumeration and the conditions of a domain go with each column of that type.
-    void addTypeChecks(Column const& column) {
+    void addTypeChecks(Table const& table, Column const& column) {
         Type const* type = typeOf(column);
         while (type && !native) {
             if (type->kind == TypeKind::ENUMERATION) {
@@ -389,12 +523,13 @@ private:
                 for (std::string const& value : type->values) {
                     values += (values.empty() ? "" : ", ") + quoteText(value);
                 }
-                parts.push_back("CHECK (" + quoteName(column.name) + " IN (" + values + "))");
+                parts.push_back({"CHECK (" + quoteName(column.name) + " IN (" + values + "))", "",
+                                 "values of type " + type->name});
             }
             auto const known = domainChecks.find(static_cast<int>(type - structure.types.data()));
             if (known != domainChecks.end()) {
                 for (database::Check const* check : known->second) {
-                    addCheck("", translateDomainCheck(check->expression, column.name).value_or(""),
+                    addCheck(table, "", translateDomainCheck(check->expression, column.name),
                              check->expression);
                 }
             }
@@ -402,11 +537,13 @@ private:
         }
     }
 
-    void addCheck(std::string const& name, std::string const& text, std::string const& original) {
-        if (text.empty()) {
-            pending.push_back("left out: check " + original + ", which SQLite may not understand");
+    void addCheck(Table const& table, std::string const& name, Translation const& translation,
+                  std::string const& original) {
+        std::string const what = "check " + (name.empty() ? "" : name + " ") + "of table " + table.name;
+        if (!translation.problem.empty()) {
+            leftOutOfTable(what, translation.problem, original);
         } else {
-            parts.push_back(leading(constraintName(name)) + "CHECK (" + text + ")");
+            parts.push_back({leading(constraintName(name)) + "CHECK (" + translation.text + ")", "", what});
         }
     }
 
@@ -450,7 +587,7 @@ private:
         if (std::string const* members = findExtra(key.extras, "columns"); members && native) {
             columns = *members;
         }
-        remarkExtrasLater("key of " + names[static_cast<std::size_t>(key.table)], key.extras, {});
+        remarkExtrasLater(keyName(key), key.extras, {});
         return leading(constraintName(key.name)) +
                (key.kind == KeyKind::PRIMARY ? "PRIMARY KEY (" : "UNIQUE (") + columns + ")" +
                conflictText(key.extras);
@@ -458,8 +595,8 @@ private:
 
     void remarkExtrasLater(std::string const& what, Extras const& extras, std::set<std::string> const& said) {
         for (Extra const& extra : extras) {
-            if (!native && !said.count(extra.name)) {
-                pending.push_back("left out: " + extra.name + " " + extra.value + " of the " + what);
+            if (!native && !said.count(extra.name) && extra.name != inherited) {
+                pending.push_back(database::omissionOf(extra, what, "SQLite"));
             }
         }
     }
@@ -481,106 +618,205 @@ private:
         if (std::string const* deferral = findExtra(key.extras, "deferrable")) {
             text += " DEFERRABLE " + *deferral;
         }
-        remarkExtrasLater("foreign key of " + names[static_cast<std::size_t>(key.table)], key.extras,
-                          {"references", "match", "deferrable"});
+        remarkExtrasLater(keyName(key), key.extras, {"references", "match", "deferrable"});
         return text;
     }
 
     // ---- indexes, views, triggers --------------------------------------------------------------------
 
-    /// Empty if SQLite may not understand it.
-    std::string memberText(database::Index const& index, database::IndexMember const& member) const {
-        std::string text =
-            member.column < 0 ? expression(member.expression) : columnNames(index.table, {member.column});
+    Translation memberText(database::Index const& index, database::IndexMember const& member) const {
+        Translation result = member.column < 0 ? expression(member.expression)
+                                               : Translation{columnNames(index.table, {member.column}), ""};
         if (std::string const collation = valueOf(member.extras, "collation"); native && !collation.empty()) {
-            text += " COLLATE " + quoteName(collation);
+            result.text += " COLLATE " + quoteName(collation);
         }
-        return text.empty() || !member.descending ? text : text + " DESC";
+        result.text += member.descending ? " DESC" : "";
+        return result;
+    }
+
+    /// The members, and the condition of a partial index with its keyword.
+    Translation indexText(database::Index const& index) const {
+        Translation result;
+        for (database::IndexMember const& member : index.members) {
+            Translation const part = memberText(index, member);
+            if (!part.problem.empty()) {
+                return part;
+            }
+            result.text += (result.text.empty() ? "(" : ", ") + part.text;
+        }
+        result.text += ")";
+        if (std::string const* const where = findExtra(index.extras, "where")) {
+            Translation const condition = expression(*where);
+            result.text += " WHERE " + condition.text;
+            result.problem = condition.problem;
+        }
+        return result;
     }
 
     void writeIndex(database::Index const& index) {
         Table const& table = structure.tables[static_cast<std::size_t>(index.table)];
+        std::string const what = "index " + index.name;
         if (table.kind != TableKind::TABLE) {
-            leftOut("index " + index.name + " of " + table.name, "since SQLite's views have none");
+            leftOut(what + " of " + table.name, "SQLite's views have no indexes");
             return;
         }
-        std::string members;
-        for (database::IndexMember const& member : index.members) {
-            std::string const text = memberText(index, member);
-            if (text.empty()) {
-                leftOut("index " + index.name, "since SQLite may not understand " + member.expression);
-                return;
-            }
-            members += (members.empty() ? "" : ", ") + text;
-            remarkExtras("index " + index.name, member.extras, {});
-        }
-        std::string const* const where = findExtra(index.extras, "where");
-        std::string const condition = where ? expression(*where) : "";
-        if (where && condition.empty()) {
-            leftOut("index " + index.name, "since SQLite may not understand " + *where);
+        Translation const translation = indexText(index);
+        if (!translation.problem.empty()) {
+            leftOut(what, translation.problem, originalOf(index));
             return;
         }
+        std::string const name = nameOf(index, table);
+        std::string const text =
+            std::string(index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ") + quoteName(name) + " ON " +
+            quoteName(names[static_cast<std::size_t>(index.table)]) + " " + translation.text;
+        if (!writeAccepted(what, text)) {
+            return;
+        }
+        remarkComment(what, index);
         bool const isTree = valueOf(index.extras, "method") == "btree";
-        remarkExtras("index " + index.name, index.extras,
+        remarkExtras(what, index.extras,
                      isTree ? std::set<std::string>{"where", "method"} : std::set<std::string>{"where"});
-        out << (index.unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ")
-            << quoteName(
-                   native ? index.name
-                          : uniqueName(index.name.empty() ? table.name + "_index" : index.name, table.schema))
-            << " ON " << quoteName(names[static_cast<std::size_t>(index.table)]) << " (" << members << ")";
-        out << (where ? " WHERE " + condition : "") << ";\n";
+        for (database::IndexMember const& member : index.members) {
+            remarkExtras(what, member.extras, {});
+        }
+    }
+
+    /// In a model that was made by hand, more than one index can have a name, or none.
+    std::string nameOf(database::Index const& index, Table const& table) {
+        if (native && taken.insert(database::lowerCase(index.name)).second) {
+            return index.name;
+        }
+        std::string const name =
+            uniqueName(index.name.empty() ? table.name + "_index" : index.name, table.schema);
+        if (native) {
+            leftOut("name of index " + index.name + " of " + table.name,
+                    "another one has it, so that it is called " + name);
+        }
+        return name;
+    }
+
+    static std::string originalOf(database::Index const& index) {
+        std::string text;
+        for (database::IndexMember const& member : index.members) {
+            text += (text.empty() || member.expression.empty() ? "" : ", ") + member.expression;
+        }
+        std::string const where = valueOf(index.extras, "where");
+        return where.empty() ? text : text + " WHERE " + where;
+    }
+
+    /// Writes a statement, unless it is of another system and SQLite refuses it.
+    bool writeAccepted(std::string const& what, std::string const& text) {
+        std::string const problem = native ? "" : scratch.take(text);
+        if (!problem.empty()) {
+            leftOut(what, "SQLite says: " + problem, text);
+            return false;
+        }
+        out << text << ";\n";
+        return true;
+    }
+
+    /// A view of another system must come behind those that it uses, since SQLite looks at it at once.
+    void writeViews() {
+        std::vector<std::size_t> waiting;
+        for (std::size_t i = 0; i < structure.tables.size(); ++i) {
+            bool const isView = structure.tables[i].kind != TableKind::TABLE;
+            if (isView && !structure.tables[i].statement.empty()) {
+                waiting.push_back(i);
+            }
+        }
+        for (bool goesOn = !native; goesOn;) {
+            goesOn = false;
+            std::vector<std::size_t> later;
+            for (std::size_t const number : waiting) {
+                bool const isWritten = writeViewIfUsable(number);
+                goesOn = goesOn || isWritten;
+                if (!isWritten) {
+                    later.push_back(number);
+                }
+            }
+            waiting = later;
+        }
+        for (std::size_t const number : waiting) {
+            native ? writeView(number) : leaveOutView(number);
+        }
     }
 
     void writeView(std::size_t number) {
+        remarkComment("view " + structure.tables[number].name, structure.tables[number]);
+        out << viewText(number, expression(structure.tables[number].statement).text) << ";\n";
+    }
+
+    bool writeViewIfUsable(std::size_t number) {
         Table const& view = structure.tables[number];
-        if (!view.comment.empty()) {
-            remark(view.name + ": " + view.comment);
+        Translation const translation = expression(view.statement);
+        std::string const text = viewText(number, translation.text);
+        if (!translation.problem.empty() || !scratch.takeView(text, names[number]).empty()) {
+            return false;
         }
-        std::string const statement = expression(view.statement);
-        if (statement.empty()) {
-            leftOut("view " + view.name, "since SQLite may not understand " + view.statement);
-            return;
-        }
+        std::string const what = "view " + view.name;
+        remarkComment(what, view);
+        remarkExtras(what, view.extras, {"columns"});
         if (view.kind == TableKind::MATERIALIZED_VIEW) {
-            remark("view " + view.name + " kept its rows");
+            leftOut("that " + what + " keeps its rows", "SQLite's views don't");
         }
-        out << "CREATE VIEW " << quoteName(names[number]);
+        for (Column const& column : view.columns) {
+            remarkComment("column " + view.name + "." + column.name, column);
+        }
+        out << text << ";\n";
+        return true;
+    }
+
+    void leaveOutView(std::size_t number) {
+        Table const& view = structure.tables[number];
+        Translation const translation = expression(view.statement);
+        std::string const problem =
+            translation.problem.empty()
+                ? "SQLite says: " + scratch.takeView(viewText(number, translation.text), names[number])
+                : translation.problem;
+        leftOut("view " + view.name, problem, view.statement);
+    }
+
+    std::string viewText(std::size_t number, std::string const& statement) const {
+        Table const& view = structure.tables[number];
+        std::string text = "CREATE VIEW " + quoteName(names[number]);
         if (!view.columns.empty() && (!native || findExtra(view.extras, "columns"))) {
             std::vector<std::string> columns;
             for (Column const& column : view.columns) {
                 columns.push_back(column.name);
             }
-            out << " (" << quoteNames(columns) << ")";
+            text += " (" + quoteNames(columns) + ")";
         }
-        out << " AS " << statement << ";\n";
+        return text + " AS " + statement;
     }
 
     void writeTrigger(database::Trigger const& trigger) {
+        std::string const what =
+            "trigger " + trigger.name + " of " + names[static_cast<std::size_t>(trigger.table)];
         if (native) {
+            remarkComment(what, trigger);
             out << trigger.statement << ";\n";
         } else {
-            leftOut("trigger " + trigger.name + " of " + names[static_cast<std::size_t>(trigger.table)],
-                    "which is in the language of another system");
+            leftOut(what, "it is in the language of another system", trigger.statement);
         }
     }
 
     void remarkOthers() {
         for (Type const& type : structure.types) {
             if (type.kind == TypeKind::COMPOSITE || type.kind == TypeKind::RANGE) {
-                leftOut("type " + type.name, "which SQLite doesn't have");
+                leftOut("type " + type.name, "SQLite has no such types");
             }
+            remarkComment("type " + type.name, type);
         }
         for (database::Routine const& routine : structure.routines) {
             leftOut((routine.procedure ? "procedure " : "function ") + routine.name,
-                    "which SQLite doesn't have");
+                    "SQLite has neither functions nor procedures of its own", routine.statement);
         }
         for (database::Sequence const& sequence : structure.sequences) {
-            leftOut("sequence " + sequence.name, "which SQLite doesn't have");
+            leftOut("sequence " + sequence.name, "SQLite has no sequences");
         }
     }
 
     Structure const& structure;
-    database::Omissions const& omissions;
     std::ostream& out;
     bool const native;
     std::vector<std::string> names;                                       ///< of the tables
@@ -589,19 +825,25 @@ private:
     std::vector<std::vector<Key const*>> keysOf;
     std::vector<std::vector<database::Check const*>> checksOf;
     std::map<int, std::vector<database::Check const*>> domainChecks;
-    std::vector<std::string> parts;   ///< of the table that is being written
-    std::vector<std::string> pending; ///< remarks that go behind it
+    std::vector<Part> parts;     ///< of the table that is being written
+    database::Omissions pending; ///< of that table, to be told behind it
+    database::Omissions omissions;
+    Scratch scratch;
 };
 
 } // namespace
 
-void writeSqliteSql(Structure const& structure, std::ostream& out) {
+database::Omissions writeSqliteSql(Structure const& structure, std::ostream& out) {
+    bool const isOwn = structure.origin.system == "SQLite";
     database::Rules rules;
-    rules.emptyNames = structure.origin.system == "SQLite";
+    rules.emptyNames = isOwn;
     rules.ignoreCase = true;
-    database::Writable writable = database::writable(structure, rules);
-    meetRequirements(writable);
-    Writer(writable, out).run();
+    rules.brackets = isOwn;
+    database::Writable whole = database::writable(structure, rules);
+    if (isOwn) {
+        meetRequirements(whole);
+    }
+    return Writer(whole, out).run();
 }
 
 } // namespace sqlite

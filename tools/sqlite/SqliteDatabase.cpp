@@ -1,5 +1,6 @@
 #include "sqlite/SqliteDatabase.h"
 
+#include "database/SqlTokens.h"
 #include "sqlite/FileHeader.h"
 #include "sqlite/VirtualTable.h"
 
@@ -60,6 +61,36 @@ void moduleOfFunction(sqlite3_context* context, int, sqlite3_value** arguments) 
     sqlite3_result_text(context, module.c_str(), -1, SQLITE_TRANSIENT);
 }
 
+/// What stands in for functions of applications, which nothing that is read here runs.
+void refuseScalar(sqlite3_context* context, int, sqlite3_value**) {
+    sqlite3_result_error(context, "only the application has this function", -1);
+}
+
+void refuseResult(sqlite3_context* context) {
+    refuseScalar(context, 0, nullptr);
+}
+
+int compareBytes(void*, int leftSize, void const* left, int rightSize, void const* right) {
+    int const order =
+        std::memcmp(left, right, static_cast<std::size_t>(leftSize < rightSize ? leftSize : rightSize));
+    return order != 0 ? order : leftSize - rightSize;
+}
+
+/// Stands in for a collation of the application.
+void provideCollation(void*, sqlite3* handle, int encoding, char const* name) {
+    sqlite3_create_collation(handle, name, encoding, nullptr, compareBytes);
+}
+
+/// The function of which SQLite says that its own one takes other arguments; empty if it says something else.
+std::string overloadedFunction(std::string const& message) {
+    constexpr std::string_view words = "wrong number of arguments to function ";
+    std::size_t const start = message.find(words);
+    std::size_t const end = message.find("()", start);
+    return start == std::string::npos || end == std::string::npos
+               ? ""
+               : message.substr(start + words.size(), end - start - words.size());
+}
+
 /// The first thing found, without the line about the database that it was found in.
 std::string firstFinding(std::string_view checkResult) {
     if (checkResult.substr(0, 3) == "***") {
@@ -99,7 +130,8 @@ void Database::Closer::operator()(sqlite3* handle) const {
 Database::Database(std::string const& path) : file(path) {
     std::string const location = locationOf(path);
     FileHeader const header = readFileHeader(location, path);
-    writer = versionText(header.writerVersion);
+    writerNumber = header.writerVersion;
+    writer = versionText(writerNumber);
     bool const changing = hasContent(location + "-wal") || hasContent(location + "-journal");
     if (!changing) {
         checkSize(header, path);
@@ -107,6 +139,7 @@ Database::Database(std::string const& path) : file(path) {
     open(location, !changing);
     configure();
     run("BEGIN");
+    loadSchema();
     checkSchema(header.neededSize != 0 || header.fileSize == 0);
 }
 
@@ -121,18 +154,42 @@ void Database::open(std::string const& location, bool immutable) {
     }
 }
 
-/// The file may come from anywhere: nothing that its schema calls for is run.
+/// The schema may use all that SQLite has by itself, as it may where it was made. Reading it runs nothing of
+/// it, and what reaches beyond the database, such as loading extensions, stays off.
 void Database::configure() {
-    sqlite3_extended_result_codes(connection.get(), 1);
-    sqlite3_busy_timeout(connection.get(), lockTimeoutMilliseconds);
-    sqlite3_db_config(connection.get(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(connection.get(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    int const code = sqlite3_create_function(connection.get(), "module_of", 1,
+    sqlite3* const handle = connection.get();
+    sqlite3_extended_result_codes(handle, 1);
+    sqlite3_busy_timeout(handle, lockTimeoutMilliseconds);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 1, nullptr);
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+    sqlite3_collation_needed(handle, nullptr, provideCollation);
+    Query names(*this, "PRAGMA collation_list"); // later it lists what the schema names as well
+    while (names.next()) {
+        collations.insert(database::lowerCase(names.text(1)));
+    }
+    int const code = sqlite3_create_function(handle, "qor_module_of", 1,
                                              SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY, nullptr,
                                              moduleOfFunction, nullptr, nullptr);
     if (code != SQLITE_OK) {
         fail(code);
     }
+}
+
+/// Takes any number of arguments, and a window as well if it is an aggregate.
+void Database::standInFor(std::string const& function, bool aggregate) {
+    constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+    int const code = aggregate ? sqlite3_create_window_function(connection.get(), function.c_str(), -1, flags,
+                                                                nullptr, refuseScalar, refuseResult,
+                                                                refuseResult, refuseScalar, nullptr)
+                               : sqlite3_create_function(connection.get(), function.c_str(), -1, flags,
+                                                         nullptr, refuseScalar, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+    stoodIn.insert(database::lowerCase(function));
 }
 
 void Database::run(char const* sql) {
@@ -142,15 +199,43 @@ void Database::run(char const* sql) {
     }
 }
 
-/// Where the header doesn't tell how many pages there must be, only a look at all of them does.
+/// SQLite checks calls in the schema by the number of arguments, so that a function of the application with
+/// the name of one of its own must be stood in for.
+void Database::loadSchema() {
+    for (;;) {
+        int const code =
+            sqlite3_exec(connection.get(), "SELECT 1 FROM main.sqlite_schema", nullptr, nullptr, nullptr);
+        if (code == SQLITE_OK) {
+            return;
+        }
+        std::string const function = overloadedFunction(sqlite3_errmsg(connection.get()));
+        if (function.empty() || stoodIn.count(database::lowerCase(function))) {
+            fail(code);
+        }
+        standInFor(function, false);
+    }
+}
+
+/// Where the header doesn't tell how many pages there must be, only a look at all of them does. That look
+/// must not compute the conditions of the tables, which may call what only the application has.
 void Database::checkSchema(bool sizeKnown) {
-    Query check(*this, sizeKnown ? "PRAGMA main.quick_check(sqlite_schema)" : "PRAGMA main.quick_check(1)");
-    if (!check.next()) {
-        throw ToolError(file, "is damaged");
+    run("PRAGMA ignore_check_constraints = ON");
+    try {
+        Query check(*this,
+                    sizeKnown ? "PRAGMA main.quick_check(sqlite_schema)" : "PRAGMA main.quick_check(1)");
+        if (!check.next()) {
+            throw ToolError(file, "is damaged");
+        }
+        if (std::string_view const result = check.text(0); result != "ok") {
+            throw ToolError(file, "is damaged: " + firstFinding(result));
+        }
+    } catch (QueryError const&) { // of a generated column or a virtual table, which only the application has
     }
-    if (std::string_view const result = check.text(0); result != "ok") {
-        throw ToolError(file, "is damaged: " + firstFinding(result));
-    }
+}
+
+/// Whether the file is of a newer SQLite, whose statements this one may not know.
+bool Database::isNewer() const {
+    return writerNumber > static_cast<std::uint32_t>(sqlite3_libversion_number());
 }
 
 void Database::fail(int code) const {
@@ -158,6 +243,11 @@ void Database::fail(int code) const {
     std::string const message = connection ? sqlite3_errmsg(connection.get()) : sqlite3_errstr(code);
     if (extended == SQLITE_READONLY_ROLLBACK) {
         throw ToolError(file, "holds an interrupted change, which a program that may write must undo first");
+    }
+    bool const isUnknownStatement = message.find("malformed database schema") == 0;
+    if (isUnknownStatement && isNewer()) {
+        throw ToolError(file, "is of SQLite " + writer + ", and can't be read by " + sqlite3_libversion() +
+                                  ": " + message);
     }
     switch (extended & 0xff) {
     case SQLITE_NOTADB:

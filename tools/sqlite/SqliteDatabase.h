@@ -2,7 +2,9 @@
 
 #include "kit/ToolError.h"
 
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -14,7 +16,10 @@ namespace sqlite {
 /// A query that SQLite refuses although the file is whole, such as one of a view whose table is gone.
 class QueryError : public kit::ToolError {
 public:
-    using ToolError::ToolError;
+    QueryError(std::string const& file, std::string const& message)
+        : ToolError(file, message), problem(message) {}
+
+    std::string const problem; ///< what SQLite says
 };
 
 /// An SQLite database file, opened to be read in one transaction and never written. Every operation, and
@@ -24,6 +29,16 @@ public:
     /// Opens a file that exists, can be read, is whole and has a sound schema. An empty file is a database
     /// without tables. The schema is all that is checked: what the tables hold doesn't matter here.
     explicit Database(std::string const& path);
+    Database(Database const&) = delete;
+    Database& operator=(Database const&) = delete;
+
+    /// Makes statements that call a function of the application which wrote the file, and that can't be run
+    /// here, statements that SQLite understands.
+    void standInFor(std::string const& function, bool aggregate);
+    /// The functions that have been stood in for, in lower case.
+    std::set<std::string> const& standIns() const { return stoodIn; }
+    /// The collations that SQLite has by itself, likewise.
+    std::set<std::string> const& ownCollations() const { return collations; }
 
     /// The path as it was given.
     std::string const& path() const { return file; }
@@ -40,16 +55,21 @@ private:
     void open(std::string const& location, bool immutable);
     void configure();
     void run(char const* sql);
+    void loadSchema();
     void checkSchema(bool sizeKnown);
     [[noreturn]] void fail(int code) const;
+    bool isNewer() const;
 
     std::string file;
     std::string writer;
+    std::uint32_t writerNumber = 0;
+    std::set<std::string> stoodIn;
+    std::set<std::string> collations;
     std::unique_ptr<sqlite3, Closer> connection;
 };
 
-/// A statement and the row on which it stands. Beside SQLite's own functions it can call `module_of`, which
-/// gives the module of a virtual table by the statement that made it.
+/// A statement and the row on which it stands. Beside SQLite's own functions it can call `qor_module_of`,
+/// which gives the module of a virtual table by the statement that made it.
 class Query {
 public:
     Query(Database& database, std::string_view sql);

@@ -6,6 +6,7 @@
 #include "sqlite/DeclaredType.h"
 #include "sqlite/Names.h"
 #include "sqlite/SqliteDatabase.h"
+#include "sqlite/Surroundings.h"
 #include "sqlite/VirtualTable.h"
 
 #include <algorithm>
@@ -35,7 +36,7 @@ enum Hidden { ORDINARY = 0, HIDDEN = 1, GENERATED_VIRTUAL = 2, GENERATED_STORED 
     "WITH kinds AS MATERIALIZED"                                                                             \
     " (SELECT name, type, wr, strict FROM pragma_table_list WHERE schema = 'main'),"                         \
     " tables AS (SELECT s.name, s.sql, k.type, k.wr, k.strict, k.type = 'virtual' AND NOT EXISTS"            \
-    " (SELECT 1 FROM pragma_module_list AS m WHERE m.name = module_of(s.sql) COLLATE NOCASE) AS closed"      \
+    " (SELECT 1 FROM pragma_module_list AS m WHERE m.name = qor_module_of(s.sql) COLLATE NOCASE) AS closed"  \
     " FROM main.sqlite_schema AS s LEFT JOIN kinds AS k ON k.name = s.name"                                  \
     " WHERE s.type = 'table' AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\') "
 
@@ -78,12 +79,13 @@ void sortByName(database::Extras& extras) {
 
 class Reader {
 public:
-    explicit Reader(Database& toRead) : source(toRead) {}
+    explicit Reader(Database& toRead) : source(toRead), surroundings(toRead) {}
 
     Structure run() {
         readOrigin();
+        readSettings();
         readTables();
-        readColumns(columnsQuery);
+        readColumnsOfAll(columnsQuery, TableKind::TABLE);
         readViews();
         readStatements();
         readIndexes();
@@ -104,6 +106,32 @@ private:
                             encoding.text(0), "SQLite database",      "3"};
         structure.schemas.emplace_back();
         structure.schemas.back().name = "main";
+        structure.keepsKeyOrder = true; // it numbers the indexes of the keys and rules what fails first
+    }
+
+    /// What else an application finds in an empty database; 0 and UTF-8 are what every database begins with.
+    void readSettings() {
+        for (char const* const name : {"user_version", "application_id"}) {
+            Query row(source, std::string("PRAGMA main.") + name);
+            if (row.next() && row.number(0) != 0) {
+                structure.catalog.extras.push_back({name, row.text(0)});
+            }
+        }
+        if (structure.origin.encoding != "UTF-8") {
+            structure.catalog.extras.push_back({"encoding", structure.origin.encoding});
+        }
+        Query row(source, "PRAGMA main.auto_vacuum");
+        if (row.next() && row.number(0) != 0) {
+            structure.catalog.extras.push_back({"auto_vacuum", row.number(0) == 1 ? "FULL" : "INCREMENTAL"});
+        }
+    }
+
+    /// A remark is the comment of its object, since SQLite has no comments of its own.
+    void remark(database::Named& object, std::string const& called, std::string const& text) {
+        if (!text.empty()) {
+            object.comment += (object.comment.empty() ? "" : " ") + text;
+            structure.remarks.push_back({called, text});
+        }
     }
 
     // ---- tables, views and their columns -------------------------------------------------------------
@@ -132,12 +160,39 @@ private:
                 table.extras = {{"module", moduleOf(statement)}, {"statement", statement}};
             }
             if (rows.number(4)) {
-                table.comment = "The columns are unknown: the module of this virtual table isn't available.";
+                remark(table, "table " + table.name,
+                       "The columns are unknown: the module of this virtual table isn't available.");
             }
             int const number = addTable(table);
             if (type != "virtual") {
                 statements.emplace_back(number, statement);
             }
+        }
+    }
+
+    /// With one query for all tables or views; one that can't be used must not hide the others.
+    void readColumnsOfAll(std::string const& sql, TableKind kind) {
+        try {
+            readColumns(sql);
+        } catch (QueryError const&) {
+            for (std::size_t i = 0; i < structure.tables.size(); ++i) {
+                if (structure.tables[i].kind == kind && structure.tables[i].comment.empty()) {
+                    readColumnsOf(i);
+                }
+            }
+        }
+    }
+
+    void readColumnsOf(std::size_t number) {
+        structure.tables[number].columns.clear();
+        columns[number].clear();
+        try {
+            std::string const name = quoteText(structure.tables[number].name);
+            readColumns("SELECT " + name + COLUMNS " FROM pragma_table_xinfo(" + name + ", 'main') AS c");
+        } catch (QueryError const& error) {
+            Table& table = structure.tables[number];
+            remark(table, (table.kind == TableKind::VIEW ? "view " : "table ") + table.name,
+                   "The columns are unknown: " + error.problem + ".");
         }
     }
 
@@ -157,7 +212,7 @@ private:
         column.name = row.text(1);
         column.type = typeOf(row.text(2));
         column.notNull = row.number(3);
-        column.defaultValue = row.text(4);
+        column.defaultValue = database::trimmedSql(row.text(4));
         column.generated = row.number(5) == GENERATED_VIRTUAL || row.number(5) == GENERATED_STORED;
         columns[static_cast<std::size_t>(number)].emplace(database::lowerCase(column.name),
                                                           static_cast<int>(owner.columns.size()));
@@ -189,6 +244,7 @@ private:
     }
 
     void readViews() {
+        std::size_t const first = structure.tables.size();
         {
             Query rows(source, viewsQuery);
             while (rows.next()) {
@@ -205,28 +261,17 @@ private:
                 addTable(view);
             }
         }
-        try {
-            readColumns(viewColumnsQuery);
-        } catch (QueryError const&) {
-            readColumnsOfEachView();
+        std::vector<std::string> missing;
+        for (std::size_t i = first; i < structure.tables.size(); ++i) {
+            missing.push_back(surroundings.missingIn(structure.tables[i].statement));
         }
-    }
-
-    /// One view that can't be used must not hide the others.
-    void readColumnsOfEachView() {
-        for (std::size_t i = 0; i < structure.tables.size(); ++i) {
-            if (structure.tables[i].kind != TableKind::VIEW) {
-                continue;
-            }
-            structure.tables[i].columns.clear();
-            columns[i].clear();
-            try {
-                std::string const name = quoteText(structure.tables[i].name);
-                readColumns("SELECT " + name + COLUMNS " FROM pragma_table_xinfo(" + name + ", 'main') AS c");
-            } catch (QueryError const&) {
-                structure.tables[i].comment =
-                    "The columns are unknown: SQLite can't tell those of this view.";
-            }
+        for (std::size_t i = first; i < structure.tables.size(); ++i) {
+            surroundings.completeFor(structure.tables[i].statement);
+        }
+        readColumnsOfAll(viewColumnsQuery, TableKind::VIEW);
+        for (std::size_t i = first; i < structure.tables.size(); ++i) {
+            Table& view = structure.tables[i];
+            remark(view, "view " + view.name, missing[i - first]);
         }
     }
 
@@ -244,6 +289,9 @@ private:
                 check.name = text.name;
                 check.table = statements[i].first;
                 check.expression = text.expression;
+                remark(check,
+                       "check " + (check.name.empty() ? "" : check.name + " ") + "of " + nameOf(check.table),
+                       surroundings.missingIn(check.expression));
                 structure.checks.push_back(check);
             }
             addKeys(statements[i].first, texts[i], false);
@@ -264,8 +312,19 @@ private:
             if (table.columns[i].generated) {
                 table.columns[i].defaultValue = text.columns[i].generated;
             }
+            remarkColumn(table, table.columns[i]);
         }
     }
+
+    void remarkColumn(Table const& table, Column& column) {
+        std::string const called = "column " + table.name + "." + column.name;
+        remark(column, called, surroundings.missingIn(column.defaultValue));
+        if (std::string const* const collation = findExtra(column.extras, "collation")) {
+            remark(column, called, surroundings.missingCollation(*collation));
+        }
+    }
+
+    std::string nameOf(int table) const { return structure.tables[static_cast<std::size_t>(table)].name; }
 
     /// Foreign keys come after all the keys that they can refer to.
     void addKeys(int number, TableText const& text, bool foreign) {
@@ -283,8 +342,7 @@ private:
             for (std::string const& column : from.columns) {
                 key.columns.push_back(columnOf(number, column));
                 if (key.columns.back() < 0) {
-                    fail("table " + structure.tables[static_cast<std::size_t>(number)].name +
-                         " has no column " + column);
+                    fail("table " + nameOf(number) + " has no column " + column);
                 }
             }
             if (foreign) {
@@ -293,6 +351,9 @@ private:
                 primaryKeys[number] = key.columns;
             }
             sortByName(key.extras);
+            if (std::string const* const members = findExtra(key.extras, "columns")) {
+                remark(key, "key of " + nameOf(number), surroundings.missingIn(*members));
+            }
             structure.keys.push_back(key);
         }
     }
@@ -350,6 +411,7 @@ private:
             if (!text.where.empty()) {
                 index.extras.push_back({"where", text.where});
             }
+            remark(index, "index " + index.name, surroundings.missingIn(text.all));
             structure.indexes.push_back(index);
         }
     }
@@ -379,6 +441,7 @@ private:
             trigger.onInsert = text.onInsert;
             trigger.onUpdate = text.onUpdate;
             trigger.onDelete = text.onDelete;
+            remark(trigger, "trigger " + trigger.name, surroundings.missingIn(text.body));
             if (!text.columns.empty()) {
                 trigger.extras.push_back({"columns", quoteNames(text.columns)});
             }
@@ -387,6 +450,7 @@ private:
     }
 
     Database& source;
+    Surroundings surroundings;
     Structure structure;
     std::unordered_map<std::string, int> tables;               ///< by their names in lower case
     std::vector<std::unordered_map<std::string, int>> columns; ///< of each table, likewise

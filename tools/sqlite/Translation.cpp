@@ -33,19 +33,20 @@ std::set<std::string> const unknown = {
 
 class Translator {
 public:
-    explicit Translator(std::string_view sql) : tokens(database::tokenize(sql)) {
+    explicit Translator(std::string_view sql) : tokens(database::tokenize(sql, database::Brackets::VALUES)) {
         while (!tokens.empty() && tokens.back().isSymbol(';')) {
             tokens.pop_back();
         }
     }
 
-    std::optional<std::string> run() {
+    Translation run() {
         for (position = 0; position < tokens.size(); ++position) {
+            std::size_t const start = position;
             if (!translateToken()) {
-                return std::nullopt;
+                return {"", "it isn't known that SQLite has " + std::string(tokens[start].text)};
             }
         }
-        return result;
+        return {result, ""};
     }
 
 private:
@@ -67,8 +68,7 @@ private:
     bool translateToken() {
         Token const& token = tokens[position];
         if (token.text == "::") {
-            skipType();
-            return true;
+            return skipCast();
         }
         if (token.isSymbol('=') && isAt(position + 1, "ANY")) {
             return translateList();
@@ -89,13 +89,31 @@ private:
         case TokenKind::NUMBER:
             return true;
         case TokenKind::SYMBOL:
-            return std::string_view("~@#^?:$").find(token.text.front()) == std::string_view::npos;
+            return std::string_view("~@#^?:$[").find(token.text.front()) == std::string_view::npos;
         case TokenKind::WORD:
             break;
         }
         std::string const word = database::upperCase(token.text);
         bool const called = isSymbolAt(position + 1, '(');
         return !unknown.count(word) && (!called || functions.count(word) || keywords.count(word));
+    }
+
+    /// A literal is what SQLite makes of it anyway, and what only gets wider stays as it is. Any other cast
+    /// makes another value.
+    bool skipCast() {
+        static std::set<std::string> const wider = {"TEXT", "CHARACTER", "VARCHAR", "BPCHAR",
+                                                    "NAME", "BIGINT",    "NUMERIC", "DOUBLE"};
+        bool const isLiteral = position > 0 && (tokens[position - 1].kind == TokenKind::STRING ||
+                                                tokens[position - 1].kind == TokenKind::NUMBER);
+        bool const isWider =
+            position + 1 < tokens.size() && wider.count(database::upperCase(tokens[position + 1].text));
+        bool const isOwn = isSymbolAt(position + 2, '.'); // of the database, such as an enumeration
+        if ((!isLiteral && !isWider && !isOwn) || isAt(position + 1, "INTERVAL") ||
+            isAt(position + 1, "REGCLASS")) {
+            return false;
+        }
+        skipType();
+        return true;
     }
 
     /// Goes to the last token of a type behind "::".
@@ -135,11 +153,11 @@ private:
         if (brackets.size() < 2 || brackets.back() != ']') {
             return false;
         }
-        auto const values = Translator(brackets.substr(1, brackets.size() - 2)).run();
-        if (!values) {
+        Translation const values = Translator(brackets.substr(1, brackets.size() - 2)).run();
+        if (!values.problem.empty()) {
             return false;
         }
-        result += " IN (" + *values + ")";
+        result += " IN (" + values.text + ")";
         position = database::closingParenthesis(tokens, open);
         return true;
     }
@@ -151,14 +169,14 @@ private:
 
 } // namespace
 
-std::optional<std::string> translateSql(std::string_view sql) {
+Translation translateSql(std::string_view sql) {
     return Translator(sql).run();
 }
 
-std::optional<std::string> translateDomainCheck(std::string_view sql, std::string_view column) {
+Translation translateDomainCheck(std::string_view sql, std::string_view column) {
     std::string replaced;
     char const* rest = sql.data();
-    for (Token const& token : database::tokenize(sql)) {
+    for (Token const& token : database::tokenize(sql, database::Brackets::VALUES)) {
         if (token.is("VALUE")) {
             replaced.append(rest, token.text.data()).append(quoteName(column));
             rest = token.text.data() + token.text.size();

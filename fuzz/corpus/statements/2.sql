@@ -1,0 +1,1 @@
+CREATE VIRTUAL TABLE f USING fts5(x, y); CREATE TABLE "we""ird [t]"(`c``1` "long varchar"(10,2), [x y] BLOB);

@@ -1,0 +1,1 @@
+CREATE TABLE j(a TEXT CHECK(json_valid(a)), b AS (json_extract(a,"$.x"))); CREATE INDEX jj ON j(json_extract(a,'$.y')); CREATE VIEW jv AS SELECT * FROM json_each((SELECT a FROM j));

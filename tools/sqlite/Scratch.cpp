@@ -1,0 +1,54 @@
+#include "sqlite/Scratch.h"
+
+#include "kit/ToolError.h"
+#include "sqlite/Names.h"
+
+#include <sqlite3.h>
+
+namespace sqlite {
+
+void Scratch::Closer::operator()(sqlite3* handle) const {
+    sqlite3_close(handle);
+}
+
+Scratch::Scratch() {
+    sqlite3* handle = nullptr;
+    int const code = sqlite3_open(":memory:", &handle);
+    connection.reset(handle);
+    if (code != SQLITE_OK) {
+        throw kit::ToolError("SQLite", sqlite3_errstr(code));
+    }
+}
+
+std::string Scratch::run(std::string const& sql) {
+    int const code = sqlite3_exec(connection.get(), sql.c_str(), nullptr, nullptr, nullptr);
+    return code == SQLITE_OK ? "" : sqlite3_errmsg(connection.get());
+}
+
+std::string Scratch::undo(std::string const& problem) {
+    run("ROLLBACK TO step");
+    run("RELEASE step");
+    return problem;
+}
+
+std::string Scratch::take(std::string const& sql) {
+    run("SAVEPOINT step");
+    std::string const problem = run(sql);
+    return problem.empty() ? run("RELEASE step") : undo(problem);
+}
+
+std::string Scratch::check(std::string const& sql) {
+    run("SAVEPOINT step");
+    return undo(run(sql));
+}
+
+std::string Scratch::takeView(std::string const& sql, std::string const& name) {
+    run("SAVEPOINT step");
+    std::string problem = run(sql);
+    if (problem.empty()) {
+        problem = run("EXPLAIN SELECT * FROM " + quoteName(name));
+    }
+    return problem.empty() ? run("RELEASE step") : undo(problem);
+}
+
+} // namespace sqlite

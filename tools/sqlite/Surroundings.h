@@ -1,0 +1,32 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace sqlite {
+
+class Database;
+
+/// What SQLite has by itself, and with that what a piece of SQL needs of the application that wrote it.
+class Surroundings {
+public:
+    explicit Surroundings(Database& database);
+
+    /// A sentence that names the functions and collations which SQLite doesn't have; empty if there are none.
+    std::string missingIn(std::string_view sql) const;
+    /// The same of a column's collation.
+    std::string missingCollation(std::string const& name) const;
+    /// Stands in for the functions that a statement needs, so that SQLite understands it.
+    void completeFor(std::string_view sql);
+
+private:
+    bool hasFunction(std::string const& name) const;
+    bool hasCollation(std::string const& name) const;
+
+    Database& database;
+    std::set<std::string> functions; ///< in lower case, as are the modules
+    std::set<std::string> modules;
+};
+
+} // namespace sqlite
