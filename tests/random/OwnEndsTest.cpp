@@ -156,7 +156,7 @@ private:
             one.removeFeatures();
             return;
         case 10:
-            one.isolate(oneIn(2));
+            one.isolate(true);
             return;
         default:
             if (oneIn(4))
