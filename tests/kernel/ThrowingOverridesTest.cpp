@@ -8,6 +8,7 @@
 #include <qor/QORModel.h>
 #include <qor/QORModelFormat.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNote.h>
 #include <qor/QORObjectNameHashtable.h>
 #include <qor/QORPropertyElementTypeScope.h>
 #include <qor/QORPtrLinkTree.h>
