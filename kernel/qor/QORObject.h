@@ -170,7 +170,8 @@ public:
 
 protected:
     /// Links two nary ends: `own` of this object, `far` of `other`. Gives false, with nothing changed, for a
-    /// self-link and when either end refuses.
+    /// self-link and when either end refuses. `setName` reorders the ends of the library's classes alone: in
+    /// a caller's end that is ordered by name, an object must keep its name while it is linked.
     bool _addnn(QORContainer* own, QORContainer* far, QORObject* other);
     /// Links the nary end `own` of this object with the unary end `far` of `other`. Gives false when `far` is
     /// taken or `own` refuses. A self-link gives false and yet leaves this object in its own end.

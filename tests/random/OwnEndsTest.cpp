@@ -14,7 +14,7 @@
 #include <vector>
 
 // Operations at random on objects of a caller's class that has link ends of its own beside those of its
-// library class, made with the protected primitives. Its names may not be told, so that comparing throws.
+// library class, made with the protected primitives. Reading a name sometimes throws, and so does comparing.
 
 namespace {
 
@@ -147,7 +147,8 @@ private:
             one.takePeer(name, &cursor);
             return;
         case 7:
-            one.setName(name);
+            if (!one.peers.size) // setName moves elements in the library's ends alone
+                one.setName(name);
             return;
         case 8:
             grow(one, name);
@@ -198,7 +199,7 @@ TEST(OwnEnds, StayInStepWithTheirFarEndsWhateverIsThrown) {
     deaths::watchAll(true); // so that each block is one of its own
     long thrown = 0;
     long linked = 0;
-    for (unsigned seed = 1; seed <= 200 && !HasFailure(); ++seed) {
+    for (unsigned seed = 1; seed <= 1000 && !HasFailure(); ++seed) {
         SCOPED_TRACE(seed);
         Circle circle(seed);
         for (int i = 0; i < 300; ++i)
