@@ -324,13 +324,14 @@ struct Pool {
         return true;
     }
 
+    /// Makes an empty page free for any size. The spare page of its size stays, so the pool keeps a chunk.
     void dropPage(Chunk& chunk, Page& page) {
         unlist(withRoom[page.sort], page);
         page.listed = false;
         page.sort = -1;
         if (chunk.usedPages-- == pagesPerChunk)
             enlist(chunksWithRoom, chunk);
-        if (chunk.usedPages > 0 || chunkCount == 1)
+        if (chunk.usedPages > 0)
             return;
         unlist(chunksWithRoom, chunk);
         --chunkCount;

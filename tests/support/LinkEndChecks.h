@@ -324,8 +324,10 @@ inline void checkNothingToRemove(End const& end, End const& farEnd, bool watched
     EXPECT_FALSE(end.removeNamed(*near, far->getName(), &cursor));
     end.removeAll(*near);
     ASSERT_TRUE(end.add(*near, far.get()));
-    EXPECT_EQ(nullptr, end.at(*near, 1));
-    EXPECT_FALSE(end.removeAt(*near, 1));
+    for (int const outside : {-1, 1}) {
+        EXPECT_EQ(nullptr, end.at(*near, outside));
+        EXPECT_FALSE(end.removeAt(*near, outside));
+    }
     EXPECT_FALSE(end.removeNamed(*near, "nobody", nullptr));
     EXPECT_FALSE(end.removeNamed(*near, "nobody", &cursor));
     EXPECT_EQ(0, cursor);
@@ -604,6 +606,7 @@ void checkFinding(End const& end, End const& farEnd) {
     EXPECT_EQ(nullptr, (near.*find)("c", &cursor));
     EXPECT_TRUE((near.*contains)(static_cast<Far*>(three.a.get())));
     EXPECT_FALSE((near.*contains)(static_cast<Far*>(absent.get())));
+    EXPECT_FALSE((near.*contains)(nullptr));
 }
 
 // ---- copies, self-links ---------------------------------------------------------------------------------
