@@ -1,5 +1,7 @@
 #include <qor/QORPool.h>
 
+#include "QORPrefetch.h"
+
 #include <atomic>
 #include <cstdint>
 #include <mutex>
@@ -221,7 +223,7 @@ struct Pool {
                 char* const block = page->fresh;
                 page->fresh += page->block;
                 ++page->used;
-                foresee(*page);
+                prefetchNext(*page);
                 return block;
             }
             unlist(withRoom[sort], *page);
@@ -229,13 +231,13 @@ struct Pool {
         }
     }
 
-    /// Asks for the memory of the block that will most likely be given out next and written from end to end.
-    static void foresee(Page const& page) {
+    /// Prefetches the block that will most likely be returned next and written from end to end.
+    static void prefetchNext(Page const& page) {
         constexpr unsigned line = 64; // bytes; that of the usual caches
         if (page.block <= smallLimit || page.fresh == page.end)
             return;
         for (unsigned offset = 0; offset < page.block; offset += line)
-            __builtin_prefetch(page.fresh + offset, 1);
+            qorPrefetchForWriting(page.fresh + offset);
     }
 
     void giveBack(Chunk& chunk, void* block) {

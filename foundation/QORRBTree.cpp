@@ -1,5 +1,7 @@
 #include <qor/QORRBTree.h>
 
+#include "QORPrefetch.h"
+
 #include <climits>
 
 // ---- links between nodes --------------------------------------------------------------------------------
@@ -476,7 +478,7 @@ QORRBTreeNode* QORRBTree::previousNode(QORRBTreeNode const* node) const {
 QORRBTreeNode* QORRBTree::findFirstNode(QORContainerKey const* key) const {
     QORRBTreeNode* found = nullptr;
     for (QORRBTreeNode* node = root; node;) {
-        foresee(node);
+        prefetchChildren(node);
         int const order = compare2Key(node->item, key);
         if (order == 0)
             found = node;
@@ -571,10 +573,10 @@ void QORRBTree::relinkNodeBefore(QORRBTreeNode* node, QORRBTreeNode* follower) {
     }
 }
 
-void QORRBTree::foresee(QORRBTreeNode const* node) {
-    // No branch: which children there are can't be foretold.
-    __builtin_prefetch((node->left ? node->left : node)->item);
-    __builtin_prefetch((node->right ? node->right : node)->item);
+void QORRBTree::prefetchChildren(QORRBTreeNode const* node) {
+    // No branch: the processor can't predict which children there are.
+    qorPrefetch((node->left ? node->left : node)->item);
+    qorPrefetch((node->right ? node->right : node)->item);
 }
 
 QORContainerItem* QORRBTree::Iterator::ahead(int steps) const {

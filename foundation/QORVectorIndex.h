@@ -14,8 +14,6 @@ public:
     static std::unique_ptr<QORVectorIndex> make(QORContainerItem* const* items, int count,
                                                 int capacity) noexcept;
 
-    /// Number of slots that the index has room for.
-    int capacity() const { return slotCount; }
     /// The slot of an item, or -1.
     int slotOf(QORContainerItem const* item) const;
     /// The slot of the item at a position that exists.

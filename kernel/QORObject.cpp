@@ -194,19 +194,31 @@ bool QORObject::_adduu(QORObject** own, QORObject** far, QORObject* other) {
     return true;
 }
 
+namespace {
+
+/// Searches an end for a key from a caller's cursor on and moves the cursor to what is found; returns the
+/// position, or -1. From 0 the search starts at the first element; from any other number at the element
+/// itself that the cursor names, so that what stands there is found again.
+int searchFrom(QORArrayInterface const& end, QORString const& key, int& cursor) {
+    int const position = cursor == 0 ? end.findFirstElement(&key) : end.findNextElement(&key, cursor - 1);
+    if (position != -1)
+        cursor = position;
+    return position;
+}
+
+} // namespace
+
 QORObject* QORObject::_getn(QORArrayInterface const* end, QORString const& key, int* cursor) const {
-    int const position = *cursor == 0 ? end->findFirstElement(&key) : end->findNextElement(&key, *cursor - 1);
+    int const position = searchFrom(*end, key, *cursor);
     if (position == -1)
         return nullptr;
-    *cursor = position;
     return static_cast<QORObject*>((*end)[position]);
 }
 
 QORObject* QORObject::_removen(QORArrayInterface* end, QORString const& key, int* cursor) {
-    int const position = *cursor == 0 ? end->findFirstElement(&key) : end->findNextElement(&key, *cursor - 1);
+    int const position = searchFrom(*end, key, *cursor);
     if (position == -1)
         return nullptr;
-    *cursor = position;
     linked |= QORRecipe::lookAtEnds;
     return static_cast<QORObject*>(end->removeElement(position));
 }

@@ -8,6 +8,8 @@
 #include <qor/QORTraversalOperation.h>
 #include <qor/QORVector.h>
 
+#include "foundation/QORPrefetch.h"
+
 #include <algorithm>
 #include <deque>
 #include <exception>
@@ -179,6 +181,25 @@ bool QORRecipe::makeLink(QORObject& object, QORLinkEnd const& end, QORObject& fa
     return object._addnn(&container(object, end), &container(far, farEnd), &far);
 }
 
+/// Surrounds a protected primitive of QORObject. Those set `lookAtEnds`, as they don't know which end they
+/// change; here it is known, so the end's bit is brought up to date and the rest of the state put back.
+class QORRecipe::Noting {
+public:
+    Noting(QORObject& changed, QORLinkEnd const& itsEnd)
+        : object(changed), end(itsEnd), before(changed.linked) {}
+    Noting(Noting const&) = delete;
+    Noting& operator=(Noting const&) = delete;
+    ~Noting() {
+        object.linked &= before | ~lookAtEnds;
+        note(object, end);
+    }
+
+private:
+    QORObject& object;
+    QORLinkEnd const& end;
+    std::uint64_t before;
+};
+
 bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
     if (!far)
         return false;
@@ -189,20 +210,10 @@ bool QORRecipe::link(QORObject& object, QORLinkEnd const& end, QORObject* far) {
         return hold(*far, farEnd, object, end);
     if (end.shape == QOREndShape::TREE && farEnd.shape == QOREndShape::UNARY)
         return hold(object, end, *far, farEnd);
-    // Both ends are noted whatever comes: also where no link is made, as a self-link may leave the object in
-    // its own vector, and where memory ends.
-    struct Noting {
-        QORObject& object;
-        QORLinkEnd const& end;
-        std::uint64_t const before = object.linked;
-
-        ~Noting() {
-            object.linked &= before | ~lookAtEnds;
-            note(object, end);
-        }
-    };
-    Noting const farNoting{*far, farEnd};
-    Noting const noting{object, end};
+    // Both ends are noted also where no link is made, as a self-link may leave the object in its own vector,
+    // and where memory ends.
+    Noting const farNoting(*far, farEnd);
+    Noting const noting(object, end);
     return makeLink(object, end, *far, farEnd);
 }
 
@@ -340,11 +351,9 @@ bool QORRecipe::removeAt(QORObject& object, QORLinkEnd const& end, int position)
 bool QORRecipe::removeNamed(QORObject& object, QORLinkEnd const& end, QORString const& name, int* cursor) {
     QORObject* element;
     if (cursor) {
-        std::uint64_t const before = object.linked;
+        Noting const noting(object, end);
         element = end.shape == QOREndShape::TREE ? object._removen(&tree(object, end), name, cursor)
                                                  : object._removen(&vector(object, end), name, cursor);
-        object.linked = before;
-        note(object, end);
     } else {
         element = find(object, end, name, nullptr);
         if (element)
@@ -357,20 +366,19 @@ bool QORRecipe::removeNamed(QORObject& object, QORLinkEnd const& end, QORString 
     return true;
 }
 
-/// How many objects ahead a walk asks for memory: further than it gets while that arrives.
-constexpr int farSighted = 2;
+/// How many objects ahead a walk prefetches: further than it gets while the memory arrives.
+constexpr int prefetchDistance = 2;
 
-/// Asks for the memory of an object that is about to be looked at and most likely is of that class: where its
-/// name, the state of its links and the first of its texts lie. Objects are large, so that a walk is mostly
-/// waiting for memory.
-void QORRecipe::foresee(void const* object, QORClassDescription const& level) {
+/// Prefetches an object that is about to be read and most likely is of that class: where its name, the state
+/// of its links and the first of its texts lie. Objects are large, so a walk mostly waits for memory.
+void QORRecipe::prefetch(void const* object, QORClassDescription const& level) {
     if (!object)
         return;
     constexpr int texts = 5; // the last ones, those of the root classes, are mostly empty
     auto const start = static_cast<char const*>(object);
-    __builtin_prefetch(start);
+    qorPrefetch(start);
     for (int i = 0, count = std::min<int>(texts, level.strings.count); i < count; ++i)
-        __builtin_prefetch(start + level.strings.first[i]);
+        qorPrefetch(start + level.strings.first[i]);
 }
 
 /// The next element of an end that is being emptied. The end counts it on until `endDraining`, so that the
@@ -606,7 +614,7 @@ QORObject* QORRecipe::nextChildToDelete(QORObject& object, QORClassDescription c
                 clearFarEnd(*child, QORMetamodel::ends[end.far], object);
                 if (end.shape == QOREndShape::TREE)
                     if (QORClassDescription const* const likely = exactDescription(*child))
-                        foresee(tree(object, end).firstItem(), *likely);
+                        prefetch(tree(object, end).firstItem(), *likely);
                 return child;
             }
             endDraining(object, end);
@@ -685,7 +693,7 @@ void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, boo
 void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) noexcept {
     if (!(object.linked & (level.linkBits | lookAtEnds)))
         return;
-    foresee(&object, level); // the texts, whose destructors come next
+    prefetch(&object, level); // the texts, whose destructors come next
     object.linked |= spare;
     Interruption interruption; // which a destructor can't pass on
     removeAggregationAssembly(object, level);
@@ -754,7 +762,7 @@ struct QORRecipe::TranscodeFrame {
 
     /// A child that comes soon.
     QORObject const* ahead() const {
-        std::size_t const at = nextChild + farSighted - 1;
+        std::size_t const at = nextChild + prefetchDistance - 1;
         return at < snapshot.size() ? snapshot[at] : nullptr;
     }
 
@@ -775,7 +783,7 @@ struct QORRecipe::TranscodeFrame {
             }
             for (int i = 0, count = QORRecipe::count(*object, end); i < count; ++i) {
                 snapshot.push_back(at(*object, end, i));
-                __builtin_prefetch(snapshot.back());
+                qorPrefetch(snapshot.back());
             }
             if (end.shape == QOREndShape::TREE && isInOrder(tree(*object, end)))
                 inOrder = &end;
@@ -813,7 +821,7 @@ void QORRecipe::transcode(QORObject& object, QORClassDescription const& level, Q
             frames.pop_back();
             path.leave();
         } else if (QORClassDescription const* const exact = exactDescription(*child)) {
-            foresee(frames.back().ahead(), *exact);
+            prefetch(frames.back().ahead(), *exact);
             texts(*child, *exact, frames.back().inOrder);
             if (isParent(*child, *exact)) {
                 frames.push_back({child, exact->children});
@@ -857,8 +865,8 @@ struct QORRecipe::WalkFrame {
     /// A child that comes soon, if that is easily told.
     QORContainerItem* ahead() const {
         if (walking == QOREndShape::TREE)
-            return inTree.ahead(farSighted);
-        return walking == QOREndShape::VECTOR ? inVector.ahead(farSighted) : nullptr;
+            return inTree.ahead(prefetchDistance);
+        return walking == QOREndShape::VECTOR ? inVector.ahead(prefetchDistance) : nullptr;
     }
 
     QORContainerItem* enter(QORLinkEnd const& end) {
@@ -899,7 +907,7 @@ void QORRecipe::walkChildren(QORObject& object, QORClassDescription const& level
             child->depthTraversal(operation, frame.data);
             continue;
         }
-        foresee(frame.ahead(), *exact);
+        prefetch(frame.ahead(), *exact);
         void* childData = frame.data;
         if (!operation.pre_process(child, childData))
             continue;

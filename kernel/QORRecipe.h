@@ -107,7 +107,7 @@ private:
     static bool holdsAny(QORObject const& object, QORLinkEnd const& end);
     static void note(QORObject& object, QORLinkEnd const& end);
     static void clearFarEnd(QORObject& element, QORLinkEnd const& farEnd, QORObject& object);
-    static void foresee(void const* object, QORClassDescription const& level);
+    static void prefetch(void const* object, QORClassDescription const& level);
     static bool isSpared(QORObject const& object);
     static void disposeUnreferenced(QORObject& far, QORObject const& object);
     static void removeFar(QORObject& object, QORLinkEnd const& end);
@@ -118,6 +118,7 @@ private:
     static unsigned short nextSet(QORObject const& object, QORClassDescription const& level,
                                   unsigned short from);
     class Interruption;
+    class Noting;
     class Sparing;
     static QORObject* nextChildToDelete(QORObject& object, QORClassDescription const& level,
                                         Interruption& interruption);

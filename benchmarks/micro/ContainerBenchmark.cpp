@@ -165,6 +165,9 @@ void removeItems(Container& container, std::vector<QORObject*> const& items) {
             container.contains(item, &walk);
             container.remove(&walk);
         }
+    } else if constexpr (std::is_base_of_v<QORRBTree, Container>) {
+        for (QORObject* const item : items)
+            container.removeNode(container.nodeOfItem(item));
     } else {
         for (QORObject* const item : items)
             container.removeItem(item);

@@ -138,8 +138,8 @@ private:
     void retire(QORRBTreeNode* node, QORRBTreeNode* follower, QORRBTreeNode* predecessor);
     void freeNodes(QORRBTreeNode* top);
     void cloneFrom(QORRBTree const& other);
-    /// Asks for the memory that the next step of a descent by items looks at, whichever way it goes.
-    static void foresee(QORRBTreeNode const* node);
+    /// Prefetches what the next step of a descent by items reads, whichever way it goes.
+    static void prefetchChildren(QORRBTreeNode const* node);
     static void pin(QORRBTreeNode* node);
     static void unpin(QORRBTreeNode* node);
 };

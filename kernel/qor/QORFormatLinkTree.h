@@ -7,4 +7,7 @@ class QOR_API QORFormatLinkTree : public QORPtrLinkTree {
 public:
     int compare2Object(QORContainerItem const* a, QORContainerItem const* b) const override;
     int compare2Key(QORContainerItem const* item, QORContainerKey const* key) const override;
+
+protected:
+    std::type_info const& countedAs() const override;
 };

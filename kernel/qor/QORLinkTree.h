@@ -3,6 +3,8 @@
 #include <qor/QORArrayInterface.h>
 #include <qor/QORRBTree.h>
 
+#include <typeinfo>
+
 class QORObject;
 
 /// A nary link end kept as a sorted tree of `QORObject*`. It never owns its elements. A cursor, a node and
@@ -34,9 +36,7 @@ public:
     /// together, since walks and searches go along them. In an end `byAddress`, whose elements stay in order,
     /// adding behind the last element takes the same time however many there are.
     QORRBTreeNode* addLinked(QORContainerItem const* item, bool owned, bool byAddress);
-    /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
-    bool removeItem(QORContainerItem const* item);
-    /// Gives the element of a node another key: takes it out, calls `change`, puts it back there. When the
+    /// Changes the key of a node's element: takes it out, calls `change`, puts it back there. When the
     /// tree refuses the new key, calls `change` once more, to restore the old key, puts the element back
     /// where it was and returns false; where comparing throws, does the same and passes the exception on.
     /// Allocates nothing itself; `change` must not throw.
@@ -49,13 +49,20 @@ public:
     QORContainerItem* drainFirst();
 
 protected:
-    /// The node under the cursor, whose place in tree order is `position`. While that is -1: the last node,
-    /// if the tree happens to know it, or null.
+    /// The class whose `nextNode` and `previousNode` follow the shape of the tree, so that a place may be
+    /// reached by counting nodes. Each library class returns itself. An object of a class derived from it,
+    /// which may override those two, is walked from node to node.
+    virtual std::type_info const& countedAs() const;
+
+    /// The cursor: the node whose place in tree order is `position`. While that is -1, the cursor is unset,
+    /// and the field serves as `lastKnown`.
     mutable QORRBTreeNode* current = nullptr;
     using _QORContainer::position;
 
 private:
     QORRBTreeNode* addNode(QORContainerItem const* item, bool unique, bool owned, QORRBTreeNode** last);
+    /// While the cursor is unset: the last node of the tree, or null if the tree doesn't know it.
+    QORRBTreeNode*& lastKnown() const { return current; }
     void unsetCursor() const;
     int _moveTo(QORRBTreeNode const* node) const;
     QORRBTreeNode* _moveTo(int index) const;

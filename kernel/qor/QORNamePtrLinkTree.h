@@ -6,4 +6,7 @@
 class QOR_API QORNamePtrLinkTree : public QORNameLinkTree {
 public:
     int compare2Object(QORContainerItem const* a, QORContainerItem const* b) const override;
+
+protected:
+    std::type_info const& countedAs() const override;
 };

@@ -10,4 +10,7 @@ public:
     QORRBTreeNode* findLastNode(QORContainerKey const* key) const override;
     QORRBTreeNode* findNextNode(QORContainerKey const* key, QORRBTreeNode const* node) const override;
     QORRBTreeNode* findPreviousNode(QORContainerKey const* key, QORRBTreeNode const* node) const override;
+
+protected:
+    std::type_info const& countedAs() const override;
 };

@@ -7,4 +7,7 @@
 class QOR_API QORSortedPropertyValuesLinkTree : public QORPtrLinkTree {
 public:
     int compare2Object(QORContainerItem const* a, QORContainerItem const* b) const override;
+
+protected:
+    std::type_info const& countedAs() const override;
 };

@@ -23,6 +23,7 @@
 #include <random>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 namespace {
@@ -111,6 +112,13 @@ using AllTrees = testing::Types<QORLinkTree, QORPtrLinkTree, QORNameLinkTree, QO
                                 QORNamePtrLinkTree, QORNameElementTypeLinkTree, QORModelElementLinkTree,
                                 QORFormatLinkTree, QORTypeValueLinkTree, QORSortedPropertyValuesLinkTree>;
 TYPED_TEST_SUITE(LinkTreeClasses, AllTrees);
+
+TYPED_TEST(LinkTreeClasses, CountNodesWhereTheClassIsExactlyTheirs) {
+    struct Open : TypeParam {
+        using TypeParam::countedAs;
+    };
+    EXPECT_EQ(typeid(TypeParam), Open().countedAs());
+}
 
 // ---- trees whose order depends on a name ----
 
@@ -698,7 +706,7 @@ TYPED_TEST(LinkTreeClasses, AllocateNothingWhenElementsLeave) {
     tree.rekeyNode(tree.nodeOfItem(item), nothing, nullptr);
     tree.remove(&iterator);
     tree.removeElement(7);
-    tree.removeItem(item);
+    removeItem(tree, item);
     tree.drainFirst();
     int const counted = tree.size;
     tree.empty();
@@ -830,7 +838,7 @@ protected:
             ASSERT_EQ(counting.removeElement(place), walking.removeElement(place));
             break;
         case 8:
-            ASSERT_EQ(counting.removeItem(item), walking.removeItem(item));
+            ASSERT_EQ(removeItem(counting, item), removeItem(walking, item));
             break;
         default:
             ASSERT_EQ(counting.addElement(item, true), walking.addElement(item, true));
@@ -926,7 +934,7 @@ TEST(QORLinkTree, KnowsNoLastElementAfterASearchHasLedThePositionBeforeTheFirst)
         ASSERT_EQ(tree.findNextElement(&d, 0), 1);
         ASSERT_EQ(tree.findPreviousElement(&c, 1), 0);
         if (removes)
-            ASSERT_TRUE(tree.removeItem(&objects[0]));
+            ASSERT_TRUE(removeItem(tree, &objects[0]));
         else
             ASSERT_EQ(tree.findPreviousElement(&b, 0), -1);
         TypedObject const* const more = objects + 5; // only its address is asked for
@@ -953,7 +961,7 @@ TEST(QORLinkTree, AddsBehindItsLastElementAsAnywhereElse) {
             int const last = plain.size - 1;
             switch (pick(12)) {
             case 0:
-                ASSERT_EQ(knowing.removeItem(item), plain.removeItem(item));
+                ASSERT_EQ(removeItem(knowing, item), removeItem(plain, item));
                 break;
             case 1:
                 ASSERT_EQ(knowing.removeElement(last), plain.removeElement(last));
@@ -1034,7 +1042,7 @@ TYPED_TEST(NameSortedTrees, GiveElementsBackByIdentityWhereTheyAreOutOfOrder) {
                 break;
             case 2:
                 ASSERT_EQ(tree[index], item);
-                ASSERT_FALSE(tree.removeItem(&stranger)); // whatever shares its name
+                ASSERT_FALSE(removeItem(tree, &stranger)); // whatever shares its name
                 ASSERT_EQ(objectsOf(tree), expected);
                 expectCursorHolds(tree);
                 continue;
@@ -1052,14 +1060,14 @@ TYPED_TEST(NameSortedTrees, GiveElementsBackByIdentityWhereTheyAreOutOfOrder) {
                 }
                 now.erase(at);
                 ASSERT_EQ(now, expected);
-                ASSERT_TRUE(tree.removeItem(added));
+                ASSERT_TRUE(removeItem(tree, added));
                 ASSERT_EQ(objectsOf(tree), expected);
                 expectCursorHolds(tree);
                 continue;
             }
             default:
-                ASSERT_TRUE(tree.removeItem(item));
-                ASSERT_FALSE(tree.removeItem(item));
+                ASSERT_TRUE(removeItem(tree, item));
+                ASSERT_FALSE(removeItem(tree, item));
             }
             ++removed;
             expected.erase(expected.begin() + index);
@@ -1083,11 +1091,11 @@ TYPED_TEST(NameSortedTrees, TakeOutTheElementMeantAndNeverItsNamesake) {
             ASSERT_TRUE(tree.add(each, true, nullptr));
         for (Renamable* each : {&a, &b, &c})
             each->turn();
-        EXPECT_TRUE(tree.removeItem(meant));
+        EXPECT_TRUE(removeItem(tree, meant));
         EXPECT_EQ(tree.size, 2);
         auto const left = objectsOf(tree);
         EXPECT_THAT(left, testing::Not(testing::Contains(meant)));
-        EXPECT_FALSE(tree.removeItem(meant));
+        EXPECT_FALSE(removeItem(tree, meant));
         EXPECT_EQ(tree.size, 2);
         for (Renamable* each : {&a, &b, &c})
             each->turn();
@@ -1183,7 +1191,7 @@ TYPED_TEST(NameSortedTrees, GoOnWalkingWhenAnElementOutOfOrderIsRemoved) {
     typename TypeParam::Iterator iterator(tree, true);
     for (void* item = iterator.get(); item; item = iterator.next(1)) {
         walked.push_back(static_cast<QORObject*>(item));
-        EXPECT_TRUE(tree.removeItem(static_cast<QORObject*>(item)));
+        EXPECT_TRUE(removeItem(tree, static_cast<QORObject*>(item)));
     }
     EXPECT_EQ(walked, expected);
     EXPECT_EQ(tree.size, 0);

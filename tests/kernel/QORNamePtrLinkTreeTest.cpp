@@ -20,7 +20,7 @@ TEST(QORNamePtrLinkTree, TakesNamesakesAndFindsTheOneOfTheLowerAddressFirst) {
     EXPECT_EQ(tree.findNextElement(&key, 1), 2);
     EXPECT_EQ(tree[2], &objects[1]);
     EXPECT_EQ(tree.findLastElement(&key), 2);
-    EXPECT_TRUE(tree.removeItem(&objects[0]));
+    EXPECT_TRUE(removeItem(tree, &objects[0]));
     EXPECT_FALSE(tree.contains(&objects[0], nullptr)); // no two objects are equal here
     EXPECT_TRUE(tree.contains(&objects[1], nullptr));
 }

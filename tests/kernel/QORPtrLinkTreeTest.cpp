@@ -38,7 +38,7 @@ TEST_F(QORPtrLinkTreeScan, RefusesOnlyTheSameObjectAgain) {
     TypedObject const namesake(x);
     EXPECT_TRUE(tree.add(&namesake, true, nullptr));
     EXPECT_EQ(tree.size, 11);
-    EXPECT_TRUE(tree.removeItem(&namesake));
+    EXPECT_TRUE(removeItem(tree, &namesake));
 }
 
 TEST_F(QORPtrLinkTreeScan, FindsNodesByNameFromBothEnds) {
@@ -144,7 +144,7 @@ TEST_F(QORPtrLinkTreeScan, IsUnsetWhenItsNodeLeavesAndHasNoPrevious) {
     EXPECT_EQ(findPrevious(2, x), 1);
     EXPECT_EQ(tree.current->item, &objects[0]);
     for (int i = 9; i >= 2; --i)
-        tree.removeItem(&objects[static_cast<std::size_t>(i)]);
+        removeItem(tree, &objects[static_cast<std::size_t>(i)]);
     ASSERT_EQ(tree.size, 2);
     ASSERT_EQ(tree.position, 1); // of two, and yet on the first
     EXPECT_EQ(tree.removeElement(1), &objects[0]);

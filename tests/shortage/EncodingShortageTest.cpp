@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fcntl.h>
 #include <memory>
 #include <new>
@@ -62,11 +63,11 @@ std::vector<std::string> makeFailingEach(char const* name, bool lasting, char co
     return outcomes;
 }
 
-/// Sets a limit of the process, to be called in a child.
+/// Sets a limit of the process, at most to what its parent allows; to be called in a child.
 void limit(decltype(RLIMIT_AS) resource, rlim_t to) {
     rlimit limits{};
     getrlimit(resource, &limits);
-    limits.rlim_cur = to;
+    limits.rlim_cur = std::min(to, limits.rlim_max);
     setrlimit(resource, &limits);
 }
 

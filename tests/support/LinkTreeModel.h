@@ -14,6 +14,12 @@
 #include <utility>
 #include <vector>
 
+/// Removes this very item, wherever it stands; returns whether it was there.
+inline bool removeItem(QORLinkTree& tree, QORContainerItem const* item) {
+    QORRBTreeNode* const node = tree.nodeOfItem(item);
+    return node && tree.removeNode(node) == item;
+}
+
 /// A link tree with its cursor in the open, which counts the steps that it walks.
 template <class Tree>
 class LinkTreeProbe : public Tree {
@@ -306,7 +312,7 @@ private:
         }
         default: {
             int const index = there ? access->placeOf(tree->getNode(item)) : -1;
-            ASSERT_EQ(tree->removeItem(item), there);
+            ASSERT_EQ(removeItem(*tree, item), there);
             if (there)
                 erase(index);
         }

@@ -224,7 +224,7 @@ TEST(Verify, FindsWhatIsWrongBehindAReferenceToAnotherGraph) {
     stranger.setName("stranger");
     type->features().addElement(&stranger, true);
     EXPECT_THAT(verify(table), ElementsAre(HasSubstr("holds Attribute \"stranger\"")));
-    type->features().removeItem(&stranger);
+    type->features().removeNode(type->features().nodeOfItem(&stranger));
 }
 
 TEST(Verify, FindsAnObjectThatATreeHoldsTwice) {

@@ -5,10 +5,6 @@
 namespace database {
 namespace {
 
-bool isBlank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
@@ -223,6 +219,10 @@ std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t ope
 bool equalIgnoringCase(std::string_view left, std::string_view right) {
     return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
                                                      [](char a, char b) { return upper(a) == upper(b); });
+}
+
+bool isBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
 std::string upperCase(std::string_view text) {

@@ -1,5 +1,7 @@
 #include "sqlite/DeclaredType.h"
 
+#include "database/SqlTokens.h"
+
 #include <qor/QORDataType.h>
 
 #include <algorithm>
@@ -70,15 +72,6 @@ constexpr Entry affinities[] = {
 constexpr char const* undefined = "undefined";
 constexpr char const* numericAffinity = "SQL_NUMERIC";
 
-/// SQLite compares type names by the letters of ASCII, whatever the locale.
-char upperCase(char character) {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
-}
-
-bool isBlank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
 bool isSign(std::string_view word) {
     return word == "UNSIGNED" || word == "SIGNED" || word == "ZEROFILL";
 }
@@ -96,14 +89,14 @@ std::string nameOf(std::string_view declared) {
     std::string name;
     std::string word;
     int depth = 0;
-    for (char const character : declared) {
+    for (char const character : database::upperCase(declared)) {
         bool const opens = character == '(';
         bool const closes = character == ')';
         depth += opens - closes;
-        if (opens || closes || isBlank(character)) {
+        if (opens || closes || database::isBlank(character)) {
             appendWord(name, word);
         } else if (depth <= 0) {
-            word += upperCase(character);
+            word += character;
         }
     }
     appendWord(name, word);
@@ -117,7 +110,7 @@ bool isDigit(char character) {
 /// The number at the beginning of a text, blanks aside; 0 if there is none, and the nearest int if it is too
 /// large.
 int leadingNumber(std::string_view text) {
-    while (!text.empty() && isBlank(text.front())) {
+    while (!text.empty() && database::isBlank(text.front())) {
         text.remove_prefix(1);
     }
     bool const negative = !text.empty() && text.front() == '-';
@@ -154,7 +147,7 @@ char const* dataTypeOf(std::string const& name) {
 } // namespace
 
 DeclaredType readDeclaredType(std::string_view declared) {
-    if (std::all_of(declared.begin(), declared.end(), isBlank)) {
+    if (std::all_of(declared.begin(), declared.end(), database::isBlank)) {
         return {undefined, 0, 0};
     }
     DeclaredType type{dataTypeOf(nameOf(declared)), 0, 0};

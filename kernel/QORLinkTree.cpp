@@ -1,32 +1,14 @@
-#include <qor/QORFormatLinkTree.h>
 #include <qor/QORLinkTree.h>
-#include <qor/QORModelElementLinkTree.h>
-#include <qor/QORNameElementTypeLinkTree.h>
-#include <qor/QORNameLinkTree.h>
-#include <qor/QORNameLinkVector.h>
-#include <qor/QORNamePtrLinkTree.h>
-#include <qor/QORObject.h>
-#include <qor/QOROptionalNameLinkTree.h>
-#include <qor/QORPropertyType.h>
-#include <qor/QORPropertyValue.h>
-#include <qor/QORPtrLinkTree.h>
-#include <qor/QORPtrLinkVector.h>
-#include <qor/QORSortedPropertyValuesLinkTree.h>
-#include <qor/QORTypeValue.h>
-#include <qor/QORTypeValueLinkTree.h>
 
 #include "QORAssert.h"
 
-#include <algorithm>
-#include <cstring>
 #include <exception>
-#include <iterator>
-#include <typeinfo>
 
 // ---- the cursor's invariant -----------------------------------------------------------------------------
 
 namespace {
 
+// The expression and the file are part of the message that users know.
 constexpr char const* invariant =
     "( ( (this)->position==-1 ) || ( ((this)->position==0) && ((this)->current==(this)->_first) ) || ( "
     "((this)->position==(this)->size-1) && ((this)->current==lastNode()) ) || ( ((this)->position!=-1) && "
@@ -67,24 +49,13 @@ bool QORLinkTree::empty() {
     return QORRBTree::empty();
 }
 
-/// Whether places can be had without a walk. A caller's class may see to the steps of its walks itself.
+std::type_info const& QORLinkTree::countedAs() const {
+    return typeid(QORLinkTree);
+}
+
+/// Whether places can be had without a walk.
 bool QORLinkTree::hasPlaces() const {
-    static std::type_info const* const classes[] = {
-        &typeid(QORLinkTree),
-        &typeid(QORPtrLinkTree),
-        &typeid(QORNameLinkTree),
-        &typeid(QOROptionalNameLinkTree),
-        &typeid(QORNamePtrLinkTree),
-        &typeid(QORNameElementTypeLinkTree),
-        &typeid(QORTypeValueLinkTree),
-        &typeid(QORFormatLinkTree),
-        &typeid(QORModelElementLinkTree),
-        &typeid(QORSortedPropertyValuesLinkTree),
-    };
-    std::type_info const& mine = typeid(*this);
-    return std::any_of(std::begin(classes), std::end(classes),
-                       [&](std::type_info const* each) { return *each == mine; }) &&
-           isCounted();
+    return typeid(*this) == countedAs() && isCounted();
 }
 
 /// Up to here, walking from node to node is as quick as going by counts.
@@ -169,10 +140,10 @@ QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique) {
 }
 
 QORRBTreeNode* QORLinkTree::addLinked(QORContainerItem const* item, bool owned, bool byAddress) {
-    QORRBTreeNode* last = byAddress && position == -1 ? current : nullptr;
+    QORRBTreeNode* last = byAddress && position == -1 ? lastKnown() : nullptr;
     QORRBTreeNode* const node = addNode(item, true, owned, byAddress ? &last : nullptr);
     if (position == -1)
-        current = last;
+        lastKnown() = last;
     return node;
 }
 
@@ -192,8 +163,8 @@ QORRBTreeNode* QORLinkTree::addNode(QORContainerItem const* item, bool unique, b
 /// Moves the cursor off a node that is about to leave, or counts the node off the cursor's position.
 void QORLinkTree::leaveNode(QORRBTreeNode* node) {
     if (position == -1) {
-        if (node == current)
-            current = nullptr;
+        if (node == lastKnown())
+            lastKnown() = nullptr;
         return;
     }
     if (node == current) {
@@ -283,14 +254,6 @@ QORContainerItem* QORLinkTree::removeElement(int index) {
     return index >= 0 ? removeNode(current) : nullptr;
 }
 
-bool QORLinkTree::removeItem(QORContainerItem const* item) {
-    QORRBTreeNode* const node = nodeOfItem(item);
-    if (!node)
-        return false;
-    removeNode(node);
-    return true;
-}
-
 bool QORLinkTree::rekeyNode(QORRBTreeNode* node, void (*change)(void*), void* context) {
     if (!node) {
         change(context);
@@ -346,186 +309,4 @@ QORRBTreeNode* QORLinkTree::adoptItem(QORLinkTree& other, QORContainerItem const
 QORContainerItem* QORLinkTree::drainFirst() {
     unsetCursor();
     return QORRBTree::drainFirst();
-}
-
-// ---- orders ---------------------------------------------------------------------------------------------
-
-namespace {
-
-QORObject const& object(QORContainerItem const* item) {
-    return *static_cast<QORObject const*>(item);
-}
-
-QORString const& nameOf(QORContainerItem const* item) {
-    return object(item).getName();
-}
-
-int compareNames(QORContainerItem const* a, QORContainerItem const* b) {
-    return nameOf(a).compare(nameOf(b));
-}
-
-int compareNameWithKey(QORContainerItem const* item, QORContainerKey const* key) {
-    return nameOf(item).compare(*static_cast<QORString const*>(key));
-}
-
-bool hasName(QORContainerItem const* item, QORContainerKey const* key) {
-    QORString const& name = object(item).getName();
-    QORString const& wanted = *static_cast<QORString const*>(key);
-    return name.length == wanted.length && std::strcmp(name.chars, wanted.chars) == 0;
-}
-
-QORTypeValue const& typeValue(QORContainerItem const* item) {
-    return static_cast<QORTypeValue const&>(object(item));
-}
-
-QORPropertyValue const& propertyValue(QORContainerItem const* item) {
-    return static_cast<QORPropertyValue const&>(object(item));
-}
-
-/// Tables and views share one name space with classes.
-int typeInDesignPackage(QORContainerItem const* item) {
-    int const type = object(item).getElementType();
-    return type == QORElementType::SQL_VIEW_ENTITY ? static_cast<int>(QORElementType::CLASS) : type;
-}
-
-bool mayShareNameAndType(int type) {
-    switch (type) {
-    case QORElementType::GENERALIZATION:
-    case QORElementType::ASSOCIATION:
-    case QORElementType::SQL_VIEW_ASSOCIATION:
-    case QORElementType::DEPENDENCY:
-    case QORElementType::REALIZATION:
-    case QORElementType::JOIN:
-        return true;
-    default:
-        return false;
-    }
-}
-
-int compareTypesOfValues(QORPropertyType const& a, QORPropertyType const& b) {
-    if (int const order = std::strcmp(a.getUsage().chars, b.getUsage().chars))
-        return order;
-    if (int const order = std::strcmp(a.getGroup().chars, b.getGroup().chars))
-        return order;
-    if (int const order = a.getPosition() - b.getPosition())
-        return order;
-    return std::strcmp(a.getName().chars, b.getName().chars);
-}
-
-} // namespace
-
-QORRBTreeNode* QORPtrLinkTree::findFirstNode(QORContainerKey const* key) const {
-    if (size == 0)
-        return nullptr;
-    QORRBTreeNode* node = _first;
-    while (node && !hasName(node->item, key))
-        node = nextNode(node);
-    return node;
-}
-
-QORRBTreeNode* QORPtrLinkTree::findLastNode(QORContainerKey const* key) const {
-    if (size == 0)
-        return nullptr;
-    QORRBTreeNode* node = lastNode();
-    while (node && !hasName(node->item, key))
-        node = previousNode(node);
-    return node;
-}
-
-QORRBTreeNode* QORPtrLinkTree::findNextNode(QORContainerKey const* key, QORRBTreeNode const* from) const {
-    QORRBTreeNode* node = nextNode(from);
-    while (node && !hasName(node->item, key))
-        node = nextNode(node);
-    return node;
-}
-
-QORRBTreeNode* QORPtrLinkTree::findPreviousNode(QORContainerKey const* key, QORRBTreeNode const* from) const {
-    QORRBTreeNode* node = previousNode(from);
-    while (node && !hasName(node->item, key))
-        node = previousNode(node);
-    return node;
-}
-
-int QORNameLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    return compareNames(a, b);
-}
-
-int QORNameLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
-    return compareNameWithKey(item, key);
-}
-
-int QOROptionalNameLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    QORString const& name = object(a).getName();
-    int const order = name.compare(nameOf(b));
-    return order == 0 && name.length == 0 ? compareAddresses(a, b) : order;
-}
-
-int QORNamePtrLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    int const order = compareNames(a, b);
-    return order ? order : compareAddresses(a, b);
-}
-
-int QORNameElementTypeLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    int const order = compareNames(a, b);
-    return order ? order : object(a).getElementType() - object(b).getElementType();
-}
-
-int QORTypeValueLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    QORString const& name = object(a).getName();
-    if (int const order = name.compare(nameOf(b)))
-        return order;
-    if (name.length)
-        return 0;
-    return std::strcmp(typeValue(a).getValue().chars, typeValue(b).getValue().chars);
-}
-
-int QORTypeValueLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
-    return compareNameWithKey(item, key);
-}
-
-int QORFormatLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    int const order = object(a).getElementType() - object(b).getElementType();
-    return order ? order : compareNames(a, b);
-}
-
-int QORFormatLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
-    return compareNameWithKey(item, key);
-}
-
-int QORModelElementLinkTree::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    if (int const order = compareNames(a, b))
-        return order;
-    int const type = typeInDesignPackage(a);
-    if (int const order = type - typeInDesignPackage(b))
-        return order;
-    return mayShareNameAndType(type) ? compareAddresses(a, b) : 0;
-}
-
-int QORModelElementLinkTree::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
-    return compareNameWithKey(item, key);
-}
-
-int QORSortedPropertyValuesLinkTree::compare2Object(QORContainerItem const* a,
-                                                    QORContainerItem const* b) const {
-    QORPropertyValue const& left = propertyValue(a);
-    QORPropertyValue const& right = propertyValue(b);
-    QORPropertyType const* const leftType = left.getPropertyType();
-    QORPropertyType const* const rightType = right.getPropertyType();
-    if (leftType && rightType)
-        if (int const order = compareTypesOfValues(*leftType, *rightType))
-            return order;
-    int const order = left.getPosition() - right.getPosition();
-    return order ? order : compareAddresses(a, b);
-}
-
-int QORPtrLinkVector::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
-    return compareNameWithKey(item, key);
-}
-
-int QORNameLinkVector::compare2Object(QORContainerItem const* a, QORContainerItem const* b) const {
-    return compareNames(a, b);
-}
-
-int QORNameLinkVector::compare2Key(QORContainerItem const* item, QORContainerKey const* key) const {
-    return compareNameWithKey(item, key);
 }
