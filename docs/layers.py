@@ -31,11 +31,6 @@ LAYERS = (
 )
 ROW = {part: row for row, parts in enumerate(LAYERS) for part in parts}
 
-# What goes against the layers for a reason: the including file, the part that it includes, and the reason.
-EXCEPTIONS = {
-    ("kernel/QORNaryLink.cpp", "model"): "the orders of property values and of type values rest on their attributes",
-}
-
 FOLDERS = ("foundation", "kernel", "meta", "model", "olap", "mapping", "report", "directory", "diagram", "generated", "tools")
 PUBLIC = ("foundation/qor/", "kernel/qor/", "meta/qor/", "generated/qor/")
 # They number what the enumerations of the tables number.
@@ -88,7 +83,7 @@ class Sources:
 
 def survey(sources):
     """The pairs of parts of which one includes the other, and what is wrong with single includes."""
-    edges, wrong, excused = set(), [], set()
+    edges, wrong = set(), []
     for file, target in sources.includes():
         part, far = sources.part(file), sources.part(target)
         missing = [each for each in (part, far) if each not in ROW]
@@ -98,13 +93,10 @@ def survey(sources):
             wrong.append(f"{file}: {target} is no public header")
         elif part == far:
             continue
-        elif (file, far) in EXCEPTIONS:
-            excused.add((file, far))
         elif ROW[part] <= ROW[far]:
             wrong.append(f"{file}: {part} must not include {far}, as it does by {target}")
         else:
             edges.add((part, far))
-    wrong += [f"{file}: no longer includes {far}; take out the exception" for file, far in sorted(EXCEPTIONS.keys() - excused)]
     return edges, sorted(set(wrong))
 
 

@@ -12,7 +12,6 @@ import layers
 GOOD = {
     "foundation/qor/QORString.h": "",
     "kernel/QORRecipe.h": "#include <qor/QORString.h>\n#include <qor/QORElementType.h>\n",
-    "kernel/QORNaryLink.cpp": "#include <qor/QORTypeValue.h>\n",
     "generated/qor/QORElementType.h": "#include <qor/QORString.h>\n",
     "generated/qor/QORTypeValue.h": "#include <qor/QORString.h>\n",
     "generated/qor/QORTypeValueByPosition.h": "",
@@ -74,9 +73,6 @@ class Layers(unittest.TestCase):
 
     def test_a_part_without_a_row_is_named(self):
         self.assertIn("tools/new stands in no layer", self.wrong("tools/new/New.h", '#include "kit/Graph.h"\n')[0])
-
-    def test_an_exception_that_nothing_needs_is_named(self):
-        self.assertIn("take out the exception", self.wrong("kernel/QORNaryLink.cpp", "")[0])
 
     def test_an_edge_is_drawn_unless_a_way_stands_for_it(self):
         edges = {("a", "b"), ("b", "c"), ("a", "c"), ("a", "d")}
