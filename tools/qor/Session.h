@@ -7,7 +7,7 @@
 namespace qorprogram {
 
 /// What the help says of --quiet.
-constexpr char const* quietHelp = "No progress and no remarks beside the result";
+constexpr char const* quietHelp = "Print no progress and no remarks";
 
 /// What the verbs share: where their results and their remarks go, and the exit code.
 class Session {

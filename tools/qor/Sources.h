@@ -11,7 +11,7 @@ class Session;
 
 /// What the help says of that which a verb reads.
 constexpr char const* sourceHelp = "A graph in JSON, an SQLite database, or the URL of a PostgreSQL\n"
-                                   "database such as postgresql://user@host/name; it is only read";
+                                   "database such as postgresql://user@host/name; it is never written";
 
 /// Reads what a verb works on: a graph in JSON, known by its first character or by the ending ".json" of its
 /// name, or the structure of a PostgreSQL database, given by its URL, or else that of an SQLite database.
