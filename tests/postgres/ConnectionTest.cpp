@@ -257,7 +257,7 @@ TEST_F(PostgresConnection, TellsIfTheStructureChangesMeanwhile) {
             postgres::readStructure(connection);
             ADD_FAILURE() << kind;
         } catch (kit::ToolError const& error) {
-            expectProblem(error.what(), connection.source(), "the structure was changed while it was read");
+            expectProblem(error.what(), connection.source(), "the structure changed while it was read");
         }
     }
 }
