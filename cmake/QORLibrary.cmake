@@ -33,7 +33,7 @@ function(qor_add_library target)
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${hiddenSymbols})
 
     # The libraries lie in layers: a symbol that no lower library has is an error here, not in the caller's program.
-    # Sanitized code is excepted, since its run-time library comes with the program.
+    # Sanitised code is excepted, since its run-time library comes with the program.
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()

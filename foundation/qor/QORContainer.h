@@ -30,7 +30,7 @@ protected:
 class QOR_API QORContainer : public virtual _QORContainer {
 public:
     /// A walk over a container. It stays valid while elements come and go: when its current element is
-    /// removed by somebody else, `get` gives null and the next step reaches the element that followed, a
+    /// removed by somebody else, `get` returns null and the next step reaches the element that followed, a
     /// step back the one before. An iterator that has run past an end stands on nothing, and stays so until
     /// it is moved to an element.
     class QOR_API Iterator {
@@ -43,21 +43,21 @@ public:
         virtual QORContainerItem* operator*() const = 0;
         /// The current item, or null.
         virtual QORContainerItem* get() const = 0;
-        /// Goes to the first element; gives its item, or null if there is none.
+        /// Goes to the first element; returns its item, or null if there is none.
         virtual QORContainerItem* moveToFirst() = 0;
-        /// Goes to the last element; gives its item, or null if there is none.
+        /// Goes to the last element; returns its item, or null if there is none.
         virtual QORContainerItem* moveToLast() = 0;
-        /// Goes `steps` elements on; gives the item then current, or null past the end.
+        /// Goes `steps` elements on; returns the item then current, or null past the end.
         virtual QORContainerItem* next(int steps = 1) = 0;
-        /// Goes `steps` elements back; gives the item then current, or null before the beginning.
+        /// Goes `steps` elements back; returns the item then current, or null before the beginning.
         virtual QORContainerItem* previous(int steps = 1) = 0;
-        /// Goes to the first element with the key; gives its item, or null.
+        /// Goes to the first element with the key; returns its item, or null.
         virtual QORContainerItem* findFirst(QORContainerKey const* key) = 0;
-        /// Goes to the last element with the key; gives its item, or null.
+        /// Goes to the last element with the key; returns its item, or null.
         virtual QORContainerItem* findLast(QORContainerKey const* key) = 0;
-        /// Goes to the next element with the key behind the current one; gives its item, or null.
+        /// Goes to the next element with the key after the current one; returns its item, or null.
         virtual QORContainerItem* findNext(QORContainerKey const* key) = 0;
-        /// Goes to the previous element with the key before the current one; gives its item, or null.
+        /// Goes to the previous element with the key before the current one; returns its item, or null.
         virtual QORContainerItem* findPrevious(QORContainerKey const* key) = 0;
 
     protected:
@@ -68,25 +68,25 @@ public:
         QORContainer const* container;
     };
 
-    /// Removes all items and deletes none. Gives true.
+    /// Removes all items and deletes none. Returns true.
     virtual bool empty() = 0;
     /// A new iterator on the heap, on the first element if `toFirst`. End it with `deleteIterator`.
     virtual Iterator* newIterator(bool toFirst) const = 0;
-    /// Deletes an iterator that `newIterator` gave; null is allowed.
+    /// Deletes an iterator that `newIterator` returned; null is allowed.
     virtual void deleteIterator(Iterator* iterator) const = 0;
-    /// Adds an item. With `unique`, gives false for an item that compares 0 with an element. The iterator
+    /// Adds an item. With `unique`, returns false for an item that compares 0 with an element. The iterator
     /// may be null; otherwise it stands on the new element afterwards.
     virtual bool add(QORContainerItem const* item, bool unique, Iterator* iterator) = 0;
     /// Whether an element compares 0 with the item. The iterator may be null; otherwise it stands on it.
     virtual bool contains(QORContainerItem const* item, Iterator* iterator) const = 0;
     /// The first item with the key, or null. The iterator may be null; otherwise it stands on the result.
     virtual QORContainerItem* findFirst(QORContainerKey const* key, Iterator* iterator) const = 0;
-    /// Removes the element under the iterator, which then stands on the element that followed. Gives false
+    /// Removes the element under the iterator, which then stands on the element that followed. Returns false
     /// when the iterator stands on no element.
     virtual bool remove(Iterator* iterator) = 0;
-    /// Negative, 0 or positive as `a` comes before, is equal to or comes behind `b`; here by address.
+    /// Negative, 0 or positive as `a` comes before, is equal to or comes after `b`; here by address.
     virtual int compare2Object(QORContainerItem const* a, QORContainerItem const* b) const;
-    /// Negative, 0 or positive as the item comes before, has or comes behind the key; here by address.
+    /// Negative, 0 or positive as the item comes before, has or comes after the key; here by address.
     virtual int compare2Key(QORContainerItem const* item, QORContainerKey const* key) const;
 
     /// Sign of the difference of two addresses as unsigned numbers, its value held to the range of an int.

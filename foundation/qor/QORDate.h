@@ -16,8 +16,8 @@ public:
     /// "HH:MM:SS YYYY-MM-DD", or "00:00:00 " with its trailing blank if unset. Lives as long as the date.
     char const* chars() const noexcept { return text; }
 
-    /// Takes a text of the form that `chars` gives, leading and trailing blanks aside. Any other text, a day
-    /// or time that doesn't exist included, leaves the date unset.
+    /// Accepts a text of the form that `chars` returns, leading and trailing blanks aside. Any other text, a
+    /// day or time that doesn't exist included, leaves the date unset.
     void setDate(QORString& newText) noexcept;
 
     /// The same for a text that can't be changed.
@@ -27,7 +27,7 @@ public:
     bool isSet() const noexcept;
 
 private:
-    // The longest text and its NUL; what lies behind the NUL is always zero.
+    // The longest text and its NUL; what lies after the NUL is always zero.
     char text[20];
 
     void unset() noexcept;

@@ -61,7 +61,7 @@ public:
     /// Whether both hold the same number of items and each item of one compares 0 with one of the other.
     virtual bool operator==(QORHashtable const& other) const;
     virtual bool operator!=(QORHashtable const& other) const;
-    /// Changes the number of buckets and spreads the items anew.
+    /// Changes the number of buckets and spreads the items again.
     virtual void resize(int bucketCount);
     /// The last item with the key, or null. The iterator may be null; otherwise it stands on the result.
     virtual QORContainerItem* findLast(QORContainerKey const* key, QORContainer::Iterator* iterator) const;

@@ -36,7 +36,7 @@ public:
     void setParameterValue(void* handle, int index, QORString const& value) const;
 
     /// The text with the values filled in; a placeholder without a value stays as it is, and values aren't
-    /// searched for placeholders. Closes the set, even if it throws. A null handle gives the text as it
+    /// searched for placeholders. Closes the set, even if it throws. A null handle returns the text as it
     /// stands.
     QORString createParametrizedText(void* handle) const;
 

@@ -11,12 +11,12 @@
 /// every block is one of `operator new`, so that its checks hold.
 class QOR_API QORPool {
 public:
-    /// Gives a block of `size` bytes, aligned for any scalar type. Throws std::bad_alloc.
+    /// Returns a block of `size` bytes, aligned for any scalar type. Throws std::bad_alloc.
     static void* allocate(std::size_t size);
-    /// Gives a block like `allocate`, from pages of its own: for blocks that are used together with each
+    /// Returns a block like `allocate`, from pages of its own: for blocks that are used together with each
     /// other rather than with the others of their size. Throws std::bad_alloc.
     static void* allocateApart(std::size_t size);
-    /// Takes back a block that `allocate` or `allocateApart` gave for the same size; null is allowed.
+    /// Takes back a block that `allocate` or `allocateApart` returned for the same size; null is allowed.
     static void release(void* block, std::size_t size) noexcept;
     /// Takes memory for so many bytes of blocks from the system ahead of their use, for the calling thread: a
     /// large graph is then built without waiting for it. Throws std::bad_alloc; what came by then stays. Does

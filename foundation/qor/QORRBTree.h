@@ -61,13 +61,13 @@ public:
     /// Whether both hold the same number of items and these compare 0 in pairs.
     virtual bool operator==(QORRBTree const& other) const;
     virtual bool operator!=(QORRBTree const& other) const;
-    /// Adds an item; gives its node, or null when `unique` refuses it.
+    /// Adds an item; returns its node, or null when `unique` refuses it.
     virtual QORRBTreeNode* addNode(QORContainerItem const* item, bool unique);
     /// The node of the item, else a node that compares 0 with it, else null.
     virtual QORRBTreeNode* getNode(QORContainerItem const* item) const;
     virtual QORRBTreeNode* firstNode() const;
     virtual QORRBTreeNode* lastNode() const;
-    /// The node behind `node`, or null at the end.
+    /// The node after `node`, or null at the end.
     virtual QORRBTreeNode* nextNode(QORRBTreeNode const* node) const;
     /// The node before `node`, or null at the beginning.
     virtual QORRBTreeNode* previousNode(QORRBTreeNode const* node) const;
@@ -75,11 +75,11 @@ public:
     virtual QORRBTreeNode* findFirstNode(QORContainerKey const* key) const;
     /// The last node with the key in tree order, or null.
     virtual QORRBTreeNode* findLastNode(QORContainerKey const* key) const;
-    /// The node behind `node` if it has the key, else null.
+    /// The node after `node` if it has the key, else null.
     virtual QORRBTreeNode* findNextNode(QORContainerKey const* key, QORRBTreeNode const* node) const;
     /// The node before `node` if it has the key, else null.
     virtual QORRBTreeNode* findPreviousNode(QORContainerKey const* key, QORRBTreeNode const* node) const;
-    /// Takes a node out of the tree and frees it; gives its item.
+    /// Takes a node out of the tree and frees it; returns its item.
     virtual QORContainerItem* removeNode(QORRBTreeNode* node);
 
     /// The node of this very item, wherever it lies: by descent, and by a scan where the order no longer
@@ -95,7 +95,7 @@ public:
 
 protected:
     /// `addNode` of this class. `apart` takes the node from pages that only such nodes have. `last`, if it
-    /// isn't null, leads to the last node where that is known, which spares an item behind all others the way
+    /// isn't null, leads to the last node where that is known, which spares an item after all others the way
     /// down, and gets the new node if that is the last one then. Only for items that stay in order.
     QORRBTreeNode* makeNode(QORContainerItem const* item, bool unique, bool apart, QORRBTreeNode** last);
     /// Takes a node out of the tree without freeing it.
@@ -104,7 +104,7 @@ protected:
     bool relinkNode(QORRBTreeNode* node, bool unique);
     /// Puts an unlinked node back before `follower`, or at the end if that is null, whatever the order says.
     void relinkNodeBefore(QORRBTreeNode* node, QORRBTreeNode* follower);
-    /// Whether `a` lies before `b` in the tree, told from the tree's shape alone.
+    /// Whether `a` lies before `b` in the tree, judged only by the tree's shape.
     static bool liesBefore(QORRBTreeNode const* a, QORRBTreeNode const* b);
     /// Whether the nodes of the tree, which isn't empty, are counted and as many as `size` says. Counts them
     /// if nobody has yet; from then on, adding and removing keep the counts, and places are found in
@@ -126,7 +126,7 @@ private:
         QORRBTreeNode* parent;
         bool left;
         bool taken;
-        bool atEnd; ///< behind all nodes
+        bool atEnd; ///< after all nodes
     };
     Place placeFor(QORContainerItem const* item, bool unique) const;
     void insertNode(QORRBTreeNode* node, QORRBTreeNode* parent, bool left);

@@ -96,7 +96,7 @@ public:
     void init(char const* text, int count);
 
     /// Makes sure that the next assignment of up to `count` characters needs no memory and so can't throw.
-    /// The text stays. Assigning an empty text gives the memory back.
+    /// The text stays. Assigning an empty text frees the memory.
     void reserve(int count);
 
     /// Exchanges the two texts.
@@ -112,14 +112,14 @@ public:
     /// A hash of the text, never negative; equal to `stringHashCode(chars)`.
     int hashCode() const noexcept;
 
-    /// The order of two texts by their bytes, as `std::strcmp` tells it: negative, 0 or positive.
+    /// The order of two texts by their bytes, as `std::strcmp` returns it: negative, 0 or positive.
     int compare(QORString const& other) const noexcept {
         std::uint64_t const mine = head();
         std::uint64_t const theirs = other.head();
         if (mine == theirs) {
             return length < headSize ? 0 : std::strcmp(chars + headSize, other.chars + headSize);
         }
-        // Where they first differ counts, unless it lies behind the NUL that ends both.
+        // Where they first differ counts, unless it lies after the NUL that ends both.
         if (__builtin_clzll(mine ^ theirs) / 8 > length) {
             return 0;
         }
@@ -141,7 +141,7 @@ private:
     static constexpr std::size_t storeSize = 4 * sizeof(void*) - sizeof(char*) - sizeof(int);
     static constexpr int inlineCapacity = static_cast<int>(storeSize) - 1;
 
-    // Three uses, told apart by `chars`. It points to `store`: the text itself. It points to the heap: the
+    // Three uses, distinguished by `chars`. It points to `store`: the text itself. It points to the heap: the
     // buffer's capacity. It is `emptyPtr`: zeros, or the capacity and then the address of a reserved buffer.
     char store[storeSize];
 
@@ -211,7 +211,7 @@ inline void swap(QORString& left, QORString& right) noexcept {
 /// A new string of both texts, one after the other.
 QOR_API QORString operator+(QORString const& left, QORString const& right);
 
-/// The hash that `QORString::hashCode` gives for the same text; null counts as empty.
+/// The hash that `QORString::hashCode` returns for the same text; null counts as empty.
 QOR_API int stringHashCode(char const* text) noexcept;
 
 /// The shared empty string; constant-initialised, so any static initialiser can use it.

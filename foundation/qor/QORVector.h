@@ -32,7 +32,7 @@ public:
         virtual Iterator& operator=(Iterator const& other);
         /// Attaches the iterator to a vector, on its first element if `toFirst`.
         virtual void moveTo(QORVector& vector, bool toFirst);
-        /// Goes to a position; gives its item, or null if out of range.
+        /// Goes to a position; returns its item, or null if out of range.
         virtual QORContainerItem* moveTo(int position);
         /// The element so many steps ahead, without a move; null if there is none or the current one is gone.
         QORContainerItem* ahead(int steps) const;
@@ -83,16 +83,17 @@ public:
     void buildIndex();
     /// Makes room for `count` items in all, so that adding up to that many can't fail.
     void reserve(int count);
-    /// Removes this very item, whatever compares equal to it. Gives whether it was there; allocates nothing.
+    /// Removes this very item, whatever compares equal to it. Returns whether it was there; allocates
+    /// nothing.
     bool removeItem(QORContainerItem const* item);
-    /// Moves this very item behind all others. Gives whether it was there; allocates nothing.
+    /// Moves this very item after all others. Returns whether it was there; allocates nothing.
     bool moveToEnd(QORContainerItem const* moved);
     /// Takes the first item out while `size` keeps counting it, for walks that empty a vector; null at the
     /// end. `endDraining` then settles `size`.
     QORContainerItem* drainFirst();
     /// Ends a series of `drainFirst`.
     void endDraining();
-    /// Gives the memory of an empty vector back; iterators on it are then unattached. A vector with items
+    /// Frees the memory of an empty vector; iterators on it are then unattached. A vector with items
     /// stays.
     void releaseMemory();
 

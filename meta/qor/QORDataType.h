@@ -18,20 +18,20 @@ extern QOR_API char const* const QorSQL99ToOldDataTypeArray[45][2];
 /// Pairs of logical type and the SQL data type that stands for it by default; closed by a pair of nulls.
 extern QOR_API char const* const QorLogicalToDataTypeArray[11][2];
 
-/// Gives the SQL data type that stands for a logical type, or null for an unknown one; case counts.
+/// Returns the SQL data type that stands for a logical type, or null for an unknown one; case counts.
 QOR_API char const* getDefaultDataType(QORString const& logical);
 
-/// Gives the name in SQL of a data type, or null for an unknown one; case counts.
+/// Returns the name in SQL of a data type, or null for an unknown one; case counts.
 QOR_API char const* getDataTypeName(QORString const& dataType);
 
-/// Gives the data type with a name in SQL, or "undefined" for an unknown one. Case doesn't count here, as
+/// Returns the data type with a name in SQL, or "undefined" for an unknown one. Case doesn't count here, as
 /// SQL itself is written either way.
 QOR_API char const* getDataTypeByName(QORString const& name);
 
-/// Gives the logical type of a data type, or null for an unknown one; case counts.
+/// Returns the logical type of a data type, or null for an unknown one; case counts.
 QOR_API char const* getDefaultLogicalName(QORString const& dataType);
 
-/// Gives the older data type that a data type maps to; case counts. For an unknown one it gives the
+/// Returns the older data type that a data type maps to; case counts. For an unknown one it returns the
 /// argument's own characters, which live no longer than the argument.
 QOR_API char const* getOldDataType(QORString const& dataType);
 

@@ -35,7 +35,7 @@ public:
     /// The value of a new object, as text.
     QORString const& getDefaultValue() const { return defaultValue; }
 
-    /// Gives the value as text: "true" or "false", a number's digits, a date's text, the text of an
+    /// Returns the value as text: "true" or "false", a number's digits, a date's text, the text of an
     /// enumeration's value. Empty if the attribute has no getter or a negative value no text. The object must
     /// be of the declaring class or below.
     QORString getValue(QORObject* object) const;

@@ -55,7 +55,7 @@ public:
     /// The first link end with a role name, or null; inherited ones are found.
     QORMetaLink* getMetaLinkByRoleName(char const* roleName) const;
 
-    /// Gives a new object of the class, which the caller owns; null for an abstract class and for "Object".
+    /// Returns a new object of the class, which the caller owns; null for an abstract class and for "Object".
     QORObject* newInstance() const;
 
     /// What the library's own operations know of the class; null for a record that isn't the library's own.

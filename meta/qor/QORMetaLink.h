@@ -39,10 +39,10 @@ public:
     /// objects must be of the classes that the link is between.
     bool addLink(QORObject* object, QORObject* other) const;
 
-    /// Gives the number of far objects of a nary end. A unary end always gives 0: ask `getLink` there.
+    /// Returns the number of far objects of a nary end. A unary end always returns 0: call `getLink` there.
     int getLinkCount(QORObject* object) const;
 
-    /// Gives the far object at a position of a nary end, or that of a unary end whatever the position; null
+    /// Returns the far object at a position of a nary end, or that of a unary end whatever the position; null
     /// if there is none.
     QORObject* getLink(QORObject* object, int index) const;
 

@@ -10,7 +10,7 @@
 
 class QORObject;
 
-/// How a meta attribute reads the value of an object: a getter of any class behind one plain function
+/// How a meta attribute reads the value of an object: a getter of any class through one plain function
 /// pointer. The getter itself is only ever called through its own type.
 class QORGetValueWrapper {
 public:
@@ -93,7 +93,7 @@ private:
     };
 };
 
-/// How a meta attribute writes the value of an object: a setter of any class behind one plain function
+/// How a meta attribute writes the value of an object: a setter of any class through one plain function
 /// pointer. The setter itself is only ever called through its own type.
 class QORSetValueWrapper {
 public:
@@ -175,7 +175,7 @@ private:
     };
 };
 
-/// The function that gives the value of an enumeration by its text, for any enumeration.
+/// The function that returns the value of an enumeration for its text, for any enumeration.
 class QORGetEnumIDByNameWrapper {
 public:
     /// Wraps nothing.
@@ -192,7 +192,7 @@ public:
 
     /// Tells whether a function is wrapped.
     bool isFilled() const { return filled; }
-    /// What the function gives for a text; -1 if none is wrapped.
+    /// What the function returns for a text; -1 if none is wrapped.
     int getID(char const* name) const { return filled ? pointer(name) : -1; }
 
 private:
@@ -205,7 +205,7 @@ private:
     int (*pointer)(char const*) = nullptr;
 };
 
-/// The function that gives the text of an enumeration's value, for any enumeration.
+/// The function that returns the text of an enumeration's value, for any enumeration.
 class QORGetEnumNameByIDWrapper {
 public:
     /// Wraps nothing.
@@ -219,7 +219,7 @@ public:
 
     /// Tells whether a function is wrapped.
     bool isFilled() const { return filled; }
-    /// What the function gives for a value; null if none is wrapped.
+    /// What the function returns for a value; null if none is wrapped.
     char const* getName(int id) const { return filled ? pointer(id) : nullptr; }
 
 private:
@@ -243,7 +243,7 @@ private:
 /// How a meta link reads one far object of an end: a function and what it needs to know of the end.
 class QORGetLinkWrapper {
 public:
-    /// Gives the far object at a position, or null; a unary end ignores the position.
+    /// Returns the far object at a position, or null; a unary end ignores the position.
     using Function = QORObject* (*)(QORObject const* object, void const* end, int index);
 
     /// Wraps nothing.
@@ -254,7 +254,7 @@ public:
 
     /// Tells whether a function is wrapped.
     bool isFilled() const { return filled; }
-    /// What the function gives; null if none is wrapped.
+    /// What the function returns; null if none is wrapped.
     QORObject* getLink(QORObject const* object, int index) const {
         return filled ? pointer(object, end, index) : nullptr;
     }
@@ -268,7 +268,7 @@ private:
 /// How a meta link counts the far objects of an end: a function and what it needs to know of the end.
 class QORGetLinkCountWrapper {
 public:
-    /// Gives the number of far objects.
+    /// Returns the number of far objects.
     using Function = int (*)(QORObject const* object, void const* end);
 
     /// Wraps nothing.
@@ -279,7 +279,7 @@ public:
 
     /// Tells whether a function is wrapped.
     bool isFilled() const { return filled; }
-    /// What the function gives; 0 if none is wrapped.
+    /// What the function returns; 0 if none is wrapped.
     int getLinkCount(QORObject const* object) const { return filled ? pointer(object, end) : 0; }
 
 private:

@@ -219,7 +219,7 @@ TEST_F(PostgresConnection, RefusesAddressesThatAreNone) {
         std::string const message = problemOf(url);
         EXPECT_THAT(message, StartsWith("postgresql://")) << url;
         EXPECT_THAT(message, Not(HasSubstr("Hush"))) << url;
-        EXPECT_THAT(message, HasSubstr("is no valid address: ")) << url;
+        EXPECT_THAT(message, HasSubstr("isn't a valid address: ")) << url;
     }
     expectProblem(problemOf("postgresql://user:Hush/Hush@host/db"), hidden, "invalid integer value");
     expectProblem(problemOf("postgresql://host:HushHush/db"), hidden, "invalid integer value");
@@ -257,7 +257,7 @@ TEST_F(PostgresConnection, TellsIfTheStructureChangesMeanwhile) {
             postgres::readStructure(connection);
             ADD_FAILURE() << kind;
         } catch (kit::ToolError const& error) {
-            expectProblem(error.what(), connection.source(), "the structure was changed while it was read");
+            expectProblem(error.what(), connection.source(), "the structure changed while it was read");
         }
     }
 }

@@ -164,8 +164,8 @@ TEST(ForeignStructure, ColumnsThatReferToOthersTakeTheirTypes) {
                              "type of column c.a: it is text, like what the column refers to",
                              "type of column d.a: it is text, like what the column refers to",
                              "check of table c: it compares text with an integer, which PostgreSQL doesn't",
-                             "foreign key of table d: the columns that it refers to aren't unique together",
-                             "foreign key of table d: the table that it refers to isn't there"));
+                             "foreign key of table d: the columns that it refers to aren't unique",
+                             "foreign key of table d: the table that it refers to doesn't exist"));
     EXPECT_THAT(taken.sql, HasSubstr("a text DEFAULT '5'"));
     expectAccounted(structure, taken);
 }
@@ -204,12 +204,12 @@ TEST(ForeignStructure, WhatHasNoEqualIsToldStatementByStatement) {
     Taken const taken = take(structure);
     for (char const* const line :
          {"collation NOCASE of column t.b: PostgreSQL doesn't have it",
-          "default of column t.c: a function of dates has modifiers",
-          "that column t.d is computed: the function json_extract isn't known to have an equal in PostgreSQL",
-          "default of column t.e: the function printf isn't known to have an equal in PostgreSQL",
-          "check of table t: the function typeof isn't known to have an equal in PostgreSQL",
-          "index i: the function julianday isn't known to have an equal in PostgreSQL",
-          "view v: the function last_insert_rowid isn't known to have an equal in PostgreSQL",
+          "default of column t.c: a date function has modifiers",
+          "that column t.d is computed: the function json_extract has no known equivalent in PostgreSQL",
+          "default of column t.e: the function printf has no known equivalent in PostgreSQL",
+          "check of table t: the function typeof has no known equivalent in PostgreSQL",
+          "index i: the function julianday has no known equivalent in PostgreSQL",
+          "view v: the function last_insert_rowid has no known equivalent in PostgreSQL",
           "view w: it compares an integer with text, which PostgreSQL doesn't",
           "view x: it isn't grouped by the column b", "view y: v is left out", "view z: it is recursive",
           "table f: PostgreSQL has no virtual tables",

@@ -299,7 +299,7 @@ TEST(JsonExchange, CutOffFileIsRefusedWhereverItEnds) {
         EXPECT_THAT(problemOf(json.substr(0, size)), StartsWith("x.json: line ")) << size;
     }
     EXPECT_EQ(problemOf(json.substr(0, 100)),
-              "x.json: line 5, column 48: the text ends too early, in object 1");
+              "x.json: line 5, column 48: the text is truncated, in object 1");
 }
 
 TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
@@ -311,22 +311,22 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
     char const* const two =
         "{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 2, \"class\": \"DesignPackage\"}";
     Case const cases[] = {
-        {"{\"number\": 1, \"class\": \"Modell\"}", "", "line 5: \"Modell\" is no class"},
-        {"{\"number\": 1, \"class\": \"Element\"}", "", "line 5: \"Element\" is a class without objects"},
-        {"{\"number\": 1, \"class\": \"Object\"}", "", "line 5: \"Object\" is a class without objects"},
+        {"{\"number\": 1, \"class\": \"Modell\"}", "", "line 5: \"Modell\" isn't a class"},
+        {"{\"number\": 1, \"class\": \"Element\"}", "", "line 5: \"Element\" is a class without instances"},
+        {"{\"number\": 1, \"class\": \"Object\"}", "", "line 5: \"Object\" is a class without instances"},
         {"\n{\"number\": 1, \"class\": \"Model\",\n\"attributes\": {\n\"color\": 1}}", "",
          "line 8: Model has no attribute \"color\""},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": \"a\", \"name\": \"b\"}}", "",
-         "line 5: the attribute \"name\" is given twice"},
+         "line 5: the attribute \"name\" is repeated"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": 1}}", "",
          "line 5: \"name\" takes a text"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": null}}", "", "line 5: null"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": \"a\\u0000b\"}}", "",
          "line 5: the text of \"name\" holds a NUL"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": {\"hex\": \"4\"}}}", "",
-         "line 5: \"hex\" takes"},
+         "line 5: \"hex\" must be"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": {\"hex\": \"4G\"}}}", "",
-         "line 5: \"hex\" takes"},
+         "line 5: \"hex\" must be"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {\"name\": {}}}", "",
          "line 5: \"hex\" is missing"},
         {"{\"number\": 1, \"class\": \"Class\", \"attributes\": {\"cppAbstract\": \"true\"}}", "",
@@ -348,27 +348,27 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
         {"{\"number\": 1, \"class\": \"Version\", \"attributes\": {\"startDate\": \"25:00:00 2001-01-01\"}}",
          "", "line 5: "},
         {"{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 1, \"class\": \"Model\"}", "",
-         "line 6: the number 1 is taken twice"},
-        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: the number of an object must stand"},
-        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: the number of an object must stand"},
+         "line 6: the number 1 is used twice"},
+        {"{\"number\": 0, \"class\": \"Model\"}", "", "line 5: expected the number of an object"},
+        {"{\"number\": -1, \"class\": \"Model\"}", "", "line 5: expected the number of an object"},
         {"{\"number\": 1}", "", "line 5: \"class\" is missing"},
         {"{\"number\": 1, \"class\": \"Model\", \"colour\": 1}", "", "line 5: \"colour\" isn't a key here"},
         {"{\"number\": 1, \"class\": \"Model\", \"attributes\": {}, \"attributes\": {}}", "",
-         "line 5: \"attributes\" is given twice"},
-        {"[1]", "", "line 5: [ has no meaning here"},
-        {"", "", "there is no object"},
+         "line 5: \"attributes\" is repeated"},
+        {"[1]", "", "line 5: [ isn't allowed here"},
+        {"", "", "the graph has no object"},
         {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [3]}", "line 9: no object has the number 3"},
         {two, "\n{\"from\": 3, \"role\": \"childPackage\", \"to\": [2]}",
          "line 10: no object has the number 3"},
         {two, "{\"from\": 1, \"role\": \"color\", \"to\": [2]}", "line 9: Model has no role \"color\""},
         {two, "{\"from\": 2, \"role\": \"parentPackage\", \"to\": [1]}",
-         "line 9: the role \"parentPackage\" of DesignPackage is told from its other end"},
+         "line 9: the role \"parentPackage\" of DesignPackage must be at its other end"},
         {two, "{\"from\": 1, \"role\": \"type\", \"to\": [2]}",
-         "line 9: the role \"type\" of Model takes no DesignPackage"},
+         "line 9: the role \"type\" of Model accepts no DesignPackage"},
         {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [1]}",
          "line 9: an object is linked with itself as \"childPackage\""},
         {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2,\n2]}",
-         "line 10: the link \"childPackage\" to the object 2 is refused: an end is taken"},
+         "line 10: the link \"childPackage\" to the object 2 is refused: an end is already linked"},
         {"{\"number\": 1, \"class\": \"Model\"},\n{\"number\": 2, \"class\": \"Model\"},\n{\"number\": 3, "
          "\"class\": \"Model\"}",
          "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2, 3]}",
@@ -378,7 +378,7 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
          "line 9: the link \"supertypeOfGeneralization\" to the object 1 is refused"},
         {two, "{\"from\": 1, \"role\": \"childPackage\"}", "line 9: \"to\" is missing"},
         {two, "{\"from\": 1, \"to\": [2]}", "line 9: \"role\" is missing"},
-        {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [[2]]}", "line 9: [ has no meaning here"},
+        {two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [[2]]}", "line 9: [ isn't allowed here"},
     };
     for (Case const& each : cases) {
         EXPECT_THAT(problemInLine(fileOf(each.objects, each.links)), HasSubstr(each.problem))
@@ -389,7 +389,7 @@ TEST(JsonExchange, MistakesAreNamedWithTheirLine) {
 TEST(JsonExchange, ObjectNumbersHaveUpTo18Digits) {
     EXPECT_EQ(problemOf(fileOf("{\"number\": 999999999999999999, \"class\": \"Model\"}")), "");
     EXPECT_THAT(problemOf(fileOf("{\"number\": 1000000000000000000, \"class\": \"Model\"}")),
-                HasSubstr("a whole number from 1 on"));
+                HasSubstr("a whole number of at least 1"));
 }
 
 TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
@@ -402,24 +402,24 @@ TEST(JsonExchange, WhatIsNotTheFormatIsRefused) {
     };
     Change const changes[] = {
         {"qor-graph", "qor", "line 2: \"format\" must be"},
-        {"\"version\": 1", "\"version\": 2", "line 3: \"version\" is one that this program doesn't know"},
+        {"\"version\": 1", "\"version\": 2", "line 3: \"version\" isn't supported"},
         {"\"version\": 1", "\"version\": \"1\"", "line 3: \"version\""},
         {"\"version\": 1,\n", "", "\"version\" is missing"},
         {",\n\"links\": [\n\n]", "", "\"links\" is missing"},
         {"]\n}\n", "],\n\"more\": 1}\n", "\"more\" isn't a key here"},
-        {"]\n}\n", "]\n}\n{}", "something follows the graph"},
+        {"]\n}\n", "]\n}\n{}", "there is text after the graph"},
         {"\"Model\"", "\"Mod\xff\"", "line 5: this isn't JSON"},
         {"\"Model\"", "'Model'", "line 5: this isn't JSON"},
-        {"{\n", "[\n", "line 1: [ has no meaning here"},
+        {"{\n", "[\n", "line 1: [ isn't allowed here"},
     };
     for (Change const& change : changes) {
         std::string json = good;
         replace(json, change.from, change.to);
         EXPECT_THAT(problemInLine(json), HasSubstr(change.problem)) << change.to;
     }
-    EXPECT_THAT(problemInLine("1"), HasSubstr("line 1: 1 has no meaning here"));
-    EXPECT_THAT(problemInLine(std::string(1000000, '[')), HasSubstr("line 1: [ has no meaning here"));
-    EXPECT_THAT(problemInLine(fileOf(std::string(1000000, '['))), HasSubstr("line 5: [ has no meaning here"));
+    EXPECT_THAT(problemInLine("1"), HasSubstr("line 1: 1 isn't allowed here"));
+    EXPECT_THAT(problemInLine(std::string(1000000, '[')), HasSubstr("line 1: [ isn't allowed here"));
+    EXPECT_THAT(problemInLine(fileOf(std::string(1000000, '['))), HasSubstr("line 5: [ isn't allowed here"));
 }
 
 TEST(JsonExchange, MistakeIsNamedWithItsPlaceInALongLineAndItsObject) {
@@ -432,15 +432,15 @@ TEST(JsonExchange, MistakeIsNamedWithItsPlaceInALongLineAndItsObject) {
         EXPECT_EQ(problemOf(before + at),
                   "x.json: line 1, column " + std::to_string(column) + ": " + problem);
     };
-    expectAt(objects + "{\"number\":8,\"class\":", "\"Klass\"}", "\"Klass\" is no class, in object 8");
+    expectAt(objects + "{\"number\":8,\"class\":", "\"Klass\"}", "\"Klass\" isn't a class, in object 8");
     expectAt(objects, "{\"number\":8}", "\"class\" is missing, in object 8");
     expectAt(objects, "{\"class\":\"Model\"}", "\"number\" is missing");
     expectAt(objects + "{\"number\":", "0}",
-             "the number of an object must stand here, a whole number from 1 on");
+             "expected the number of an object, a whole number of at least 1");
     expectAt(objects + "{\"number\":8,", "\"x\":1}", "\"x\" isn't a key here, in object 8");
-    expectAt(objects, "{\"number\":7,\"class\":\"Model\"}", "the number 7 is taken twice, in object 7");
+    expectAt(objects, "{\"number\":7,\"class\":\"Model\"}", "the number 7 is used twice, in object 7");
     expectAt(objects + "{\"number\":8,\"class\":\"Model\",\"attributes\":{\"name\":", "null",
-             "null has no meaning here, in object 8");
+             "null isn't allowed here, in object 8");
     expectAt(objects + "{\"number\":8,\"class\":\"Model\",\"attributes\":{", "\"color\":1}}",
              "Model has no attribute \"color\", in object 8");
     expectAt(objects + "{\"number\":8,\"class\":\"Attribute\",\"attributes\":{", "\"position\":40000}}",

@@ -247,7 +247,7 @@ TEST_F(OutputFile, FileOfAnotherKindIsRefusedAndStays) {
     for (std::string const& content : {std::string("old"), std::string(" "), std::string("newer"), binary,
                                        "new " + std::string(100000, 'x') + binary}) {
         std::string const path = folder.write("x", content);
-        EXPECT_THAT(refusalOf(path), HasSubstr("x: isn't a text of news, and so it is not replaced"));
+        EXPECT_THAT(refusalOf(path), HasSubstr("x: isn't a text of news, so it isn't replaced"));
         EXPECT_TRUE(contentOf(path) == content);
     }
     EXPECT_EQ(fileCount(), 1u);
@@ -303,7 +303,7 @@ TEST_F(OutputFile, SourceIsRefusedByWhateverPath) {
           path + "/soft", path + "/softer", path + "/here/here/source", "/dev/fd/" + number,
           "/proc/self/fd/" + number, "/proc/" + std::to_string(getpid()) + "/fd/" + number}) {
         for (auto const& [output, input] : {std::pair(other, source), std::pair(source, other)}) {
-            EXPECT_THAT(refusalOf(output, {"none", input}), HasSubstr(", which is only read"))
+            EXPECT_THAT(refusalOf(output, {"none", input}), HasSubstr(", which must not be written"))
                 << output << " " << input;
         }
     }
@@ -317,7 +317,8 @@ TEST_F(OutputFile, SourceThatIsNotThereYetIsRefusedTheSame) {
     std::filesystem::create_directory_symlink(".", folder.file("here"));
     for (char const* const output : {"later", "link", "here/later", "./here//later", "here/link"}) {
         for (char const* const input : {"later", "link", "here/later"}) {
-            EXPECT_THAT(refusalOf(folder.file(output), {folder.file(input)}), HasSubstr("only read"))
+            EXPECT_THAT(refusalOf(folder.file(output), {folder.file(input)}),
+                        HasSubstr("must not be written"))
                 << output << " " << input;
         }
     }
@@ -339,7 +340,7 @@ TEST_F(OutputFile, StandardOutputThatIsASourceIsRefused) {
     inChild([&] {
         dup2(open(source.c_str(), O_WRONLY | O_APPEND), STDOUT_FILENO);
         for (char const* path : {"", "-", "/dev/stdout", "/dev/fd/1"}) {
-            EXPECT_THAT(refusalOf(path, {source}), HasSubstr("only read")) << path;
+            EXPECT_THAT(refusalOf(path, {source}), HasSubstr("must not be written")) << path;
             EXPECT_EQ(refusalOf(path, {"none"}), "") << path;
         }
     });

@@ -84,7 +84,7 @@ TEST(PostgresForeignSql, NamesOfAllKindsAreColumnsAndTheRestIsText) {
     expectExpressions({{"[i] + `n` + \"r\" + I", "(((i + n) + r) + i)"},
                        {"t = \"no column\"", "(t = 'no column')"},
                        {"rowid + _rowid_ + oid", "((i + i) + i)"},
-                       {"[no column]", "problem: it isn't known what no column is"}});
+                       {"[no column]", "problem: it is unknown what no column is"}});
 }
 
 TEST(PostgresForeignSql, WhatDoesNotCompareIsRefused) {

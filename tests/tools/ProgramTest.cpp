@@ -73,41 +73,41 @@ std::string one(std::string const& attributes) {
 }
 
 std::vector<Mistake> const mistakes = {
-    {"nothing", "", "line 1: the text ends too early"},
-    {"blanks", " \n ", "line 2: the text ends too early"},
-    {"cut off", file(two).substr(0, 100), "line 5: the text ends too early"},
-    {"cut off in a word", file(two).substr(0, 140), "line 6: the text ends too early"},
-    {"trailing text", file(two) + "x", "line 12: something follows the graph"},
-    {"second document", file(two) + file(two), "line 12: something follows the graph"},
+    {"nothing", "", "line 1: the text is truncated"},
+    {"blanks", " \n ", "line 2: the text is truncated"},
+    {"cut off", file(two).substr(0, 100), "line 5: the text is truncated"},
+    {"cut off in a word", file(two).substr(0, 140), "line 6: the text is truncated"},
+    {"trailing text", file(two) + "x", "line 12: there is text after the graph"},
+    {"second document", file(two) + file(two), "line 12: there is text after the graph"},
     {"no JSON", "number,class\n", "line 1: this isn't JSON"},
     {"another format", "{\n\"format\": \"other\"}", "line 2: \"format\" must be"},
-    {"a later version", "{\"format\": \"qor-graph\",\n\"version\": 2}", "line 2: \"version\" is one"},
+    {"a later version", "{\"format\": \"qor-graph\",\n\"version\": 2}", "line 2: \"version\" isn't supported"},
     {"unknown key", "{\n\"from\": 1}", "line 2: \"from\" isn't a key here"},
     {"key twice", "{\"format\": \"qor-graph\",\n\"format\": \"qor-graph\"}",
-     "line 2: \"format\" is given twice"},
+     "line 2: \"format\" is repeated"},
     {"missing key", file("{\"number\": 1}"), "line 5: \"class\" is missing"},
-    {"no objects", file(""), "there is no object"},
+    {"no objects", file(""), "the graph has no object"},
     {"unknown class", file(two + ",\n{\"number\": 3, \"class\": \"Klass\"}"),
-     "line 7: \"Klass\" is no class"},
+     "line 7: \"Klass\" isn't a class"},
     {"abstract class", file("{\"number\": 1, \"class\": \"Package\"}"),
      "line 5: \"Package\" is a class without"},
     {"unknown attribute", one("\"nmae\": \"x\""), "line 6: Model has no attribute \"nmae\""},
     {"attribute twice", one("\"name\": \"x\",\n\"name\": \"x\""),
-     "line 7: the attribute \"name\" is given twice"},
+     "line 7: the attribute \"name\" is repeated"},
     {"number for a text", one("\"name\": 7"), "line 6: \"name\" takes a text"},
     {"text for a number", one("\"id\": \"7\""), "line 6: \"id\" takes a whole number"},
     {"too large a number", one("\"id\": 99999999999999999999"), "line 6: 99999999999999999999 isn't a whole"},
     {"fraction", one("\"id\": 1.5"), "line 6: 1.5 isn't a whole number"},
-    {"list for a text", one("\"name\": [\"x\"]"), "line 6: [ has no meaning here"},
-    {"null", one("\"name\": null"), "line 6: null has no meaning here"},
+    {"list for a text", one("\"name\": [\"x\"]"), "line 6: [ isn't allowed here"},
+    {"null", one("\"name\": null"), "line 6: null isn't allowed here"},
     {"NUL in a text", one("\"name\": \"a\\u0000b\""), "line 6: the text of \"name\" holds a NUL"},
     {"invalid UTF-8", one("\"name\": \"\xe9\""), "line 6: this isn't JSON"},
     {"half a pair", one("\"name\": \"\\ud800\""), "line 6: this isn't JSON"},
-    {"bad bytes", one("\"name\": {\"hex\": \"E9\"}"), "line 6: \"hex\" takes pairs"},
+    {"bad bytes", one("\"name\": {\"hex\": \"E9\"}"), "line 6: \"hex\" must be pairs"},
     {"object apart", file(two), "line 6: no links lead from the first object to the object 2"},
     {"number twice", file(two + ",\n{\"number\": 2, \"class\": \"Model\"}"),
-     "line 7: the number 2 is taken twice"},
-    {"number 0", file("{\"number\": 0, \"class\": \"Model\"}"), "line 5: the number of an object must stand"},
+     "line 7: the number 2 is used twice"},
+    {"number 0", file("{\"number\": 0, \"class\": \"Model\"}"), "line 5: expected the number of an object"},
     {"link from nowhere", file(two, "{\"from\": 9, \"role\": \"type\", \"to\": [1]}"),
      "line 9: no object has the number 9"},
     {"link to nowhere", file(two, "{\"from\": 1, \"role\": \"childPackage\",\n\"to\": [9]}"),
@@ -115,15 +115,15 @@ std::vector<Mistake> const mistakes = {
     {"unknown role", file(two, "{\"from\": 1, \"role\": \"child\", \"to\": [2]}"),
      "line 9: Model has no role \"child\""},
     {"wrong end", file(two, "{\"from\": 2, \"role\": \"parentPackage\", \"to\": [1]}"),
-     "is told from its other end"},
-    {"wrong class", file(two, "{\"from\": 1, \"role\": \"type\", \"to\": [2]}"), "takes no DesignPackage"},
+     "must be at its other end"},
+    {"wrong class", file(two, "{\"from\": 1, \"role\": \"type\", \"to\": [2]}"), "accepts no DesignPackage"},
     {"with itself", file(two, "{\"from\": 2, \"role\": \"childPackage\", \"to\": [2]}"),
      "linked with itself"},
     {"name taken", file(twins, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2,\n3]}"),
      "line 11: the link \"childPackage\" to the object 3 is refused"},
     {"link twice", file(two, "{\"from\": 1, \"role\": \"childPackage\", \"to\": [2, 2]}"),
-     "is refused: an end is taken"},
-    {"too deep", start + std::string(1000000, '['), "line 5: [ has no meaning here"},
+     "is refused: an end is already linked"},
+    {"too deep", start + std::string(1000000, '['), "line 5: [ isn't allowed here"},
     {"deep where nothing is read", "{\"x\": " + std::string(1000000, '['), "line 1: \"x\" isn't a key here"},
 };
 
@@ -143,7 +143,7 @@ TEST(Program, MistakeIsToldWithItsColumnAndItsObject) {
     TemporaryFolder const folder;
     std::string const path = folder.write("x.json", file("{\"number\": 3, \"class\": \"Klass\"}"));
     expectError(runProgram({QOR_TOOL, "show", path}),
-                "x.json: line 5, column 24: \"Klass\" is no class, in object 3\n");
+                "x.json: line 5, column 24: \"Klass\" isn't a class, in object 3\n");
 }
 
 TEST(Program, MessageShowsNoControlCharactersOfAFile) {
@@ -168,7 +168,7 @@ TEST(Program, FileThatIsNoDatabaseIsRefused) {
     // What an encrypted database looks like: the size of one, and no byte of it known.
     expectRefusal(folder, folder.write("secret.sqlite", noise.substr(0, database.size())), "encrypted");
     expectRefusal(folder, folder.write("cut.sqlite", database.substr(0, database.size() - 1000)),
-                  "is cut off");
+                  "is truncated");
     std::string damaged = database;
     std::fill(damaged.begin() + 100, damaged.begin() + 4000, '\x55');
     expectRefusal(folder, folder.write("damaged.sqlite", damaged), "damaged.sqlite: ");
@@ -205,12 +205,12 @@ TEST(Program, HelpOnWhatThereIsNotIsAnError) {
         Words whole = command;
         whole.insert(whole.begin(), QOR_TOOL);
         expectError(runProgram(whole),
-                    "wasn't expected; see qor " + std::string(whole[1] == "diff" ? "diff" : "show"));
+                    "is unexpected; see qor " + std::string(whole[1] == "diff" ? "diff" : "show"));
     }
     expectError(runProgram({QOR_TOOL, "frob", "show", "--help"}), "frob: no such verb or option");
     expectError(runProgram({QOR_TOOL, "help"}), "help: no such verb or option");
     expectError(runProgram({QOR_TOOL, ""}), "\"\": no such verb or option");
-    expectError(runProgram({QOR_TOOL, "show", "a", ""}), "show: \"\" wasn't expected");
+    expectError(runProgram({QOR_TOOL, "show", "a", ""}), "show: \"\" is unexpected");
     expectError(runProgram({QOR_TOOL, "diff", "--format", "xml", "--help"}), "xml");
 }
 

@@ -76,7 +76,8 @@ TEST(Progress, ShortWorkIsNotShown) {
     EXPECT_EQ(bad, "qor: " + folder.file("none.json") + ": can't be read: No such file or directory\r\n");
 }
 
-// ---- colors, which a terminal alone has too ---------------------------------------------------------------
+// ---- colours, which a terminal alone has too
+// ---------------------------------------------------------------
 
 TEST(Terminal, DifferenceHasColorsOnATerminalThatWantsThem) {
     TemporaryFolder const folder;

@@ -76,12 +76,11 @@ TEST_F(QorExportSql, WhatIsLeftOutIsToldInTheSqlAndOnALineEach) {
     ProgramResult const result = qor(arguments);
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err,
-              "qor: left out: check of table t: the function json_valid isn't known to have an equal in "
+              "qor: left out: check of table t: the function json_valid has no known equivalent in "
               "PostgreSQL\nqor: left out: trigger two lines of t: it is in the language of another "
               "system\n");
-    EXPECT_THAT(result.out,
-                HasSubstr("-- left out: check of table t: the function json_valid isn't known to have an "
-                          "equal in PostgreSQL\n-- json_valid(a)\n"));
+    EXPECT_THAT(result.out, HasSubstr("-- left out: check of table t: the function json_valid has no known "
+                                      "equivalent in PostgreSQL\n-- json_valid(a)\n"));
     EXPECT_THAT(result.out,
                 HasSubstr("-- left out: trigger two\n-- lines of t: it is in the language of another "
                           "system\n-- CREATE TRIGGER \"two\n-- lines\" AFTER INSERT"));
@@ -114,13 +113,13 @@ TEST_F(QorExportSql, UnknownDialectIsNamed) {
 
 TEST_F(QorExportSql, DialectGoesWithSqlAlone) {
     expectError(qor({"export", database, "--format", "dot", "--dialect", "sqlite"}),
-                "--dialect: goes with --format sql alone\n");
+                "--dialect: is only for --format sql\n");
 }
 
 TEST_F(QorExportSql, ModelOfNoKnownSystemNeedsADialect) {
     std::string const json = graphOf("\"class\": \"Model\", \"attributes\": {\"name\": \"m\"}");
     expectError(qor({"export", json, "--format", "sql"}),
-                json + ": comes from no known system, so --dialect must tell");
+                json + ": comes from no known system, so --dialect must name one");
     for (char const* dialect : {"sqlite", "postgresql"}) {
         ProgramResult const result = qor({"export", json, "--format", "sql", "--dialect", dialect});
         EXPECT_EQ(result.exitCode, 0) << result.err;
@@ -130,7 +129,7 @@ TEST_F(QorExportSql, ModelOfNoKnownSystemNeedsADialect) {
 
 TEST_F(QorExportSql, WhatIsNoModelIsRefused) {
     expectError(qor({"export", graphOf("\"class\": \"Class\""), "--format", "sql", "--dialect", "sqlite"}),
-                "its root is no model");
+                "its root isn't a model");
 }
 
 TEST_F(QorExportSql, FailedExportLeavesTheFileAsItWas) {

@@ -392,7 +392,7 @@ TEST_F(QorImport, InterruptedChangeIsReportedAsSuch) {
         "0");
     folder.write("interrupted.sqlite", contentOf(path));
     folder.write("interrupted.sqlite-journal", contentOf(path + "-journal"));
-    expectError(import(interrupted), ": holds an interrupted change");
+    expectError(import(interrupted), ": contains an interrupted change");
 }
 
 TEST_F(QorImport, PathWithALineBreakStillGivesOneLine) {

@@ -91,7 +91,7 @@ TEST_F(QorVerbs, MistakeInJsonIsToldWithItsLine) {
     std::string text = contentOf(json());
     text.replace(text.find("\"DesignPackage\""), 15, "\"DesignPakage\"");
     expectError(qor({"show", folder.write("x.json", text)}),
-                "x.json: line 8, column 24: \"DesignPakage\" is no class, in object 4");
+                "x.json: line 8, column 24: \"DesignPakage\" isn't a class, in object 4");
 }
 
 TEST_F(QorVerbs, FailureLeavesTheOldFileAndNothingBesideIt) {
@@ -209,7 +209,7 @@ TEST_F(QorVerbs, ExportedJsonIsThatOfImport) {
     ProgramResult const result = qor({"export", path, "--format", "json"});
     expectSuccess(result);
     EXPECT_EQ(result.out, contentOf(path));
-    expectError(qor({"export", path, "--format", "xml"}), "xml is no format");
+    expectError(qor({"export", path, "--format", "xml"}), "xml isn't a format");
     expectError(qor({"export", path}), "--format is required");
 }
 
@@ -325,7 +325,7 @@ TEST_F(QorVerbs, DiffOfSourcesWithOtherNamesRemarksThat) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,
-              "qor: the graphs are named \"shop\" and \"store\", which doesn't count as a difference\n");
+              "qor: the graphs are named \"shop\" and \"store\"; this doesn't count as a difference\n");
     expectSuccess(qor({"diff", path, other, "--quiet"}));
     std::string const third = database("third/store.sqlite", "CREATE TABLE customer(id INTEGER NOT NULL)");
     EXPECT_THAT(qor({"diff", path, third}).out, HasSubstr("- Class DesignPackage:shop/invoice\n"));
@@ -355,11 +355,11 @@ TEST_F(QorVerbs, DiffTakesRenamesFromAFile) {
     EXPECT_THAT(result.out, HasSubstr("\n0 added, "));
     EXPECT_EQ(qor({"diff", path, other, "--rename", "customer=client"}).out, result.out);
     EXPECT_EQ(qor({"diff", "--rename", "customer=client", path, other}).out, result.out);
-    expectError(qor({"diff", path, other, "--rename", "customer"}), "--rename customer: two paths");
-    expectError(qor({"diff", path, other, "--rename", "a=b=c"}), "--rename a=b=c: two paths");
+    expectError(qor({"diff", path, other, "--rename", "customer"}), "--rename customer: must be two paths");
+    expectError(qor({"diff", path, other, "--rename", "a=b=c"}), "--rename a=b=c: must be two paths");
     expectError(qor({"diff", path, other, "--rename", "a\\=b=c"}), "no object at a=b");
     expectError(qor({"diff", path, other, "--renames", folder.write("bad", "#\none\n")}),
-                "bad: line 2: two paths");
+                "bad: line 2: must be two paths");
     expectError(qor({"diff", path, other, "--renames", folder.write("bad", "no\tbody\n")}),
                 "no object at no");
     expectError(qor({"diff", path, other, "--renames", folder.file("none")}), "none: can't be read");
@@ -378,7 +378,7 @@ TEST_F(QorVerbs, RecodeConvertsAndCounts) {
     expectError(
         qor({"recode", path, "--from", "UTF-8", "--to", "ISO-8859-1", "-o", recoded}),
         "x.json: 1 of 2 texts can't be converted from UTF-8 to ISO-8859-1, the first at \xe2\x82\xac, "
-        "name; --force keeps those as they are");
+        "name; --force keeps them as they are");
     EXPECT_FALSE(std::filesystem::exists(recoded));
     ProgramResult const result =
         qor({"recode", path, "--from", "UTF-8", "--to", "ISO-8859-1", "--force", "-o", recoded});
@@ -394,7 +394,7 @@ TEST_F(QorVerbs, RecodeConvertsAndCounts) {
 
 TEST_F(QorVerbs, RecodeRefusesAnUnknownEncoding) {
     std::string const path = json();
-    expectError(qor({"recode", path, "--from", "UTF-8", "--to", "none"}), "none: no encoding of that name");
+    expectError(qor({"recode", path, "--from", "UTF-8", "--to", "none"}), "none: is an unknown encoding");
     expectError(qor({"recode", path, "--to", "UTF-8"}), "--from is required");
 }
 

@@ -235,10 +235,10 @@ TEST_F(Secrets, InThePathOfAFileAreNotKeptInTheGraph) {
 
 TEST_F(Secrets, AddressOfNoSourceIsRefusedByItsSchemeAlone) {
     EXPECT_EQ(run({"import", "mysql://u:HushTell@h/x"}).err,
-              "qor: mysql://***: no source has such an address; a file of that name is read if ./ stands in "
+              "qor: mysql://***: addresses of this scheme aren't supported; a file of that name needs ./ in "
               "front\n");
     EXPECT_EQ(run({"import", good, "-o", "mysql://u:HushTell@h/x"}).err,
-              "qor: mysql://***: is an address, and only a file can be written\n");
+              "qor: mysql://***: is an address; the output must be a file\n");
 }
 
 TEST_F(Secrets, RealProgramShowsThemNeither) {

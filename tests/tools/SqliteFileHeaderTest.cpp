@@ -54,7 +54,7 @@ TEST_F(SqliteFileHeader, OnlyPowersOfTwoFrom512OnArePageSizes) {
         EXPECT_EQ(problemOf(headerOf(size)), "") << size;
     }
     for (int const size : {0, 2, 256, 511, 513, 768, 1536, 65535}) {
-        EXPECT_EQ(problemOf(headerOf(size)), "x.sqlite: is damaged: its header gives no valid page size")
+        EXPECT_EQ(problemOf(headerOf(size)), "x.sqlite: is damaged: its header has no valid page size")
             << size;
     }
 }
@@ -62,7 +62,7 @@ TEST_F(SqliteFileHeader, OnlyPowersOfTwoFrom512OnArePageSizes) {
 TEST_F(SqliteFileHeader, OfAnotherFileIsRefused) {
     EXPECT_EQ(problemOf(""), "");
     EXPECT_EQ(problemOf("text"), "x.sqlite: is not an SQLite database, or is an encrypted one");
-    EXPECT_EQ(problemOf(headerOf(512).substr(0, 99)), "x.sqlite: is cut off within its header");
+    EXPECT_EQ(problemOf(headerOf(512).substr(0, 99)), "x.sqlite: is truncated within its header");
 }
 
 } // namespace

@@ -39,7 +39,7 @@ TEST(Translation, CastsThatMakeAnotherValueAreRefused) {
                             "'1 day'::interval", "'t'::regclass"}) {
         EXPECT_EQ(translateSql(sql), std::nullopt) << sql;
     }
-    EXPECT_EQ(sqlite::translateSql("f(a)").problem, "it isn't known that SQLite has f");
+    EXPECT_EQ(sqlite::translateSql("f(a)").problem, "SQLite isn't known to have f");
 }
 
 TEST(Translation, TheRestStaysAsItIs) {

@@ -292,7 +292,7 @@ TEST(Verify, FindsAnEndThatCountsLessThanItHolds) {
 
 TEST(Verify, FindsAnEndThatReadFromItsEndGivesOtherObjects) {
     EXPECT_THAT(findingsWithCount(40, -1),
-                testing::Contains("Class \"table\" feature gives other objects when read from the end"));
+                testing::Contains("Class \"table\" feature returns other objects when read from the end"));
 }
 
 TEST(Verify, FindsAWalkThatMeetsOtherObjectsThanThePositionsGive) {
@@ -300,7 +300,7 @@ TEST(Verify, FindsAWalkThatMeetsOtherObjectsThanThePositionsGive) {
     table.setName("table");
     table.addFeature(named<QORAttribute>("column"));
     EXPECT_THAT(verify(table),
-                ElementsAre("Class \"table\" feature gives other children by position than a walk meets"));
+                ElementsAre("Class \"table\" feature returns other children by position than a walk"));
 }
 
 TEST(Verify, FindingsAreSorted) {

@@ -71,10 +71,10 @@ TEST(Writable, ForeignKeyNeedsATargetThatIsAKey) {
     EXPECT_THAT(omissionsOf(all), Contains("foreign key f of b: it refers to no table"));
     all.keys.back().referredTable = 0;
     all.keys.back().referredColumns.clear();
-    EXPECT_THAT(omissionsOf(all), Contains("foreign key f of b: it isn't known to which columns it refers"));
+    EXPECT_THAT(omissionsOf(all), Contains("foreign key f of b: the columns that it refers to are unknown"));
     all.keys.back().referredColumns = {0};
     all.keys.erase(all.keys.begin());
-    EXPECT_THAT(omissionsOf(all), Contains("foreign key f of b: what it refers to is no key there"));
+    EXPECT_THAT(omissionsOf(all), Contains("foreign key f of b: the columns that it refers to aren't a key"));
 }
 
 TEST(Writable, WhatRefersToSomethingLeftOutIsLeftOutToo) {
@@ -133,7 +133,7 @@ TEST(Writable, TakenNamesAndSchemasOfOneNameAreToldApart) {
     all.schemas.emplace_back().name = "public";
     all.tables[1].schema = 1;
     all.tables[1].name = "a";
-    EXPECT_THAT(omissionsOf(all), Contains("table a: its name is taken"));
+    EXPECT_THAT(omissionsOf(all), Contains("table a: its name is already taken"));
     EXPECT_THAT(omissionsOf(all, Rules()), IsEmpty());
 }
 

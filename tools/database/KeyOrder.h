@@ -6,7 +6,7 @@
 
 namespace database {
 
-/// By what the keys of a table are ordered where nothing else tells their order.
+/// The order of the keys of a table where nothing else determines it.
 inline auto sortKeyOf(Structure const& structure, Key const& key) {
     bool const refers =
         key.referredTable >= 0 && static_cast<std::size_t>(key.referredTable) < structure.tables.size();

@@ -468,7 +468,7 @@ private:
     QORClass& tableAt(int index) const {
         QORClass* const table = at(classes, index, "table");
         if (!table) {
-            throw kit::ToolError(structure.origin.source, "is damaged: a view where a table is due");
+            throw kit::ToolError(structure.origin.source, "is damaged: a view where a table must be");
         }
         return *table;
     }

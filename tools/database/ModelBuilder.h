@@ -8,9 +8,9 @@ class QORModel;
 
 namespace database {
 
-/// Makes a model of a structure; docs/import.md tells what becomes of what. Throws kit::ToolError, which
-/// calls the database by its source, if the structure has two things of one name where there can be one, or
-/// refers to something that it doesn't have.
+/// Makes a model of a structure; docs/import.md describes the objects. Throws kit::ToolError, which
+/// names the source of the database, if the structure has two objects where only one may be, or refers to
+/// something that it doesn't have.
 std::unique_ptr<QORModel> buildModel(Structure const& structure);
 
 /// The group of the user properties that hold the extras.

@@ -6,9 +6,9 @@ class QORModel;
 
 namespace database {
 
-/// Gets the structure of a database back from a model, be it one of `buildModel` or any other: each class is
-/// a table, each SQL view a view. What a database has no place for is left out. Equal models give equal
-/// structures: the records stand in the order of their names wherever the model keeps no other.
+/// Returns the structure of a database from a model, one of `buildModel` or any other: each class is
+/// a table, each SQL view a view. What a database can't express is omitted. Equal models produce equal
+/// structures: the records are sorted by name wherever the model keeps no other order.
 Structure readModel(QORModel& model);
 
 } // namespace database

@@ -9,19 +9,19 @@
 
 namespace database {
 
-/// Something of a structure that a writer of SQL leaves out, since the system doesn't have it or may not
-/// understand it.
+/// A part of a structure that a writer of SQL omits, since the system lacks it or may not accept
+/// it.
 struct Omission {
     std::string object;   ///< such as "index by_name"
     std::string reason;   ///< such as "SQLite has no sequences"
-    std::string original; ///< what stands in the structure, where that helps to write it by hand
+    std::string original; ///< the text in the structure, where that helps to write it by hand
 };
 using Omissions = std::vector<Omission>;
 
-/// That a system hasn't got what an extra says of an object.
+/// The omission of an extra of an object that a system lacks.
 Omission omissionOf(Extra const& extra, std::string const& object, char const* system);
 
-/// The line that announces an omission, without what is left out.
+/// The line that reports an omission, without the original text.
 std::string textOf(Omission const& omission);
 
 /// Writes a text as comments of SQL, whatever it holds.

@@ -34,14 +34,14 @@ enum class Brackets {
     VALUES ///< the elements of an array or a place in it, which may hold texts and brackets; one SYMBOL
 };
 
-/// Cuts SQL text into tokens as SQLite and PostgreSQL do. Blanks and comments are left out. Whatever isn't
+/// Cuts SQL text into tokens as SQLite and PostgreSQL do. Blanks and comments are omitted. Whatever isn't
 /// closed reaches to the end of the text.
 std::vector<Token> tokenize(std::string_view sql, Brackets brackets = Brackets::NAME);
 
 /// The text from one token to another, both included; they must be of the same text.
 std::string_view textBetween(Token const& first, Token const& last);
 
-/// The text from its first token to its last: without comments at its ends, so that what is put behind it is
+/// The text from its first token to its last: without comments at its ends, so that what is put after it is
 /// no part of one.
 std::string trimmedSql(std::string_view sql);
 

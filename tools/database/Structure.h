@@ -53,7 +53,7 @@ struct Type : Named {
     TypeKind kind = TypeKind::BUILT_IN;
     std::string declaration;         ///< the spelling of the database, such as "character varying(40)"
     std::string dataType;            ///< a key of QorDataTypeName, such as "SQL_VARCHAR"
-    int length = 0;                  ///< in characters, bytes or digits, 0 if not told
+    int length = 0;                  ///< in characters, bytes or digits, 0 if unknown
     int scale = 0;                   ///< digits after the point
     std::vector<std::string> values; ///< of an enumeration, in order
     int base = -1;                   ///< the type under a domain, into Structure::types
@@ -108,7 +108,7 @@ struct Key : Named {
     int table = -1;
     std::vector<int> columns; ///< into the columns of the table, in the order of the key
     /// Of a foreign key. If the database has no such table (-1) or not all of the columns (then
-    /// `referredColumns` is empty), Extra "references" has what stands behind REFERENCES.
+    /// `referredColumns` is empty), Extra "references" has what stands after REFERENCES.
     int referredTable = -1;
     std::vector<int> referredColumns;
     Action onUpdate = Action::NO_ACTION;

@@ -11,8 +11,8 @@
 namespace database {
 namespace {
 
-constexpr char const* notUtf8 = "it isn't UTF-8, to which qor recode converts";
-constexpr char const* notWhole = "the expression is empty or not a whole one";
+constexpr char const* notUtf8 = "it isn't UTF-8; qor recode converts to UTF-8";
+constexpr char const* notWhole = "the expression is empty or incomplete";
 
 std::string named(std::string const& kind, std::string const& name) {
     return name.empty() ? kind + " without a name" : kind + " " + name;
@@ -281,20 +281,21 @@ private:
             return omit(named("type", type.name), problem);
         }
         if (!std::all_of(type.values.begin(), type.values.end(), exchange::isUtf8)) {
-            return omit("type " + type.name, "not all of its values are UTF-8, to which qor recode converts");
+            return omit("type " + type.name, "not all of its values are UTF-8; qor recode converts to UTF-8");
         }
         if (std::set<std::string>(type.values.begin(), type.values.end()).size() != type.values.size()) {
-            return omit("type " + type.name, "it has a value twice");
+            return omit("type " + type.name, "it has a duplicate value");
         }
         if (type.kind == TypeKind::RANGE && !findExtra(type.extras, "range")) {
-            return omit("type " + type.name, "a range needs a type that it is of");
+            return omit("type " + type.name, "a range needs a subtype");
         }
-        return types.emplace(type.schema, type.name).second || omit("type " + type.name, "its name is taken");
+        return types.emplace(type.schema, type.name).second ||
+               omit("type " + type.name, "its name is already taken");
     }
 
     void completeDomain(Type& type) {
         if (type.kind == TypeKind::DOMAIN_TYPE && type.base < 0 && rules.typesNeeded) {
-            omit("base of type " + type.name, "it isn't known, so that it is text");
+            omit("base of type " + type.name, "it is unknown, so text is used instead");
         }
         if (!type.defaultValue.empty() && !isWhole(type.defaultValue, brackets)) {
             omit("default of type " + type.name, notWhole, type.defaultValue);
@@ -306,7 +307,7 @@ private:
         for (Table& each : structure.tables) {
             for (Column& one : each.columns) {
                 if (one.type >= 0 && movedTo(moved, one.type) < 0) {
-                    omit("the type of column " + one.name + " of " + each.name, "it is left out itself");
+                    omit("the type of column " + one.name + " of " + each.name, "that type is left out");
                 }
                 one.type = movedTo(moved, one.type);
             }
@@ -336,7 +337,7 @@ private:
             std::vector<Token> const query = tokenize(each.statement);
             if (each.kind != TableKind::TABLE &&
                 (query.empty() || !std::all_of(query.begin(), query.end(), isClosed))) {
-                return omit(what, "its query isn't known");
+                return omit(what, "its query is unknown");
             }
             bool const isTold = findExtra(each.extras, "statement") != nullptr;
             if (each.kind == TableKind::TABLE && each.columns.empty() && !rules.emptyTables && !isTold) {
@@ -345,7 +346,7 @@ private:
             // Without schemas a taken name gets another one.
             return !rules.strict ||
                    (isFree(each.schema, each.name) && types.emplace(each.schema, each.name).second) ||
-                   omit(what, "its name is taken");
+                   omit(what, "its name is already taken");
         });
     }
 
@@ -356,12 +357,13 @@ private:
             if (std::string const problem = problemOf(one.name); !problem.empty()) {
                 return omit(what, problem);
             }
-            return taken.insert(key(one.name)).second || omit(what, "its name is taken");
+            return taken.insert(key(one.name)).second || omit(what, "its name is already taken");
         }));
         for (Column& one : each.columns) {
             completeIdentity(one, each.name);
             if (one.type < 0 && rules.typesNeeded && each.kind == TableKind::TABLE) {
-                omit("type of column " + one.name + " of " + each.name, "it isn't known, so that it is text");
+                omit("type of column " + one.name + " of " + each.name,
+                     "it is unknown, so text is used instead");
             }
             if ((one.generated || !one.defaultValue.empty()) && !isWhole(one.defaultValue, brackets)) {
                 omit((one.generated ? "that column " : "default of column ") + one.name + " of " + each.name +
@@ -384,7 +386,7 @@ private:
         if (!findExtra(one.extras, "identity") || isCountable(one)) {
             return;
         }
-        omit("identity of column " + one.name + " of " + of, "its type is no whole number");
+        omit("identity of column " + one.name + " of " + of, "its type isn't an integer type");
         auto const isIdentity = [](Extra const& extra) {
             return extra.name == "identity" || extra.name == "identity sequence";
         };
@@ -397,7 +399,7 @@ private:
                 return omit(named("sequence", sequence.name), problem);
             }
             return !rules.strict || isFree(sequence.schema, sequence.name) ||
-                   omit("sequence " + sequence.name, "its name is taken");
+                   omit("sequence " + sequence.name, "its name is already taken");
         });
     }
 
@@ -414,7 +416,8 @@ private:
                 if (isPlain && !isTwice && parent != static_cast<int>(i) && fits(each, table(parent))) {
                     kept.push_back(parent);
                 } else {
-                    omit("that " + each.name + " inherits from another table", "it can't from that one");
+                    omit("that " + each.name + " inherits from another table",
+                         "it can't inherit from that one");
                 }
             }
             each.parents.swap(kept);
@@ -492,11 +495,11 @@ private:
                 return omit(what, "there is no such table");
             }
             if (!move(record.table, record.columns)) {
-                return omit(what, "not all of its columns are there, each once");
+                return omit(what, "a column is missing or duplicate");
             }
             record.table = to;
             if (record.kind == KeyKind::PRIMARY && !withPrimary.insert(to).second) {
-                return omit(what, "the table has another one");
+                return omit(what, "the table already has one");
             }
             if (record.kind == KeyKind::FOREIGN) {
                 return completeReference(record, what);
@@ -537,7 +540,7 @@ private:
         bool const isComplete = move(record.referredTable, record.referredColumns) &&
                                 record.referredColumns.size() == record.columns.size();
         record.referredTable = target;
-        return isComplete || omit(what, "it isn't known to which columns it refers");
+        return isComplete || omit(what, "the columns that it refers to are unknown");
     }
 
     void completeForeignKeys() {
@@ -551,10 +554,10 @@ private:
             if (rules.strict && record.referredTable >= 0 && !record.referredColumns.empty()) {
                 std::set<int> const referred(record.referredColumns.begin(), record.referredColumns.end());
                 if (!unique[record.referredTable].count(referred)) {
-                    return omit(what, "what it refers to is no key there");
+                    return omit(what, "the columns that it refers to aren't a key");
                 }
                 if (!comparable(record)) {
-                    return omit(what, "the types of its columns don't compare");
+                    return omit(what, "the types of its columns aren't comparable");
                 }
             }
             keepName(record, table(record.table), taken, false, what);
@@ -634,7 +637,7 @@ private:
             }
             index.table = to;
             if (!areThere) {
-                return omit(what, "not all that it indexes is there");
+                return omit(what, "a column or expression of it is missing");
             }
             std::string const* const where = findExtra(index.extras, "where");
             if (where && !isWhole(*where, brackets)) {
@@ -653,12 +656,12 @@ private:
             if (trigger.table < 0) {
                 return omit(what, "there is no such table");
             }
-            return !tokenize(trigger.statement).empty() || omit(what, "its statement isn't known");
+            return !tokenize(trigger.statement).empty() || omit(what, "its statement is unknown");
         });
         filter(structure.routines, [&](Routine const& routine) {
             return !tokenize(routine.statement).empty() ||
                    omit(named(routine.procedure ? "procedure" : "function", routine.name),
-                        "its statement isn't known");
+                        "its statement is unknown");
         });
     }
 

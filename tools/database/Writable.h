@@ -5,14 +5,14 @@
 
 namespace database {
 
-/// What a system takes, where systems differ.
+/// What a system accepts, where systems differ.
 struct Rules {
     bool emptyNames = false;     ///< a table or column may be called ""
-    bool ignoreCase = false;     ///< names that differ in case alone are one
+    bool ignoreCase = false;     ///< names that differ only in case are equal
     bool emptyTables = false;    ///< a table may have no columns
     bool strict = false;         ///< keys have each column once, refer to keys, and share no names
-    bool typesNeeded = false;    ///< a column without a type is one of which it isn't known
-    bool comparesTypes = false;  ///< a foreign key is of types that are known to compare
+    bool typesNeeded = false;    ///< a column without a type has an unknown type
+    bool comparesTypes = false;  ///< the types of a foreign key are known to be comparable
     bool utf8 = false;           ///< all names are UTF-8
     bool brackets = false;       ///< a name may stand in square brackets
     std::string defaultSchema{}; ///< the schema of what has none; empty if there are no schemas
@@ -23,9 +23,9 @@ struct Writable {
     Omissions omissions;
 };
 
-/// The part of a structure that SQL can say: what lacks a name, columns or whatever else it can't be without,
-/// or what refers to such a thing, is left out and told. A model may be incomplete anywhere; what comes from
-/// a database loses nothing.
+/// The part of a structure that SQL can express. An object that lacks a name, columns or anything else that
+/// SQL requires is omitted and reported, and so is what refers to it. A model may be incomplete anywhere; a
+/// structure read from a database loses nothing.
 Writable writable(Structure const& structure, Rules const& rules);
 
 } // namespace database

@@ -76,13 +76,13 @@ void Matching::pairRenamed(Rename const& rename) {
     QORObject& ours = before.paths.only(rename.from, "renames, in the first graph");
     QORObject& theirs = after.paths.only(rename.to, "renames, in the second graph");
     if (ours.getMetaClass() != theirs.getMetaClass()) {
-        throw kit::ToolError("renames", rename.from + " and " + rename.to + " aren't of one class");
+        throw kit::ToolError("renames", rename.from + " and " + rename.to + " aren't of the same class");
     }
     if (&ours == &before.root || &theirs == &after.root) {
-        throw kit::ToolError("renames", "the roots belong together anyway");
+        throw kit::ToolError("renames", "the roots always match");
     }
     if (before.partnerOf(&ours) || after.partnerOf(&theirs)) {
-        throw kit::ToolError("renames", rename.from + " or " + rename.to + " has a partner already");
+        throw kit::ToolError("renames", rename.from + " or " + rename.to + " is already matched");
     }
     pair(ours, theirs);
 }

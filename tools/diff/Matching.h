@@ -28,13 +28,13 @@ struct Side {
     std::vector<std::size_t> pairs;   ///< likewise the number of the pair, the same on both sides; 0 for none
 };
 
-/// Finds out which objects of two graphs are the same; `compare` tells the rules.
+/// Matches the objects of two graphs; `compare` describes the rules.
 class Matching {
 public:
     Matching(Side& first, Side& second) : before(first), after(second) {}
 
-    /// Fills the partners of both sides. Throws kit::ToolError for a rename that no two objects of one class
-    /// answer to.
+    /// Fills the partners of both sides. Throws kit::ToolError for a rename that names no two objects of the
+    /// same class.
     void run(std::vector<Rename> const& renames);
 
 private:

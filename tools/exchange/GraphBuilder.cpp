@@ -64,13 +64,14 @@ Scalar::Kind kindOf(QORMetaAttributeType type) {
 
 void GraphBuilder::beginObject(std::uint64_t number, std::string const& className, TextPosition position) {
     if (byNumber.count(number)) {
-        throw Mistake("the number " + std::to_string(number) + " is taken twice", position);
+        throw Mistake("the number " + std::to_string(number) + " is used twice", position);
     }
     QORMetaClass const* const metaClass =
         QORMetaRepository::getMetaRepository()->getMetaClassByDisplayName(className.c_str());
     QORObject* const made = metaClass ? metaClass->newInstance() : nullptr;
     if (!made) {
-        throw Mistake(kit::quoted(className) + (metaClass ? " is a class without objects" : " is no class"));
+        throw Mistake(kit::quoted(className) +
+                      (metaClass ? " is a class without instances" : " isn't a class"));
     }
     graph.adopt(made);
     byNumber.emplace(number, Entry{made, number, position});
@@ -88,7 +89,7 @@ void GraphBuilder::addAttribute(std::string const& name, Scalar const& value, Te
     }
     for (Setting const& setting : settings) {
         if (setting.attribute == attribute) {
-            throw Mistake("the attribute " + kit::quoted(name) + " is given twice");
+            throw Mistake("the attribute " + kit::quoted(name) + " is repeated");
         }
     }
     checkKind(*attribute, value);
@@ -138,7 +139,7 @@ void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
     }
     if (!kit::isNearEnd(*role)) {
         throw Mistake("the role " + kit::quoted(roleName) + " of " + classOf(*current) +
-                      " is told from its other end");
+                      " must be at its other end");
     }
 }
 
@@ -147,13 +148,13 @@ QORObject& GraphBuilder::linkable(std::uint64_t number) {
     QORObject& other = object(number);
     std::string const roleName = kit::quoted(kit::view(role->getRoleName()));
     if (!other.isInstanceOf(kit::farClassOf(*role))) {
-        throw Mistake("the role " + roleName + " of " + classOf(*current) + " takes no " + classOf(other));
+        throw Mistake("the role " + roleName + " of " + classOf(*current) + " accepts no " + classOf(other));
     }
     if (current == &other) {
         throw Mistake("an object is linked with itself as " + roleName);
     }
     if (isLinked(*current, *role, other)) {
-        refuse(number, "an end is taken");
+        refuse(number, "an end is already linked");
     }
     byNumber.at(representativeOf(number)).towards = representativeOf(currentNumber);
     return other;
@@ -179,7 +180,7 @@ void GraphBuilder::refuse(std::uint64_t to, char const* reason) const {
 
 void GraphBuilder::addLink(std::uint64_t to) {
     if (!tryToLink(*current, *role, linkable(to))) {
-        refuse(to, "it is there already, or its name is");
+        refuse(to, "it is already linked, or its name is taken");
     }
 }
 
@@ -196,12 +197,12 @@ bool GraphBuilder::addLinkUnderFreeName(std::uint64_t to) {
             return true;
         }
     }
-    refuse(to, "its name is taken");
+    refuse(to, "its name is already taken");
 }
 
 kit::Graph GraphBuilder::take() {
     if (graph.objects().empty()) {
-        throw Mistake("there is no object");
+        throw Mistake("the graph has no object");
     }
     std::uint64_t const first = representativeOf(numbers.front());
     for (std::uint64_t const number : numbers) {

@@ -18,23 +18,23 @@ class QORObject;
 
 namespace exchange {
 
-/// What a file says that can't be; the reader adds where it says so.
+/// A mistake in a file; the reader adds its position.
 class Mistake : public std::runtime_error {
 public:
     explicit Mistake(std::string const& what, TextPosition at = {})
         : std::runtime_error(what), position(at) {}
 
-    TextPosition position; ///< unknown: where the reader stands
+    TextPosition position; ///< unknown: the reader's current position
 };
 
-/// A value as it stands in a file.
+/// A value as written in a file.
 struct Scalar {
     enum Kind { TEXT, NUMBER, TRUTH } kind;
     std::string text;
 };
 
-/// Makes objects, sets their attributes and links them, by the names that reflection has for all of it.
-/// Throws Mistake for what there isn't, and for what the objects refuse.
+/// Makes objects, sets their attributes and links them, by the names in reflection. Throws Mistake for what
+/// doesn't exist, and for what the objects refuse.
 class GraphBuilder {
 public:
     /// Begins an object. The number must be a new one.
@@ -43,20 +43,20 @@ public:
     void addAttribute(std::string const& name, Scalar const& value, TextPosition position);
     /// Keeps an attribute, known to be of the class, with a value that is of its kind.
     void addAttribute(QORMetaAttribute const& attribute, QORString const& value);
-    /// Sets the attributes in the order that the class asks for.
+    /// Sets the attributes in the order that the class requires.
     void endObject();
 
-    /// The object of a number, which there must be.
+    /// The object of a number, which must exist.
     QORObject& object(std::uint64_t number) const;
     /// Chooses the end for the links that follow.
     void beginLinks(std::uint64_t from, std::string const& role);
     void addLink(std::uint64_t to);
-    /// The same; an object whose name is taken there gets a slash and a number behind it, and true is the
-    /// answer.
+    /// The same; if an object's name is taken there, appends a slash and a number to it and returns
+    /// true.
     bool addLinkUnderFreeName(std::uint64_t to);
 
-    /// The finished graph; there must be an object, and from the first one all others must be reached over
-    /// links of any kind.
+    /// The finished graph. It must have an object, and links of any kind must lead from the first one
+    /// to all others.
     kit::Graph take();
 
 private:

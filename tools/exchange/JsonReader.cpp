@@ -75,7 +75,7 @@ public:
             throw Mistake(kit::quoted(name) + " isn't a key here");
         }
         if (has(*key)) {
-            throw Mistake(kit::quoted(name) + " is given twice");
+            throw Mistake(kit::quoted(name) + " is repeated");
         }
         met |= bitOf(*key);
         return key->place;
@@ -139,12 +139,12 @@ std::string bytesOf(std::string const& hexadecimal) {
         int const high = digitOf(hexadecimal[i]);
         int const low = digitOf(hexadecimal[i + 1]);
         if (high < 0 || low < 0) {
-            throw Mistake("\"hex\" takes pairs of hexadecimal digits in lower case");
+            throw Mistake("\"hex\" must be pairs of lower-case hexadecimal digits");
         }
         bytes += static_cast<char>(high * 16 + low);
     }
     if (hexadecimal.size() % 2) {
-        throw Mistake("\"hex\" takes pairs of hexadecimal digits in lower case");
+        throw Mistake("\"hex\" must be pairs of lower-case hexadecimal digits");
     }
     return bytes;
 }
@@ -153,7 +153,7 @@ std::uint64_t numberOf(Scalar const& value) {
     constexpr std::size_t mostDigits = 18;
     if (value.kind != Scalar::NUMBER || value.text[0] == '-' || value.text == "0" ||
         value.text.size() > mostDigits) {
-        throw Mistake("the number of an object must stand here, a whole number from 1 on");
+        throw Mistake("expected the number of an object, a whole number of at least 1");
     }
     return std::stoull(value.text);
 }
@@ -183,7 +183,7 @@ std::string textOf(Scalar const& scalar, char const* what) {
 }
 
 Mistake unexpected(std::string const& what) {
-    return Mistake(what + " has no meaning here");
+    return Mistake(what + " isn't allowed here");
 }
 
 /// Follows the parser through the file; knows at each moment what may come next. An object is made at its
@@ -205,10 +205,10 @@ public:
     }
     bool number_float(number_float_t, string_t const& text) override {
         where = source.tokenBegin();
-        throw Mistake(text + " isn't a whole number, or too large a one");
+        throw Mistake(text + " isn't a whole number, or is too large");
     }
     bool string(string_t& text) override { return value({Scalar::TEXT, std::move(text)}); }
-    bool binary(binary_t&) override { throw Mistake("binary data has no meaning here"); }
+    bool binary(binary_t&) override { throw Mistake("binary data isn't allowed here"); }
 
     bool start_object(std::size_t) override {
         where = source.tokenBegin();
@@ -300,8 +300,8 @@ public:
         std::string_view const reason = error.what();
         bool const cutOff = source.atEnd() && (reason.find("unexpected end of input") != reason.npos ||
                                                reason.find("closing quote") != reason.npos);
-        require(place != Place::END, "something follows the graph");
-        throw Mistake(cutOff ? "the text ends too early" : "this isn't JSON: " + endOf(token));
+        require(place != Place::END, "there is text after the graph");
+        throw Mistake(cutOff ? "the text is truncated" : "this isn't JSON: " + endOf(token));
     }
 
     kit::Graph take() { return builder.take(); }
@@ -333,7 +333,7 @@ private:
             return enter(Place::DOCUMENT);
         case Place::VERSION:
             require(scalar.kind == Scalar::NUMBER && scalar.text == std::to_string(formatVersion),
-                    "\"version\" is one that this program doesn't know");
+                    "\"version\" isn't supported");
             return enter(Place::DOCUMENT);
         case Place::NUMBER:
         case Place::CLASS:
@@ -365,7 +365,7 @@ private:
             object.attributes.back().value = std::move(scalar);
             return enter(Place::ATTRIBUTE_LIST);
         }
-        require(scalar.kind == Scalar::TEXT, "\"hex\" takes a text");
+        require(scalar.kind == Scalar::TEXT, "\"hex\" must be a text");
         object.attributes.back().value = {Scalar::TEXT, bytesOf(scalar.text)};
         return enter(Place::BYTES);
     }

@@ -7,9 +7,9 @@
 
 namespace exchange {
 
-/// Reads a graph from JSON (see docs/exchange-format.md), object by object as the text comes in. `subject` is
-/// what messages call the text. Throws kit::ToolError, with the line and what is wrong there, for anything
-/// that isn't the format to the letter or that the objects refuse.
+/// Reads a graph from JSON (see docs/exchange-format.md), object by object as the text comes in. Messages
+/// name the text by `subject`. Throws kit::ToolError, with the line and what is wrong there, for anything
+/// that violates the format or that the objects refuse.
 kit::Graph readJson(std::istream& in, std::string const& subject);
 
 /// The same from a file.

@@ -8,7 +8,7 @@
 
 namespace exchange {
 
-/// The characters of a stream as a parser of JSON takes them, with where they stand.
+/// The characters of a stream for a parser of JSON, with their positions.
 class JsonSource {
 public:
     explicit JsonSource(std::istream& stream) : buffer(*stream.rdbuf()) {}
@@ -27,9 +27,9 @@ public:
         follow(character);
     }
 
-    /// Where the character stands that was taken last.
+    /// The position of the last character that was read.
     TextPosition here() const { return {position.line, position.column ? position.column : 1}; }
-    /// Where the text, the number, the word or the opening bracket begins that was taken last.
+    /// The beginning of the last text, number, word or opening bracket that was read.
     TextPosition tokenBegin() const { return token; }
 
 private:
@@ -58,7 +58,7 @@ private:
     bool inWord = false; ///< in a number, or in true, false or null
 };
 
-/// An input iterator over a source, as the parser asks for; one without a source stands for the end.
+/// An input iterator over a source, as the parser requires; one without a source is the end.
 class JsonCharacter {
 public:
     using iterator_category = std::input_iterator_tag;

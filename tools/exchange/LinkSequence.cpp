@@ -106,7 +106,7 @@ private:
     }
 
     [[noreturn]] static void fail() {
-        throw kit::ToolError("graph", "its links can't be made anew in the orders that their ends keep");
+        throw kit::ToolError("graph", "its links can't be restored in the orders that their ends keep");
     }
 
     kit::Numbering const& numbering;

@@ -17,9 +17,9 @@ namespace exchange {
 /// The columns of a key: in the order of its index, if it has one, or else by their positions.
 std::vector<QORAttribute*> columnsOf(QORKey& key, kit::GraphOrder& order);
 
-/// What a foreign key says.
+/// The contents of a foreign key.
 struct Reference {
-    QORClass* table = nullptr; ///< null if the graph hasn't the table that is referred to
+    QORClass* table = nullptr; ///< null if the graph lacks the referenced table
     /// By the positions of the former; the latter can be null.
     std::vector<std::pair<QORAttribute*, QORAttribute*>> columns{};
 };

@@ -7,9 +7,9 @@
 
 namespace kit {
 
-/// A new file beside another, whose place it takes when it is complete. It goes when the object does, and
-/// when a signal ends the program; what a killed program left in the folder goes with the next draft there,
-/// while a lock keeps the drafts of programs that run. Throws std::system_error.
+/// A new file beside another, which it replaces when it is complete. It is removed with the object, and when
+/// a signal ends the program. The next draft in the same folder removes drafts of killed programs; a lock
+/// protects the drafts of running programs. Throws std::system_error.
 class Draft {
 public:
     /// Begins a draft of a file, which may exist; nothing but the folder is touched.
@@ -21,8 +21,8 @@ public:
     /// Writes the whole content.
     void write(std::function<void(std::ostream&)> const& write);
 
-    /// Gives the draft the target's place, and its rights if it replaces something. `mayReplace` looks at
-    /// what is there now: it returns false for nothing, and throws for what must stay.
+    /// Renames the draft to the target, with the target's permissions if it replaces something. `mayReplace`
+    /// checks the current file: it returns false for none, and throws for one that must stay.
     void place(std::function<bool()> const& mayReplace);
 
 private:

@@ -9,8 +9,8 @@ class QORObject;
 
 namespace kit {
 
-/// The objects of a link end as the end itself gives them, by ascending positions; those of a unary end are
-/// one or none. Positions that hold nothing are left out.
+/// The objects of a link end in the order of the end itself, by ascending positions; those of a unary end are
+/// one or none. Positions that hold nothing are omitted.
 std::vector<QORObject*> elementsOf(QORObject& object, QORMetaLink const& link);
 
 /// An order of the objects of link ends that doesn't depend on where they lie in memory: by `position`, where

@@ -7,19 +7,20 @@ class QORObject;
 
 namespace kit {
 
-/// What the record of a link end doesn't tell, found out once for each end by linking objects made for that.
+/// Facts that the record of a link end doesn't have, determined once for each end by linking objects made for
+/// this purpose.
 struct LinkEnd {
-    QORMetaLink const* reverse; ///< the end that answers this one
+    QORMetaLink const* reverse; ///< the other end of the same link
     bool keepsOrder;            ///< whether its objects stand in the order in which they were added
 };
 
-/// The facts of an end. Each thread finds them out for itself.
+/// The facts of an end. Each thread determines them for itself.
 LinkEnd const& linkEnd(QORMetaLink const& link);
 
 /// The class of the objects at the far side of an end, or a base of it.
 QORElementType farClassOf(QORMetaLink const& link);
 
-/// Whether a link is told from this end: that of the owner or of the one that refers.
+/// Whether a link is recorded at this end: that of the owner or of the referring object.
 bool isNearEnd(QORMetaLink const& link);
 
 } // namespace kit

@@ -41,7 +41,7 @@ int positionOf(QORObject& object) {
 
 } // namespace
 
-/// The graph with a color for each object: a number that two objects share only if they couldn't be told
+/// The graph with a colour for each object: a number that two objects share only if they couldn't be told
 /// apart so far.
 class Numbering::Graph {
 public:
@@ -125,7 +125,7 @@ private:
 
     Index count() const { return nodes.size() - 1; }
 
-    /// Colors by what the objects hold, then over and over by the colors of what they are linked with, as
+    /// Colours by what the objects hold, then over and over by the colours of what they are linked with, as
     /// long as that tells more objects apart.
     void color() {
         QORString room;
@@ -357,7 +357,7 @@ private:
     std::vector<End> ends;
     std::vector<Index> far;
     std::unordered_map<QORObject const*, Index> indices;
-    std::unordered_map<Color, Index> shared; ///< how many objects have a color that several had
+    std::unordered_map<Color, Index> shared; ///< how many objects have a colour that several had
     std::vector<QORObject*> ordered;
 };
 

@@ -15,12 +15,12 @@ class Numbering;
 
 /// Names each object of a graph by a path from the root: the names of its owners and its own with slashes
 /// between. Where siblings share a name, or there is none, the class goes before it, "Class:name", and where
-/// that isn't enough, a number behind it, "Class:name#2". Slashes, colons, number signs and backslashes in a
+/// that isn't enough, a number after it, "Class:name#2". Slashes, colons, number signs and backslashes in a
 /// name have a backslash before them. The root is "/"; what it doesn't own starts with a slash. An object
 /// with several owners has its place below the first one.
 ///
 /// A long path has only its first and last steps, at most 16 of each or about 1,000 characters, and between
-/// them how many steps are left out, "a/b/#70/y/z": all paths of a graph together don't grow with its depth.
+/// them how many steps are omitted, "a/b/#70/y/z": all paths of a graph together don't grow with its depth.
 class ObjectPaths {
 public:
     explicit ObjectPaths(Numbering const& numbering);

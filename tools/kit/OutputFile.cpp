@@ -71,7 +71,7 @@ Output::Place Output::findPlace() const {
     PathEnd const end = followLinks(path);
     bool const isThere = stat(path.c_str(), &status) == 0;
     if (isThere && S_ISBLK(status.st_mode)) {
-        throw ToolError(path, "is a whole disk or a part of one, which isn't replaced");
+        throw ToolError(path, "is a disk or a partition, and must not be replaced");
     }
     if (isThere && end.isOpenFile && S_ISREG(status.st_mode)) {
         throw ToolError(path, "is a file that another program has open");
@@ -88,7 +88,7 @@ void Output::refuseSources(Place const& place) const {
         if (ours && ours == identityOf(source)) {
             throw ToolError(path.empty() ? "standard output" : path,
                             (path == source ? "is the source" : "is the same file as " + source) +
-                                ", which is only read");
+                                ", which must not be written");
         }
     }
 }
@@ -111,7 +111,7 @@ bool Output::mayReplace(std::string const& file) const {
     }
     bool const known = isText(in) && (in.clear(), in.seekg(0), kind.recognises(in));
     if (!known) {
-        throw ToolError(path, std::string("isn't ") + kind.name + ", and so it is not replaced");
+        throw ToolError(path, std::string("isn't ") + kind.name + ", so it isn't replaced");
     }
     return true;
 }

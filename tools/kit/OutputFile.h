@@ -7,23 +7,23 @@
 
 namespace kit {
 
-/// What a program writes, and how a file that holds such is known.
+/// A kind of output, and how a file of this kind is recognised.
 struct FileKind {
     char const* name;                     ///< with its article, such as "a graph in JSON"
     bool (*recognises)(std::istream& in); ///< of a text without NUL that isn't empty
 };
 
-/// Where a result goes: a file, which is written whole or not at all, or what isn't an ordinary file, which
-/// gets nothing before the whole result is ready. A link stays one, and a file that is replaced keeps its
-/// rights. All members throw ToolError.
+/// The destination of a result: a file, which is written whole or not at all, or something other than an
+/// ordinary file, to which nothing is written before the whole result is ready. A link remains a link, and a
+/// file that is replaced keeps its permissions. All members throw ToolError.
 class Output {
 public:
-    /// An empty path, or "-", means the standard output, for which `standard` stands. Refuses what is one of
-    /// the sources, by whatever path or descriptor it is reached, and a file with a content of another kind.
-    /// Nothing is changed yet.
+    /// An empty path, or "-", means the standard output, which is `standard`. Refuses an output that is one
+    /// of the sources, by whatever path or descriptor it is reached, and a file with a content of another
+    /// kind. Changes nothing yet.
     Output(std::string path, FileKind const& kind, std::vector<std::string> sources, std::ostream& standard);
 
-    /// Writes the result. What the constructor refuses is refused again if it has come up since.
+    /// Writes the result. Refuses whatever the constructor refuses if it has arisen since.
     void write(std::function<void(std::ostream&)> const& write) const;
 
 private:

@@ -30,7 +30,7 @@ public:
     std::size_t of(std::size_t number) const { return ownerOf[number]; }
     /// The numbers of what an object owns in the forest, in ascending order; of `none` those of the tops.
     std::vector<std::size_t> ownedBy(std::size_t number) const;
-    /// The numbers of all objects, each behind that of its owner.
+    /// The numbers of all objects, each after that of its owner.
     std::vector<std::size_t> downwards() const;
 
 private:

@@ -4,18 +4,18 @@
 
 namespace kit {
 
-/// What a program is at and how far it has come, for people who wait. Anyone may tell; a ProgressDisplay
-/// shows it.
+/// The current phase of a program and its progress, for waiting users. Any code may report it; a
+/// ProgressDisplay shows it.
 class Progress {
 public:
-    /// Begins with something. `what` is a literal such as "reading".
+    /// Begins a phase. `what` is a literal such as "reading".
     static void phase(char const* what);
     /// How many objects are done.
     static void count(std::size_t objects);
 };
 
-/// Shows the progress on the standard error while it lives, in one line that is there from the first second
-/// on and goes at the end. There is one display at a time.
+/// Shows the progress on the standard error while it lives, in one line that appears after the first second
+/// and is removed at the end. There is one display at a time.
 class ProgressDisplay {
 public:
     /// Shows nothing unless `wanted`.
@@ -24,7 +24,7 @@ public:
     ProgressDisplay& operator=(ProgressDisplay const&) = delete;
     ~ProgressDisplay();
 
-    /// Takes the line away for good, so that something else can be written.
+    /// Removes the line for good, so that something else can be written.
     static void end();
 };
 

@@ -2,7 +2,7 @@
 
 namespace kit {
 
-/// Whether text for a file descriptor may have colors: it is a terminal that knows them, and the variable
+/// Whether text for a file descriptor may have colours: it is a terminal that knows them, and the variable
 /// NO_COLOR is unset or empty.
 bool wantsColor(int descriptor);
 

@@ -5,7 +5,7 @@
 
 namespace kit {
 
-/// What a program can't go on with: the file, or whatever else it is about, and what is wrong with it.
+/// An error that ends a program: the file, or whatever else it is about, and what is wrong with it.
 class ToolError : public std::runtime_error {
 public:
     ToolError(std::string const& subject, std::string const& problem)

@@ -17,8 +17,8 @@ std::string quoted(std::string_view text);
 std::string lineOf(QORObject& object);
 
 /// Writes an object and all that it owns, a line for each object, indented below its owner by two blanks;
-/// below 100 owners the indentation grows no more and their number stands before the class, "(101) ".
-/// What the objects are is known through reflection alone. Equal graphs give equal texts. An object that has
+/// below 100 owners the indentation stays and the number of owners is before the class, "(101) ".
+/// It reads the objects only through reflection. Equal graphs produce equal texts. An object that has
 /// a second owner is written in full below the first one met and marked "(above)" below the other.
 void printTree(QORObject& root, std::ostream& out);
 

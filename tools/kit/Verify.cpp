@@ -131,7 +131,7 @@ private:
             backwards.push_back(link.getLink(&object, i));
         }
         if (!std::equal(elements.begin(), elements.end(), backwards.rbegin())) {
-            findings.push_back(nameOf(object, link) + " gives other objects when read from the end");
+            findings.push_back(nameOf(object, link) + " returns other objects when read from the end");
         }
         return elements;
     }
@@ -152,7 +152,7 @@ private:
                    std::vector<QORObject*> const& walked) {
         if (std::search(walked.begin(), walked.end(), elements.begin(), elements.end()) == walked.end() &&
             !elements.empty()) {
-            findings.push_back(nameOf(object, link) + " gives other children by position than a walk meets");
+            findings.push_back(nameOf(object, link) + " returns other children by position than a walk");
         }
     }
 

@@ -17,7 +17,7 @@ std::string isMade(std::string const& catalogue, std::string const& oid);
 std::string commentStatement(std::string const& kind, std::string const& name, std::string const& catalogue,
                              std::string const& oid);
 
-/// The joins that give row `x` of a catalogue its qualified name `q`; the names of the catalogue's columns
+/// The joins that add the qualified name `q` to row `x` of a catalogue; the names of the catalogue's columns
 /// begin with `prefix`.
 std::string qualifiedName(std::string const& prefix);
 

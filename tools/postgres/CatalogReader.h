@@ -49,8 +49,8 @@ private:
     void readRoutines();
     void readArguments();
 
-    /// Throws unless a condition holds. The functions of the server that print statements look at the newest
-    /// state, and so give nothing for what somebody has dropped in the meantime.
+    /// Throws unless a condition holds. The functions of the server that print statements read the newest
+    /// state, and so return nothing for an object dropped in the meantime.
     void checkUnchanged(bool holds) const;
     bool since(int version) const { return connection.versionNumber() >= version; }
     int schemaOf(Oid oid) const;
@@ -58,7 +58,7 @@ private:
     /// The columns of a table by their numbers in the catalogue, as an array or a vector prints these.
     std::vector<int> columnsOf(int table, std::string const& numbers) const;
     int columnOf(int table, int number) const;
-    /// The type that six columns of a row tell of, from `column` on; see `typeColumns`.
+    /// The type that six columns of a row describe, from `column` on; see `typeColumns`.
     int typeOf(Query const& row, int column);
 
     Connection& connection;
@@ -72,7 +72,7 @@ private:
     std::vector<std::vector<int>> columnsByNumber;            ///< for each table
 };
 
-/// Six columns of a query that tell of a type: `oid` and `modifier` are expressions, `type` is its row of
+/// Six columns of a query that describe a type: `oid` and `modifier` are expressions, `type` is its row of
 /// pg_type.
 std::string typeColumns(std::string const& oid, std::string const& modifier, std::string const& type);
 
@@ -80,19 +80,19 @@ std::string typeColumns(std::string const& oid, std::string const& modifier, std
 /// `namespaceOid` and `oid` are expressions, `catalogue` is the table that the object is a row of.
 std::string isOwn(std::string const& catalogue, std::string const& oid, std::string const& namespaceOid);
 
-/// Options such as {fillfactor=70} as SQL writes them behind WITH; NULL if there are none. Some servers keep
+/// Options such as {fillfactor=70} as SQL writes them after WITH; NULL if there are none. Some servers keep
 /// a stamp of their own among the options of a column, `pg_attver`, which nobody can set and which isn't
 /// read.
 std::string optionsText(std::string const& options);
 
-/// Options of a foreign thing as SQL writes them; NULL if there are none. What may hold a secret by its name
+/// Options of a foreign object as SQL writes them; NULL if there are none. What may hold a secret by its name
 /// or its value isn't read.
 std::string foreignOptions(std::string const& options);
 
 /// The comment on an object, or on its part of that number.
 std::string commentOn(std::string const& catalogue, std::string const& oid, std::string const& part = "0");
 
-/// The statements that say again which extensions an object goes with; `alteration` begins them. NULL if
+/// The statements that declare on which extensions an object depends; `alteration` begins them. NULL if
 /// there are none.
 std::string neededExtensions(std::string const& catalogue, std::string const& oid,
                              std::string const& alteration);
@@ -106,7 +106,7 @@ void addFlag(database::Extras& extras, char const* name, bool holds);
 /// The numbers in a text such as "{1,-2}" or "1 -2".
 std::vector<int> numbersIn(std::string const& text);
 
-/// The SQL data type nearest to a type, with its length and its digits behind the point.
+/// The SQL data type nearest to a type, with its length and its digits after the point.
 void describeType(database::Type& type, std::string const& systemName, char category, std::int64_t modifier);
 
 } // namespace postgres

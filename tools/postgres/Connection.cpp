@@ -69,7 +69,7 @@ void checkUrl(std::string const& url, std::string const& shownUrl) {
     PQfreemem(problem);
     PQconninfoFree(options);
     if (!options) {
-        throw ToolError(shownUrl, "is no valid address: " + onOneLine(withoutQuotations(message)));
+        throw ToolError(shownUrl, "isn't a valid address: " + onOneLine(withoutQuotations(message)));
     }
 }
 
@@ -81,14 +81,14 @@ void Connection::Closer::operator()(pg_conn* handle) const {
 
 Connection::Connection(std::string const& url) : shownUrl(withoutPassword(url)) {
     if (!isPostgresUrl(url)) {
-        throw ToolError(shownUrl, "is no valid address: it must begin with postgresql://");
+        throw ToolError(shownUrl, "isn't a valid address: it must begin with postgresql://");
     }
     std::string const address = withPlainScheme(url);
     checkUrl(address, shownUrl);
     connect(address);
     if (versionNumber() < oldestServer) {
         throw ToolError(shownUrl,
-                        "the server is PostgreSQL " + version() + ", and 12 is the first that is read");
+                        "the server is PostgreSQL " + version() + "; the oldest supported version is 12");
     }
     // Such a database doesn't know what its texts are encoded in, and the server converts none of them.
     char const* const encoding = PQparameterStatus(connection.get(), "server_encoding");
@@ -184,7 +184,7 @@ bool Query::next() {
     if (status != PGRES_SINGLE_TUPLE && status != PGRES_TUPLES_OK) {
         char const* const code = PQresultErrorField(row.get(), PG_DIAG_SQLSTATE);
         bool const isLost = code && std::string_view(code) == internalError;
-        connection.fail((isLost ? "the structure was changed while it was read; try again: " : "") +
+        connection.fail((isLost ? "the structure changed while it was read; try again: " : "") +
                         std::string(PQresultErrorMessage(row.get())));
     }
     return status == PGRES_SINGLE_TUPLE;

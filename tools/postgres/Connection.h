@@ -11,17 +11,17 @@ struct pg_result;
 namespace postgres {
 
 /// A PostgreSQL database, read in one transaction that sees one state of it and writes nothing. Every
-/// operation, and every one of a Query on it, throws kit::ToolError when the server can't be reached or
-/// doesn't answer the question. No message shows the password, nor the user that the URL names before its @.
+/// operation, and every one of a Query on it, throws kit::ToolError if the server can't be reached or
+/// doesn't answer. No message shows the password, nor the user that the URL names before its @.
 class Connection {
 public:
-    /// Connects to the database of a URL, `postgresql://user@host:port/database?parameters`. What the URL
-    /// doesn't say comes from the environment (PGPASSWORD, PGHOST ...) and the password file, as for every
-    /// PostgreSQL program. Gives up after 10 seconds unless the URL or PGCONNECT_TIMEOUT says otherwise.
-    /// Refuses servers before 12.
+    /// Connects to the database of a URL, `postgresql://user@host:port/database?parameters`. Missing parts of
+    /// the URL come from the environment (PGPASSWORD, PGHOST ...) and the password file, as for every
+    /// PostgreSQL program. The attempt ends after 10 seconds unless the URL or PGCONNECT_TIMEOUT sets another
+    /// limit. Refuses servers before 12.
     explicit Connection(std::string const& url);
 
-    /// The URL as it may be shown.
+    /// The URL without its secrets.
     std::string const& source() const { return shownUrl; }
     /// The server's version, such as "15.18".
     std::string version() const;
@@ -46,14 +46,14 @@ private:
     std::unique_ptr<pg_conn, Closer> connection;
 };
 
-/// A statement under way and the row on which it stands. The rows come from the server one by one, so that a
+/// A running statement and its current row. The rows come from the server one by one, so that a
 /// large result takes no memory; there is one Query on a Connection at a time.
 class Query {
 public:
     Query(Connection& connection, std::string const& sql);
     Query(Query const&) = delete;
     Query& operator=(Query const&) = delete;
-    /// Reads what is left of the result.
+    /// Reads the rest of the result.
     ~Query();
 
     /// Goes to the next row; false if there is none.

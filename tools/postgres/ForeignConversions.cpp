@@ -52,7 +52,7 @@ Value literalAsColumn(Value const& value, std::string const& type, Kind kind) {
     Value result = value;
     bool const isNumeralOfText = kind == Kind::INTEGER && isValueOf(Kind::NUMERIC, *value.literal);
     if (value.kind == Kind::LITERAL && !isNumeralOfText && !isValueOf(kind, *value.literal)) {
-        throw Untranslatable("'" + *value.literal + "' is no value of the type " + type);
+        throw Untranslatable("'" + *value.literal + "' isn't a value of the type " + type);
     }
     if (!fits(type, *value.literal)) {
         throw Untranslatable(*value.literal + " doesn't fit the type " + type);
@@ -145,7 +145,7 @@ Value asColumn(Value const& value, std::string const& type) {
     }
     if (kind == Kind::BOOLEAN && value.literal && value.kind == Kind::INTEGER) {
         if (*value.literal != "0" && *value.literal != "1") {
-            throw Untranslatable(*value.literal + " is no truth value");
+            throw Untranslatable(*value.literal + " isn't a truth value");
         }
         return combined(isTrue(*value.literal) ? "true" : "false", Kind::BOOLEAN, {value});
     }

@@ -101,9 +101,9 @@ void SqlTranslator::require(bool holds, char const* what) const {
 }
 
 SqlTranslator::Tokens SqlTranslator::inside() {
-    require(atSymbol('('), "it isn't understood");
+    require(atSymbol('('), "it can't be parsed");
     std::size_t const close = database::closingParenthesis(tokens, position);
-    require(tokens[close].isSymbol(')'), "it isn't understood");
+    require(tokens[close].isSymbol(')'), "it can't be parsed");
     Tokens const result(tokens.begin() + static_cast<std::ptrdiff_t>(position) + 1,
                         tokens.begin() + static_cast<std::ptrdiff_t>(close));
     position = close + 1;
@@ -127,7 +127,7 @@ Value SqlTranslator::expression() {
     require(!tokens.empty(), "it is empty");
     Value const value = disjunction();
     if (!atEnd()) {
-        fail("it isn't understood at " + std::string(peek().text));
+        fail("it can't be parsed at " + std::string(peek().text));
     }
     return value;
 }
@@ -205,7 +205,7 @@ Value SqlTranslator::furtherComparison(Value left, bool& goesOn) {
     if (take("GLOB")) {
         return globTest(left, isNot);
     }
-    require(!isNot, "it isn't understood at NOT");
+    require(!isNot, "it can't be parsed at NOT");
     goesOn = false;
     return left;
 }
@@ -241,7 +241,7 @@ Value SqlTranslator::betweenTest(Value const& left, bool isNot) {
     Value from = left;
     Value low = order();
     makeComparable(from, low);
-    require(take("AND"), "it isn't understood at BETWEEN");
+    require(take("AND"), "it can't be parsed at BETWEEN");
     Value to = left;
     Value high = order();
     makeComparable(to, high);
@@ -252,7 +252,7 @@ Value SqlTranslator::betweenTest(Value const& left, bool isNot) {
 
 Value SqlTranslator::membership(Value const& left, bool isNot) {
     Tokens const list = inside();
-    require(!list.empty(), "PostgreSQL has no empty list behind IN");
+    require(!list.empty(), "PostgreSQL allows no empty list after IN");
     std::string const word = isNot ? " NOT IN (" : " IN (";
     if (list.front().is("SELECT") || list.front().is("WITH")) {
         Value of = left;
@@ -261,10 +261,10 @@ Value SqlTranslator::membership(Value const& left, bool isNot) {
         within.depth = scope.depth;
         within.commonTables = scope.commonTables;
         Selection const selection = SqlTranslator(list, within, find).selection({});
-        require(selection.columns.size() == 1, "the list behind IN has several columns");
+        require(selection.columns.size() == 1, "the list after IN has several columns");
         Value member = combined("", selection.columns[0].kind, {});
         makeComparable(of, member);
-        require(member.text.empty(), "a subquery in it has values of another kind");
+        require(member.text.empty(), "a subquery in it has values of another type");
         Value value = combined("(" + of.text + word + selection.text + "))", Kind::BOOLEAN, {of});
         value.isImmutable = false;
         value.ungrouped = within.namesOuter ? "one that a subquery names" : value.ungrouped;
@@ -277,7 +277,7 @@ Value SqlTranslator::membership(Value const& left, bool isNot) {
         Value member = part(tokensOfMember);
         Value const before = of;
         makeComparable(of, member);
-        require(values.empty() || of.text == before.text, "the members of a list are of several kinds");
+        require(values.empty() || of.text == before.text, "the members of a list are of several types");
         text += (text.empty() ? "" : ", ") + member.text;
         values.push_back(member);
     }
@@ -290,14 +290,14 @@ Value SqlTranslator::patternTest(Value const& left, bool isNot) {
     Value const of = asText(left);
     Value const pattern = order();
     require(pattern.literal && pattern.kind == Kind::LITERAL && isAscii(*pattern.literal),
-            "the pattern behind LIKE is no text of ASCII");
+            "the pattern after LIKE isn't a text in ASCII");
     std::string escape = "''";
     if (take("ESCAPE")) {
         Value const character = order();
-        require(character.literal && character.literal->size() == 1, "ESCAPE has no single character");
+        require(character.literal && character.literal->size() == 1, "ESCAPE isn't a single character");
         escape = character.text;
         require(pattern.literal->empty() || pattern.literal->back() != character.literal->front(),
-                "the pattern behind LIKE ends with its escape character");
+                "the pattern after LIKE ends with its escape character");
     }
     return combined("(" + of.text + (isNot ? " NOT ILIKE " : " ILIKE ") + pattern.text + " ESCAPE " + escape +
                         ")",
@@ -309,7 +309,7 @@ Value SqlTranslator::globTest(Value const& left, bool isNot) {
     Value const glob = order();
     auto const pattern =
         glob.literal && glob.kind == Kind::LITERAL ? patternOfGlob(*glob.literal) : std::nullopt;
-    require(pattern.has_value(), "the pattern behind GLOB has no equal in PostgreSQL");
+    require(pattern.has_value(), "the pattern after GLOB has no equivalent in PostgreSQL");
     return combined("(" + of.text + (isNot ? " !~ " : " ~ ") + quoteText(*pattern) + ")", Kind::BOOLEAN,
                     {of});
 }
@@ -344,7 +344,8 @@ Value SqlTranslator::bits() {
         position += symbol.size();
         Value const right = asNumber(sum());
         left = asNumber(left);
-        require(left.kind == Kind::INTEGER && right.kind == Kind::INTEGER, "it takes the bits of a fraction");
+        require(left.kind == Kind::INTEGER && right.kind == Kind::INTEGER,
+                "it applies a bit operator to a fraction");
         left = combined("((" + left.text + ")::bigint " + symbol + " (" + right.text +
                             (isShift ? ")::integer)" : ")::bigint)"),
                         Kind::INTEGER, {left, right});
@@ -374,7 +375,7 @@ Value SqlTranslator::product() {
         left = asNumber(left);
         bool const isRest = symbol == "%";
         require(!isRest || (left.kind == Kind::INTEGER && right.kind == Kind::INTEGER),
-                "it takes the rest of a fraction");
+                "it computes the remainder of a fraction");
         bool const isSafe = symbol == "*" || (right.literal && right.text.find_first_of("123456789") == 0);
         left = combined("(" + left.text + " " + symbol + " " +
                             (isSafe ? right.text : "NULLIF(" + right.text + ", 0)") + ")",
@@ -387,7 +388,7 @@ Value SqlTranslator::concatenation() {
     Value left = collated();
     for (;;) {
         if (atPair("->")) {
-            fail("the operator -> for JSON has no equal in PostgreSQL");
+            fail("the operator -> for JSON has no equivalent in PostgreSQL");
         }
         if (!takePair("||")) {
             return left;
@@ -405,7 +406,7 @@ Value SqlTranslator::collated() {
         std::string const collation = peek().name();
         ++position;
         require(database::equalIgnoringCase(collation, "BINARY"),
-                "PostgreSQL has no collation that compares as NOCASE and the like do");
+                "PostgreSQL has no collation equivalent to NOCASE and the like");
     }
     return value;
 }
@@ -417,7 +418,7 @@ Value SqlTranslator::sign() {
     }
     if (takeSymbol('~')) {
         Value const value = asNumber(sign());
-        require(value.kind == Kind::INTEGER, "it takes the bits of a fraction");
+        require(value.kind == Kind::INTEGER, "it applies a bit operator to a fraction");
         return combined("(~ (" + value.text + ")::bigint)", Kind::INTEGER, {value});
     }
     if (!takeSymbol('-')) {
@@ -445,7 +446,7 @@ Value SqlTranslator::operand() {
     case TokenKind::QUOTED_NAME:
         return name();
     case TokenKind::SYMBOL:
-        require(token.isSymbol('('), "it has a symbol that isn't understood");
+        require(token.isSymbol('('), "it has an unknown symbol");
         return parenthesis();
     case TokenKind::WORD:
         break;
@@ -465,7 +466,7 @@ Value SqlTranslator::operand() {
     }
     if (at("EXISTS") || at("NOT")) {
         bool const isNot = take("NOT");
-        require(take("EXISTS"), "it isn't understood at NOT");
+        require(take("EXISTS"), "it can't be parsed at NOT");
         Value const value = subquery(true);
         return isNot ? combined("(NOT " + value.text + ")", Kind::BOOLEAN, {value}) : value;
     }
@@ -481,7 +482,7 @@ Value SqlTranslator::number() {
         digits = std::to_string(std::strtoll(digits.c_str(), nullptr, 16));
     }
     require(digits.find_first_not_of("0123456789.eE+-") == std::string::npos,
-            "a number in it isn't understood");
+            "a number in it can't be parsed");
     bool const isInteger = isPlainInteger(digits);
     bool const isPower = digits.find_first_of("eE") != std::string::npos;
     Value value;
@@ -504,11 +505,11 @@ Value SqlTranslator::text() {
         return value;
     }
     bool const isBytes = token.text.front() == 'x' || token.text.front() == 'X';
-    require(isBytes && token.text.size() >= 3, "a text in it isn't understood");
+    require(isBytes && token.text.size() >= 3, "a text in it can't be parsed");
     std::string const digits(token.text.substr(2, token.text.size() - 3));
     bool const isWhole =
         digits.size() % 2 == 0 && digits.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-    require(isWhole, "a text in it isn't understood");
+    require(isWhole, "a text in it can't be parsed");
     value.kind = Kind::BYTES;
     value.text = "'\\x" + digits + "'::bytea";
     return value;
@@ -555,14 +556,14 @@ Value SqlTranslator::caseDistinction() {
                                  {compared, condition});
         }
         conditions.push_back(asCondition(condition));
-        require(take("THEN"), "it isn't understood at CASE");
+        require(take("THEN"), "it can't be parsed at CASE");
         results.push_back(disjunction());
     }
     bool const hasElse = take("ELSE");
     if (hasElse) {
         results.push_back(disjunction());
     }
-    require(!conditions.empty() && take("END"), "it isn't understood at CASE");
+    require(!conditions.empty() && take("END"), "it can't be parsed at CASE");
     Value result = choice("case", results);
     for (std::size_t i = 0; i < results.size(); ++i) {
         text += i < conditions.size() ? " WHEN " + conditions[i].text + " THEN " : " ELSE ";
@@ -578,7 +579,7 @@ Value SqlTranslator::cast() {
     Tokens const whole = inside();
     auto const as =
         std::find_if(whole.rbegin(), whole.rend(), [](Token const& token) { return token.is("AS"); });
-    require(as != whole.rend() && as != whole.rbegin(), "it isn't understood at CAST");
+    require(as != whole.rend() && as != whole.rbegin(), "it can't be parsed at CAST");
     Value const value = part(Tokens(whole.begin(), as.base() - 1));
     std::string const type = database::upperCase(as.base()->name());
     if (type == "TEXT" || type == "VARCHAR" || type == "CHAR") {
@@ -593,7 +594,7 @@ Value SqlTranslator::cast() {
         Value const from = asNumber(value);
         return combined("(" + from.text + ")::double precision", Kind::DOUBLE, {from});
     }
-    fail("the cast to " + type + " has no equal in PostgreSQL");
+    fail("the cast to " + type + " has no equivalent in PostgreSQL");
 }
 
 // ---- names -------------------------------------------------------------------------------------------
@@ -633,7 +634,7 @@ Value SqlTranslator::name() {
 Value SqlTranslator::currentMoment(std::string const& word) {
     bool const isDate = word == "CURRENT_DATE";
     bool const isTime = word == "CURRENT_TIME";
-    require(isDate || isTime || word == "CURRENT_TIMESTAMP", "it has a keyword that isn't understood");
+    require(isDate || isTime || word == "CURRENT_TIMESTAMP", "it has an unknown keyword");
     std::string const now = "(CURRENT_TIMESTAMP AT TIME ZONE 'UTC')";
     Value value;
     value.kind = Kind::TEXT;
@@ -692,7 +693,7 @@ std::optional<Value> SqlTranslator::columnIn(Scope& owner, std::string const& na
         }
         match = match ? match : rowNumberOf(source, named);
         if (match) {
-            require(!found, "a column in it stands in several tables");
+            require(!found, "a column in it exists in several tables");
             found = columnValue(source, *match, owner);
         }
     }
@@ -717,7 +718,7 @@ Value SqlTranslator::column(std::string const& named, bool mayBeText) {
         }
     }
     if (!mayBeText) {
-        fail("it isn't known what " + named + " is");
+        fail("it is unknown what " + named + " is");
     }
     Value value;
     value.literal = named;
@@ -745,7 +746,7 @@ Value SqlTranslator::columnOf(std::string const& table, std::string const& named
             }
         }
     }
-    fail("it isn't known what " + table + "." + named + " is");
+    fail("it is unknown what " + table + "." + named + " is");
 }
 
 } // namespace postgres

@@ -46,7 +46,7 @@ Value asPosition(Value const& value) {
     bool const isPosition = value.kind == Kind::INTEGER && value.literal && value.literal->front() != '-' &&
                             value.literal->size() < 10;
     if (!isPosition || *value.literal == "0") {
-        throw Untranslatable("substr counts from a place that PostgreSQL counts otherwise");
+        throw Untranslatable("substr counts from a position that PostgreSQL counts differently");
     }
     return value;
 }
@@ -97,7 +97,7 @@ Value SqlTranslator::called(std::string const& lower, std::vector<Tokens> const&
         value.kind = Kind::INTEGER;
         return value;
     }
-    require(!isDistinct && !isStar, "a function in it has arguments that aren't understood");
+    require(!isDistinct && !isStar, "a function in it has unsupported arguments");
     std::vector<Value> values;
     for (Tokens const& argument : arguments) {
         values.push_back(part(argument));
@@ -107,7 +107,7 @@ Value SqlTranslator::called(std::string const& lower, std::vector<Tokens> const&
 
 Value SqlTranslator::aggregate(std::string const& lower, std::vector<Tokens> const& arguments,
                                bool isDistinct, bool isStar) {
-    require(scope.takesAggregates, "it has an aggregate where PostgreSQL takes none");
+    require(scope.takesAggregates, "it has an aggregate where PostgreSQL allows none");
     std::vector<Value> values;
     scope.takesAggregates = false;
     bool const namedOuter = scope.namesOuter;
@@ -115,7 +115,7 @@ Value SqlTranslator::aggregate(std::string const& lower, std::vector<Tokens> con
     for (Tokens const& argument : arguments) {
         values.push_back(part(argument));
     }
-    require(!scope.namesOuter, "an aggregate in it names a column outside");
+    require(!scope.namesOuter, "an aggregate in it names an outer column");
     scope.namesOuter = namedOuter;
     Value result;
     if (isStar || arguments.empty()) {
@@ -128,7 +128,7 @@ Value SqlTranslator::aggregate(std::string const& lower, std::vector<Tokens> con
     if (at("FILTER") && atSymbol('(', 1)) {
         ++position;
         Tokens condition = inside();
-        require(!condition.empty() && condition.front().is("WHERE"), "it isn't understood at FILTER");
+        require(!condition.empty() && condition.front().is("WHERE"), "it can't be parsed at FILTER");
         condition.erase(condition.begin());
         require(lower != "total", "total has no FILTER in PostgreSQL");
         result.text += " FILTER (WHERE " + asCondition(part(condition)).text + ")";
@@ -142,12 +142,13 @@ Value SqlTranslator::aggregate(std::string const& lower, std::vector<Tokens> con
 Value SqlTranslator::aggregateOf(std::string const& lower, std::vector<Value>& values, bool isDistinct) {
     std::string const distinct = isDistinct ? "DISTINCT " : "";
     if (lower == "group_concat") {
-        require(values.size() < 3 && (!isDistinct || values.size() == 1), "group_concat isn't understood");
+        require(values.size() < 3 && (!isDistinct || values.size() == 1),
+                "group_concat has unsupported arguments");
         std::string const separator = values.size() == 2 ? asText(values[1]).text : "','";
         return combined("string_agg(" + distinct + asText(values[0]).text + ", " + separator + ")",
                         Kind::TEXT, {});
     }
-    require(values.size() == 1, "an aggregate in it has arguments that aren't understood");
+    require(values.size() == 1, "an aggregate in it has unsupported arguments");
     if (lower == "count") {
         return combined("count(" + distinct + values[0].text + ")", Kind::INTEGER, {});
     }
@@ -173,7 +174,7 @@ Value SqlTranslator::withWindow(Value value, bool needsWindow) {
         return value;
     }
     bool const mayAggregate = scope.takesAggregates;
-    require(mayAggregate && scope.grouped.empty(), "it has a window where PostgreSQL takes none");
+    require(mayAggregate && scope.grouped.empty(), "it has a window where PostgreSQL allows none");
     require(value.text.find("coalesce(") != 0, "total has no window in PostgreSQL");
     scope.takesAggregates = false;
     std::string const text = SqlTranslator(inside(), scope, find).window();
@@ -232,7 +233,7 @@ Value SqlTranslator::scalar(std::string const& lower, std::vector<Value>& values
     if (lower == "round" && (values.size() == 1 || values.size() == 2)) {
         Value const value = asNumber(values[0]);
         std::string const digits = values.size() == 2 ? asNumber(values[1]).text : "0";
-        require(values.size() == 1 || values[1].literal, "round has a number of digits that isn't known");
+        require(values.size() == 1 || values[1].literal, "round has an unknown number of digits");
         return combined("round((" + value.text + ")::numeric, " + digits + ")", Kind::NUMERIC, {value});
     }
     if (lower == "length" && values.size() == 1) {
@@ -253,12 +254,12 @@ Value SqlTranslator::scalar(std::string const& lower, std::vector<Value>& values
 Value SqlTranslator::textFunction(std::string const& lower, std::vector<Value>& values) {
     auto const known = equals().find(lower);
     if (known == equals().end()) {
-        fail("the function " + lower + " isn't known to have an equal in PostgreSQL");
+        fail("the function " + lower + " has no known equivalent in PostgreSQL");
     }
     Equal const& equal = known->second;
     bool const suits =
         values.size() <= equal.arguments.size() && values.size() + equal.optional >= equal.arguments.size();
-    require(suits, "a function in it has arguments that aren't understood");
+    require(suits, "a function in it has unsupported arguments");
     for (std::size_t i = 0; i < values.size(); ++i) {
         values[i] = equal.arguments[i] == 't' ? asText(values[i]) : asPosition(values[i]);
     }
@@ -269,11 +270,11 @@ Value SqlTranslator::textFunction(std::string const& lower, std::vector<Value>& 
 Value SqlTranslator::choice(std::string const& lower, std::vector<Value>& values) {
     std::vector<Value> conditions;
     if (lower == "iif") {
-        require(values.size() == 3, "a function in it has arguments that aren't understood");
+        require(values.size() == 3, "a function in it has unsupported arguments");
         conditions.push_back(asCondition(values[0]));
         values.erase(values.begin());
     }
-    require(lower == "case" || values.size() >= 2, "a function in it has arguments that aren't understood");
+    require(lower == "case" || values.size() >= 2, "a function in it has unsupported arguments");
     auto const isOwn = [](Value const& value) { return value.kind != Kind::LITERAL; };
     auto const own = std::find_if(values.begin(), values.end(), isOwn);
     Kind kind = Kind::TEXT;
@@ -290,9 +291,9 @@ Value SqlTranslator::choice(std::string const& lower, std::vector<Value>& values
         for (Value& value : values) {
             Value compared = measure;
             makeComparable(compared, value);
-            require(compared.text == measure.text, "the values of which one is taken are of several kinds");
+            require(compared.text == measure.text, "the values that it chooses from are of several types");
             require(value.kind == Kind::LITERAL || isNumber(kind) || value.kind == kind,
-                    "the values of which one is taken are of several kinds");
+                    "the values that it chooses from are of several types");
             kind = isNumber(kind) && isNumber(value.kind) ? std::max(kind, value.kind) : kind;
         }
     }
@@ -308,12 +309,12 @@ Value SqlTranslator::choice(std::string const& lower, std::vector<Value>& values
 /// Of moments that PostgreSQL knows as such, and of now.
 Value SqlTranslator::dateFunction(std::string const& lower, std::vector<Value>& values) {
     bool const isFormat = lower == "strftime";
-    require(values.size() == (isFormat ? 2 : 1), "a function of dates has modifiers");
+    require(values.size() == (isFormat ? 2 : 1), "a date function has modifiers");
     Value const& of = values.back();
     bool const isNow =
         of.literal && of.kind == Kind::LITERAL && database::equalIgnoringCase(*of.literal, "now");
     bool const isMoment = of.kind == Kind::DATE || of.kind == Kind::TIMESTAMP;
-    require(isNow || isMoment, "a function of dates is called with something else than a date");
+    require(isNow || isMoment, "a date function is called with something other than a date");
     if (isNow && !isFormat) {
         return currentMoment(lower == "date"   ? "CURRENT_DATE"
                              : lower == "time" ? "CURRENT_TIME"
@@ -322,7 +323,7 @@ Value SqlTranslator::dateFunction(std::string const& lower, std::vector<Value>& 
     std::string const moment = isNow ? "(CURRENT_TIMESTAMP AT TIME ZONE 'UTC')" : of.text;
     if (isFormat) {
         auto const form = values[0].literal ? templateOf(*values[0].literal) : std::nullopt;
-        require(form.has_value(), "strftime has a format that PostgreSQL doesn't have");
+        require(form.has_value(), "strftime has a format that PostgreSQL lacks");
         Value value = combined("to_char(" + moment + ", " + quoteText(*form) + ")", Kind::TEXT, {of});
         value.isImmutable = false;
         return value;

@@ -124,7 +124,7 @@ void SqlTranslator::commonTables(std::map<std::string, Source>& known, std::stri
                 names.push_back(part.empty() ? "" : part.front().name());
             }
         }
-        require(take("AS"), "it isn't understood at WITH");
+        require(take("AS"), "it can't be parsed at WITH");
         take("NOT");
         take("MATERIALIZED");
         Scope within;
@@ -133,8 +133,7 @@ void SqlTranslator::commonTables(std::map<std::string, Source>& known, std::stri
         Selection const selection = SqlTranslator(inside(), within, find).selection(names);
         made.columns = selection.columns;
         require(made.name.size() <= longestName, "a name in it is too long");
-        require(known.emplace(database::lowerCase(made.name), made).second,
-                "a name in it stands for two things");
+        require(known.emplace(database::lowerCase(made.name), made).second, "a name in it is ambiguous");
         text += (text.empty() ? "WITH " : ", ") + made.text + " AS (" + selection.text + ")";
     } while (takeSymbol(','));
     text += " ";
@@ -157,13 +156,13 @@ std::vector<Tokens> SqlTranslator::cores(std::vector<std::string>& operators) {
     }
     bool const areAlike = std::all_of(operators.begin(), operators.end(),
                                       [&](std::string const& word) { return word.substr(0, 5) == "UNION"; });
-    require(areAlike || operators.size() == 1, "PostgreSQL does INTERSECT before the others");
+    require(areAlike || operators.size() == 1, "PostgreSQL evaluates INTERSECT before the others");
     return result;
 }
 
 SqlTranslator::Core SqlTranslator::core(Scope& within, Tokens const& some, Tokens const& order,
                                         bool isCompound) {
-    require(!some.empty() && some[0].is("SELECT"), "it is no plain SELECT");
+    require(!some.empty() && some[0].is("SELECT"), "it isn't a plain SELECT");
     require(findClause(some, 0, {"WINDOW"}) == some.size(), "it has a WINDOW clause");
     SqlTranslator(clauseOf(some, "FROM", 1), within, find).from();
     Core result;
@@ -243,7 +242,7 @@ void SqlTranslator::source(std::string const& joining, bool isNatural, bool mayM
     std::string text;
     Source right = parsedSource(text);
     for (Source const& other : scope.sources) {
-        require(!database::equalIgnoringCase(other.name, right.name), "two tables in it have one name");
+        require(!database::equalIgnoringCase(other.name, right.name), "two tables in it have the same name");
     }
     std::vector<std::string> merging = isNatural ? commonNames(right) : std::vector<std::string>();
     if (take("USING")) {
@@ -251,7 +250,7 @@ void SqlTranslator::source(std::string const& joining, bool isNatural, bool mayM
             merging.push_back(part.empty() ? "" : part.front().name());
         }
     }
-    require(merging.empty() || mayMerge, "it joins by USING where both sides can be missing");
+    require(merging.empty() || mayMerge, "it joins by USING where both sides may be missing");
     std::string condition = merged(merging, right);
     scope.sources.push_back(right);
     if (!joining.empty() && take("ON")) {
@@ -343,7 +342,7 @@ std::string SqlTranslator::merged(std::vector<std::string> const& names, Source&
             std::find_if(right.columns.begin(), right.columns.end(), [&](SourceColumn const& column) {
                 return database::equalIgnoringCase(column.name, named);
             });
-        require(left && match != right.columns.end(), "a column behind USING isn't there");
+        require(left && match != right.columns.end(), "a column after USING doesn't exist");
         Value other = columnValue(right, *match, scope);
         makeComparable(*left, other);
         match->isHidden = true;
@@ -358,9 +357,9 @@ std::string SqlTranslator::merged(std::vector<std::string> const& names, Source&
 std::vector<SqlTranslator::Item> SqlTranslator::items() {
     std::vector<Item> result;
     for (Tokens part : splitAtCommas(tokens)) {
-        require(!part.empty(), "it isn't understood behind SELECT");
+        require(!part.empty(), "it can't be parsed after SELECT");
         if (part.back().isSymbol('*') && (part.size() == 1 || part[part.size() - 2].isSymbol('.'))) {
-            require(part.size() != 2, "it isn't understood behind SELECT");
+            require(part.size() != 2, "it can't be parsed after SELECT");
             expandStar(part.size() == 1 ? "" : part[part.size() - 3].name(), result);
             continue;
         }
@@ -383,7 +382,7 @@ std::vector<SqlTranslator::Item> SqlTranslator::items() {
         item.tokens = part;
         result.push_back(item);
     }
-    require(!result.empty(), "it isn't understood behind SELECT");
+    require(!result.empty(), "it can't be parsed after SELECT");
     return result;
 }
 
@@ -400,7 +399,7 @@ void SqlTranslator::expandStar(std::string const& table, std::vector<Item>& into
             }
         }
     }
-    require(into.size() > before, "it isn't known what its * stands for");
+    require(into.size() > before, "what its * stands for is unknown");
     require(scope.sources.size() < 100, "it has too many tables");
 }
 
@@ -411,7 +410,7 @@ std::string SqlTranslator::grouping(Tokens const& clause, std::vector<Item> cons
         if (part.size() == 1 && part[0].kind == TokenKind::NUMBER) {
             auto const number = static_cast<std::size_t>(std::atoi(std::string(part[0].text).c_str()));
             require(number > 0 && number <= known.size() && !known[number - 1].isKnown,
-                    "it is grouped by a column that isn't there");
+                    "it is grouped by a column that doesn't exist");
             part = known[number - 1].tokens;
         }
         Value const value = SqlTranslator(part, scope, find).expression();
@@ -449,7 +448,7 @@ std::string SqlTranslator::orderingMember(Tokens part, std::vector<Item> const& 
     require(!part.empty(), "its ORDER BY isn't understood");
     if (part.size() == 1 && part[0].kind == TokenKind::NUMBER) {
         auto const number = static_cast<std::size_t>(std::atoi(std::string(part[0].text).c_str()));
-        require(number > 0 && number <= known.size(), "it is ordered by a column that isn't there");
+        require(number > 0 && number <= known.size(), "it is ordered by a column that doesn't exist");
         return std::to_string(number) + direction;
     }
     for (std::size_t i = 0; i < known.size() && part.size() == 1; ++i) {
@@ -479,7 +478,7 @@ std::string SqlTranslator::limit() {
         require(peek().kind == TokenKind::NUMBER &&
                     peek().text.find_first_not_of("0123456789") == std::string_view::npos &&
                     peek().text.size() <= 18,
-                "its LIMIT is no number");
+                "its LIMIT isn't a number");
         std::string const digits(peek().text);
         ++position;
         return digits;
@@ -502,7 +501,7 @@ std::string SqlTranslator::limit() {
 void SqlTranslator::unify(std::vector<Core>& cores) {
     for (Core const& core : cores) {
         if (core.items.size() != cores[0].items.size()) {
-            throw Untranslatable("its parts have several numbers of columns");
+            throw Untranslatable("its parts have different numbers of columns");
         }
     }
     for (std::size_t i = 0; i < cores[0].items.size(); ++i) {
@@ -521,7 +520,7 @@ void SqlTranslator::unifyColumn(std::vector<Core>& cores, std::size_t number) {
         bool const suits =
             kind == Kind::LITERAL || kind == value.kind || (isNumber(kind) && isNumber(value.kind));
         if (!suits || (cores.size() > 1 && value.kind == Kind::OTHER)) {
-            throw Untranslatable("its parts have columns of several kinds");
+            throw Untranslatable("its parts have columns of different types");
         }
         kind = kind == Kind::LITERAL ? value.kind : std::max(kind, value.kind);
     }
@@ -538,7 +537,7 @@ void SqlTranslator::unifyColumn(std::vector<Core>& cores, std::size_t number) {
 Selection SqlTranslator::written(std::vector<Core> const& cores, std::vector<std::string> const& operators,
                                  std::vector<std::string> const& names) const {
     Selection result;
-    require(names.empty() || names.size() == cores[0].items.size(), "its columns aren't known");
+    require(names.empty() || names.size() == cores[0].items.size(), "its columns are unknown");
     std::set<std::string> taken;
     std::set<std::string> printed;
     for (std::size_t i = 0; i < cores.size(); ++i) {
@@ -552,7 +551,8 @@ Selection SqlTranslator::written(std::vector<Core> const& cores, std::vector<std
                     name = item.name + ":" + std::to_string(k);
                 }
                 result.columns.push_back({name, printable(name, j), "", item.value.kind, false, false});
-                require(printed.insert(result.columns[j].text).second, "two of its columns have one name");
+                require(printed.insert(result.columns[j].text).second,
+                        "two of its columns have the same name");
             }
             result.text += (j == 0 ? "" : ", ") + item.value.text + " AS " + result.columns[j].text;
         }

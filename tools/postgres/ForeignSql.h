@@ -12,7 +12,7 @@
 
 namespace postgres {
 
-/// Why a piece of another system's SQL can't be said in PostgreSQL's.
+/// Why a piece of another system's SQL can't be translated to PostgreSQL's.
 class Untranslatable : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -73,8 +73,8 @@ struct Selection {
 using FindSource = std::function<Source(std::string const& name)>;
 
 /// Translates SQL of SQLite's kind, token by token. Everything is written in parentheses and with names that
-/// tell their table. What isn't known to mean the same in PostgreSQL, or of which it isn't certain that
-/// PostgreSQL takes it, throws Untranslatable.
+/// include their table. Throws Untranslatable for what isn't known to mean the same in PostgreSQL, or isn't
+/// certain to be accepted.
 class SqlTranslator {
 public:
     using Tokens = std::vector<database::Token>;
@@ -163,7 +163,7 @@ private:
     struct Core {
         std::vector<Item> items;
         bool isDistinct = false;
-        std::string tail; ///< what stands behind the items
+        std::string tail; ///< what stands after the items
     };
     void commonTables(std::map<std::string, Source>& known, std::string& text);
     std::vector<Tokens> cores(std::vector<std::string>& operators);

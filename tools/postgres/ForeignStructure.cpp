@@ -235,7 +235,7 @@ void Translation::translateTables() {
             addTable(i);
         } else {
             result.ofObjects.push_back({"table " + table.name,
-                                        isOrdinary ? "PostgreSQL's tables have 1600 columns at most"
+                                        isOrdinary ? "PostgreSQL allows at most 1600 columns in a table"
                                                    : "PostgreSQL has no virtual tables",
                                         valueOf(table.extras, "statement")});
         }
@@ -258,10 +258,10 @@ void Translation::addTable(std::size_t index) {
         omissions.push_back({"name of " + called, "PostgreSQL's is " + made.name, ""});
     }
     if (table.nativeKind.find("WITHOUT ROWID") != std::string::npos) {
-        omissions.push_back({"WITHOUT ROWID of " + called, "PostgreSQL doesn't have it", ""});
+        omissions.push_back({"WITHOUT ROWID of " + called, "PostgreSQL has no such option", ""});
     }
     for (std::size_t i = 0; i < table.parents.size(); ++i) {
-        omissions.push_back({"inheritance of " + called, "it is of another system", ""});
+        omissions.push_back({"inheritance of " + called, "it belongs to another system", ""});
     }
     leaveOutExtras(table.extras, {}, called, omissions);
     result.structure.tables.push_back(made);
@@ -456,7 +456,8 @@ void Translation::translateGenerated(std::size_t index, Column const& before, Co
     try {
         Value const value = asColumn(expressionOf(index, before.defaultValue, true), type);
         if (!value.isImmutable) {
-            throw Untranslatable("PostgreSQL computes it from what never changes and isn't computed itself");
+            throw Untranslatable(
+                "PostgreSQL computes columns only from immutable expressions on ordinary columns");
         }
         column.generated = true;
         column.defaultValue = value.text;
@@ -499,7 +500,7 @@ void Translation::translateKey(Key const& before) {
     std::set<int> const columns(before.columns.begin(), before.columns.end());
     if (before.columns.empty() || before.columns.size() > mostKeyColumns ||
         columns.size() != before.columns.size()) {
-        leaveOut(table, called, "PostgreSQL takes 1 to 32 different columns");
+        leaveOut(table, called, "PostgreSQL allows 1 to 32 different columns");
         return;
     }
     if (isRepeated(before)) {
@@ -552,15 +553,15 @@ bool Translation::isUnique(int table, std::vector<int> const& columns) const {
 /// Why PostgreSQL doesn't take a foreign key; empty if it does.
 std::string Translation::problemOf(Key const& key) const {
     if (!isThere(key.referredTable)) {
-        return "the table that it refers to isn't there";
+        return "the table that it refers to doesn't exist";
     }
     std::set<int> const referred(key.referredColumns.begin(), key.referredColumns.end());
     if (key.columns.empty() || key.columns.size() != key.referredColumns.size() ||
         key.columns.size() > mostKeyColumns || referred.size() != key.referredColumns.size()) {
-        return "the columns that it refers to aren't there, or not as many";
+        return "the columns that it refers to don't exist, or their number differs";
     }
     if (!isUnique(key.referredTable, key.referredColumns)) {
-        return "the columns that it refers to aren't unique together";
+        return "the columns that it refers to aren't unique";
     }
     for (std::size_t i = 0; i < key.columns.size(); ++i) {
         std::string const type = typeAt(key.table, key.columns[i]);
@@ -620,7 +621,7 @@ void Translation::translateChecks() {
         if (!isThere(before.table)) {
             if (before.type >= 0) {
                 result.ofObjects.push_back({"check of type " + from.types[number(before.type)].name,
-                                            "types of another system aren't made", before.expression});
+                                            "types of another system aren't created", before.expression});
             }
             continue;
         }
@@ -649,7 +650,7 @@ void Translation::translateIndexes() {
     for (Index const& index : from.indexes) {
         std::string const called = "index " + index.name;
         if (!isThere(index.table)) {
-            result.ofIndexes.push_back({called, "its table isn't there, or is a view", ""});
+            result.ofIndexes.push_back({called, "its table doesn't exist, or is a view", ""});
             continue;
         }
         std::size_t const known = result.ofIndexes.size();
@@ -679,7 +680,7 @@ void Translation::translateIndex(Index const& before) {
     if (std::string const* const where = findExtra(before.extras, "where")) {
         Value const condition = asCondition(expressionOf(number(before.table), *where));
         if (!condition.isImmutable) {
-            throw Untranslatable("its condition isn't the same at any time");
+            throw Untranslatable("its condition isn't immutable");
         }
         index.extras.push_back({"where", condition.text});
     }
@@ -697,7 +698,7 @@ IndexMember Translation::translateMember(Index const& index, IndexMember const& 
     if (before.column < 0) {
         Value const value = expressionOf(number(index.table), before.expression);
         if (!value.isImmutable || value.kind == Kind::LITERAL) {
-            throw Untranslatable("what it computes isn't the same at any time");
+            throw Untranslatable("its expression isn't immutable");
         }
         member.expression = value.text;
     }
@@ -759,7 +760,7 @@ void Translation::translateView(std::size_t index) {
     views[index] = State::UNDER_WAY;
     try {
         if (before.columns.empty()) {
-            throw Untranslatable("its columns aren't known");
+            throw Untranslatable("its columns are unknown");
         }
         std::vector<std::string> names;
         for (Column const& column : before.columns) {
@@ -804,12 +805,12 @@ void Translation::remarkViewNames(Table const& before, Table const& view,
 void Translation::leaveOutOthers() {
     for (Type const& type : from.types) {
         if (type.kind != TypeKind::BUILT_IN) {
-            result.ofObjects.push_back({"type " + type.name, "types of another system aren't made", ""});
+            result.ofObjects.push_back({"type " + type.name, "types of another system aren't created", ""});
         }
     }
     for (Sequence const& sequence : from.sequences) {
         result.ofObjects.push_back(
-            {"sequence " + sequence.name, "sequences of another system aren't made", ""});
+            {"sequence " + sequence.name, "sequences of another system aren't created", ""});
     }
     for (Routine const& routine : from.routines) {
         result.ofObjects.push_back(

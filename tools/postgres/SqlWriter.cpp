@@ -91,7 +91,7 @@ std::string actionClause(char const* event, Action action) {
 
 /// The server has nothing to tell of options that weren't read, nor has a graph.
 Omission secretsOf(std::string const& thing) {
-    return {"options of " + thing, "they may be secret, if there are any", ""};
+    return {"options of " + thing, "they may be secret; whether any exist is unknown", ""};
 }
 
 /// A type of functions in C or of the server; empty if its statement isn't known.
@@ -313,7 +313,7 @@ void Writer::writeSchemas() {
 void Writer::writeCatalogExtras(Moment moment) {
     for (Extra const& extra : structure.catalog.extras) {
         if (moment == Moment::NEVER && kindOf(extra).moment == Moment::NEVER) {
-            leftOut({extra.name + " " + extra.value, "no statement for it has been read", ""});
+            leftOut({extra.name + " " + extra.value, "its statement wasn't read", ""});
         }
     }
     if (moment == Moment::NEVER) {
@@ -391,8 +391,7 @@ void Writer::addTypes(std::vector<Creation>& creations) {
         bool const hasShell =
             has(type, "base") || valueOf(type.extras, "range").find("CANONICAL = ") != std::string::npos;
         if (made.statement.empty()) {
-            creations.push_back(
-                omitted({"base type " + type.declaration, "no statement for it has been read", ""}));
+            creations.push_back(omitted({"base type " + type.declaration, "its statement wasn't read", ""}));
             continue;
         }
         if (hasShell) {
@@ -471,7 +470,7 @@ void Writer::addPartitions(std::vector<Creation>& creations) {
                                      valueOf(table.extras, "partition bound")});
             if (has(table, "detach pending")) {
                 creations.push_back(omitted({"detaching of " + tableName(static_cast<int>(i)),
-                                             "it hasn't ended, from " + parent, ""}));
+                                             "it isn't complete, from " + parent, ""}));
             }
         }
     }
@@ -807,8 +806,8 @@ int Writer::depthOf(int table) const {
 
 void Writer::writeForeignKey(Key const& key) {
     if (key.referredColumns.empty() && !has(key, "references")) {
-        leftOut({"foreign key " + key.name + " of " + tableName(key.table),
-                 "it isn't known what it refers to", ""});
+        leftOut(
+            {"foreign key " + key.name + " of " + tableName(key.table), "what it refers to is unknown", ""});
         return;
     }
     statement(std::string("ALTER TABLE ") + (isPartitioned(key.table) ? "" : "ONLY ") + tableName(key.table) +

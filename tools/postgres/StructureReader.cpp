@@ -70,7 +70,7 @@ void CatalogReader::readSchemas() {
 
 void CatalogReader::checkUnchanged(bool holds) const {
     if (!holds) {
-        throw kit::ToolError(connection.source(), "the structure was changed while it was read; try again");
+        throw kit::ToolError(connection.source(), "the structure changed while it was read; try again");
     }
 }
 

@@ -45,7 +45,7 @@ diff::Rename renameFrom(std::string const& text) {
         paths[side] += text[i];
     }
     if (side != 1 || paths[0].empty() || paths[1].empty()) {
-        throw kit::ToolError("--rename " + text, "two paths with an equals sign between must stand here");
+        throw kit::ToolError("--rename " + text, "must be two paths separated by an equals sign");
     }
     return {paths[0], paths[1]};
 }
@@ -68,8 +68,8 @@ void readRenames(std::string const& path, std::vector<diff::Rename>& renames) {
         std::size_t const tab = line.find('\t');
         if (tab == std::string::npos || tab == 0 || tab + 1 == line.size() ||
             line.find('\t', tab + 1) != std::string::npos) {
-            throw kit::ToolError(path, "line " + std::to_string(number) +
-                                           ": two paths with a tab between must stand here");
+            throw kit::ToolError(path,
+                                 "line " + std::to_string(number) + ": must be two paths separated by a tab");
         }
         renames.push_back({line.substr(0, tab), line.substr(tab + 1)});
     }
@@ -104,7 +104,7 @@ void compareSources(DiffOptions const& options, Session& session) {
     }
     if (difference.rootBefore != difference.rootAfter) {
         session.say("qor: the graphs are named " + kit::quoted(difference.rootBefore) + " and " +
-                    kit::quoted(difference.rootAfter) + ", which doesn't count as a difference");
+                    kit::quoted(difference.rootAfter) + "; this doesn't count as a difference");
     }
     output.write([&](std::ostream& out) {
         if (options.format == "json") {
@@ -119,28 +119,29 @@ void compareSources(DiffOptions const& options, Session& session) {
 
 void addDiffVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<DiffOptions>();
-    CLI::App* const verb = program.add_subcommand("diff", "Tell in what two graphs differ");
+    CLI::App* const verb = program.add_subcommand("diff", "Report the differences between two graphs");
     verb->group("Verbs");
     verb->add_option("A", options->before, sourceHelp)->required();
-    verb->add_option("B", options->after, "What to compare it with")->required();
+    verb->add_option("B", options->after, "The graph to compare A with")->required();
     verb->add_option("--format", options->format, "text or json")->check(CLI::IsMember({"text", "json"}));
     verb->add_option(
             "--rename", options->renames,
-            "Objects that have other names or owners: OLD=NEW, the path in A and that in B, or their\n"
-            "ends, such as customer/mail=customer/email; may come several times")
+            "An object with another name or owner: OLD=NEW, its path in A and its path in B, or the\n"
+            "ends of these, such as customer/mail=customer/email; may be repeated")
         ->type_name("OLD=NEW")
         ->allow_extra_args(false);
     verb->add_option("--renames", options->renamesFile,
-                     "A file with such: a line for each, the path in A, a tab, the path in B");
+                     "A file of renames: on each line the path in A, a tab, the path in B");
     verb->add_flag("--origin", options->origin,
-                   "Compare as well where the graphs come from, such as files and versions");
-    verb->add_flag("--quiet", session.quiet, "Tell by the exit code alone");
-    verb->footer("\nObjects belong together that have the same names, and the same owners; those left over\n"
-                 "that have the same id, unless it is 0; and those that --rename names. The roots belong\n"
-                 "together whatever their names, and so does what bears its root's name right below it.\n"
-                 "The exit code is 0 for no difference, 1 for some, 2 for an error.\n"
-                 "\nExample:\n  qor diff old/orchard.sqlite new/orchard.sqlite\n"
-                 "  qor diff before.json after.json --rename customer/mail=customer/email");
+                   "Also compare where the graphs come from, such as files and versions");
+    verb->add_flag("--quiet", session.quiet, "Print nothing, only return the exit code");
+    verb->footer(
+        "\nObjects match if they have the same name and matching owners. Of the remaining objects, those\n"
+        "with the same id match, unless it is 0, and those that --rename names. The roots match whatever\n"
+        "their names, and so do objects directly below a root that have the root's name.\n"
+        "The exit code is 0 for no difference, 1 for a difference, 2 for an error.\n"
+        "\nExample:\n  qor diff old/orchard.sqlite new/orchard.sqlite\n"
+        "  qor diff before.json after.json --rename customer/mail=customer/email");
     verb->callback([options, &session] { compareSources(*options, session); });
 }
 

@@ -38,8 +38,7 @@ SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& 
         options.dialect.empty() ? database::lowerCase(structure.origin.system) : options.dialect;
     auto const known = sqlWriters.find(dialect);
     if (known == sqlWriters.end()) {
-        throw kit::ToolError(options.source,
-                             "comes from no known system, so --dialect must tell for which to write");
+        throw kit::ToolError(options.source, "comes from no known system, so --dialect must name one");
     }
     return known->second;
 }
@@ -47,7 +46,7 @@ SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& 
 void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Output const& output,
                Session& session) {
     if (!graph.root().isInstanceOf(QORElementType::MODEL)) {
-        throw kit::ToolError(options.source, "its root is no model, which SQL is written from");
+        throw kit::ToolError(options.source, "its root isn't a model, and only a model becomes SQL");
     }
     database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
     SqlWriter const write = sqlWriterFor(options, structure);
@@ -60,7 +59,7 @@ void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Outpu
 
 void exportGraph(ExportOptions const& options, Session& session) {
     if (!options.dialect.empty() && options.format != "sql") {
-        throw kit::ToolError("--dialect", "goes with --format sql alone");
+        throw kit::ToolError("--dialect", "is only for --format sql");
     }
     kit::Output const output = outputOf(session, options.output, options.format, {options.source});
     kit::Graph const graph = loadSource(options.source, session);
@@ -80,14 +79,15 @@ void addExportVerb(CLI::App& program, Session& session) {
     verb->group("Verbs");
     verb->add_option("FILE", options->source, sourceHelp)->required();
     verb->add_option("--format", options->format,
-                     "json, or dot for a drawing with Graphviz, or markdown for a page of tables, or sql to\n"
-                     "make the database again")
+                     "json, dot for a drawing with Graphviz, markdown for a page of tables, or sql for the\n"
+                     "statements that create the database")
         ->required()
         ->check([](std::string const& format) {
-            return formats().count(format) ? std::string() : format + " is no format; see qor export --help";
+            return formats().count(format) ? std::string()
+                                           : format + " isn't a format; see qor export --help";
         });
     verb->add_option("--dialect", options->dialect,
-                     "Whose SQL it is to be, sqlite or postgresql; that of the database at first")
+                     "The dialect of the SQL, sqlite or postgresql; the default is that of the database")
         ->check(CLI::IsMember({"sqlite", "postgresql"}));
     addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--quiet", session.quiet, quietHelp);

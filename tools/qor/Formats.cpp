@@ -45,7 +45,7 @@ void addOutputOption(CLI::App& verb, std::string& path, char const* help) {
 kit::Output outputOf(Session& session, std::string const& path, std::string const& format,
                      std::vector<std::string> const& sources) {
     if (isAddress(path)) {
-        throw kit::ToolError(path, "is an address, and only a file can be written");
+        throw kit::ToolError(path, "is an address; the output must be a file");
     }
     return kit::Output(path, formats().at(format).kind, filesOf(sources), session.out);
 }

@@ -39,17 +39,17 @@ void import(ImportOptions const& options, Session& session) {
 void addImportVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ImportOptions>();
     CLI::App* const verb =
-        program.add_subcommand("import", "Read the schema of a database and print it, or keep it as JSON");
+        program.add_subcommand("import", "Read the schema of a database and print it, or write it as JSON");
     verb->group("Verbs");
     verb->add_option("SOURCE", options->source, sourceHelp)->required();
     addOutputOption(*verb, options->output, "Write JSON to this file instead; - is the standard output");
-    verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
+    verb->add_flag("--stats", options->statistics, "Print the number of objects of each class instead")
         ->excludes("--output");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
-        "\nPrints a model as a tree: each line is an object, below its owner. There is a Class for each\n"
-        "table with an Attribute for each column, with keys, indexes, triggers, checks, and the types of\n"
-        "the columns.\n"
+        "\nPrints a model as a tree: each line is an object, below its owner. Each table is a Class with an\n"
+        "Attribute for each column. The model also has the keys, indexes, triggers, checks, and the types\n"
+        "of the columns.\n"
         "\nExample:\n  qor import orchard.sqlite\n  qor import --stats postgresql://clerk@localhost/harbour\n"
         "  qor import orchard.sqlite -o orchard.json");
     verb->callback([options, &session] { import(*options, session); });

@@ -37,7 +37,7 @@ void parseAndRun(CLI::App& program, int argc, char const* const* argv, Session& 
 std::string surplusOf(CLI::App& program) {
     for (CLI::App* const verb : program.get_subcommands()) {
         if (auto const surplus = verb->remaining(); !surplus.empty()) {
-            return verb->get_name() + ": " + shown(surplus.front()) + " wasn't expected; see qor " +
+            return verb->get_name() + ": " + shown(surplus.front()) + " is unexpected; see qor " +
                    verb->get_name() + " --help";
         }
     }
@@ -61,7 +61,8 @@ int fail(Session& session, std::string const& problem) {
 
 int runIn(Session& session, int argc, char const* const* argv) {
     CLI::App program(
-        "Reads database schemas into metadata models; keeps, shows, compares and converts these.", "qor");
+        "Reads database schemas into metadata models; stores, prints, compares and converts these models.",
+        "qor");
     try {
         parseAndRun(program, argc, argv, session);
         return session.exitCode;

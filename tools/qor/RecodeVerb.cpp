@@ -29,7 +29,7 @@ struct RecodeOptions {
 std::unique_ptr<QOREncodingConverter> converterFor(std::string const& encoding) {
     std::unique_ptr<QOREncodingConverter> converter(QOREncodingConverter::create(encoding.c_str()));
     if (!converter) {
-        throw kit::ToolError(encoding, "no encoding of that name is known");
+        throw kit::ToolError(encoding, "is an unknown encoding");
     }
     return converter;
 }
@@ -38,7 +38,7 @@ void report(exchange::Recoded const& recoded, Session& session) {
     session.say(
         "converted " + std::to_string(recoded.converted) + ", unchanged " +
         std::to_string(recoded.unchanged) + ", failed " + std::to_string(recoded.failed) +
-        (recoded.renamed > 0 ? ", with a number behind the name " + std::to_string(recoded.renamed) : ""));
+        (recoded.renamed > 0 ? ", with a number after the name " + std::to_string(recoded.renamed) : ""));
 }
 
 void recode(RecodeOptions const& options, Session& session) {
@@ -52,7 +52,7 @@ void recode(RecodeOptions const& options, Session& session) {
         throw kit::ToolError(options.source, std::to_string(recoded.failed) + " of " + std::to_string(texts) +
                                                  " texts can't be converted from " + options.from + " to " +
                                                  options.to + ", the first at " + recoded.firstFailed +
-                                                 "; --force keeps those as they are");
+                                                 "; --force keeps them as they are");
     }
     output.write([&](std::ostream& out) { exchange::writeJson(recoded.graph.root(), out); });
     if (!session.quiet) {
@@ -69,16 +69,17 @@ void addRecodeVerb(CLI::App& program, Session& session) {
         program.add_subcommand("recode", "Convert the texts of a graph to another encoding");
     verb->group("Verbs");
     verb->add_option("FILE", options->source, sourceHelp)->required();
-    verb->add_option("--from", options->from, "The encoding that the texts have")->required();
-    verb->add_option("--to", options->to, "The encoding that they are to have")->required();
+    verb->add_option("--from", options->from, "The current encoding of the texts")->required();
+    verb->add_option("--to", options->to, "The new encoding of the texts")->required();
     addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--force", options->force, "Write the graph even if some texts can't be converted");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
-        "\nWrites JSON, with each text converted once; the standard error reports how many were converted,\n"
-        "are the same in both encodings, and can't be converted. Such a text is an error, and nothing is\n"
-        "written, unless --force keeps it as it is.\n"
-        "The exit code is 0 if all is converted, 1 if --force kept some, 2 for an error.\n"
+        "\nWrites JSON and converts each text once. Prints on the standard error how many texts were "
+        "converted,\n"
+        "are the same in both encodings, and can't be converted. A text that can't be converted is an\n"
+        "error, and nothing is written, unless --force keeps the text as it is.\n"
+        "The exit code is 0 if all texts are converted, 1 if --force kept some, 2 for an error.\n"
         "\nExample:\n  qor recode orchard.json --from ISO-8859-1 --to UTF-8 -o recoded.json");
     verb->callback([options, &session] { recode(*options, session); });
 }

@@ -10,10 +10,9 @@ namespace qorprogram {
 /// Whether a text begins like a URL, of whatever scheme.
 bool isAddress(std::string_view text);
 
-/// A text without what may be a secret in it: of addresses, what stands between `://` and the last `@`, and
-/// all that isn't known to be harmless; behind names such as `password`, what follows the equals sign.
-/// Spelled with percent signs or backslashes, they are known as well. A text that is safe already stays as it
-/// is.
+/// A text without possible secrets. It hides the part of an address between `://` and the last `@`, and all
+/// that isn't known to be harmless, and what follows the equals sign after names such as `password`. It also
+/// recognises these spelled with percent signs or backslashes. A safe text stays as it is.
 std::string withoutSecrets(std::string_view text);
 
 /// Makes messages fit to leave the program, which was called with these arguments: on one line, without

@@ -6,10 +6,10 @@
 
 namespace qorprogram {
 
-/// What the help says of --quiet.
-constexpr char const* quietHelp = "No progress and no remarks beside the result";
+/// The help text of --quiet.
+constexpr char const* quietHelp = "Print no progress and no remarks";
 
-/// What the verbs share: where their results and their remarks go, and the exit code.
+/// The state that verbs share: the streams for their results and remarks, and the exit code.
 class Session {
 public:
     Session(int argc, char const* const* argv, std::ostream& forResults, std::ostream& forRemarks)
@@ -18,7 +18,7 @@ public:
     /// Writes a remark or an error, a line that shows no secret. Nothing else goes there.
     void say(std::string const& text) { err << safe(text) << std::endl; }
 
-    /// Writes a line of remarks, unless they aren't wanted.
+    /// Writes a line of remarks, unless --quiet is set.
     void remark(std::string const& text) {
         if (!quiet) {
             say("qor: " + text);
@@ -26,7 +26,7 @@ public:
     }
 
     std::ostream& out;
-    bool quiet = false; ///< no remarks, but errors all the same
+    bool quiet = false; ///< no remarks, but still errors
     int exitCode = 0;
 
 private:

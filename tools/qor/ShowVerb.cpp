@@ -46,14 +46,16 @@ void addShowVerb(CLI::App& program, Session& session) {
     verb->add_option("FILE", options->source, sourceHelp)->required();
     auto* const tree =
         verb->add_flag("--tree", options->tree, "Print each object below its owner (the default)");
-    verb->add_flag("--stats", options->statistics, "Print how many objects of which class there are instead")
+    verb->add_flag("--stats", options->statistics, "Print the number of objects of each class instead")
         ->excludes(tree);
     verb->add_option("--path", options->path,
-                     "Begin at this object: names of owners and its own, with slashes; the end of a path is\n"
-                     "enough if it leads to one object");
+                     "Print only this object: the names of its owners and its own, separated by slashes; the "
+                     "end of a path is\n"
+                     "enough if only one object's path ends like this");
     verb->add_flag("--quiet", session.quiet, quietHelp);
-    verb->footer("\nWhere siblings share a name, the class tells them apart: DesignPackage:orchard/member.\n"
-                 "\nExample:\n  qor show orchard.json --stats\n  qor show orchard.json --path member");
+    verb->footer(
+        "\nWhere siblings share a name, the class distinguishes them: DesignPackage:orchard/member.\n"
+        "\nExample:\n  qor show orchard.json --stats\n  qor show orchard.json --path member");
     verb->callback([options, &session] { show(*options, session); });
 }
 

@@ -85,8 +85,9 @@ SourceKind const& kindOf(std::string const& source) {
     auto const known = std::find_if(kinds.begin(), kinds.end(),
                                     [&](SourceKind const& kind) { return kind.recognises(source); });
     if (!known->shown && isAddress(source)) {
-        throw kit::ToolError(shownAddress(source), "no source has such an address; a file of that name is "
-                                                   "read if ./ stands in front");
+        throw kit::ToolError(shownAddress(source),
+                             "addresses of this scheme aren't supported; a file of that name "
+                             "needs ./ in front");
     }
     return *known;
 }

@@ -8,8 +8,8 @@ namespace qorprogram {
 
 class Session;
 
-/// Each adds a verb, which is a source of its own. A verb's run writes its result once all has gone well, and
-/// throws kit::ToolError before.
+/// Each adds a verb, which is a source file of its own. A verb writes its result after all else has
+/// succeeded, and throws kit::ToolError before.
 void addImportVerb(CLI::App& program, Session& session);
 void addShowVerb(CLI::App& program, Session& session);
 void addExportVerb(CLI::App& program, Session& session);

@@ -8,7 +8,7 @@
 
 namespace sqlite {
 
-/// What CREATE TABLE says of a column beyond that which SQLite tells by itself.
+/// What CREATE TABLE says of a column and SQLite doesn't report.
 struct ColumnText {
     std::string name;
     std::string generated; ///< the expression that computes it
@@ -16,7 +16,7 @@ struct ColumnText {
         extras; ///< "collation", "conflict", "generated", "not null constraint", "default constraint"
 };
 
-/// A key as it stands in CREATE TABLE. The columns are told by name, since SQLite takes foreign keys to
+/// A key as it stands in CREATE TABLE. The columns are identified by name, since SQLite takes foreign keys to
 /// anything.
 struct KeyText {
     database::KeyKind kind = database::KeyKind::PRIMARY;
@@ -63,12 +63,12 @@ struct TriggerText {
     bool onInsert = false;
     bool onUpdate = false;
     bool onDelete = false;
-    std::vector<std::string> columns; ///< behind UPDATE OF
-    std::string body;                 ///< what stands behind the event
+    std::vector<std::string> columns; ///< after UPDATE OF
+    std::string body;                 ///< what stands after the event
 };
 
 /// Each reads a statement that SQLite has accepted, as its schema keeps it. What isn't understood is passed
-/// over, so that any text gives something.
+/// over, so that any text has a result.
 TableText readCreateTable(std::string_view statement);
 IndexText readCreateIndex(std::string_view statement);
 ViewText readCreateView(std::string_view statement);

@@ -12,7 +12,7 @@ struct DeclaredType {
 };
 
 /// Reads a declared type. What is well known goes by its name, whatever the case and the blanks. Every other
-/// name goes by the affinity that SQLite gives it. A column without a declared type, or declared as ANY,
+/// name follows the affinity that SQLite assigns to it. A column without a declared type, or declared as ANY,
 /// holds anything: that is "undefined".
 DeclaredType readDeclaredType(std::string_view declared);
 

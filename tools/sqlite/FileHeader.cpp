@@ -110,11 +110,11 @@ FileHeader readFileHeader(std::string const& path, std::string const& name) {
         throw ToolError(name, "is not an SQLite database, or is an encrypted one");
     }
     if (filled < headerSize) {
-        throw ToolError(name, "is cut off within its header");
+        throw ToolError(name, "is truncated within its header");
     }
     header.pageSize = pageSizeOf(bytes);
     if (!isPageSize(header.pageSize)) {
-        throw ToolError(name, "is damaged: its header gives no valid page size");
+        throw ToolError(name, "is damaged: its header has no valid page size");
     }
     header.neededSize = std::uintmax_t{pageCountOf(bytes)} * header.pageSize;
     header.writerVersion = numberAt(bytes, 96);

@@ -5,10 +5,10 @@
 
 namespace sqlite {
 
-/// What an SQLite database file tells of itself in its first bytes.
+/// The header of an SQLite database file.
 struct FileHeader {
     std::uintmax_t fileSize = 0;   ///< in bytes; an empty file has nothing else
-    std::uintmax_t neededSize = 0; ///< what the file must hold, in bytes; 0 if the header doesn't tell
+    std::uintmax_t neededSize = 0; ///< the least size of the file, in bytes; 0 if the header doesn't say
     std::uint32_t pageSize = 0;
     std::uint32_t writerVersion = 0; ///< of SQLite, as 3040001 for 3.40.1; 0 if unknown
 };

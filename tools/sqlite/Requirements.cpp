@@ -136,7 +136,7 @@ private:
         if (areComputed && !table.columns.empty()) {
             Column& first = table.columns.front();
             omit("that column " + table.name + "." + first.name + " is computed",
-                 "SQLite wants a column that isn't", first.defaultValue);
+                 "SQLite requires a column that isn't", first.defaultValue);
             first.generated = false;
             first.defaultValue.clear();
         }
@@ -167,7 +167,7 @@ private:
             return table.columns[static_cast<std::size_t>(column)].generated;
         });
         if (key.kind == KeyKind::PRIMARY && hasComputed) {
-            return omit(name, "a column of a primary key can't be computed");
+            return omit(name, "a column of a primary key must not be computed");
         }
         std::string const list = columnNames(table, key);
         auto const drop = [&](char const* extra, std::string const& part) {
@@ -223,7 +223,7 @@ private:
         bool const isPlain = key.kind == KeyKind::PRIMARY && key.columns.size() == 1 &&
                              (!order || !equalIgnoringCase(*order, "DESC"));
         if (!isInteger || !isPlain || hasOption(table, "WITHOUT ROWID")) {
-            omit("autoincrement of " + name, "only an INTEGER that is a primary key counts itself up");
+            omit("autoincrement of " + name, "only an INTEGER that is a primary key has AUTOINCREMENT");
             erase(key.extras, "autoincrement");
         }
     }
@@ -239,7 +239,7 @@ private:
             dropOption(table, "WITHOUT ROWID", "it has no primary key");
         }
         if (hasOption(table, "STRICT") && !hasStrictTypes(table)) {
-            dropOption(table, "STRICT", "not all of its columns are of a type that it may have then");
+            dropOption(table, "STRICT", "the types of some of its columns aren't allowed then");
         }
     }
 

@@ -7,7 +7,7 @@ struct sqlite3;
 
 namespace sqlite {
 
-/// A database in memory that tells whether SQLite takes a statement.
+/// A database in memory that checks whether SQLite accepts a statement.
 class Scratch {
 public:
     Scratch();

@@ -141,7 +141,7 @@ private:
             }
             if (names.back() != table.name) {
                 leftOut("name of table " + qualifiedName(table),
-                        "SQLite has one table of a name, so that it is called " + names.back());
+                        "SQLite allows one table of this name, so it becomes " + names.back());
             }
         }
     }
@@ -217,7 +217,7 @@ private:
         remarkExtras("database " + structure.catalog.name, structure.catalog.extras, {});
         for (database::Schema const& schema : structure.schemas) {
             if (!native && structure.schemas.size() > 1) {
-                leftOut("schema " + schema.name, "SQLite has one schema, in which all tables stand");
+                leftOut("schema " + schema.name, "SQLite has one schema, which contains all tables");
             }
             remarkComment("schema " + schema.name, schema);
             remarkExtras("schema " + schema.name, schema.extras, {});
@@ -690,7 +690,7 @@ private:
             uniqueName(index.name.empty() ? table.name + "_index" : index.name, table.schema);
         if (native) {
             leftOut("name of index " + index.name + " of " + table.name,
-                    "another one has it, so that it is called " + name);
+                    "another index has it, so it becomes " + name);
         }
         return name;
     }

@@ -113,11 +113,11 @@ void checkSize(FileHeader const& header, std::string const& name) {
         return;
     }
     if (header.fileSize < header.neededSize) {
-        throw ToolError(name, "is cut off: " + std::to_string(header.fileSize) + " of " +
+        throw ToolError(name, "is truncated: " + std::to_string(header.fileSize) + " of " +
                                   std::to_string(header.neededSize) + " bytes");
     }
     if (header.neededSize == 0 && header.fileSize % header.pageSize != 0) {
-        throw ToolError(name, "is cut off: its last page is incomplete");
+        throw ToolError(name, "is truncated: its last page is incomplete");
     }
 }
 
@@ -242,11 +242,12 @@ void Database::fail(int code) const {
     int const extended = connection ? sqlite3_extended_errcode(connection.get()) : code;
     std::string const message = connection ? sqlite3_errmsg(connection.get()) : sqlite3_errstr(code);
     if (extended == SQLITE_READONLY_ROLLBACK) {
-        throw ToolError(file, "holds an interrupted change, which a program that may write must undo first");
+        throw ToolError(file,
+                        "contains an interrupted change; a program with write access must undo it first");
     }
     bool const isUnknownStatement = message.find("malformed database schema") == 0;
     if (isUnknownStatement && isNewer()) {
-        throw ToolError(file, "is of SQLite " + writer + ", and can't be read by " + sqlite3_libversion() +
+        throw ToolError(file, "is from SQLite " + writer + ", and can't be read by " + sqlite3_libversion() +
                                   ": " + message);
     }
     switch (extended & 0xff) {

@@ -42,7 +42,7 @@ public:
 
     /// The path as it was given.
     std::string const& path() const { return file; }
-    /// The version of SQLite that wrote the file last, such as "3.40.1"; empty if the file doesn't tell.
+    /// The version of SQLite that wrote the file last, such as "3.40.1"; empty if unknown.
     std::string const& writerVersion() const { return writer; }
 
 private:
@@ -69,7 +69,7 @@ private:
 };
 
 /// A statement and the row on which it stands. Beside SQLite's own functions it can call `qor_module_of`,
-/// which gives the module of a virtual table by the statement that made it.
+/// which returns the module of a virtual table from the statement that created it.
 class Query {
 public:
     Query(Database& database, std::string_view sql);

@@ -304,7 +304,7 @@ private:
     void addColumnTexts(int number, TableText const& text) {
         Table& table = structure.tables[static_cast<std::size_t>(number)];
         if (text.columns.size() != table.columns.size()) {
-            fail("the statement of table " + table.name + " tells other columns than the table has");
+            fail("the statement of table " + table.name + " names other columns than the table has");
         }
         for (std::size_t i = 0; i < table.columns.size(); ++i) {
             table.columns[i].extras = text.columns[i].extras;

@@ -43,7 +43,7 @@ public:
         for (position = 0; position < tokens.size(); ++position) {
             std::size_t const start = position;
             if (!translateToken()) {
-                return {"", "it isn't known that SQLite has " + std::string(tokens[start].text)};
+                return {"", "SQLite isn't known to have " + std::string(tokens[start].text)};
             }
         }
         return {result, ""};

@@ -12,7 +12,7 @@ struct Translation {
     std::string problem; ///< empty if all is known
 };
 
-/// Translates an expression or a SELECT of another system: casts written with colons are left out, and lists
+/// Translates an expression or a SELECT of another system: casts written with colons are omitted, and lists
 /// of values are written with IN.
 Translation translateSql(std::string_view sql);
 
