@@ -86,6 +86,8 @@ struct Class {
 std::vector<Class> const& classes();
 /// All link ends, by number.
 std::vector<End> const& ends();
+/// The numbers of the ends that a class declares itself, in the order of its fields.
+std::vector<int> endsOf(int classId);
 
 // ---- how the tables reach the typed members ---------------------------------------------------------------
 

@@ -39,7 +39,6 @@ struct ClassRow {
     int parentId;                          ///< -1 for the root
     std::vector<int> lineage;              ///< the class and its bases
     std::vector<HeldAttribute> attributes; ///< those of the root first
-    std::vector<int> links;                ///< those of the root first
     std::vector<int> subclasses;           ///< the direct ones, in the order in which their records are made
 };
 
@@ -100,6 +99,24 @@ std::vector<int> idsOf(QORVector const& records) {
     return ids;
 }
 
+/// Expects a class to have the link ends of its base and behind them ends of its own. Which those are, and in
+/// what order, is the matter of each end's own check.
+inline void checkLinkRecords(QORMetaClass const& record) {
+    QORVector const& links = record.getMetaLinks();
+    int const inherited = record.getParent() ? record.getParent()->getMetaLinks().size : 0;
+    ASSERT_LE(inherited, links.size);
+    for (int i = 0; i < links.size; ++i) {
+        auto const* const link = static_cast<QORMetaLink const*>(links[i]);
+        EXPECT_EQ(link, QORMetaRepository::getMetaRepository()->getMetaLinkByID(link->getId()));
+        EXPECT_STRNE("", link->getName().chars);
+        if (i < inherited) {
+            EXPECT_EQ(record.getParent()->getMetaLinks()[i], link);
+        } else {
+            EXPECT_EQ(&record, link->getMetaClass()) << link->getName().chars;
+        }
+    }
+}
+
 inline void checkClassRecord(ClassRow const& row, ClassMembers const& members) {
     QORMetaRepository const& repository = *QORMetaRepository::getMetaRepository();
     QORMetaClass const& record = *members.getStaticMetaClass();
@@ -115,7 +132,7 @@ inline void checkClassRecord(ClassRow const& row, ClassMembers const& members) {
     for (HeldAttribute const& each : row.attributes)
         attributes.push_back(each.id);
     EXPECT_EQ(attributes, idsOf<QORMetaAttribute>(record.getMetaAttributes()));
-    EXPECT_EQ(row.links, idsOf<QORMetaLink>(record.getMetaLinks()));
+    checkLinkRecords(record);
 }
 
 // ---- attributes -----------------------------------------------------------------------------------------
