@@ -34,6 +34,7 @@ def render(model) -> dict:
         files[f"tests/generated/Classes{number}Test.cpp"] = class_file(model, part)
     for number, part in parts(pairs(classes), LINK_FILES, lambda pair: pair[0].id):
         files[f"tests/generated/LinkEnds{number}Test.cpp"] = link_file(model, part)
+    files["tests/generated/AttributeRows.cpp"] = attribute_rows_file(model)
     files["tests/generated/ClassRows.cpp"] = class_rows_file(model)
     files["tests/generated/EndRows.cpp"] = end_rows_file(model)
     return files
@@ -142,39 +143,20 @@ def class_test(model, cls, subclasses):
     made = concrete(model, cls)
     members = cls.name if made is cls else f"{cls.name}, {made.name}"
     down = list(bases(cls))[::-1]
-    attributes = [held_attribute(model, made, base, a) for base in down for a in base.attributes]
-    lineage = sorted(base.id for base in down)
+    refused = [str(a.id) for base in down for a in base.attributes if refuses(made, a, base)]
     enumerator = model.enumerations["QORElementType"][cls.id]
     return "\n".join([
         f"TEST({cls.name}ByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {{",
         "    ClassRow const row{",
         f"        {cls.id}, {quoted(enumerator)}, {quoted(cls.name[3:])}, {boolean(cls.abstract)}, "
         f"{cls.base.id if cls.base else -1},",
-        f"        {{{', '.join(map(str, lineage))}}},",
-        "        {",
-        *(f"            {attribute}," for attribute in attributes),
-        "        },",
+        f"        {{{', '.join(str(base.id) for base in down)}}}, {{{', '.join(refused)}}},",
         *wrapped("        {", [str(each.id) for each in subclasses], "},"),
         "    };",
         f"    checkClass(row, MembersOf<{members}>::members);",
         "}",
         "",
     ])
-
-
-def held_attribute(model, cls, declaring, attribute):
-    return (f"{{{attribute.id}, {quoted(attribute.first)}, {quoted(other_value(model, attribute))}, "
-            f"{boolean(attribute.type == 'QORString')}, {boolean(attribute.compare)}, {boolean(attribute.assign)}, "
-            f"{boolean(not refuses(cls, attribute, declaring))}}}")
-
-
-def other_value(model, attribute):
-    """The text of a value other than the first one; an enumeration of one value only has -1, which has no text."""
-    if attribute.type in KINDS:
-        other = {"bool": "false" if attribute.first == "true" else "true", "short": "-7", "int": "123456",
-                 "QORString": "other", "QORDate": "12:34:56 2001-02-03"}
-        return other[attribute.type]
-    return next((t for t in reversed(model.enumerations[attribute.type]) if t not in ("", attribute.first)), "")
 
 
 def wrapped(start, items, end):
@@ -316,24 +298,33 @@ def end_test(model, end):
     return "\n".join(lines + ["}", ""])
 
 
-# ---- rows for the random test -------------------------------------------------------------------------------
+# ---- rows for checks of more than one class -------------------------------------------------------------------------------
 
 
 def rows_file(headers, body):
     includes = [f"#include <qor/{name}.h>" for name in sorted(headers)]
-    return "\n".join([HEADING + '#include "Metamodel.h"', "", *includes, "", *body, ""])
+    includes += [""] if includes else []
+    return "\n".join([HEADING + '#include "Metamodel.h"', "", *includes, *body, ""])
+
+
+def attribute_rows_file(model):
+    used = sorted({a.type for cls in model.classes for a in cls.attributes if a.type not in KINDS})
+    body = ["namespace metamodel {", "namespace {", "",
+            *[enumeration_table(name, model.enumerations[name]) for name in used], "} // namespace", "",
+            "std::vector<Attribute> attributesOf(int classId) {", "    switch (classId) {"]
+    for cls in sorted((cls for cls in model.classes if cls.attributes), key=lambda c: c.id):
+        body += [f"    case {cls.id}:", "        return {",
+                 *(f"            {attribute_row(cls, a)}," for a in cls.attributes_in_field_order()), "        };"]
+    body += ["    default:", "        return {};", "    }", "}", "", "} // namespace metamodel"]
+    return rows_file(set(), body)
 
 
 def class_rows_file(model):
-    used = sorted({a.type for cls in model.classes for a in cls.attributes if a.type not in KINDS})
-    body = ["namespace metamodel {", "namespace {", "",
-            *[enumeration_table(name, model.enumerations[name]) for name in used],
-            "std::vector<Class> makeClasses() {", f"    std::vector<Class> rows({len(model.enumerations['QORElementType'])});"]
+    body = ["namespace metamodel {", "namespace {", "", "std::vector<Class> makeClasses() {",
+            f"    std::vector<Class> rows({len(model.enumerations['QORElementType'])});"]
     for cls in sorted(model.classes, key=lambda c: c.id):
         body += [f"    rows[{cls.id}] = {{{cls.id}, {quoted(cls.name)}, {cls.base.id if cls.base else -1}, "
-                 f"{boolean(cls.abstract)}, {{",
-                 *(f"        {attribute_row(a)}," for a in cls.attributes_in_field_order()), "    },",
-                 f"        endsOf({cls.id}),"]
+                 f"{boolean(cls.abstract)}, attributesOf({cls.id}), endsOf({cls.id}),"]
         made = f"Made<{cls.name}>::"
         members = [made + member for member in ("make", "makeWatched", "copy", "assign")]
         body += wrapped("        ", members if is_made(cls) else ["nullptr"] * 4, "};")
@@ -347,10 +338,11 @@ def is_made(cls):
     return not cls.abstract and cls.base is not None
 
 
-def attribute_row(attribute):
+def attribute_row(cls, attribute):
     texts = "nullptr" if attribute.type in KINDS else texts_name(attribute.type)
     return (f"{{{attribute.id}, {quoted(attribute.name)}, QORMetaAttributeType::{KINDS.get(attribute.type, 'ENUM')}, "
-            f"{quoted(attribute.first)}, {boolean(attribute.compare)}, {boolean(attribute.assign)}, {texts}}}")
+            f"{quoted(attribute.first)}, {boolean(attribute.compare)}, {boolean(attribute.assign)}, {texts}, "
+            f"{cls.attributes.index(attribute)}}}")
 
 
 def end_rows_file(model):

@@ -104,6 +104,10 @@ class GrowthTest(unittest.TestCase):
         self.add_attribute("QORIndex", "INDEX__TEST_NUMBER", "testNumber", "short", "0")
         self.assert_changed(ATTRIBUTE_LIMIT, "generated/qor/QORIndex.h", "generated/qor/QORAttributeType.h")
 
+    def test_a_new_number_that_most_classes_inherit(self):
+        self.add_attribute("QORElement", "ELEMENT__TEST_NUMBER", "testNumber", "short", "0")
+        self.assert_changed(ATTRIBUTE_LIMIT, "generated/qor/QORElement.h")
+
     def test_a_new_text(self):
         self.add_attribute("QORIndex", "INDEX__TEST_TEXT", "testText", "QORString", "")
         self.assert_changed(TEXT_ATTRIBUTE_LIMIT, "generated/qor/QORIndex.h", "generated/kernel/QORMetamodel.cpp")
@@ -112,6 +116,11 @@ class GrowthTest(unittest.TestCase):
         self.add_link(("QORIndex", "INDEX__TEST__TRIGGER", "testTrigger", "ref", ""),
                       ("QORTrigger", "TRIGGER__TEST__INDEX", "testIndex", "back-ref", TREE))
         self.assert_changed(LINK_LIMIT, "generated/qor/QORIndex.h", "generated/qor/QORTrigger.h")
+
+    def test_a_new_reference_that_most_classes_inherit(self):
+        self.add_link(("QORElement", "ELEMENT__TEST__TRIGGER", "testTrigger", "ref", ""),
+                      ("QORTrigger", "TRIGGER__TEST__ELEMENT", "testElement", "back-ref", TREE))
+        self.assert_changed(LINK_LIMIT, "generated/qor/QORElement.h", "generated/qor/QORTrigger.h")
 
     def test_a_new_child(self):
         self.add_link(("QORIndex", "INDEX__TEST__STORED_PROCEDURE", "testStoredProcedure", "child", TREE),

@@ -97,20 +97,7 @@ constexpr char const* const textsOfVisibilityType[] = {
 TEST(QORAliasFeatureByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         102, "ALIAS_FEATURE", "AliasFeature", false, 77,
-        {0, 33, 59, 77, 102},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 77, 102}, {},
         {},
     };
     checkClass(row, MembersOf<QORAliasFeature>::members);
@@ -119,19 +106,7 @@ TEST(QORAliasFeatureByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORAliasTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         6, "ALIAS_TYPE", "AliasType", false, 3,
-        {0, 3, 6, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 3, 6}, {},
         {},
     };
     checkClass(row, MembersOf<QORAliasType>::members);
@@ -140,22 +115,7 @@ TEST(QORAliasTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORArgumentByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         24, "ARGUMENT", "Argument", false, 59,
-        {0, 24, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {1, "", "other", true, true, true, true},
-            {2, "UNSPECIFIED_MODE", "RETURN_MODE", false, true, true, true},
-            {3, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 24}, {},
         {},
     };
     checkClass(row, MembersOf<QORArgument>::members);
@@ -191,32 +151,7 @@ TEST(QORArgumentByTable, PositionIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORAssociationRoleByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         18, "ASSOCIATION_ROLE", "AssociationRole", false, 59,
-        {0, 18, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {7, "UNSPECIFIED", "BY_REFERENCE", false, true, true, true},
-            {8, "false", "true", false, true, true, true},
-            {9, "PUBLIC", "IMPLEMENTATION", false, true, true, true},
-            {10, "false", "true", false, true, true, true},
-            {11, "", "other", true, true, true, true},
-            {12, "0", "other", true, true, true, true},
-            {13, "true", "false", false, true, true, true},
-            {14, "UNSPECIFIED", "SET_DEFAULT", false, true, true, true},
-            {15, "UNSPECIFIED", "SET_DEFAULT", false, true, true, true},
-            {16, "UNSPECIFIED", "SET_DEFAULT", false, true, true, true},
-            {17, "false", "true", false, true, true, true},
-            {18, "0", "-7", false, true, true, true},
-            {19, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 18}, {},
         {},
     };
     checkClass(row, MembersOf<QORAssociationRole>::members);
@@ -342,23 +277,7 @@ TEST(QORAssociationRoleByTable, SourceIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORClassMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         42, "CLASS_MAP", "ClassMap", false, 76,
-        {0, 33, 42, 60, 76},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {50, "", "other", true, true, true, true},
-            {51, "", "other", true, true, true, true},
-            {52, "LINEAGE", "STITCHING", false, true, true, true},
-            {43, "ROW", "PERIODIC", false, true, true, true},
-            {44, "false", "true", false, true, true, true},
-            {45, "INSERT", "INSERT_UPDATE", false, true, true, true},
-            {46, "0", "-7", false, true, true, true},
-            {47, "0", "123456", false, true, true, true},
-            {48, "", "other", true, true, true, true},
-        },
+        {33, 0, 60, 76, 42}, {},
         {},
     };
     checkClass(row, MembersOf<QORClassMap>::members);
@@ -421,19 +340,7 @@ TEST(QORClassMapByTable, WhereClauseIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORClassTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         66, "CLASS_TYPE", "ClassType", false, 3,
-        {0, 3, 33, 59, 66},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 3, 66}, {},
         {},
     };
     checkClass(row, MembersOf<QORClassType>::members);
@@ -442,23 +349,7 @@ TEST(QORClassTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORConditionByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         84, "CONDITION", "Condition", false, 99,
-        {0, 33, 59, 77, 84, 99},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-            {53, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 84}, {},
         {},
     };
     checkClass(row, MembersOf<QORCondition>::members);
@@ -476,19 +367,7 @@ TEST(QORConditionByTable, HideIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORConfigurationFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         150, "CONFIGURATION_FORMAT", "ConfigurationFormat", false, 35,
-        {0, 32, 33, 35, 58, 150},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-            {168, "", "other", true, true, true, false},
-        },
+        {33, 0, 58, 32, 35, 150}, {168},
         {},
     };
     checkClass(row, MembersOf<QORConfigurationFormat>::members);
@@ -497,20 +376,7 @@ TEST(QORConfigurationFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndReco
 TEST(QORDatabaseSchemaByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         72, "DATABASE_SCHEMA", "DatabaseSchema", false, 141,
-        {0, 33, 59, 72, 141, 144},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {194, "SOURCE_DESTINATION", "DESTINATION", false, true, true, true},
-        },
+        {33, 0, 59, 144, 141, 72}, {},
         {},
     };
     checkClass(row, MembersOf<QORDatabaseSchema>::members);
@@ -519,19 +385,7 @@ TEST(QORDatabaseSchemaByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) 
 TEST(QORDrillPathByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         108, "DRILL_PATH", "DrillPath", false, 12,
-        {0, 12, 33, 59, 108},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 108}, {},
         {},
     };
     checkClass(row, MembersOf<QORDrillPath>::members);
@@ -540,14 +394,7 @@ TEST(QORDrillPathByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORElementByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         0, "ELEMENT", "Element", true, 33,
-        {0, 33},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-        },
+        {33, 0}, {},
         {59, 60, 113, 58, 112, 98},
     };
     checkClass(row, MembersOf<QORElement, QORAggregationRule>::members);
@@ -583,18 +430,7 @@ TEST(QORElementByTable, NativeTypeIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORFeatureMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         78, "FEATURE_MAP", "FeatureMap", false, 60,
-        {0, 33, 60, 78},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {67, "", "other", true, true, true, true},
-            {68, "", "other", true, true, true, true},
-            {175, "0", "-7", false, true, true, true},
-            {200, "LINEAGE", "STITCHING", false, true, true, true},
-        },
+        {33, 0, 60, 78}, {},
         {44, 46, 43, 48},
     };
     checkClass(row, MembersOf<QORFeatureMap>::members);
@@ -639,20 +475,7 @@ TEST(QORFeatureMapByTable, MappingTypeIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORHierarchyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         90, "HIERARCHY", "Hierarchy", false, 59,
-        {0, 33, 59, 90},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {191, "LEVELED", "MIXED", false, true, true, true},
-        },
+        {33, 0, 59, 90}, {},
         {},
     };
     checkClass(row, MembersOf<QORHierarchy>::members);
@@ -670,19 +493,7 @@ TEST(QORHierarchyByTable, TypeIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORLevelAssociationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         138, "LEVEL_ASSOCIATION", "LevelAssociation", false, 59,
-        {0, 33, 59, 138},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 138}, {},
         {},
     };
     checkClass(row, MembersOf<QORLevelAssociation>::members);
@@ -691,19 +502,7 @@ TEST(QORLevelAssociationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded
 TEST(QORLevelKeyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         96, "LEVEL_KEY", "LevelKey", false, 59,
-        {0, 33, 59, 96},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 96}, {},
         {},
     };
     checkClass(row, MembersOf<QORLevelKey>::members);
@@ -712,14 +511,7 @@ TEST(QORLevelKeyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORMappingObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         60, "MAPPING_OBJECT", "MappingObject", true, 0,
-        {0, 33, 60},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-        },
+        {33, 0, 60}, {},
         {78, 76, 80, 145, 79, 135, 136, 137},
     };
     checkClass(row, MembersOf<QORMappingObject, QORAttributeMap>::members);
@@ -728,19 +520,7 @@ TEST(QORMappingObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORModelElementByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         12, "MODEL_ELEMENT", "ModelElement", true, 59,
-        {0, 12, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12}, {},
         {75, 15, 108, 119},
     };
     checkClass(row, MembersOf<QORModelElement, QORAliasClassifier>::members);
@@ -749,19 +529,7 @@ TEST(QORModelElementByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORModelFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         36, "MODEL_FORMAT", "ModelFormat", false, 35,
-        {0, 32, 33, 35, 36, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-            {168, "", "other", true, true, true, false},
-        },
+        {33, 0, 58, 32, 35, 36}, {168},
         {},
     };
     checkClass(row, MembersOf<QORModelFormat>::members);
@@ -770,18 +538,7 @@ TEST(QORModelFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QOROperationNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         114, "OPERATION_NODE", "OperationNode", false, 113,
-        {0, 33, 113, 114},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {182, "false", "true", false, true, true, true},
-            {183, "0", "-7", false, true, true, true},
-            {196, "", "other", true, true, true, true},
-            {203, "0", "123456", false, true, true, true},
-        },
+        {33, 0, 113, 114}, {},
         {},
     };
     checkClass(row, MembersOf<QOROperationNode>::members);
@@ -790,19 +547,7 @@ TEST(QOROperationNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORPackageByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         144, "PACKAGE", "Package", true, 59,
-        {0, 33, 59, 144},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 144}, {},
         {141, 9, 2},
     };
     checkClass(row, MembersOf<QORPackage, QORDatabaseCatalog>::members);
@@ -811,20 +556,7 @@ TEST(QORPackageByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORPhysicalObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         54, "PHYSICAL_OBJECT", "PhysicalObject", false, 59,
-        {0, 33, 54, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {122, "UNDEFINED", "ALL_CONSTRAINT", false, true, true, true},
-        },
+        {33, 0, 59, 54}, {},
         {},
     };
     checkClass(row, MembersOf<QORPhysicalObject>::members);
@@ -842,20 +574,7 @@ TEST(QORPhysicalObjectByTable, ObjectTypeIsSetReflectedCopiedComparedAndRecoded)
 TEST(QORProductByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         30, "PRODUCT", "Product", false, 29,
-        {0, 29, 30, 33, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-            {170, "GENERIC", "CONFIGURATION", false, true, true, true},
-            {126, "CHECKED_IN", "LOCKED", false, true, true, true},
-        },
+        {33, 0, 58, 29, 30}, {},
         {},
     };
     checkClass(row, MembersOf<QORProduct>::members);
@@ -882,23 +601,7 @@ TEST(QORProductByTable, StateIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORReportAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         120, "REPORT_ATTRIBUTE", "ReportAttribute", false, 99,
-        {0, 33, 59, 77, 99, 120},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-            {220, "DEFAULT", "IDENTIFIER", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 120}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportAttribute>::members);
@@ -916,20 +619,7 @@ TEST(QORReportAttributeByTable, UsageIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORReportMatrixByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         126, "REPORT_MATRIX", "ReportMatrix", false, 146,
-        {0, 33, 59, 124, 126, 146},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 146, 126}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportMatrix>::members);
@@ -938,20 +628,7 @@ TEST(QORReportMatrixByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORReportTableByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         132, "REPORT_TABLE", "ReportTable", false, 146,
-        {0, 33, 59, 124, 132, 146},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 146, 132}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportTable>::members);
@@ -960,18 +637,7 @@ TEST(QORReportTableByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORTypeValueMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         48, "TYPE_VALUE_MAP", "TypeValueMap", false, 78,
-        {0, 33, 48, 60, 78},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {67, "", "other", true, true, true, true},
-            {68, "", "other", true, true, true, true},
-            {175, "0", "-7", false, true, true, true},
-            {200, "LINEAGE", "STITCHING", false, true, true, true},
-        },
+        {33, 0, 60, 78, 48}, {},
         {},
     };
     checkClass(row, MembersOf<QORTypeValueMap>::members);

@@ -88,27 +88,7 @@ constexpr char const* const textsOfElementType[] = {
 TEST(QORArtificialAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         57, "ARTIFICIAL_ATTRIBUTE", "ArtificialAttribute", false, 14,
-        {0, 14, 33, 57, 59, 77, 99},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-            {20, "UNSPECIFIED", "BY_REFERENCE", false, true, true, true},
-            {21, "false", "true", false, true, true, true},
-            {22, "PUBLIC", "IMPLEMENTATION", false, true, true, true},
-            {23, "false", "true", false, true, true, true},
-            {24, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 14, 57}, {},
         {},
     };
     checkClass(row, MembersOf<QORArtificialAttribute>::members);
@@ -117,20 +97,7 @@ TEST(QORArtificialAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndReco
 TEST(QORCandidateKeyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         21, "CANDIDATE_KEY", "CandidateKey", false, 20,
-        {0, 20, 21, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {29, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 20, 21}, {},
         {},
     };
     checkClass(row, MembersOf<QORCandidateKey>::members);
@@ -148,19 +115,7 @@ TEST(QORCandidateKeyByTable, UniqueKeyIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORClassifierByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         75, "CLASSIFIER", "Classifier", true, 12,
-        {0, 12, 33, 59, 75},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 75}, {},
         {101, 13, 85, 106, 87, 89, 92, 94, 148, 122, 25},
     };
     checkClass(row, MembersOf<QORClassifier, QORAliasClassifier>::members);
@@ -169,23 +124,7 @@ TEST(QORClassifierByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORDataAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         105, "DATA_ATTRIBUTE", "DataAttribute", false, 99,
-        {0, 33, 59, 77, 99, 105},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-            {219, "DEFAULT", "IDENTIFIER", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 105}, {},
         {},
     };
     checkClass(row, MembersOf<QORDataAttribute>::members);
@@ -203,20 +142,7 @@ TEST(QORDataAttributeByTable, UsageIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORDataPackageByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         141, "DATA_PACKAGE", "DataPackage", true, 144,
-        {0, 33, 59, 141, 144},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {194, "SOURCE_DESTINATION", "DESTINATION", false, true, true, true},
-        },
+        {33, 0, 59, 144, 141}, {},
         {74, 72, 140, 143, 142},
     };
     checkClass(row, MembersOf<QORDataPackage, QORDatabaseCatalog>::members);
@@ -234,20 +160,7 @@ TEST(QORDataPackageByTable, DirectionIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORDesignPackageByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         9, "DESIGN_PACKAGE", "DesignPackage", false, 144,
-        {0, 9, 33, 59, 144},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {121, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 144, 9}, {},
         {},
     };
     checkClass(row, MembersOf<QORDesignPackage>::members);
@@ -265,22 +178,7 @@ TEST(QORDesignPackageByTable, UserDefinedIsSetReflectedCopiedComparedAndRecoded)
 TEST(QORDimensionByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         87, "DIMENSION", "Dimension", false, 75,
-        {0, 12, 33, 59, 75, 87},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {59, "false", "true", false, true, true, true},
-            {60, "REGULAR", "TIME", false, true, true, true},
-            {61, "true", "false", false, true, true, true},
-        },
+        {33, 0, 59, 12, 75, 87}, {},
         {},
     };
     checkClass(row, MembersOf<QORDimension>::members);
@@ -316,20 +214,7 @@ TEST(QORDimensionByTable, UserDefinedIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORElementNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         111, "ELEMENT_NODE", "ElementNode", false, 113,
-        {0, 33, 111, 113},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {182, "false", "true", false, true, true, true},
-            {183, "0", "-7", false, true, true, true},
-            {196, "", "other", true, true, true, true},
-            {203, "0", "123456", false, true, true, true},
-            {192, "IN_MODE", "RETURN_MODE", false, true, true, true},
-            {193, "ELEMENT", "CONFIGURATION_FORMAT", false, true, true, true},
-        },
+        {33, 0, 113, 111}, {},
         {},
     };
     checkClass(row, MembersOf<QORElementNode>::members);
@@ -356,22 +241,7 @@ TEST(QORElementNodeByTable, DestinationElementTypeIsSetReflectedCopiedComparedAn
 TEST(QORIndexByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         51, "INDEX", "Index", false, 59,
-        {0, 33, 51, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {79, "false", "true", false, true, true, true},
-            {80, "true", "false", false, true, true, true},
-            {81, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 51}, {},
         {},
     };
     checkClass(row, MembersOf<QORIndex>::members);
@@ -407,21 +277,7 @@ TEST(QORIndexByTable, UniqueIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORJoinRoleByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         93, "JOIN_ROLE", "JoinRole", false, 59,
-        {0, 33, 59, 93},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {86, "true", "false", false, true, true, true},
-            {87, "0", "other", true, true, true, true},
-        },
+        {33, 0, 59, 93}, {},
         {},
     };
     checkClass(row, MembersOf<QORJoinRole>::members);
@@ -448,19 +304,7 @@ TEST(QORJoinRoleByTable, MultiplicityIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORMappingFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         81, "MAPPING_FORMAT", "MappingFormat", false, 35,
-        {0, 32, 33, 35, 58, 81},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-            {168, "", "other", true, true, true, false},
-        },
+        {33, 0, 58, 32, 35, 81}, {168},
         {37},
     };
     checkClass(row, MembersOf<QORMappingFormat>::members);
@@ -469,11 +313,7 @@ TEST(QORMappingFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         33, "OBJECT", "Object", false, -1,
-        {33},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-        },
+        {33}, {},
         {0, 110, 1, 56, 117, 61, 69, 71},
     };
     checkClass(row, MembersOf<QORObject>::members);
@@ -500,13 +340,7 @@ TEST(QORObjectByTable, NameIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORPredicateByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         117, "PREDICATE", "Predicate", false, 33,
-        {33, 117},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {184, "0", "-7", false, true, true, true},
-            {185, "false", "true", false, true, true, true},
-        },
+        {33, 117}, {},
         {},
     };
     checkClass(row, MembersOf<QORPredicate>::members);
@@ -533,12 +367,7 @@ TEST(QORPredicateByTable, PrefixIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORPropertyElementTypeScopeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         69, "PROPERTY_ELEMENT_TYPE_SCOPE", "PropertyElementTypeScope", false, 33,
-        {33, 69},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {140, "ELEMENT", "CONFIGURATION_FORMAT", false, true, true, true},
-        },
+        {33, 69}, {},
         {},
     };
     checkClass(row, MembersOf<QORPropertyElementTypeScope>::members);
@@ -556,19 +385,7 @@ TEST(QORPropertyElementTypeScopeByTable, ScopeIsSetReflectedCopiedComparedAndRec
 TEST(QORRelationshipByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         15, "RELATIONSHIP", "Relationship", true, 12,
-        {0, 12, 15, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 15}, {},
         {17, 40, 16, 41, 27},
     };
     checkClass(row, MembersOf<QORRelationship, QORAssociation>::members);
@@ -577,25 +394,7 @@ TEST(QORRelationshipByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORRelationshipProjectionByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         63, "RELATIONSHIP_PROJECTION", "RelationshipProjection", false, 62,
-        {33, 61, 62, 63},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {127, "16777215", "123456", false, true, true, true},
-            {134, "0", "123456", false, true, true, true},
-            {129, "0", "123456", false, true, true, true},
-            {130, "", "other", true, true, true, true},
-            {131, "0", "123456", false, true, true, true},
-            {138, "0", "123456", false, true, true, true},
-            {139, "0", "123456", false, true, true, true},
-            {137, "0", "123456", false, true, true, true},
-            {132, "0", "123456", false, true, true, true},
-            {133, "false", "true", false, true, true, true},
-            {128, "false", "true", false, true, true, true},
-            {136, "false", "true", false, true, true, true},
-            {135, "false", "true", false, true, true, true},
-            {146, "", "other", true, true, true, true},
-        },
+        {33, 61, 62, 63}, {},
         {},
     };
     checkClass(row, MembersOf<QORRelationshipProjection>::members);
@@ -613,21 +412,7 @@ TEST(QORRelationshipProjectionByTable, LinePointsIsSetReflectedCopiedComparedAnd
 TEST(QORReportAxisByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         147, "REPORT_AXIS", "ReportAxis", false, 124,
-        {0, 33, 59, 124, 147},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-            {223, "GENERIC", "CONTENT", false, true, true, true},
-        },
+        {33, 0, 59, 124, 147}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportAxis>::members);
@@ -645,20 +430,7 @@ TEST(QORReportAxisByTable, RoleIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORReportFieldByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         123, "REPORT_FIELD", "ReportField", false, 124,
-        {0, 33, 59, 123, 124},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 123}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportField>::members);
@@ -667,20 +439,7 @@ TEST(QORReportFieldByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORReportPageFooterByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         129, "REPORT_PAGE_FOOTER", "ReportPageFooter", false, 124,
-        {0, 33, 59, 124, 129},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 129}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportPageFooter>::members);
@@ -689,21 +448,7 @@ TEST(QORReportPageFooterByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded
 TEST(QORSQLViewAssociationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         27, "SQL_VIEW_ASSOCIATION", "SQLViewAssociation", false, 15,
-        {0, 12, 15, 27, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {148, "1", "-7", false, true, true, true},
-            {218, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 15, 27}, {},
         {},
     };
     checkClass(row, MembersOf<QORSQLViewAssociation>::members);
@@ -730,22 +475,7 @@ TEST(QORSQLViewAssociationByTable, AliasNameIsSetReflectedCopiedComparedAndRecod
 TEST(QORStructuralFeatureByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         99, "STRUCTURAL_FEATURE", "StructuralFeature", true, 77,
-        {0, 33, 59, 77, 99},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99}, {},
         {14, 84, 105, 88, 95, 97, 149, 120, 26},
     };
     checkClass(row, MembersOf<QORStructuralFeature, QORArtificialAttribute>::members);
@@ -772,14 +502,7 @@ TEST(QORStructuralFeatureByTable, OptionalIsSetReflectedCopiedComparedAndRecoded
 TEST(QORTransformationActivityByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         135, "TRANSFORMATION_ACTIVITY", "TransformationActivity", false, 60,
-        {0, 33, 60, 135},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-        },
+        {33, 0, 60, 135}, {},
         {},
     };
     checkClass(row, MembersOf<QORTransformationActivity>::members);
@@ -788,19 +511,7 @@ TEST(QORTransformationActivityByTable, ObjectsAreMadeReflectedCopiedComparedAndR
 TEST(QORTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         3, "TYPE", "Type", true, 59,
-        {0, 3, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 3}, {},
         {6, 50, 66},
     };
     checkClass(row, MembersOf<QORType, QORAliasType>::members);

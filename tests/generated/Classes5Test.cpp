@@ -55,22 +55,7 @@ constexpr char const* const textsOfVisibilityType[] = {
 TEST(QORBaseTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         4, "BASE_TYPE", "BaseType", false, 50,
-        {0, 3, 4, 33, 50, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {165, "", "other", true, true, true, true},
-            {166, "0", "123456", false, true, true, true},
-            {167, "0", "123456", false, true, true, true},
-        },
+        {33, 0, 59, 3, 50, 4}, {},
         {},
     };
     checkClass(row, MembersOf<QORBaseType>::members);
@@ -79,23 +64,7 @@ TEST(QORBaseTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORBusinessRuleByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         100, "BUSINESS_RULE", "BusinessRule", false, 59,
-        {0, 33, 59, 100},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {26, "TEXT_PHYSICAL", "TEXT_LOGICAL", false, true, true, true},
-            {28, "", "other", true, true, true, true},
-            {25, "", "other", true, true, true, true},
-            {27, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 100}, {},
         {},
     };
     checkClass(row, MembersOf<QORBusinessRule>::members);
@@ -140,17 +109,7 @@ TEST(QORBusinessRuleByTable, UpperBoundIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORClassifierMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         76, "CLASSIFIER_MAP", "ClassifierMap", false, 60,
-        {0, 33, 60, 76},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {50, "", "other", true, true, true, true},
-            {51, "", "other", true, true, true, true},
-            {52, "LINEAGE", "STITCHING", false, true, true, true},
-        },
+        {33, 0, 60, 76}, {},
         {42, 47},
     };
     checkClass(row, MembersOf<QORClassifierMap>::members);
@@ -186,19 +145,7 @@ TEST(QORClassifierMapByTable, MappingTypeIsSetReflectedCopiedComparedAndRecoded)
 TEST(QORDataSetByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         106, "DATA_SET", "DataSet", false, 75,
-        {0, 12, 33, 59, 75, 106},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 75, 106}, {},
         {},
     };
     checkClass(row, MembersOf<QORDataSet>::members);
@@ -207,19 +154,7 @@ TEST(QORDataSetByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORDependencyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         40, "DEPENDENCY", "Dependency", false, 15,
-        {0, 12, 15, 33, 40, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 15, 40}, {},
         {},
     };
     checkClass(row, MembersOf<QORDependency>::members);
@@ -228,19 +163,7 @@ TEST(QORDependencyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORDiagramByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         10, "DIAGRAM", "Diagram", true, 59,
-        {0, 10, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 10}, {},
         {11},
     };
     checkClass(row, MembersOf<QORDiagram, QORClassDiagram>::members);
@@ -249,25 +172,7 @@ TEST(QORDiagramByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORDimensionAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         88, "DIMENSION_ATTRIBUTE", "DimensionAttribute", false, 99,
-        {0, 33, 59, 77, 88, 99},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-            {62, "false", "true", false, true, true, true},
-            {63, "", "other", true, true, true, true},
-            {64, "true", "false", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 88}, {},
         {},
     };
     checkClass(row, MembersOf<QORDimensionAttribute>::members);
@@ -303,18 +208,7 @@ TEST(QORDimensionAttributeByTable, SortIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORDirectoryByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         28, "DIRECTORY", "Directory", false, 58,
-        {0, 28, 33, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-        },
+        {33, 0, 58, 28}, {},
         {},
     };
     checkClass(row, MembersOf<QORDirectory>::members);
@@ -323,18 +217,7 @@ TEST(QORDirectoryByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QOREnumeratedAttributeMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         46, "ENUMERATED_ATTRIBUTE_MAP", "EnumeratedAttributeMap", false, 78,
-        {0, 33, 46, 60, 78},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {67, "", "other", true, true, true, true},
-            {68, "", "other", true, true, true, true},
-            {175, "0", "-7", false, true, true, true},
-            {200, "LINEAGE", "STITCHING", false, true, true, true},
-        },
+        {33, 0, 60, 78, 46}, {},
         {},
     };
     checkClass(row, MembersOf<QOREnumeratedAttributeMap>::members);
@@ -343,15 +226,7 @@ TEST(QOREnumeratedAttributeMapByTable, ObjectsAreMadeReflectedCopiedComparedAndR
 TEST(QORExpressionByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         112, "EXPRESSION", "Expression", false, 0,
-        {0, 33, 112},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {202, "0", "123456", false, true, true, true},
-        },
+        {33, 0, 112}, {},
         {},
     };
     checkClass(row, MembersOf<QORExpression>::members);
@@ -369,20 +244,7 @@ TEST(QORExpressionByTable, StatusIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORFileFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         34, "FILE_FORMAT", "FileFormat", false, 32,
-        {0, 32, 33, 34, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-            {168, "", "other", true, true, true, true},
-            {69, "", "other", true, true, true, true},
-        },
+        {33, 0, 58, 32, 34}, {},
         {},
     };
     checkClass(row, MembersOf<QORFileFormat>::members);
@@ -400,19 +262,7 @@ TEST(QORFileFormatByTable, LocationIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORForeignKeyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         22, "FOREIGN_KEY", "ForeignKey", false, 20,
-        {0, 20, 22, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 20, 22}, {},
         {},
     };
     checkClass(row, MembersOf<QORForeignKey>::members);
@@ -421,24 +271,7 @@ TEST(QORForeignKeyByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORGeneralizationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         16, "GENERALIZATION", "Generalization", false, 15,
-        {0, 12, 15, 16, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {72, "false", "true", false, true, true, true},
-            {73, "PUBLIC", "IMPLEMENTATION", false, true, true, true},
-            {74, "false", "true", false, true, true, true},
-            {208, "false", "true", false, true, true, true},
-            {209, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 12, 15, 16}, {},
         {},
     };
     checkClass(row, MembersOf<QORGeneralization>::members);
@@ -492,21 +325,7 @@ TEST(QORGeneralizationByTable, ExclusiveIsSetReflectedCopiedComparedAndRecoded) 
 TEST(QORIndexMemberByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         52, "INDEX_MEMBER", "IndexMember", false, 59,
-        {0, 33, 52, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {82, "0", "-7", false, true, true, true},
-            {83, "DEFAULT", "DESCENDING", false, true, true, true},
-        },
+        {33, 0, 59, 52}, {},
         {},
     };
     checkClass(row, MembersOf<QORIndexMember>::members);
@@ -533,19 +352,7 @@ TEST(QORIndexMemberByTable, SortOrderIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORLevelByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         94, "LEVEL", "Level", false, 75,
-        {0, 12, 33, 59, 75, 94},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 75, 94}, {},
         {},
     };
     checkClass(row, MembersOf<QORLevel>::members);
@@ -554,18 +361,7 @@ TEST(QORLevelByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORPredicateNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         118, "PREDICATE_NODE", "PredicateNode", false, 116,
-        {0, 33, 113, 116, 118},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {182, "false", "true", false, true, true, true},
-            {183, "0", "-7", false, true, true, true},
-            {196, "", "other", true, true, true, true},
-            {203, "0", "123456", false, true, true, true},
-        },
+        {33, 0, 113, 116, 118}, {},
         {},
     };
     checkClass(row, MembersOf<QORPredicateNode>::members);
@@ -574,21 +370,7 @@ TEST(QORPredicateNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORPromptByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         148, "PROMPT", "Prompt", false, 75,
-        {0, 12, 33, 59, 75, 148},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {221, "", "other", true, true, true, true},
-            {222, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 12, 75, 148}, {},
         {},
     };
     checkClass(row, MembersOf<QORPrompt>::members);
@@ -615,32 +397,7 @@ TEST(QORPromptByTable, MultipleSelectionIsSetReflectedCopiedComparedAndRecoded) 
 TEST(QORPropertyTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         70, "PROPERTY_TYPE", "PropertyType", false, 5,
-        {0, 3, 5, 33, 50, 59, 70},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {165, "", "other", true, true, true, true},
-            {166, "0", "123456", false, true, true, true},
-            {167, "0", "123456", false, true, true, true},
-            {54, "", "other", true, true, true, true},
-            {55, "", "other", true, true, true, true},
-            {57, "", "other", true, true, true, true},
-            {58, "false", "true", false, true, true, true},
-            {56, "", "other", true, true, true, true},
-            {195, "false", "true", false, true, true, true},
-            {204, "", "other", true, true, true, true},
-            {142, "0", "-7", false, true, true, true},
-            {143, "USER", "other", true, true, true, true},
-            {141, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 3, 50, 5, 70}, {},
         {},
     };
     checkClass(row, MembersOf<QORPropertyType>::members);
@@ -676,20 +433,7 @@ TEST(QORPropertyTypeByTable, GroupIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORReportItemByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         124, "REPORT_ITEM", "ReportItem", true, 59,
-        {0, 33, 59, 124},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124}, {},
         {147, 146, 123, 127, 128, 129, 130, 131, 133},
     };
     checkClass(row, MembersOf<QORReportItem, QORReportAxis>::members);
@@ -707,20 +451,7 @@ TEST(QORReportItemByTable, PositionIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORReportPageHeaderByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         130, "REPORT_PAGE_HEADER", "ReportPageHeader", false, 124,
-        {0, 33, 59, 124, 130},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 130}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportPageHeader>::members);
@@ -729,18 +460,7 @@ TEST(QORReportPageHeaderByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded
 TEST(QORRepositoryObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         58, "REPOSITORY_OBJECT", "RepositoryObject", true, 0,
-        {0, 33, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-        },
+        {33, 0, 58}, {},
         {29, 32, 28},
     };
     checkClass(row, MembersOf<QORRepositoryObject, QORConfigurationFormat>::members);
@@ -785,14 +505,7 @@ TEST(QORRepositoryObjectByTable, ModifierIsSetReflectedCopiedComparedAndRecoded)
 TEST(QORTransformationStepByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         136, "TRANSFORMATION_STEP", "TransformationStep", false, 60,
-        {0, 33, 60, 136},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-        },
+        {33, 0, 60, 136}, {},
         {},
     };
     checkClass(row, MembersOf<QORTransformationStep>::members);
@@ -801,20 +514,7 @@ TEST(QORTransformationStepByTable, ObjectsAreMadeReflectedCopiedComparedAndRecod
 TEST(QORXmlSchemaByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         142, "XML_SCHEMA", "XmlSchema", false, 141,
-        {0, 33, 59, 141, 142, 144},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {194, "SOURCE_DESTINATION", "DESTINATION", false, true, true, true},
-        },
+        {33, 0, 59, 144, 141, 142}, {},
         {},
     };
     checkClass(row, MembersOf<QORXmlSchema>::members);

@@ -70,20 +70,7 @@ constexpr char const* const textsOfVisibilityType[] = {
 TEST(QORAggregationRuleByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         83, "AGGREGATION_RULE", "AggregationRule", false, 59,
-        {0, 33, 59, 83},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {0, "SUM", "UNKNOWN", false, true, true, true},
-        },
+        {33, 0, 59, 83}, {},
         {},
     };
     checkClass(row, MembersOf<QORAggregationRule>::members);
@@ -101,19 +88,7 @@ TEST(QORAggregationRuleByTable, RuleIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORAliasClassifierByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         101, "ALIAS_CLASSIFIER", "AliasClassifier", false, 75,
-        {0, 12, 33, 59, 75, 101},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 75, 101}, {},
         {},
     };
     checkClass(row, MembersOf<QORAliasClassifier>::members);
@@ -122,22 +97,7 @@ TEST(QORAliasClassifierByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded)
 TEST(QORAssociationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         17, "ASSOCIATION", "Association", false, 15,
-        {0, 12, 15, 17, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {4, "false", "true", false, true, true, true},
-            {5, "", "other", true, true, true, true},
-            {6, "true", "false", false, true, true, true},
-        },
+        {33, 0, 59, 12, 15, 17}, {},
         {},
     };
     checkClass(row, MembersOf<QORAssociation>::members);
@@ -173,19 +133,7 @@ TEST(QORAssociationByTable, UserDefinedIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORClassDiagramByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         11, "CLASS_DIAGRAM", "ClassDiagram", false, 10,
-        {0, 10, 11, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 10, 11}, {},
         {},
     };
     checkClass(row, MembersOf<QORClassDiagram>::members);
@@ -194,18 +142,7 @@ TEST(QORClassDiagramByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORComponentByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         29, "COMPONENT", "Component", true, 58,
-        {0, 29, 33, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-        },
+        {33, 0, 58, 29}, {},
         {30, 31},
     };
     checkClass(row, MembersOf<QORComponent, QORProduct>::members);
@@ -214,19 +151,7 @@ TEST(QORComponentByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORDelimiterNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         107, "DELIMITER_NODE", "DelimiterNode", false, 116,
-        {0, 33, 107, 113, 116},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {182, "false", "true", false, true, true, true},
-            {183, "0", "-7", false, true, true, true},
-            {196, "", "other", true, true, true, true},
-            {203, "0", "123456", false, true, true, true},
-            {179, "", "other", true, true, true, true},
-        },
+        {33, 0, 113, 116, 107}, {},
         {},
     };
     checkClass(row, MembersOf<QORDelimiterNode>::members);
@@ -244,29 +169,7 @@ TEST(QORDelimiterNodeByTable, DelimiterIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORDerivedTypeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         5, "DERIVED_TYPE", "DerivedType", false, 50,
-        {0, 3, 5, 33, 50, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {165, "", "other", true, true, true, true},
-            {166, "0", "123456", false, true, true, true},
-            {167, "0", "123456", false, true, true, true},
-            {54, "", "other", true, true, true, true},
-            {55, "", "other", true, true, true, true},
-            {57, "", "other", true, true, true, true},
-            {58, "false", "true", false, true, true, true},
-            {56, "", "other", true, true, true, true},
-            {195, "false", "true", false, true, true, true},
-            {204, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 3, 50, 5}, {},
         {70},
     };
     checkClass(row, MembersOf<QORDerivedType>::members);
@@ -338,17 +241,7 @@ TEST(QORDerivedTypeByTable, NativeLogicalDataTypeIsSetReflectedCopiedComparedAnd
 TEST(QOREnumeratedTypeMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         47, "ENUMERATED_TYPE_MAP", "EnumeratedTypeMap", false, 76,
-        {0, 33, 47, 60, 76},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {50, "", "other", true, true, true, true},
-            {51, "", "other", true, true, true, true},
-            {52, "LINEAGE", "STITCHING", false, true, true, true},
-        },
+        {33, 0, 60, 76, 47}, {},
         {},
     };
     checkClass(row, MembersOf<QOREnumeratedTypeMap>::members);
@@ -357,18 +250,7 @@ TEST(QOREnumeratedTypeMapByTable, ObjectsAreMadeReflectedCopiedComparedAndRecode
 TEST(QORExpressionNodeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         113, "EXPRESSION_NODE", "ExpressionNode", true, 0,
-        {0, 33, 113},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {182, "false", "true", false, true, true, true},
-            {183, "0", "-7", false, true, true, true},
-            {196, "", "other", true, true, true, true},
-            {203, "0", "123456", false, true, true, true},
-        },
+        {33, 0, 113}, {},
         {116, 104, 111, 114},
     };
     checkClass(row, MembersOf<QORExpressionNode, QORBranchingNode>::members);
@@ -413,20 +295,7 @@ TEST(QORExpressionNodeByTable, StatusIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORFeatureByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         77, "FEATURE", "Feature", true, 59,
-        {0, 33, 59, 77},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 77}, {},
         {102, 99},
     };
     checkClass(row, MembersOf<QORFeature, QORAliasFeature>::members);
@@ -444,20 +313,7 @@ TEST(QORFeatureByTable, PositionIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORFilterByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         89, "FILTER", "Filter", false, 75,
-        {0, 12, 33, 59, 75, 89},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {70, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 12, 75, 89}, {},
         {},
     };
     checkClass(row, MembersOf<QORFilter>::members);
@@ -475,22 +331,7 @@ TEST(QORFilterByTable, HideIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORGroupingByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         65, "GROUPING", "Grouping", false, 59,
-        {0, 33, 59, 65},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {75, "LEAF", "ALL", false, true, true, true},
-            {76, "0", "other", true, true, true, true},
-            {77, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 65}, {},
         {},
     };
     checkClass(row, MembersOf<QORGrouping>::members);
@@ -526,22 +367,7 @@ TEST(QORGroupingByTable, PositionIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORLevelAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         95, "LEVEL_ATTRIBUTE", "LevelAttribute", false, 99,
-        {0, 33, 59, 77, 95, 99},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 95}, {},
         {},
     };
     checkClass(row, MembersOf<QORLevelAttribute>::members);
@@ -550,19 +376,7 @@ TEST(QORLevelAttributeByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) 
 TEST(QORMetadataFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         35, "METADATA_FORMAT", "MetadataFormat", true, 32,
-        {0, 32, 33, 35, 58},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {147, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {205, "", "other", true, true, true, true},
-            {225, "00:00:00 ", "12:34:56 2001-02-03", false, false, false, true},
-            {226, "", "other", true, true, true, true},
-            {168, "", "other", true, true, true, false},
-        },
+        {33, 0, 58, 32, 35}, {168},
         {150, 81, 36},
     };
     checkClass(row, MembersOf<QORMetadataFormat, QORConfigurationFormat>::members);
@@ -571,19 +385,7 @@ TEST(QORMetadataFormatByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) 
 TEST(QORModelObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         59, "MODEL_OBJECT", "ModelObject", true, 0,
-        {0, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59}, {},
         {83, 12, 77, 3, 24, 18, 19, 100, 20, 10, 86, 144, 109, 65, 90, 91, 51, 52, 93, 138, 96, 23, 54, 53,
          124, 49, 7},
     };
@@ -638,29 +440,7 @@ TEST(QORModelObjectByTable, StereotypeIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QOROperationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         23, "OPERATION", "Operation", false, 59,
-        {0, 23, 33, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {111, "false", "true", false, true, true, true},
-            {112, "SEQUENTIAL", "SYNCHRONOUS", false, true, true, true},
-            {113, "false", "true", false, true, true, true},
-            {114, "PUBLIC", "IMPLEMENTATION", false, true, true, true},
-            {115, "false", "true", false, true, true, true},
-            {116, "false", "true", false, true, true, true},
-            {117, "0", "-7", false, true, true, true},
-            {118, "", "other", true, true, true, true},
-            {119, "", "other", true, true, true, true},
-            {120, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 23}, {},
         {67, 68},
     };
     checkClass(row, MembersOf<QOROperation>::members);
@@ -759,20 +539,7 @@ TEST(QOROperationByTable, SemanticsIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORPhysicalTargetByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         53, "PHYSICAL_TARGET", "PhysicalTarget", false, 59,
-        {0, 33, 53, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {123, "UNDEFINED", "NCR", false, true, true, true},
-        },
+        {33, 0, 59, 53}, {},
         {},
     };
     checkClass(row, MembersOf<QORPhysicalTarget>::members);
@@ -790,22 +557,7 @@ TEST(QORPhysicalTargetByTable, TargetTypeIsSetReflectedCopiedComparedAndRecoded)
 TEST(QORPromptAnswerByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         149, "PROMPT_ANSWER", "PromptAnswer", false, 99,
-        {0, 33, 59, 77, 99, 149},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {66, "0", "-7", false, true, true, true},
-            {151, "", "other", true, true, true, true},
-            {152, "false", "true", false, true, true, true},
-        },
+        {33, 0, 59, 77, 99, 149}, {},
         {},
     };
     checkClass(row, MembersOf<QORPromptAnswer>::members);
@@ -814,13 +566,7 @@ TEST(QORPromptAnswerByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORPropertyValueByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         71, "PROPERTY_VALUE", "PropertyValue", false, 33,
-        {33, 71},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, false},
-            {145, "", "other", true, true, true, true},
-            {144, "0", "-7", false, true, true, true},
-        },
+        {33, 71}, {174},
         {},
     };
     checkClass(row, MembersOf<QORPropertyValue>::members);
@@ -847,19 +593,7 @@ TEST(QORPropertyValueByTable, PositionIsSetReflectedCopiedComparedAndRecoded) {
 TEST(QORRealizationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         41, "REALIZATION", "Realization", false, 15,
-        {0, 12, 15, 33, 41, 59},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 15, 41}, {},
         {},
     };
     checkClass(row, MembersOf<QORRealization>::members);
@@ -868,20 +602,7 @@ TEST(QORRealizationByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORRecordFileSchemaByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         143, "RECORD_FILE_SCHEMA", "RecordFileSchema", false, 141,
-        {0, 33, 59, 141, 143, 144},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {194, "SOURCE_DESTINATION", "DESTINATION", false, true, true, true},
-        },
+        {33, 0, 59, 144, 141, 143}, {},
         {},
     };
     checkClass(row, MembersOf<QORRecordFileSchema>::members);
@@ -890,19 +611,7 @@ TEST(QORRecordFileSchemaByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded
 TEST(QORReportByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         119, "REPORT", "Report", false, 12,
-        {0, 12, 33, 59, 119},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-        },
+        {33, 0, 59, 12, 119}, {},
         {},
     };
     checkClass(row, MembersOf<QORReport>::members);
@@ -911,20 +620,7 @@ TEST(QORReportByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORReportListByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         125, "REPORT_LIST", "ReportList", false, 146,
-        {0, 33, 59, 124, 125, 146},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 146, 125}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportList>::members);
@@ -933,20 +629,7 @@ TEST(QORReportListByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
 TEST(QORReportRectangleByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         131, "REPORT_RECTANGLE", "ReportRectangle", false, 124,
-        {0, 33, 59, 124, 131},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-            {103, "", "other", true, false, true, true},
-            {104, "LOGICAL_PHYSICAL", "PHYSICAL_ONLY", false, true, true, true},
-            {106, "", "other", true, true, true, true},
-            {107, "DEVELOPMENTAL", "CANDIDATE", false, true, true, true},
-            {108, "", "other", true, true, true, true},
-            {186, "0", "-7", false, true, true, true},
-        },
+        {33, 0, 59, 124, 131}, {},
         {},
     };
     checkClass(row, MembersOf<QORReportRectangle>::members);
@@ -955,14 +638,7 @@ TEST(QORReportRectangleByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded)
 TEST(QORTransformationTaskByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         137, "TRANSFORMATION_TASK", "TransformationTask", false, 60,
-        {0, 33, 60, 137},
-        {
-            {173, "0", "123456", false, true, true, true},
-            {174, "", "other", true, true, true, true},
-            {65, "", "other", true, false, true, true},
-            {206, "", "other", true, false, true, true},
-            {207, "", "other", true, true, true, true},
-        },
+        {33, 0, 60, 137}, {},
         {},
     };
     checkClass(row, MembersOf<QORTransformationTask>::members);

@@ -10,11 +10,7 @@ using namespace table;
 TEST(QORObjectByTable, ObjectsAreMadeReflectedCopiedComparedAndRecoded) {
     ClassRow const row{
         0, "OBJECT", "Object", false, -1,
-        {0},
-        {
-            {0, "0", "123456", false, true, true, true},
-            {1, "", "other", true, true, true, true},
-        },
+        {0}, {},
         {3, 1},
     };
     checkClass(row, MembersOf<QORObject>::members);
