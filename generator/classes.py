@@ -28,6 +28,8 @@ TREES = {
     "QORPtrLinkTree", "QORNameLinkTree", "QOROptionalNameLinkTree", "QORNamePtrLinkTree",
     "QORNameElementTypeLinkTree", "QORTypeValueLinkTree", "QORFormatLinkTree", "QORModelElementLinkTree",
 }
+# The ends of a class and its bases: each has a bit in QORObject::linked, below QORRecipe::spare.
+MAXIMAL_ENDS = 62
 VECTORS = {"QORPtrLinkVector", "QORNameLinkVector"}
 # Views that are other names of the one of QORFeature.
 VIEW_ALIASES = {"QORAttributeByPosition", "QORSQLViewAttributeByPosition"}
@@ -77,7 +79,7 @@ class Link:
     doc: str
     owner: "Class" = None
     far: "Link" = None
-    index: int = -1
+    enumerator: str = ""
 
     @property
     def field(self):
@@ -159,8 +161,7 @@ def load(root, enumerations) -> Metamodel:
         _check_class(model, cls)
     _check_ids(model)
     model.links = [link for cls in model.classes for link in cls.links_in_field_order()]
-    for index, link in enumerate(model.links):
-        link.index = index
+    for link in model.links:
         _resolve_far(model, link)
     for link in model.links:
         _check_answer(model, link)
@@ -312,8 +313,11 @@ def _check_class(model, cls):
         _check_attribute(model, cls, attribute)
     for link in cls.links:
         entry = f"link {link.role}"
-        text = _text_of(model, "QORAssociationType", cls.path, entry, link.id)
-        _check_name(cls.path, entry, text, cls, link.role)
+        link.enumerator = _text_of(model, "QORAssociationType", cls.path, entry, link.id)
+        _check_name(cls.path, entry, link.enumerator, cls, link.role)
+    ends = sum(len(each.links) for each in cls.lineage())
+    if ends > MAXIMAL_ENDS:
+        raise TableError(cls.path, "class", f"has {ends} link ends with those of its bases; {MAXIMAL_ENDS} is the limit")
 
 
 def _check_fields(cls):

@@ -377,7 +377,7 @@ def virtual_source(cls):
 
 def link_source(cls, link):
     n, x, far = cls.name, link.accessor, link.far_class
-    end = f"QORMetamodel::ends[{link.index}]"
+    end = f"QORMetamodel::ends[QORAssociationType::{link.enumerator}]"
     cast = f"static_cast<{far}*>"
     out = [
         f"bool {n}::_add{x}(QORObject* far) {{\n    return QORRecipe::link(*this, {end}, far);\n}}\n",
@@ -419,8 +419,7 @@ def records_source(model, cls):
     if cls.links:
         out.append("    static QORLinkEntry const links[] = {")
         for link in cls.links:
-            text = model.enumerations["QORAssociationType"][link.id]
-            out.append(f'        {{QORAssociationType::{text}, "{link.role}", {link.index},\n'
+            out.append(f'        {{QORAssociationType::{link.enumerator}, "{link.role}",\n'
                        f"         static_cast<bool (QORObject::*)(QORObject*)>(&{n}::_add{link.accessor})}},")
         out.append("    };")
         links = f"{{links, {len(cls.links)}}}"
@@ -490,58 +489,110 @@ int {view}::compare2Key(QORContainerItem const* item, QORContainerKey const* key
 # ---- descriptions -------------------------------------------------------------------------------------------
 
 
-def metamodel_source(model):
-    lists, places, strings, descriptions = [], [], [], []
-    for cls in model.classes:
+class EndLists:
+    """The lists of ends that a class's description holds, in an array of the class as far as none of a base's serves.
+    `texts` are the descriptions' initializers."""
+
+    def __init__(self, cls, bases):
+        self.cls, self.ends, self.places = cls, [], []
+        self.bases = bases  # the lists of the bases, the nearest first
         up = list(cls.lineage())
         down = up[::-1]
-        own = [link.index for link in cls.links_in_field_order()]
         take_apart = []
         for each in down:
-            take_apart += [c.index for c in own_children(each) if not c.left_to_destructor]
-            take_apart += [o.index for o in each.links_in_field_order() if o.kind in ("ref", "back-ref")]
-        ranges = [
-            list_range(lists, own),
-            list_range(lists, [link.index for each in up for link in each.links_in_field_order()]),
-            list_range(lists, [link.index for each in up for link in own_parents(each)]),
-            list_range(lists, [link.index for each in down for link in own_children(each)]),
-            list_range(lists, take_apart),
-        ]
-        first = len(strings)
-        strings += [f"offsetof({each.name}, {a.field})" for each in up for a in own_strings(each)]
-        bits = ", ".join([
-            hex((1 << sum(len(each.links) for each in up)) - 1),
-            bits_of(link for each in up for link in own_parents(each)),
-            bits_of(link for each in up for link in own_children(each)),
-        ])
-        rank = {index: place for place, index in enumerate(take_apart, 1)}
+            take_apart += [c for c in own_children(each) if not c.left_to_destructor]
+            take_apart += [o for o in each.links_in_field_order() if o.kind in ("ref", "back-ref")]
+        self.texts = [self.list(links) for links in (
+            cls.links_in_field_order(),
+            [link for each in up for link in each.links_in_field_order()],
+            [link for each in up for link in own_parents(each)],
+            [link for each in down for link in own_children(each)],
+            take_apart,
+        )]
+        rank = {link.id: place for place, link in enumerate(take_apart, 1)}
         ends = sorted((link for each in up for link in each.links), key=bit_of)
-        ranks = list_range(places, [rank.get(link.index, 255) for link in ends])[0]
-        spans = ", ".join(f"{{QORMetamodel::lists + {at}, {count}}}" for at, count in ranges)
-        descriptions.append(f'QORClassDescription const describe{cls.display}{{&typeid({cls.name}), "{cls.display}", '
-                            f"QORElementType::{cls.enumerator}, {spans}, QORMetamodel::places + {ranks}, {bits}, "
-                            f"{{QORMetamodel::strings + {first}, {len(strings) - first}}}}};")
-    out = [HEADING + '#include "kernel/QORClassDescription.h"\n']
+        self.texts.append(self.places_of([str(rank.get(link.id, 255)) for link in ends]))
+
+    def list(self, links):
+        items = [str(link.id) for link in links]
+        if not items:
+            return "{nullptr, 0}"
+        for lists in [self] + self.bases:
+            for at in range(len(lists.ends) - len(items) + 1):
+                if lists.ends[at:at + len(items)] == items:
+                    return f"{{endsOf{lists.cls.display} + {at}, {len(items)}}}"
+        self.ends += items
+        return f"{{endsOf{self.cls.display} + {len(self.ends) - len(items)}, {len(items)}}}"
+
+    def places_of(self, items):
+        if not items:
+            return "nullptr"
+        for lists in self.bases:
+            if lists.places == items:
+                return "placesOf" + lists.cls.display
+        self.places = items
+        return "placesOf" + self.cls.display
+
+
+def all_end_lists(model):
+    """The lists of all classes, those of a class behind those of its bases."""
+    made = {}
+    for cls in sorted(model.classes, key=lambda c: len(list(c.lineage()))):
+        made[cls.name] = EndLists(cls, [made[base.name] for base in list(cls.lineage())[1:]])
+    return made
+
+
+def array(kind, name, items):
+    """The lines of a constant array; none without items."""
+    if not items:
+        return []
+    return [f"constexpr {kind} {name}[] = {{", *(f"    {', '.join(items[i:i + 20])}," for i in range(0, len(items), 20)), "};"]
+
+
+def metamodel_source(model):
+    lists = all_end_lists(model)
+    arrays = []
+    for each in lists.values():
+        arrays += array("std::uint16_t", "endsOf" + each.cls.display, each.ends)
+        arrays += array("std::uint8_t", "placesOf" + each.cls.display, each.places)
+    strings, descriptions = [], []
+    for cls in model.classes:
+        own = [f"offsetof({each.name}, {a.field})" for each in cls.lineage() for a in own_strings(each)]
+        descriptions.append(description(cls, lists[cls.name], f"{{QORMetamodel::strings + {len(strings)}, {len(own)}}}"))
+        strings += own
+    out = [HEADING + '#include "kernel/QORClassDescription.h"\n', "#include <qor/QORAssociationType.h>"]
     out += [f"#include <qor/{cls.name}.h>" for cls in model.classes]
     out += ["", "#include <cstddef>", "", "QORLinkEnd const QORMetamodel::ends[] = {"]
-    for link in model.links:
-        out.append(f"    {{offsetof({link.owner.name}, {link.field}), {link.far.index}, QOREndShape::{link.shape}, "
-                   f"QORMetaLinkType::{KINDS[link.kind]}, QORElementType::{link.owner.enumerator}, "
-                   f"{bit_of(link)}, {str(link.left_to_destructor).lower()}, {str(is_keyed(link)).lower()}}}, "
-                   f"// {link.index} {link.owner.name}.{link.role}")
-    out += ["};", "", "std::uint16_t const QORMetamodel::lists[] = {"]
-    out += ["    " + ", ".join(map(str, lists[i:i + 20])) + "," for i in range(0, len(lists), 20)]
-    out += ["};", "", "std::uint8_t const QORMetamodel::places[] = {"]
-    out += ["    " + ", ".join(map(str, places[i:i + 20])) + "," for i in range(0, len(places), 20)]
+    links = {link.id: link for link in model.links}
+    numbers = range(len(model.enumerations["QORAssociationType"]))
+    out += [end_row(links[number]) if number in links else f"    {{}}, // {number}, retired" for number in numbers]
     out += ["};", "", "std::uint16_t const QORMetamodel::strings[] = {"]
     out += [f"    {text}," for text in strings]
-    out += ["};", "", "namespace {", ""] + descriptions + ["", "} // namespace", ""]
-    by_id = {cls.id: cls for cls in model.classes}
-    last = max(by_id)
+    out += ["};", "", "namespace {", ""] + arrays + [""] + descriptions + ["", "} // namespace", ""]
+    classes = {cls.id: cls for cls in model.classes}
     out.append("QORClassDescription const* const QORMetamodel::descriptions[] = {")
-    out += [f"    &describe{by_id[i].display}," if i in by_id else "    nullptr," for i in range(last + 1)]
-    out += ["};", "", f"int const QORMetamodel::descriptionCount = {last + 1};"]
+    numbers = range(len(model.enumerations["QORElementType"]))
+    out += [f"    &describe{classes[i].display}," if i in classes else "    nullptr," for i in numbers]
+    out += ["};", "", f"int const QORMetamodel::descriptionCount = {len(numbers)};"]
     return "\n".join(out) + "\n"
+
+
+def end_row(link):
+    return (f"    {{offsetof({link.owner.name}, {link.field}), QORAssociationType::{link.far.enumerator}, "
+            f"QOREndShape::{link.shape}, QORMetaLinkType::{KINDS[link.kind]}, QORElementType::{link.owner.enumerator}, "
+            f"{bit_of(link)}, {str(link.left_to_destructor).lower()}, {str(is_keyed(link)).lower()}}}, "
+            f"// {link.enumerator}")
+
+
+def description(cls, lists, strings):
+    up = list(cls.lineage())
+    bits = ", ".join([
+        hex((1 << sum(len(each.links) for each in up)) - 1),
+        bits_of(link for each in up for link in own_parents(each)),
+        bits_of(link for each in up for link in own_children(each)),
+    ])
+    return (f'QORClassDescription const describe{cls.display}{{&typeid({cls.name}), "{cls.display}", '
+            f"QORElementType::{cls.enumerator}, {', '.join(lists.texts)}, {bits}, {strings}}};")
 
 
 def is_keyed(link):
@@ -556,15 +607,6 @@ def bit_of(link):
 
 def bits_of(links):
     return hex(sum(1 << bit_of(link) for link in links))
-
-
-def list_range(lists, items):
-    """Where a list of indices stands in the common array; an equal one that stands there already serves."""
-    for at in range(len(lists) - len(items) + 1):
-        if lists[at:at + len(items)] == items:
-            return at, len(items)
-    lists += items
-    return len(lists) - len(items), len(items)
 
 
 # ---- factory and records ------------------------------------------------------------------------------------

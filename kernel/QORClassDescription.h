@@ -12,7 +12,7 @@ enum class QOREndShape : std::uint8_t { UNARY, TREE, VECTOR };
 /// One link end as the recipe sees it.
 struct QORLinkEnd {
     std::uint16_t offset; ///< of the field in the object, in bytes
-    std::uint16_t far;    ///< the end that answers this one, as an index into `QORMetamodel::ends`
+    std::uint16_t far;    ///< the end that answers this one, by QORAssociationType
     QOREndShape shape;
     std::uint8_t type;     ///< QORMetaLinkType
     std::uint8_t owner;    ///< element type of the class that declares the end
@@ -21,7 +21,7 @@ struct QORLinkEnd {
     bool keyed;            ///< sorted by what may change while an element is in it, such as its name
 };
 
-/// A constant list of indices into `QORMetamodel::ends`, or of field offsets.
+/// A constant list of ends by QORAssociationType, or of field offsets.
 struct QORIndexList {
     std::uint16_t const* first;
     std::uint16_t count;
@@ -53,12 +53,8 @@ struct QORClassDescription {
 
 /// The metamodel as constant data, made by the generator from the class tables.
 struct QORMetamodel {
-    /// All link ends.
+    /// All link ends, by QORAssociationType; the place of a retired one is empty.
     static QORLinkEnd const ends[];
-    /// The index lists of the descriptions, one behind the other.
-    static std::uint16_t const lists[];
-    /// The places of ends in `takeApart`, one list behind the other.
-    static std::uint8_t const places[];
     /// The offsets of text attributes, one list behind the other.
     static std::uint16_t const strings[];
     /// The descriptions by element type; null for retired ones.

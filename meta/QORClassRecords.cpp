@@ -30,7 +30,7 @@ QORClassRecords::QORClassRecords(QORClassDescription const& description, QORMeta
         attributeRecords.emplace_back(&record, entry.id, entry.displayName, entry.type, entry.defaultValue,
                                       entry.get, entry.set, entry.idByName, entry.nameById);
     for (QORLinkEntry const& entry : links) {
-        QORLinkEnd const& end = QORMetamodel::ends[entry.end];
+        QORLinkEnd const& end = QORMetamodel::ends[entry.id];
         bool const unary = end.shape == QOREndShape::UNARY;
         linkRecords.emplace_back(
             &record, entry.id, entry.roleName, unary, static_cast<QORMetaLinkType>(end.type),

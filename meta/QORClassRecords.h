@@ -25,7 +25,6 @@ struct QORAttributeEntry {
 struct QORLinkEntry {
     QORAssociationType id;
     char const* roleName;
-    std::size_t end; ///< index into `QORMetamodel::ends`
     QORMetaLink::Add add;
 };
 

@@ -8,17 +8,19 @@
 
 namespace {
 
-template <class Records, class Texts>
-constexpr bool onePlaceForEachText =
-    std::extent_v<Records> + 1 == std::extent_v<Texts>; // the null at the end
+/// The number of texts in a vocabulary's array, without the null at the end.
+template <class Texts>
+constexpr int placesIn = static_cast<int>(std::extent_v<Texts>) - 1;
+
+QORMetaClass* classesById[placesIn<decltype(QorElementTypeStringArray)>];
+QORMetaAttribute* attributesById[placesIn<decltype(QorAttributeTypeStringArray)>];
+QORMetaLink* linksById[placesIn<decltype(QorAssociationTypeStringArray)>];
 
 } // namespace
 
-QORMetaRepository::QORMetaRepository() : byDisplayName(new QORMetaClassDisplayNameHashtable(151)) {
-    static_assert(onePlaceForEachText<decltype(metaClasses), decltype(QorElementTypeStringArray)>);
-    static_assert(onePlaceForEachText<decltype(metaAttributes), decltype(QorAttributeTypeStringArray)>);
-    static_assert(onePlaceForEachText<decltype(metaLinks), decltype(QorAssociationTypeStringArray)>);
-}
+QORMetaRepository::QORMetaRepository()
+    : metaClasses(classesById), metaAttributes(attributesById), metaLinks(linksById),
+      byDisplayName(new QORMetaClassDisplayNameHashtable(placesIn<decltype(QorElementTypeStringArray)>)) {}
 
 QORMetaRepository::~QORMetaRepository() = default;
 

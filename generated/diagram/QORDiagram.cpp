@@ -71,15 +71,15 @@ QORMetaClass* QORDiagram::getMetaClass() const {
 }
 
 bool QORDiagram::_addDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[90], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DESIGN_PACKAGE], far);
 }
 
 bool QORDiagram::addDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[90], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DESIGN_PACKAGE], far);
 }
 
 bool QORDiagram::removeDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[90], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORDiagram::getDesignPackage() const {
@@ -87,19 +87,19 @@ QORDesignPackage* QORDiagram::getDesignPackage() const {
 }
 
 bool QORDiagram::removeDesignPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[90]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DESIGN_PACKAGE]);
 }
 
 bool QORDiagram::_addDefaultOfDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[91], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE], far);
 }
 
 bool QORDiagram::addDefaultOfDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[91], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE], far);
 }
 
 bool QORDiagram::removeDefaultOfDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[91], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORDiagram::getDefaultOfDesignPackage() const {
@@ -107,74 +107,74 @@ QORDesignPackage* QORDiagram::getDefaultOfDesignPackage() const {
 }
 
 bool QORDiagram::removeDefaultOfDesignPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[91]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE]);
 }
 
 bool QORDiagram::_addModelElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[92], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT], far);
 }
 
 bool QORDiagram::addModelElement(QORModelElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[92], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT], far);
 }
 
 bool QORDiagram::removeModelElement(QORModelElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[92], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT], far);
 }
 
 QORModelElement* QORDiagram::getModelElement(int index) const {
-    return static_cast<QORModelElement*>(QORRecipe::at(*this, QORMetamodel::ends[92], index));
+    return static_cast<QORModelElement*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT], index));
 }
 
 bool QORDiagram::removeModelElement(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[92], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT], index);
 }
 
 bool QORDiagram::removeModelElement(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[92], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT], wanted, cursor);
 }
 
 void QORDiagram::removeModelElements() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[92]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__MODEL_ELEMENT]);
 }
 
 bool QORDiagram::_addPresentationElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[93], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT], far);
 }
 
 bool QORDiagram::addPresentationElement(QORPresentationElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[93], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT], far);
 }
 
 bool QORDiagram::removePresentationElement(QORPresentationElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[93], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT], far);
 }
 
 QORPresentationElement* QORDiagram::getPresentationElement(int index) const {
-    return static_cast<QORPresentationElement*>(QORRecipe::at(*this, QORMetamodel::ends[93], index));
+    return static_cast<QORPresentationElement*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT], index));
 }
 
 bool QORDiagram::removePresentationElement(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[93], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT], index);
 }
 
 bool QORDiagram::removePresentationElement(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[93], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT], wanted, cursor);
 }
 
 void QORDiagram::removePresentationElements() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[93]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT]);
 }
 
 QORMetaClass* QORDiagram::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DIAGRAM__DESIGN_PACKAGE, "designPackage", 90,
+        {QORAssociationType::DIAGRAM__DESIGN_PACKAGE, "designPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDiagram::_addDesignPackage)},
-        {QORAssociationType::DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE, "defaultOfDesignPackage", 91,
+        {QORAssociationType::DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE, "defaultOfDesignPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDiagram::_addDefaultOfDesignPackage)},
-        {QORAssociationType::DIAGRAM__MODEL_ELEMENT, "modelElement", 92,
+        {QORAssociationType::DIAGRAM__MODEL_ELEMENT, "modelElement",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDiagram::_addModelElement)},
-        {QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT, "presentationElement", 93,
+        {QORAssociationType::DIAGRAM__PRESENTATION_ELEMENT, "presentationElement",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDiagram::_addPresentationElement)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DIAGRAM), QORModelObject::getStaticMetaClass(), true,

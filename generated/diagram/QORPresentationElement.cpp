@@ -61,15 +61,15 @@ QORMetaClass* QORPresentationElement::getMetaClass() const {
 }
 
 bool QORPresentationElement::_addDiagram(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[264], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__DIAGRAM], far);
 }
 
 bool QORPresentationElement::addDiagram(QORDiagram* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[264], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__DIAGRAM], far);
 }
 
 bool QORPresentationElement::removeDiagram(QORDiagram* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[264], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__DIAGRAM], far);
 }
 
 QORDiagram* QORPresentationElement::getDiagram() const {
@@ -77,19 +77,19 @@ QORDiagram* QORPresentationElement::getDiagram() const {
 }
 
 bool QORPresentationElement::removeDiagram() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[264]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__DIAGRAM]);
 }
 
 bool QORPresentationElement::_addSubjectModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[265], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT], far);
 }
 
 bool QORPresentationElement::addSubjectModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[265], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT], far);
 }
 
 bool QORPresentationElement::removeSubjectModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[265], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORPresentationElement::getSubjectModelObject() const {
@@ -97,14 +97,14 @@ QORModelObject* QORPresentationElement::getSubjectModelObject() const {
 }
 
 bool QORPresentationElement::removeSubjectModelObject() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[265]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT]);
 }
 
 QORMetaClass* QORPresentationElement::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PRESENTATION_ELEMENT__DIAGRAM, "diagram", 264,
+        {QORAssociationType::PRESENTATION_ELEMENT__DIAGRAM, "diagram",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPresentationElement::_addDiagram)},
-        {QORAssociationType::PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT, "subjectModelObject", 265,
+        {QORAssociationType::PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT, "subjectModelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPresentationElement::_addSubjectModelObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PRESENTATION_ELEMENT), QORObject::getStaticMetaClass(), true,

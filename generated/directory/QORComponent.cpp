@@ -43,66 +43,66 @@ QORMetaClass* QORComponent::getMetaClass() const {
 }
 
 bool QORComponent::_addReferencedByComponent(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[62], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT], far);
 }
 
 bool QORComponent::addReferencedByComponent(QORComponent* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[62], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT], far);
 }
 
 bool QORComponent::removeReferencedByComponent(QORComponent* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[62], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT], far);
 }
 
 QORComponent* QORComponent::getReferencedByComponent(int index) const {
-    return static_cast<QORComponent*>(QORRecipe::at(*this, QORMetamodel::ends[62], index));
+    return static_cast<QORComponent*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT], index));
 }
 
 bool QORComponent::removeReferencedByComponent(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[62], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT], index);
 }
 
 bool QORComponent::removeReferencedByComponent(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[62], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT], wanted, cursor);
 }
 
 void QORComponent::removeReferencedByComponents() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[62]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT]);
 }
 
 bool QORComponent::_addReferencedComponent(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[63], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT], far);
 }
 
 bool QORComponent::addReferencedComponent(QORComponent* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[63], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT], far);
 }
 
 bool QORComponent::removeReferencedComponent(QORComponent* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[63], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT], far);
 }
 
 QORComponent* QORComponent::getReferencedComponent(int index) const {
-    return static_cast<QORComponent*>(QORRecipe::at(*this, QORMetamodel::ends[63], index));
+    return static_cast<QORComponent*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT], index));
 }
 
 bool QORComponent::removeReferencedComponent(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[63], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT], index);
 }
 
 bool QORComponent::removeReferencedComponent(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[63], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT], wanted, cursor);
 }
 
 void QORComponent::removeReferencedComponents() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[63]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::COMPONENT__REFERENCED__COMPONENT]);
 }
 
 QORMetaClass* QORComponent::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT, "referencedByComponent", 62,
+        {QORAssociationType::COMPONENT__REFERENCED_BY__COMPONENT, "referencedByComponent",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORComponent::_addReferencedByComponent)},
-        {QORAssociationType::COMPONENT__REFERENCED__COMPONENT, "referencedComponent", 63,
+        {QORAssociationType::COMPONENT__REFERENCED__COMPONENT, "referencedComponent",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORComponent::_addReferencedComponent)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::COMPONENT), QORRepositoryObject::getStaticMetaClass(), true,

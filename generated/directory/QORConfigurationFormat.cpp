@@ -53,36 +53,36 @@ QORMetaClass* QORConfigurationFormat::getMetaClass() const {
 }
 
 bool QORConfigurationFormat::_addMetadataFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[66], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT], far);
 }
 
 bool QORConfigurationFormat::addMetadataFormat(QORMetadataFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[66], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT], far);
 }
 
 bool QORConfigurationFormat::removeMetadataFormat(QORMetadataFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[66], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT], far);
 }
 
 QORMetadataFormat* QORConfigurationFormat::getMetadataFormat(int index) const {
-    return static_cast<QORMetadataFormat*>(QORRecipe::at(*this, QORMetamodel::ends[66], index));
+    return static_cast<QORMetadataFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT], index));
 }
 
 bool QORConfigurationFormat::removeMetadataFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[66], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT], index);
 }
 
 bool QORConfigurationFormat::removeMetadataFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[66], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT], wanted, cursor);
 }
 
 void QORConfigurationFormat::removeMetadataFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[66]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT]);
 }
 
 QORMetaClass* QORConfigurationFormat::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT, "metadataFormat", 66,
+        {QORAssociationType::CONFIGURATION_FORMAT__METADATA_FORMAT, "metadataFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORConfigurationFormat::_addMetadataFormat)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CONFIGURATION_FORMAT), QORMetadataFormat::getStaticMetaClass(), false,

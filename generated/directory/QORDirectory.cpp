@@ -67,66 +67,66 @@ QORMetaClass* QORDirectory::getMetaClass() const {
 }
 
 bool QORDirectory::_addProduct(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[102], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT], far);
 }
 
 bool QORDirectory::addProduct(QORProduct* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[102], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT], far);
 }
 
 bool QORDirectory::removeProduct(QORProduct* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[102], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT], far);
 }
 
 QORProduct* QORDirectory::getProduct(int index) const {
-    return static_cast<QORProduct*>(QORRecipe::at(*this, QORMetamodel::ends[102], index));
+    return static_cast<QORProduct*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT], index));
 }
 
 bool QORDirectory::removeProduct(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[102], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT], index);
 }
 
 bool QORDirectory::removeProduct(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[102], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT], wanted, cursor);
 }
 
 void QORDirectory::removeProducts() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[102]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PRODUCT]);
 }
 
 bool QORDirectory::_addPropertyElementTypeScope(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[103], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORDirectory::addPropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[103], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORDirectory::removePropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[103], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 QORPropertyElementTypeScope* QORDirectory::getPropertyElementTypeScope(int index) const {
-    return static_cast<QORPropertyElementTypeScope*>(QORRecipe::at(*this, QORMetamodel::ends[103], index));
+    return static_cast<QORPropertyElementTypeScope*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE], index));
 }
 
 bool QORDirectory::removePropertyElementTypeScope(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[103], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE], index);
 }
 
 bool QORDirectory::removePropertyElementTypeScope(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[103], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE], wanted, cursor);
 }
 
 void QORDirectory::removePropertyElementTypeScopes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[103]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE]);
 }
 
 QORMetaClass* QORDirectory::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DIRECTORY__PRODUCT, "product", 102,
+        {QORAssociationType::DIRECTORY__PRODUCT, "product",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDirectory::_addProduct)},
-        {QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope", 103,
+        {QORAssociationType::DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDirectory::_addPropertyElementTypeScope)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DIRECTORY), QORRepositoryObject::getStaticMetaClass(), false,

@@ -61,15 +61,15 @@ QORMetaClass* QORFormat::getMetaClass() const {
 }
 
 bool QORFormat::_addVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[153], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FORMAT__VERSION], far);
 }
 
 bool QORFormat::addVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[153], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FORMAT__VERSION], far);
 }
 
 bool QORFormat::removeVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[153], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FORMAT__VERSION], far);
 }
 
 QORVersion* QORFormat::getVersion() const {
@@ -77,19 +77,19 @@ QORVersion* QORFormat::getVersion() const {
 }
 
 bool QORFormat::removeVersion() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[153]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FORMAT__VERSION]);
 }
 
 bool QORFormat::_addDefaultOfVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[154], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FORMAT__DEFAULT_OF__VERSION], far);
 }
 
 bool QORFormat::addDefaultOfVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[154], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FORMAT__DEFAULT_OF__VERSION], far);
 }
 
 bool QORFormat::removeDefaultOfVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[154], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FORMAT__DEFAULT_OF__VERSION], far);
 }
 
 QORVersion* QORFormat::getDefaultOfVersion() const {
@@ -97,19 +97,19 @@ QORVersion* QORFormat::getDefaultOfVersion() const {
 }
 
 bool QORFormat::removeDefaultOfVersion() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[154]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FORMAT__DEFAULT_OF__VERSION]);
 }
 
 bool QORFormat::_addOriginalOfVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[155], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FORMAT__ORIGINAL_OF__VERSION], far);
 }
 
 bool QORFormat::addOriginalOfVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[155], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FORMAT__ORIGINAL_OF__VERSION], far);
 }
 
 bool QORFormat::removeOriginalOfVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[155], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FORMAT__ORIGINAL_OF__VERSION], far);
 }
 
 QORVersion* QORFormat::getOriginalOfVersion() const {
@@ -117,7 +117,7 @@ QORVersion* QORFormat::getOriginalOfVersion() const {
 }
 
 bool QORFormat::removeOriginalOfVersion() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[155]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FORMAT__ORIGINAL_OF__VERSION]);
 }
 
 QORMetaClass* QORFormat::getStaticMetaClass() {
@@ -128,11 +128,11 @@ QORMetaClass* QORFormat::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::FORMAT__VERSION, "version", 153,
+        {QORAssociationType::FORMAT__VERSION, "version",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFormat::_addVersion)},
-        {QORAssociationType::FORMAT__DEFAULT_OF__VERSION, "defaultOfVersion", 154,
+        {QORAssociationType::FORMAT__DEFAULT_OF__VERSION, "defaultOfVersion",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFormat::_addDefaultOfVersion)},
-        {QORAssociationType::FORMAT__ORIGINAL_OF__VERSION, "originalOfVersion", 155,
+        {QORAssociationType::FORMAT__ORIGINAL_OF__VERSION, "originalOfVersion",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFormat::_addOriginalOfVersion)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::FORMAT), QORRepositoryObject::getStaticMetaClass(), true,

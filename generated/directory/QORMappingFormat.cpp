@@ -63,15 +63,15 @@ QORMetaClass* QORMappingFormat::getMetaClass() const {
 }
 
 bool QORMappingFormat::_addMappingModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[210], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__MAPPING_MODEL], far);
 }
 
 bool QORMappingFormat::addMappingModel(QORMappingModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[210], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__MAPPING_MODEL], far);
 }
 
 bool QORMappingFormat::removeMappingModel(QORMappingModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[210], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__MAPPING_MODEL], far);
 }
 
 QORMappingModel* QORMappingFormat::getMappingModel() const {
@@ -79,72 +79,72 @@ QORMappingModel* QORMappingFormat::getMappingModel() const {
 }
 
 bool QORMappingFormat::removeMappingModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[210]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__MAPPING_MODEL]);
 }
 
 bool QORMappingFormat::_addSourceModelFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[211], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT], far);
 }
 
 bool QORMappingFormat::addSourceModelFormat(QORModelFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[211], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT], far);
 }
 
 bool QORMappingFormat::removeSourceModelFormat(QORModelFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[211], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT], far);
 }
 
 QORModelFormat* QORMappingFormat::getSourceModelFormat(int index) const {
-    return static_cast<QORModelFormat*>(QORRecipe::at(*this, QORMetamodel::ends[211], index));
+    return static_cast<QORModelFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT], index));
 }
 
 bool QORMappingFormat::removeSourceModelFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[211], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT], index);
 }
 
 bool QORMappingFormat::removeSourceModelFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[211], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT], wanted, cursor);
 }
 
 void QORMappingFormat::removeSourceModelFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[211]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT]);
 }
 
 bool QORMappingFormat::_addDestinationModelFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[212], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT], far);
 }
 
 bool QORMappingFormat::addDestinationModelFormat(QORModelFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[212], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT], far);
 }
 
 bool QORMappingFormat::removeDestinationModelFormat(QORModelFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[212], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT], far);
 }
 
 QORModelFormat* QORMappingFormat::getDestinationModelFormat(int index) const {
-    return static_cast<QORModelFormat*>(QORRecipe::at(*this, QORMetamodel::ends[212], index));
+    return static_cast<QORModelFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT], index));
 }
 
 bool QORMappingFormat::removeDestinationModelFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[212], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT], index);
 }
 
 bool QORMappingFormat::removeDestinationModelFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[212], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT], wanted, cursor);
 }
 
 void QORMappingFormat::removeDestinationModelFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[212]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT]);
 }
 
 QORMetaClass* QORMappingFormat::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MAPPING_FORMAT__MAPPING_MODEL, "mappingModel", 210,
+        {QORAssociationType::MAPPING_FORMAT__MAPPING_MODEL, "mappingModel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingFormat::_addMappingModel)},
-        {QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT, "sourceModelFormat", 211,
+        {QORAssociationType::MAPPING_FORMAT__SOURCE__MODEL_FORMAT, "sourceModelFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingFormat::_addSourceModelFormat)},
-        {QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT, "destinationModelFormat", 212,
+        {QORAssociationType::MAPPING_FORMAT__DESTINATION__MODEL_FORMAT, "destinationModelFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingFormat::_addDestinationModelFormat)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MAPPING_FORMAT), QORMetadataFormat::getStaticMetaClass(), false,

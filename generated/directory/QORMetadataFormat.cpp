@@ -44,36 +44,36 @@ QORMetaClass* QORMetadataFormat::getMetaClass() const {
 }
 
 bool QORMetadataFormat::_addConfigurationFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[220], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT], far);
 }
 
 bool QORMetadataFormat::addConfigurationFormat(QORConfigurationFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[220], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT], far);
 }
 
 bool QORMetadataFormat::removeConfigurationFormat(QORConfigurationFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[220], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT], far);
 }
 
 QORConfigurationFormat* QORMetadataFormat::getConfigurationFormat(int index) const {
-    return static_cast<QORConfigurationFormat*>(QORRecipe::at(*this, QORMetamodel::ends[220], index));
+    return static_cast<QORConfigurationFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT], index));
 }
 
 bool QORMetadataFormat::removeConfigurationFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[220], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT], index);
 }
 
 bool QORMetadataFormat::removeConfigurationFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[220], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT], wanted, cursor);
 }
 
 void QORMetadataFormat::removeConfigurationFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[220]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT]);
 }
 
 QORMetaClass* QORMetadataFormat::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT, "configurationFormat", 220,
+        {QORAssociationType::METADATA_FORMAT__CONFIGURATION_FORMAT, "configurationFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMetadataFormat::_addConfigurationFormat)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::METADATA_FORMAT), QORFormat::getStaticMetaClass(), true,

@@ -63,15 +63,15 @@ QORMetaClass* QORModelFormat::getMetaClass() const {
 }
 
 bool QORModelFormat::_addModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[231], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__MODEL], far);
 }
 
 bool QORModelFormat::addModel(QORModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[231], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__MODEL], far);
 }
 
 bool QORModelFormat::removeModel(QORModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[231], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__MODEL], far);
 }
 
 QORModel* QORModelFormat::getModel() const {
@@ -79,72 +79,72 @@ QORModel* QORModelFormat::getModel() const {
 }
 
 bool QORModelFormat::removeModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[231]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__MODEL]);
 }
 
 bool QORModelFormat::_addSourceOfMappingFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[232], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT], far);
 }
 
 bool QORModelFormat::addSourceOfMappingFormat(QORMappingFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[232], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT], far);
 }
 
 bool QORModelFormat::removeSourceOfMappingFormat(QORMappingFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[232], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT], far);
 }
 
 QORMappingFormat* QORModelFormat::getSourceOfMappingFormat(int index) const {
-    return static_cast<QORMappingFormat*>(QORRecipe::at(*this, QORMetamodel::ends[232], index));
+    return static_cast<QORMappingFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT], index));
 }
 
 bool QORModelFormat::removeSourceOfMappingFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[232], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT], index);
 }
 
 bool QORModelFormat::removeSourceOfMappingFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[232], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT], wanted, cursor);
 }
 
 void QORModelFormat::removeSourceOfMappingFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[232]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT]);
 }
 
 bool QORModelFormat::_addDestinationOfMappingFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[233], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT], far);
 }
 
 bool QORModelFormat::addDestinationOfMappingFormat(QORMappingFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[233], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT], far);
 }
 
 bool QORModelFormat::removeDestinationOfMappingFormat(QORMappingFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[233], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT], far);
 }
 
 QORMappingFormat* QORModelFormat::getDestinationOfMappingFormat(int index) const {
-    return static_cast<QORMappingFormat*>(QORRecipe::at(*this, QORMetamodel::ends[233], index));
+    return static_cast<QORMappingFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT], index));
 }
 
 bool QORModelFormat::removeDestinationOfMappingFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[233], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT], index);
 }
 
 bool QORModelFormat::removeDestinationOfMappingFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[233], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT], wanted, cursor);
 }
 
 void QORModelFormat::removeDestinationOfMappingFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[233]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT]);
 }
 
 QORMetaClass* QORModelFormat::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MODEL_FORMAT__MODEL, "model", 231,
+        {QORAssociationType::MODEL_FORMAT__MODEL, "model",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelFormat::_addModel)},
-        {QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT, "sourceOfMappingFormat", 232,
+        {QORAssociationType::MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT, "sourceOfMappingFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelFormat::_addSourceOfMappingFormat)},
-        {QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT, "destinationOfMappingFormat", 233,
+        {QORAssociationType::MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT, "destinationOfMappingFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelFormat::_addDestinationOfMappingFormat)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MODEL_FORMAT), QORMetadataFormat::getStaticMetaClass(), false,

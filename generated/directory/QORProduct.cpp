@@ -89,15 +89,15 @@ QORMetaClass* QORProduct::getMetaClass() const {
 }
 
 bool QORProduct::_addDirectory(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[266], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DIRECTORY], far);
 }
 
 bool QORProduct::addDirectory(QORDirectory* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[266], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DIRECTORY], far);
 }
 
 bool QORProduct::removeDirectory(QORDirectory* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[266], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DIRECTORY], far);
 }
 
 QORDirectory* QORProduct::getDirectory() const {
@@ -105,19 +105,19 @@ QORDirectory* QORProduct::getDirectory() const {
 }
 
 bool QORProduct::removeDirectory() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[266]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DIRECTORY]);
 }
 
 bool QORProduct::_addParentProduct(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[267], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__PARENT__PRODUCT], far);
 }
 
 bool QORProduct::addParentProduct(QORProduct* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[267], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__PARENT__PRODUCT], far);
 }
 
 bool QORProduct::removeParentProduct(QORProduct* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[267], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__PARENT__PRODUCT], far);
 }
 
 QORProduct* QORProduct::getParentProduct() const {
@@ -125,19 +125,19 @@ QORProduct* QORProduct::getParentProduct() const {
 }
 
 bool QORProduct::removeParentProduct() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[267]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__PARENT__PRODUCT]);
 }
 
 bool QORProduct::_addDefaultVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[268], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DEFAULT__VERSION], far);
 }
 
 bool QORProduct::addDefaultVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[268], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DEFAULT__VERSION], far);
 }
 
 bool QORProduct::removeDefaultVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[268], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DEFAULT__VERSION], far);
 }
 
 QORVersion* QORProduct::getDefaultVersion() const {
@@ -145,63 +145,63 @@ QORVersion* QORProduct::getDefaultVersion() const {
 }
 
 bool QORProduct::removeDefaultVersion() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[268]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__DEFAULT__VERSION]);
 }
 
 bool QORProduct::_addVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[269], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION], far);
 }
 
 bool QORProduct::addVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[269], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION], far);
 }
 
 bool QORProduct::removeVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[269], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION], far);
 }
 
 QORVersion* QORProduct::getVersion(int index) const {
-    return static_cast<QORVersion*>(QORRecipe::at(*this, QORMetamodel::ends[269], index));
+    return static_cast<QORVersion*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION], index));
 }
 
 bool QORProduct::removeVersion(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[269], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION], index);
 }
 
 bool QORProduct::removeVersion(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[269], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION], wanted, cursor);
 }
 
 void QORProduct::removeVersions() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[269]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__VERSION]);
 }
 
 bool QORProduct::_addChildProduct(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[270], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT], far);
 }
 
 bool QORProduct::addChildProduct(QORProduct* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[270], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT], far);
 }
 
 bool QORProduct::removeChildProduct(QORProduct* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[270], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT], far);
 }
 
 QORProduct* QORProduct::getChildProduct(int index) const {
-    return static_cast<QORProduct*>(QORRecipe::at(*this, QORMetamodel::ends[270], index));
+    return static_cast<QORProduct*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT], index));
 }
 
 bool QORProduct::removeChildProduct(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[270], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT], index);
 }
 
 bool QORProduct::removeChildProduct(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[270], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT], wanted, cursor);
 }
 
 void QORProduct::removeChildProducts() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[270]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PRODUCT__CHILD__PRODUCT]);
 }
 
 QORMetaClass* QORProduct::getStaticMetaClass() {
@@ -216,15 +216,15 @@ QORMetaClass* QORProduct::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getVersionStateTypeByName>(), QORGetEnumNameByIDWrapper::of<&getVersionStateTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PRODUCT__DIRECTORY, "directory", 266,
+        {QORAssociationType::PRODUCT__DIRECTORY, "directory",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORProduct::_addDirectory)},
-        {QORAssociationType::PRODUCT__PARENT__PRODUCT, "parentProduct", 267,
+        {QORAssociationType::PRODUCT__PARENT__PRODUCT, "parentProduct",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORProduct::_addParentProduct)},
-        {QORAssociationType::PRODUCT__DEFAULT__VERSION, "defaultVersion", 268,
+        {QORAssociationType::PRODUCT__DEFAULT__VERSION, "defaultVersion",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORProduct::_addDefaultVersion)},
-        {QORAssociationType::PRODUCT__VERSION, "version", 269,
+        {QORAssociationType::PRODUCT__VERSION, "version",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORProduct::_addVersion)},
-        {QORAssociationType::PRODUCT__CHILD__PRODUCT, "childProduct", 270,
+        {QORAssociationType::PRODUCT__CHILD__PRODUCT, "childProduct",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORProduct::_addChildProduct)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PRODUCT), QORComponent::getStaticMetaClass(), false,

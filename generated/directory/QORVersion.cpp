@@ -83,15 +83,15 @@ QORMetaClass* QORVersion::getMetaClass() const {
 }
 
 bool QORVersion::_addProduct(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[335], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__PRODUCT], far);
 }
 
 bool QORVersion::addProduct(QORProduct* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[335], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__PRODUCT], far);
 }
 
 bool QORVersion::removeProduct(QORProduct* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[335], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__PRODUCT], far);
 }
 
 QORProduct* QORVersion::getProduct() const {
@@ -99,19 +99,19 @@ QORProduct* QORVersion::getProduct() const {
 }
 
 bool QORVersion::removeProduct() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[335]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::VERSION__PRODUCT]);
 }
 
 bool QORVersion::_addDefaultOfProduct(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[336], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT_OF__PRODUCT], far);
 }
 
 bool QORVersion::addDefaultOfProduct(QORProduct* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[336], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT_OF__PRODUCT], far);
 }
 
 bool QORVersion::removeDefaultOfProduct(QORProduct* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[336], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT_OF__PRODUCT], far);
 }
 
 QORProduct* QORVersion::getDefaultOfProduct() const {
@@ -119,19 +119,19 @@ QORProduct* QORVersion::getDefaultOfProduct() const {
 }
 
 bool QORVersion::removeDefaultOfProduct() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[336]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT_OF__PRODUCT]);
 }
 
 bool QORVersion::_addDefaultFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[337], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT__FORMAT], far);
 }
 
 bool QORVersion::addDefaultFormat(QORFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[337], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT__FORMAT], far);
 }
 
 bool QORVersion::removeDefaultFormat(QORFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[337], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT__FORMAT], far);
 }
 
 QORFormat* QORVersion::getDefaultFormat() const {
@@ -139,19 +139,19 @@ QORFormat* QORVersion::getDefaultFormat() const {
 }
 
 bool QORVersion::removeDefaultFormat() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[337]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::VERSION__DEFAULT__FORMAT]);
 }
 
 bool QORVersion::_addOriginalFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[338], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__ORIGINAL__FORMAT], far);
 }
 
 bool QORVersion::addOriginalFormat(QORFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[338], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__ORIGINAL__FORMAT], far);
 }
 
 bool QORVersion::removeOriginalFormat(QORFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[338], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__ORIGINAL__FORMAT], far);
 }
 
 QORFormat* QORVersion::getOriginalFormat() const {
@@ -159,108 +159,108 @@ QORFormat* QORVersion::getOriginalFormat() const {
 }
 
 bool QORVersion::removeOriginalFormat() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[338]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::VERSION__ORIGINAL__FORMAT]);
 }
 
 bool QORVersion::_addFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[339], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT], far);
 }
 
 bool QORVersion::addFormat(QORFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[339], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT], far);
 }
 
 bool QORVersion::removeFormat(QORFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[339], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT], far);
 }
 
 QORFormat* QORVersion::getFormat(int index) const {
-    return static_cast<QORFormat*>(QORRecipe::at(*this, QORMetamodel::ends[339], index));
+    return static_cast<QORFormat*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT], index));
 }
 
 bool QORVersion::removeFormat(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[339], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT], index);
 }
 
 bool QORVersion::removeFormat(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[339], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT], wanted, cursor);
 }
 
 void QORVersion::removeFormats() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[339]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::VERSION__FORMAT]);
 }
 
 bool QORVersion::_addPredecessorVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[340], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION], far);
 }
 
 bool QORVersion::addPredecessorVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[340], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION], far);
 }
 
 bool QORVersion::removePredecessorVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[340], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION], far);
 }
 
 QORVersion* QORVersion::getPredecessorVersion(int index) const {
-    return static_cast<QORVersion*>(QORRecipe::at(*this, QORMetamodel::ends[340], index));
+    return static_cast<QORVersion*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION], index));
 }
 
 bool QORVersion::removePredecessorVersion(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[340], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION], index);
 }
 
 bool QORVersion::removePredecessorVersion(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[340], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION], wanted, cursor);
 }
 
 void QORVersion::removePredecessorVersions() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[340]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::VERSION__PREDECESSOR__VERSION]);
 }
 
 bool QORVersion::_addSuccessorVersion(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[341], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION], far);
 }
 
 bool QORVersion::addSuccessorVersion(QORVersion* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[341], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION], far);
 }
 
 bool QORVersion::removeSuccessorVersion(QORVersion* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[341], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION], far);
 }
 
 QORVersion* QORVersion::getSuccessorVersion(int index) const {
-    return static_cast<QORVersion*>(QORRecipe::at(*this, QORMetamodel::ends[341], index));
+    return static_cast<QORVersion*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION], index));
 }
 
 bool QORVersion::removeSuccessorVersion(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[341], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION], index);
 }
 
 bool QORVersion::removeSuccessorVersion(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[341], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION], wanted, cursor);
 }
 
 void QORVersion::removeSuccessorVersions() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[341]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::VERSION__SUCCESSOR__VERSION]);
 }
 
 QORMetaClass* QORVersion::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::VERSION__PRODUCT, "product", 335,
+        {QORAssociationType::VERSION__PRODUCT, "product",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addProduct)},
-        {QORAssociationType::VERSION__DEFAULT_OF__PRODUCT, "defaultOfProduct", 336,
+        {QORAssociationType::VERSION__DEFAULT_OF__PRODUCT, "defaultOfProduct",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addDefaultOfProduct)},
-        {QORAssociationType::VERSION__DEFAULT__FORMAT, "defaultFormat", 337,
+        {QORAssociationType::VERSION__DEFAULT__FORMAT, "defaultFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addDefaultFormat)},
-        {QORAssociationType::VERSION__ORIGINAL__FORMAT, "originalFormat", 338,
+        {QORAssociationType::VERSION__ORIGINAL__FORMAT, "originalFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addOriginalFormat)},
-        {QORAssociationType::VERSION__FORMAT, "format", 339,
+        {QORAssociationType::VERSION__FORMAT, "format",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addFormat)},
-        {QORAssociationType::VERSION__PREDECESSOR__VERSION, "predecessorVersion", 340,
+        {QORAssociationType::VERSION__PREDECESSOR__VERSION, "predecessorVersion",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addPredecessorVersion)},
-        {QORAssociationType::VERSION__SUCCESSOR__VERSION, "successorVersion", 341,
+        {QORAssociationType::VERSION__SUCCESSOR__VERSION, "successorVersion",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORVersion::_addSuccessorVersion)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::VERSION), QORComponent::getStaticMetaClass(), false,

@@ -52,123 +52,123 @@ QORMetaClass* QORElement::getMetaClass() const {
 }
 
 bool QORElement::_addNote(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[112], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], far);
 }
 
 bool QORElement::addNote(QORNote* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[112], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], far);
 }
 
 bool QORElement::removeNote(QORNote* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[112], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], far);
 }
 
 QORNote* QORElement::getNote(int index) const {
-    return static_cast<QORNote*>(QORRecipe::at(*this, QORMetamodel::ends[112], index));
+    return static_cast<QORNote*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], index));
 }
 
 bool QORElement::removeNote(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[112], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], index);
 }
 
 bool QORElement::removeNote(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[112], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], wanted, cursor);
 }
 
 void QORElement::removeNotes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[112]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE]);
 }
 
 void QORElement::getNoteByPosition(QORNoteByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[112], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__NOTE], view);
 }
 
 bool QORElement::_addPropertyValue(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[113], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], far);
 }
 
 bool QORElement::addPropertyValue(QORPropertyValue* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[113], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], far);
 }
 
 bool QORElement::removePropertyValue(QORPropertyValue* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[113], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], far);
 }
 
 QORPropertyValue* QORElement::getPropertyValue(int index) const {
-    return static_cast<QORPropertyValue*>(QORRecipe::at(*this, QORMetamodel::ends[113], index));
+    return static_cast<QORPropertyValue*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], index));
 }
 
 bool QORElement::removePropertyValue(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[113], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], index);
 }
 
 bool QORElement::removePropertyValue(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[113], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], wanted, cursor);
 }
 
 void QORElement::removePropertyValues() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[113]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE]);
 }
 
 void QORElement::getPropertyValueByPosition(QORPropertyValueByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[113], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__PROPERTY_VALUE], view);
 }
 
 bool QORElement::_addReferencedByElementNamePart(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[114], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART], far);
 }
 
 bool QORElement::addReferencedByElementNamePart(QORElementNamePart* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[114], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART], far);
 }
 
 bool QORElement::removeReferencedByElementNamePart(QORElementNamePart* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[114], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART], far);
 }
 
 QORElementNamePart* QORElement::getReferencedByElementNamePart(int index) const {
-    return static_cast<QORElementNamePart*>(QORRecipe::at(*this, QORMetamodel::ends[114], index));
+    return static_cast<QORElementNamePart*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART], index));
 }
 
 bool QORElement::removeReferencedByElementNamePart(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[114], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART], index);
 }
 
 bool QORElement::removeReferencedByElementNamePart(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[114], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART], wanted, cursor);
 }
 
 void QORElement::removeReferencedByElementNameParts() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[114]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART]);
 }
 
 bool QORElement::_addElementNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[115], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE], far);
 }
 
 bool QORElement::addElementNode(QORElementNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[115], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE], far);
 }
 
 bool QORElement::removeElementNode(QORElementNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[115], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE], far);
 }
 
 QORElementNode* QORElement::getElementNode(int index) const {
-    return static_cast<QORElementNode*>(QORRecipe::at(*this, QORMetamodel::ends[115], index));
+    return static_cast<QORElementNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE], index));
 }
 
 bool QORElement::removeElementNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[115], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE], index);
 }
 
 bool QORElement::removeElementNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[115], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE], wanted, cursor);
 }
 
 void QORElement::removeElementNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[115]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ELEMENT__ELEMENT_NODE]);
 }
 
 QORMetaClass* QORElement::getStaticMetaClass() {
@@ -187,13 +187,13 @@ QORMetaClass* QORElement::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ELEMENT__NOTE, "note", 112,
+        {QORAssociationType::ELEMENT__NOTE, "note",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElement::_addNote)},
-        {QORAssociationType::ELEMENT__PROPERTY_VALUE, "propertyValue", 113,
+        {QORAssociationType::ELEMENT__PROPERTY_VALUE, "propertyValue",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElement::_addPropertyValue)},
-        {QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART, "referencedByElementNamePart", 114,
+        {QORAssociationType::ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART, "referencedByElementNamePart",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElement::_addReferencedByElementNamePart)},
-        {QORAssociationType::ELEMENT__ELEMENT_NODE, "elementNode", 115,
+        {QORAssociationType::ELEMENT__ELEMENT_NODE, "elementNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElement::_addElementNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ELEMENT), QORObject::getStaticMetaClass(), true,

@@ -61,15 +61,15 @@ QORMetaClass* QORModelElement::getMetaClass() const {
 }
 
 bool QORModelElement::_addDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[229], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DESIGN_PACKAGE], far);
 }
 
 bool QORModelElement::addDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[229], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DESIGN_PACKAGE], far);
 }
 
 bool QORModelElement::removeDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[229], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORModelElement::getDesignPackage() const {
@@ -77,42 +77,42 @@ QORDesignPackage* QORModelElement::getDesignPackage() const {
 }
 
 bool QORModelElement::removeDesignPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[229]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DESIGN_PACKAGE]);
 }
 
 bool QORModelElement::_addDiagram(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[230], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM], far);
 }
 
 bool QORModelElement::addDiagram(QORDiagram* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[230], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM], far);
 }
 
 bool QORModelElement::removeDiagram(QORDiagram* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[230], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM], far);
 }
 
 QORDiagram* QORModelElement::getDiagram(int index) const {
-    return static_cast<QORDiagram*>(QORRecipe::at(*this, QORMetamodel::ends[230], index));
+    return static_cast<QORDiagram*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM], index));
 }
 
 bool QORModelElement::removeDiagram(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[230], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM], index);
 }
 
 bool QORModelElement::removeDiagram(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[230], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM], wanted, cursor);
 }
 
 void QORModelElement::removeDiagrams() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[230]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_ELEMENT__DIAGRAM]);
 }
 
 QORMetaClass* QORModelElement::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MODEL_ELEMENT__DESIGN_PACKAGE, "designPackage", 229,
+        {QORAssociationType::MODEL_ELEMENT__DESIGN_PACKAGE, "designPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelElement::_addDesignPackage)},
-        {QORAssociationType::MODEL_ELEMENT__DIAGRAM, "diagram", 230,
+        {QORAssociationType::MODEL_ELEMENT__DIAGRAM, "diagram",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelElement::_addDiagram)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MODEL_ELEMENT), QORModelObject::getStaticMetaClass(), true,

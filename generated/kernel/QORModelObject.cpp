@@ -68,99 +68,99 @@ QORMetaClass* QORModelObject::getMetaClass() const {
 }
 
 bool QORModelObject::_addSourceOfKeyMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[235], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP], far);
 }
 
 bool QORModelObject::addSourceOfKeyMap(QORKeyMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[235], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP], far);
 }
 
 bool QORModelObject::removeSourceOfKeyMap(QORKeyMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[235], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP], far);
 }
 
 QORKeyMap* QORModelObject::getSourceOfKeyMap(int index) const {
-    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[235], index));
+    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP], index));
 }
 
 bool QORModelObject::removeSourceOfKeyMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[235], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP], index);
 }
 
 bool QORModelObject::removeSourceOfKeyMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[235], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP], wanted, cursor);
 }
 
 void QORModelObject::removeSourceOfKeyMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[235]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP]);
 }
 
 bool QORModelObject::_addPresentationPresentationElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[236], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT], far);
 }
 
 bool QORModelObject::addPresentationPresentationElement(QORPresentationElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[236], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT], far);
 }
 
 bool QORModelObject::removePresentationPresentationElement(QORPresentationElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[236], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT], far);
 }
 
 QORPresentationElement* QORModelObject::getPresentationPresentationElement(int index) const {
-    return static_cast<QORPresentationElement*>(QORRecipe::at(*this, QORMetamodel::ends[236], index));
+    return static_cast<QORPresentationElement*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT], index));
 }
 
 bool QORModelObject::removePresentationPresentationElement(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[236], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT], index);
 }
 
 bool QORModelObject::removePresentationPresentationElement(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[236], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT], wanted, cursor);
 }
 
 void QORModelObject::removePresentationPresentationElements() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[236]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT]);
 }
 
 bool QORModelObject::_addAssociatedPhysicalObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[237], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT], far);
 }
 
 bool QORModelObject::addAssociatedPhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[237], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT], far);
 }
 
 bool QORModelObject::removeAssociatedPhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[237], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT], far);
 }
 
 QORPhysicalObject* QORModelObject::getAssociatedPhysicalObject(int index) const {
-    return static_cast<QORPhysicalObject*>(QORRecipe::at(*this, QORMetamodel::ends[237], index));
+    return static_cast<QORPhysicalObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT], index));
 }
 
 bool QORModelObject::removeAssociatedPhysicalObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[237], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT], index);
 }
 
 bool QORModelObject::removeAssociatedPhysicalObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[237], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT], wanted, cursor);
 }
 
 void QORModelObject::removeAssociatedPhysicalObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[237]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT]);
 }
 
 bool QORModelObject::_addDataPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[234], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__DATA_PACKAGE], far);
 }
 
 bool QORModelObject::addDataPackage(QORDataPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[234], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__DATA_PACKAGE], far);
 }
 
 bool QORModelObject::removeDataPackage(QORDataPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[234], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__DATA_PACKAGE], far);
 }
 
 QORDataPackage* QORModelObject::getDataPackage() const {
@@ -168,91 +168,91 @@ QORDataPackage* QORModelObject::getDataPackage() const {
 }
 
 bool QORModelObject::removeDataPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[234]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__DATA_PACKAGE]);
 }
 
 bool QORModelObject::_addAssociatedBusinessRule(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[238], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE], far);
 }
 
 bool QORModelObject::addAssociatedBusinessRule(QORBusinessRule* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[238], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE], far);
 }
 
 bool QORModelObject::removeAssociatedBusinessRule(QORBusinessRule* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[238], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE], far);
 }
 
 QORBusinessRule* QORModelObject::getAssociatedBusinessRule(int index) const {
-    return static_cast<QORBusinessRule*>(QORRecipe::at(*this, QORMetamodel::ends[238], index));
+    return static_cast<QORBusinessRule*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE], index));
 }
 
 bool QORModelObject::removeAssociatedBusinessRule(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[238], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE], index);
 }
 
 bool QORModelObject::removeAssociatedBusinessRule(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[238], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE], wanted, cursor);
 }
 
 void QORModelObject::removeAssociatedBusinessRules() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[238]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE]);
 }
 
 bool QORModelObject::_addSynonym(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[239], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM], far);
 }
 
 bool QORModelObject::addSynonym(QORSynonym* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[239], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM], far);
 }
 
 bool QORModelObject::removeSynonym(QORSynonym* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[239], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM], far);
 }
 
 QORSynonym* QORModelObject::getSynonym(int index) const {
-    return static_cast<QORSynonym*>(QORRecipe::at(*this, QORMetamodel::ends[239], index));
+    return static_cast<QORSynonym*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM], index));
 }
 
 bool QORModelObject::removeSynonym(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[239], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM], index);
 }
 
 bool QORModelObject::removeSynonym(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[239], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM], wanted, cursor);
 }
 
 void QORModelObject::removeSynonyms() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[239]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__SYNONYM]);
 }
 
 bool QORModelObject::_addImportedByDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[240], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE], far);
 }
 
 bool QORModelObject::addImportedByDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[240], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE], far);
 }
 
 bool QORModelObject::removeImportedByDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[240], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORModelObject::getImportedByDesignPackage(int index) const {
-    return static_cast<QORDesignPackage*>(QORRecipe::at(*this, QORMetamodel::ends[240], index));
+    return static_cast<QORDesignPackage*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE], index));
 }
 
 bool QORModelObject::removeImportedByDesignPackage(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[240], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE], index);
 }
 
 bool QORModelObject::removeImportedByDesignPackage(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[240], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE], wanted, cursor);
 }
 
 void QORModelObject::removeImportedByDesignPackages() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[240]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE]);
 }
 
 QORMetaClass* QORModelObject::getStaticMetaClass() {
@@ -279,19 +279,19 @@ QORMetaClass* QORModelObject::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP, "sourceOfKeyMap", 235,
+        {QORAssociationType::MODEL_OBJECT__SOURCE_OF__KEY_MAP, "sourceOfKeyMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addSourceOfKeyMap)},
-        {QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT, "presentationPresentationElement", 236,
+        {QORAssociationType::MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT, "presentationPresentationElement",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addPresentationPresentationElement)},
-        {QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT, "associatedPhysicalObject", 237,
+        {QORAssociationType::MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT, "associatedPhysicalObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addAssociatedPhysicalObject)},
-        {QORAssociationType::MODEL_OBJECT__DATA_PACKAGE, "dataPackage", 234,
+        {QORAssociationType::MODEL_OBJECT__DATA_PACKAGE, "dataPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addDataPackage)},
-        {QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE, "associatedBusinessRule", 238,
+        {QORAssociationType::MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE, "associatedBusinessRule",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addAssociatedBusinessRule)},
-        {QORAssociationType::MODEL_OBJECT__SYNONYM, "synonym", 239,
+        {QORAssociationType::MODEL_OBJECT__SYNONYM, "synonym",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addSynonym)},
-        {QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE, "importedByDesignPackage", 240,
+        {QORAssociationType::MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE, "importedByDesignPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModelObject::_addImportedByDesignPackage)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MODEL_OBJECT), QORElement::getStaticMetaClass(), true,

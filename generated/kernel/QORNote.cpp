@@ -84,15 +84,15 @@ QORMetaClass* QORNote::getMetaClass() const {
 }
 
 bool QORNote::_addElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[241], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::NOTE__ELEMENT], far);
 }
 
 bool QORNote::addElement(QORElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[241], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::NOTE__ELEMENT], far);
 }
 
 bool QORNote::removeElement(QORElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[241], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::NOTE__ELEMENT], far);
 }
 
 QORElement* QORNote::getElement() const {
@@ -100,7 +100,7 @@ QORElement* QORNote::getElement() const {
 }
 
 bool QORNote::removeElement() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[241]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::NOTE__ELEMENT]);
 }
 
 QORMetaClass* QORNote::getStaticMetaClass() {
@@ -115,7 +115,7 @@ QORMetaClass* QORNote::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::NOTE__ELEMENT, "element", 241,
+        {QORAssociationType::NOTE__ELEMENT, "element",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORNote::_addElement)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::NOTE), QORObject::getStaticMetaClass(), false,

@@ -73,15 +73,15 @@ QORMetaClass* QORSynonym::getMetaClass() const {
 }
 
 bool QORSynonym::_addModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[303], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SYNONYM__MODEL_OBJECT], far);
 }
 
 bool QORSynonym::addModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[303], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SYNONYM__MODEL_OBJECT], far);
 }
 
 bool QORSynonym::removeModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[303], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SYNONYM__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORSynonym::getModelObject() const {
@@ -89,12 +89,12 @@ QORModelObject* QORSynonym::getModelObject() const {
 }
 
 bool QORSynonym::removeModelObject() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[303]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::SYNONYM__MODEL_OBJECT]);
 }
 
 QORMetaClass* QORSynonym::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::SYNONYM__MODEL_OBJECT, "modelObject", 303,
+        {QORAssociationType::SYNONYM__MODEL_OBJECT, "modelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORSynonym::_addModelObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::SYNONYM), QORModelObject::getStaticMetaClass(), false,

@@ -67,15 +67,15 @@ QORMetaClass* QORBranchingNode::getMetaClass() const {
 }
 
 bool QORBranchingNode::_addConditionExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[25], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__CONDITION__EXPRESSION_NODE], far);
 }
 
 bool QORBranchingNode::addConditionExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[25], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__CONDITION__EXPRESSION_NODE], far);
 }
 
 bool QORBranchingNode::removeConditionExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[25], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__CONDITION__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORBranchingNode::getConditionExpressionNode() const {
@@ -83,46 +83,46 @@ QORExpressionNode* QORBranchingNode::getConditionExpressionNode() const {
 }
 
 bool QORBranchingNode::removeConditionExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[25]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__CONDITION__EXPRESSION_NODE]);
 }
 
 bool QORBranchingNode::_addExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[26], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORBranchingNode::addExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[26], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORBranchingNode::removeExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[26], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORBranchingNode::getExpressionNode(int index) const {
-    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[26], index));
+    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], index));
 }
 
 bool QORBranchingNode::removeExpressionNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[26], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], index);
 }
 
 bool QORBranchingNode::removeExpressionNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[26], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], wanted, cursor);
 }
 
 void QORBranchingNode::removeExpressionNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[26]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE]);
 }
 
 void QORBranchingNode::getExpressionNodeByPosition(QORExpressionNodeByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[26], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE], view);
 }
 
 QORMetaClass* QORBranchingNode::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::BRANCHING_NODE__CONDITION__EXPRESSION_NODE, "conditionExpressionNode", 25,
+        {QORAssociationType::BRANCHING_NODE__CONDITION__EXPRESSION_NODE, "conditionExpressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBranchingNode::_addConditionExpressionNode)},
-        {QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE, "expressionNode", 26,
+        {QORAssociationType::BRANCHING_NODE__EXPRESSION_NODE, "expressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBranchingNode::_addExpressionNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::BRANCHING_NODE), QORParserNode::getStaticMetaClass(), false,

@@ -72,59 +72,59 @@ QORMetaClass* QORClassMap::getMetaClass() const {
 }
 
 bool QORClassMap::_addSourceAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[48], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE], far);
 }
 
 bool QORClassMap::addSourceAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[48], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE], far);
 }
 
 bool QORClassMap::removeSourceAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[48], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE], far);
 }
 
 QORAttribute* QORClassMap::getSourceAttribute(int index) const {
-    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[48], index));
+    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE], index));
 }
 
 bool QORClassMap::removeSourceAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[48], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE], index);
 }
 
 bool QORClassMap::removeSourceAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[48], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE], wanted, cursor);
 }
 
 void QORClassMap::removeSourceAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[48]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE]);
 }
 
 bool QORClassMap::_addDestinationAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[49], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE], far);
 }
 
 bool QORClassMap::addDestinationAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[49], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE], far);
 }
 
 bool QORClassMap::removeDestinationAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[49], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE], far);
 }
 
 QORAttribute* QORClassMap::getDestinationAttribute(int index) const {
-    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[49], index));
+    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE], index));
 }
 
 bool QORClassMap::removeDestinationAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[49], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE], index);
 }
 
 bool QORClassMap::removeDestinationAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[49], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE], wanted, cursor);
 }
 
 void QORClassMap::removeDestinationAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[49]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE]);
 }
 
 QORMetaClass* QORClassMap::getStaticMetaClass() {
@@ -155,9 +155,9 @@ QORMetaClass* QORClassMap::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE, "sourceAttribute", 48,
+        {QORAssociationType::CLASS_MAP__SOURCE__ATTRIBUTE, "sourceAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassMap::_addSourceAttribute)},
-        {QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE, "destinationAttribute", 49,
+        {QORAssociationType::CLASS_MAP__DESTINATION__ATTRIBUTE, "destinationAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassMap::_addDestinationAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CLASS_MAP), QORClassifierMap::getStaticMetaClass(), false,

@@ -93,47 +93,47 @@ QORMetaClass* QORClassifierMap::getMetaClass() const {
 }
 
 bool QORClassifierMap::_addFeatureMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[59], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], far);
 }
 
 bool QORClassifierMap::addFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[59], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], far);
 }
 
 bool QORClassifierMap::removeFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[59], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], far);
 }
 
 QORFeatureMap* QORClassifierMap::getFeatureMap(int index) const {
-    return static_cast<QORFeatureMap*>(QORRecipe::at(*this, QORMetamodel::ends[59], index));
+    return static_cast<QORFeatureMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], index));
 }
 
 bool QORClassifierMap::removeFeatureMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[59], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], index);
 }
 
 bool QORClassifierMap::removeFeatureMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[59], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], wanted, cursor);
 }
 
 void QORClassifierMap::removeFeatureMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[59]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP]);
 }
 
 void QORClassifierMap::getFeatureMapByPosition(QORFeatureMapByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[59], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP], view);
 }
 
 bool QORClassifierMap::_addTransformation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[57], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__TRANSFORMATION], far);
 }
 
 bool QORClassifierMap::addTransformation(QORTransformation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[57], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__TRANSFORMATION], far);
 }
 
 bool QORClassifierMap::removeTransformation(QORTransformation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[57], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__TRANSFORMATION], far);
 }
 
 QORTransformation* QORClassifierMap::getTransformation() const {
@@ -141,75 +141,75 @@ QORTransformation* QORClassifierMap::getTransformation() const {
 }
 
 bool QORClassifierMap::removeTransformation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[57]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__TRANSFORMATION]);
 }
 
 bool QORClassifierMap::_addSourceClassifier(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[60], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER], far);
 }
 
 bool QORClassifierMap::addSourceClassifier(QORClassifier* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[60], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER], far);
 }
 
 bool QORClassifierMap::removeSourceClassifier(QORClassifier* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[60], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER], far);
 }
 
 QORClassifier* QORClassifierMap::getSourceClassifier(int index) const {
-    return static_cast<QORClassifier*>(QORRecipe::at(*this, QORMetamodel::ends[60], index));
+    return static_cast<QORClassifier*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER], index));
 }
 
 bool QORClassifierMap::removeSourceClassifier(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[60], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER], index);
 }
 
 bool QORClassifierMap::removeSourceClassifier(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[60], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER], wanted, cursor);
 }
 
 void QORClassifierMap::removeSourceClassifiers() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[60]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER]);
 }
 
 bool QORClassifierMap::_addDestinationClassifier(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[61], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER], far);
 }
 
 bool QORClassifierMap::addDestinationClassifier(QORClassifier* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[61], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER], far);
 }
 
 bool QORClassifierMap::removeDestinationClassifier(QORClassifier* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[61], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER], far);
 }
 
 QORClassifier* QORClassifierMap::getDestinationClassifier(int index) const {
-    return static_cast<QORClassifier*>(QORRecipe::at(*this, QORMetamodel::ends[61], index));
+    return static_cast<QORClassifier*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER], index));
 }
 
 bool QORClassifierMap::removeDestinationClassifier(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[61], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER], index);
 }
 
 bool QORClassifierMap::removeDestinationClassifier(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[61], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER], wanted, cursor);
 }
 
 void QORClassifierMap::removeDestinationClassifiers() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[61]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER]);
 }
 
 bool QORClassifierMap::_addExpression(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[58], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__EXPRESSION], far);
 }
 
 bool QORClassifierMap::addExpression(QORExpression* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[58], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__EXPRESSION], far);
 }
 
 bool QORClassifierMap::removeExpression(QORExpression* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[58], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__EXPRESSION], far);
 }
 
 QORExpression* QORClassifierMap::getExpression() const {
@@ -217,7 +217,7 @@ QORExpression* QORClassifierMap::getExpression() const {
 }
 
 bool QORClassifierMap::removeExpression() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[58]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER_MAP__EXPRESSION]);
 }
 
 QORMetaClass* QORClassifierMap::getStaticMetaClass() {
@@ -236,15 +236,15 @@ QORMetaClass* QORClassifierMap::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getMappingTypeByName>(), QORGetEnumNameByIDWrapper::of<&getMappingTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP, "featureMap", 59,
+        {QORAssociationType::CLASSIFIER_MAP__FEATURE_MAP, "featureMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifierMap::_addFeatureMap)},
-        {QORAssociationType::CLASSIFIER_MAP__TRANSFORMATION, "transformation", 57,
+        {QORAssociationType::CLASSIFIER_MAP__TRANSFORMATION, "transformation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifierMap::_addTransformation)},
-        {QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER, "sourceClassifier", 60,
+        {QORAssociationType::CLASSIFIER_MAP__SOURCE__CLASSIFIER, "sourceClassifier",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifierMap::_addSourceClassifier)},
-        {QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER, "destinationClassifier", 61,
+        {QORAssociationType::CLASSIFIER_MAP__DESTINATION__CLASSIFIER, "destinationClassifier",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifierMap::_addDestinationClassifier)},
-        {QORAssociationType::CLASSIFIER_MAP__EXPRESSION, "expression", 58,
+        {QORAssociationType::CLASSIFIER_MAP__EXPRESSION, "expression",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifierMap::_addExpression)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CLASSIFIER_MAP), QORMappingObject::getStaticMetaClass(), false,

@@ -73,15 +73,15 @@ QORMetaClass* QORDataSet::getMetaClass() const {
 }
 
 bool QORDataSet::_addTransformation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[75], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DATA_SET__TRANSFORMATION], far);
 }
 
 bool QORDataSet::addTransformation(QORTransformation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[75], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DATA_SET__TRANSFORMATION], far);
 }
 
 bool QORDataSet::removeTransformation(QORTransformation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[75], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DATA_SET__TRANSFORMATION], far);
 }
 
 QORTransformation* QORDataSet::getTransformation() const {
@@ -89,12 +89,12 @@ QORTransformation* QORDataSet::getTransformation() const {
 }
 
 bool QORDataSet::removeTransformation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[75]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DATA_SET__TRANSFORMATION]);
 }
 
 QORMetaClass* QORDataSet::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DATA_SET__TRANSFORMATION, "transformation", 75,
+        {QORAssociationType::DATA_SET__TRANSFORMATION, "transformation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDataSet::_addTransformation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DATA_SET), QORClassifier::getStaticMetaClass(), false,

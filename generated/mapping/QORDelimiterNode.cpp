@@ -72,35 +72,35 @@ QORMetaClass* QORDelimiterNode::getMetaClass() const {
 }
 
 bool QORDelimiterNode::_addExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[76], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORDelimiterNode::addExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[76], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORDelimiterNode::removeExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[76], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORDelimiterNode::getExpressionNode(int index) const {
-    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[76], index));
+    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], index));
 }
 
 bool QORDelimiterNode::removeExpressionNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[76], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], index);
 }
 
 bool QORDelimiterNode::removeExpressionNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[76], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], wanted, cursor);
 }
 
 void QORDelimiterNode::removeExpressionNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[76]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE]);
 }
 
 void QORDelimiterNode::getExpressionNodeByPosition(QORExpressionNodeByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[76], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE], view);
 }
 
 QORMetaClass* QORDelimiterNode::getStaticMetaClass() {
@@ -111,7 +111,7 @@ QORMetaClass* QORDelimiterNode::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE, "expressionNode", 76,
+        {QORAssociationType::DELIMITER_NODE__EXPRESSION_NODE, "expressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDelimiterNode::_addExpressionNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DELIMITER_NODE), QORParserNode::getStaticMetaClass(), false,

@@ -80,15 +80,15 @@ QORMetaClass* QORElementNamePart::getMetaClass() const {
 }
 
 bool QORElementNamePart::_addElementNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[116], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__ELEMENT_NODE], far);
 }
 
 bool QORElementNamePart::addElementNode(QORElementNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[116], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__ELEMENT_NODE], far);
 }
 
 bool QORElementNamePart::removeElementNode(QORElementNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[116], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__ELEMENT_NODE], far);
 }
 
 QORElementNode* QORElementNamePart::getElementNode() const {
@@ -96,35 +96,35 @@ QORElementNode* QORElementNamePart::getElementNode() const {
 }
 
 bool QORElementNamePart::removeElementNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[116]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__ELEMENT_NODE]);
 }
 
 bool QORElementNamePart::_addReferencedElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[117], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT], far);
 }
 
 bool QORElementNamePart::addReferencedElement(QORElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[117], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT], far);
 }
 
 bool QORElementNamePart::removeReferencedElement(QORElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[117], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT], far);
 }
 
 QORElement* QORElementNamePart::getReferencedElement(int index) const {
-    return static_cast<QORElement*>(QORRecipe::at(*this, QORMetamodel::ends[117], index));
+    return static_cast<QORElement*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT], index));
 }
 
 bool QORElementNamePart::removeReferencedElement(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[117], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT], index);
 }
 
 bool QORElementNamePart::removeReferencedElement(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[117], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT], wanted, cursor);
 }
 
 void QORElementNamePart::removeReferencedElements() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[117]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT]);
 }
 
 QORMetaClass* QORElementNamePart::getStaticMetaClass() {
@@ -139,9 +139,9 @@ QORMetaClass* QORElementNamePart::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ELEMENT_NAME_PART__ELEMENT_NODE, "elementNode", 116,
+        {QORAssociationType::ELEMENT_NAME_PART__ELEMENT_NODE, "elementNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElementNamePart::_addElementNode)},
-        {QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT, "referencedElement", 117,
+        {QORAssociationType::ELEMENT_NAME_PART__REFERENCED__ELEMENT, "referencedElement",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElementNamePart::_addReferencedElement)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ELEMENT_NAME_PART), QORObject::getStaticMetaClass(), false,

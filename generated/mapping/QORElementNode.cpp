@@ -74,15 +74,15 @@ QORMetaClass* QORElementNode::getMetaClass() const {
 }
 
 bool QORElementNode::_addElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[118], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT], far);
 }
 
 bool QORElementNode::addElement(QORElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[118], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT], far);
 }
 
 bool QORElementNode::removeElement(QORElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[118], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT], far);
 }
 
 QORElement* QORElementNode::getElement() const {
@@ -90,39 +90,39 @@ QORElement* QORElementNode::getElement() const {
 }
 
 bool QORElementNode::removeElement() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[118]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT]);
 }
 
 bool QORElementNode::_addElementNamePart(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[119], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], far);
 }
 
 bool QORElementNode::addElementNamePart(QORElementNamePart* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[119], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], far);
 }
 
 bool QORElementNode::removeElementNamePart(QORElementNamePart* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[119], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], far);
 }
 
 QORElementNamePart* QORElementNode::getElementNamePart(int index) const {
-    return static_cast<QORElementNamePart*>(QORRecipe::at(*this, QORMetamodel::ends[119], index));
+    return static_cast<QORElementNamePart*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], index));
 }
 
 bool QORElementNode::removeElementNamePart(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[119], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], index);
 }
 
 bool QORElementNode::removeElementNamePart(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[119], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], wanted, cursor);
 }
 
 void QORElementNode::removeElementNameParts() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[119]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART]);
 }
 
 void QORElementNode::getElementNamePartByPosition(QORElementNamePartByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[119], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART], view);
 }
 
 QORMetaClass* QORElementNode::getStaticMetaClass() {
@@ -137,9 +137,9 @@ QORMetaClass* QORElementNode::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getElementTypeByName>(), QORGetEnumNameByIDWrapper::of<&getElementTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ELEMENT_NODE__ELEMENT, "element", 118,
+        {QORAssociationType::ELEMENT_NODE__ELEMENT, "element",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElementNode::_addElement)},
-        {QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART, "elementNamePart", 119,
+        {QORAssociationType::ELEMENT_NODE__ELEMENT_NAME_PART, "elementNamePart",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORElementNode::_addElementNamePart)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ELEMENT_NODE), QORExpressionNode::getStaticMetaClass(), false,

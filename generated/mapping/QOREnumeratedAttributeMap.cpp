@@ -57,15 +57,15 @@ QORMetaClass* QOREnumeratedAttributeMap::getMetaClass() const {
 }
 
 bool QOREnumeratedAttributeMap::_addEnumeratedTypeMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[120], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP], far);
 }
 
 bool QOREnumeratedAttributeMap::addEnumeratedTypeMap(QOREnumeratedTypeMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[120], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP], far);
 }
 
 bool QOREnumeratedAttributeMap::removeEnumeratedTypeMap(QOREnumeratedTypeMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[120], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP], far);
 }
 
 QOREnumeratedTypeMap* QOREnumeratedAttributeMap::getEnumeratedTypeMap() const {
@@ -73,12 +73,12 @@ QOREnumeratedTypeMap* QOREnumeratedAttributeMap::getEnumeratedTypeMap() const {
 }
 
 bool QOREnumeratedAttributeMap::removeEnumeratedTypeMap() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[120]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP]);
 }
 
 QORMetaClass* QOREnumeratedAttributeMap::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP, "enumeratedTypeMap", 120,
+        {QORAssociationType::ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP, "enumeratedTypeMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOREnumeratedAttributeMap::_addEnumeratedTypeMap)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ENUMERATED_ATTRIBUTE_MAP), QORFeatureMap::getStaticMetaClass(), false,

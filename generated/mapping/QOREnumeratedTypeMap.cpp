@@ -58,15 +58,15 @@ QORMetaClass* QOREnumeratedTypeMap::getMetaClass() const {
 }
 
 bool QOREnumeratedTypeMap::_addSourceDerivedType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[121], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE], far);
 }
 
 bool QOREnumeratedTypeMap::addSourceDerivedType(QORDerivedType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[121], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE], far);
 }
 
 bool QOREnumeratedTypeMap::removeSourceDerivedType(QORDerivedType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[121], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE], far);
 }
 
 QORDerivedType* QOREnumeratedTypeMap::getSourceDerivedType() const {
@@ -74,47 +74,47 @@ QORDerivedType* QOREnumeratedTypeMap::getSourceDerivedType() const {
 }
 
 bool QOREnumeratedTypeMap::removeSourceDerivedType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[121]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE]);
 }
 
 bool QOREnumeratedTypeMap::_addEnumeratedAttributeMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[123], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP], far);
 }
 
 bool QOREnumeratedTypeMap::addEnumeratedAttributeMap(QOREnumeratedAttributeMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[123], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP], far);
 }
 
 bool QOREnumeratedTypeMap::removeEnumeratedAttributeMap(QOREnumeratedAttributeMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[123], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP], far);
 }
 
 QOREnumeratedAttributeMap* QOREnumeratedTypeMap::getEnumeratedAttributeMap(int index) const {
-    return static_cast<QOREnumeratedAttributeMap*>(QORRecipe::at(*this, QORMetamodel::ends[123], index));
+    return static_cast<QOREnumeratedAttributeMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP], index));
 }
 
 bool QOREnumeratedTypeMap::removeEnumeratedAttributeMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[123], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP], index);
 }
 
 bool QOREnumeratedTypeMap::removeEnumeratedAttributeMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[123], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP], wanted, cursor);
 }
 
 void QOREnumeratedTypeMap::removeEnumeratedAttributeMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[123]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP]);
 }
 
 bool QOREnumeratedTypeMap::_addDestinationDerivedType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[122], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE], far);
 }
 
 bool QOREnumeratedTypeMap::addDestinationDerivedType(QORDerivedType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[122], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE], far);
 }
 
 bool QOREnumeratedTypeMap::removeDestinationDerivedType(QORDerivedType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[122], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE], far);
 }
 
 QORDerivedType* QOREnumeratedTypeMap::getDestinationDerivedType() const {
@@ -122,16 +122,16 @@ QORDerivedType* QOREnumeratedTypeMap::getDestinationDerivedType() const {
 }
 
 bool QOREnumeratedTypeMap::removeDestinationDerivedType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[122]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE]);
 }
 
 QORMetaClass* QOREnumeratedTypeMap::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE, "sourceDerivedType", 121,
+        {QORAssociationType::ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE, "sourceDerivedType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOREnumeratedTypeMap::_addSourceDerivedType)},
-        {QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP, "enumeratedAttributeMap", 123,
+        {QORAssociationType::ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP, "enumeratedAttributeMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOREnumeratedTypeMap::_addEnumeratedAttributeMap)},
-        {QORAssociationType::ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE, "destinationDerivedType", 122,
+        {QORAssociationType::ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE, "destinationDerivedType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOREnumeratedTypeMap::_addDestinationDerivedType)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ENUMERATED_TYPE_MAP), QORClassifierMap::getStaticMetaClass(), false,

@@ -89,43 +89,43 @@ QORMetaClass* QORExpression::getMetaClass() const {
 }
 
 bool QORExpression::_addStatementNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[126], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE], far);
 }
 
 bool QORExpression::addStatementNode(QORStatementNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[126], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE], far);
 }
 
 bool QORExpression::removeStatementNode(QORStatementNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[126], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE], far);
 }
 
 QORStatementNode* QORExpression::getStatementNode(int index) const {
-    return static_cast<QORStatementNode*>(QORRecipe::at(*this, QORMetamodel::ends[126], index));
+    return static_cast<QORStatementNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE], index));
 }
 
 bool QORExpression::removeStatementNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[126], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE], index);
 }
 
 bool QORExpression::removeStatementNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[126], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE], wanted, cursor);
 }
 
 void QORExpression::removeStatementNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[126]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__STATEMENT_NODE]);
 }
 
 bool QORExpression::_addClassifierMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[124], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__CLASSIFIER_MAP], far);
 }
 
 bool QORExpression::addClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[124], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__CLASSIFIER_MAP], far);
 }
 
 bool QORExpression::removeClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[124], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__CLASSIFIER_MAP], far);
 }
 
 QORClassifierMap* QORExpression::getClassifierMap() const {
@@ -133,19 +133,19 @@ QORClassifierMap* QORExpression::getClassifierMap() const {
 }
 
 bool QORExpression::removeClassifierMap() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[124]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__CLASSIFIER_MAP]);
 }
 
 bool QORExpression::_addFeatureMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[125], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__FEATURE_MAP], far);
 }
 
 bool QORExpression::addFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[125], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__FEATURE_MAP], far);
 }
 
 bool QORExpression::removeFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[125], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__FEATURE_MAP], far);
 }
 
 QORFeatureMap* QORExpression::getFeatureMap() const {
@@ -153,7 +153,7 @@ QORFeatureMap* QORExpression::getFeatureMap() const {
 }
 
 bool QORExpression::removeFeatureMap() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[125]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION__FEATURE_MAP]);
 }
 
 QORMetaClass* QORExpression::getStaticMetaClass() {
@@ -164,11 +164,11 @@ QORMetaClass* QORExpression::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::EXPRESSION__STATEMENT_NODE, "statementNode", 126,
+        {QORAssociationType::EXPRESSION__STATEMENT_NODE, "statementNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpression::_addStatementNode)},
-        {QORAssociationType::EXPRESSION__CLASSIFIER_MAP, "classifierMap", 124,
+        {QORAssociationType::EXPRESSION__CLASSIFIER_MAP, "classifierMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpression::_addClassifierMap)},
-        {QORAssociationType::EXPRESSION__FEATURE_MAP, "featureMap", 125,
+        {QORAssociationType::EXPRESSION__FEATURE_MAP, "featureMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpression::_addFeatureMap)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::EXPRESSION), QORElement::getStaticMetaClass(), false,

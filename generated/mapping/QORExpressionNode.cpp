@@ -79,15 +79,15 @@ QORMetaClass* QORExpressionNode::getMetaClass() const {
 }
 
 bool QORExpressionNode::_addType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[127], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__TYPE], far);
 }
 
 bool QORExpressionNode::addType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[127], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__TYPE], far);
 }
 
 bool QORExpressionNode::removeType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[127], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__TYPE], far);
 }
 
 QORType* QORExpressionNode::getType() const {
@@ -95,19 +95,19 @@ QORType* QORExpressionNode::getType() const {
 }
 
 bool QORExpressionNode::removeType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[127]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__TYPE]);
 }
 
 bool QORExpressionNode::_addOperationNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[128], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__OPERATION_NODE], far);
 }
 
 bool QORExpressionNode::addOperationNode(QOROperationNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[128], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__OPERATION_NODE], far);
 }
 
 bool QORExpressionNode::removeOperationNode(QOROperationNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[128], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__OPERATION_NODE], far);
 }
 
 QOROperationNode* QORExpressionNode::getOperationNode() const {
@@ -115,19 +115,19 @@ QOROperationNode* QORExpressionNode::getOperationNode() const {
 }
 
 bool QORExpressionNode::removeOperationNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[128]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__OPERATION_NODE]);
 }
 
 bool QORExpressionNode::_addPredicateNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[129], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREDICATE_NODE], far);
 }
 
 bool QORExpressionNode::addPredicateNode(QORPredicateNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[129], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREDICATE_NODE], far);
 }
 
 bool QORExpressionNode::removePredicateNode(QORPredicateNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[129], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREDICATE_NODE], far);
 }
 
 QORPredicateNode* QORExpressionNode::getPredicateNode() const {
@@ -135,19 +135,19 @@ QORPredicateNode* QORExpressionNode::getPredicateNode() const {
 }
 
 bool QORExpressionNode::removePredicateNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[129]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREDICATE_NODE]);
 }
 
 bool QORExpressionNode::_addLeftOfOperatorNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[130], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE], far);
 }
 
 bool QORExpressionNode::addLeftOfOperatorNode(QOROperatorNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[130], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE], far);
 }
 
 bool QORExpressionNode::removeLeftOfOperatorNode(QOROperatorNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[130], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE], far);
 }
 
 QOROperatorNode* QORExpressionNode::getLeftOfOperatorNode() const {
@@ -155,19 +155,19 @@ QOROperatorNode* QORExpressionNode::getLeftOfOperatorNode() const {
 }
 
 bool QORExpressionNode::removeLeftOfOperatorNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[130]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE]);
 }
 
 bool QORExpressionNode::_addRightOfOperatorNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[131], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE], far);
 }
 
 bool QORExpressionNode::addRightOfOperatorNode(QOROperatorNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[131], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE], far);
 }
 
 bool QORExpressionNode::removeRightOfOperatorNode(QOROperatorNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[131], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE], far);
 }
 
 QOROperatorNode* QORExpressionNode::getRightOfOperatorNode() const {
@@ -175,19 +175,19 @@ QOROperatorNode* QORExpressionNode::getRightOfOperatorNode() const {
 }
 
 bool QORExpressionNode::removeRightOfOperatorNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[131]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE]);
 }
 
 bool QORExpressionNode::_addConditionOfBranchingNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[132], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE], far);
 }
 
 bool QORExpressionNode::addConditionOfBranchingNode(QORBranchingNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[132], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE], far);
 }
 
 bool QORExpressionNode::removeConditionOfBranchingNode(QORBranchingNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[132], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE], far);
 }
 
 QORBranchingNode* QORExpressionNode::getConditionOfBranchingNode() const {
@@ -195,19 +195,19 @@ QORBranchingNode* QORExpressionNode::getConditionOfBranchingNode() const {
 }
 
 bool QORExpressionNode::removeConditionOfBranchingNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[132]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE]);
 }
 
 bool QORExpressionNode::_addBranchingNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[133], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__BRANCHING_NODE], far);
 }
 
 bool QORExpressionNode::addBranchingNode(QORBranchingNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[133], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__BRANCHING_NODE], far);
 }
 
 bool QORExpressionNode::removeBranchingNode(QORBranchingNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[133], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__BRANCHING_NODE], far);
 }
 
 QORBranchingNode* QORExpressionNode::getBranchingNode() const {
@@ -215,19 +215,19 @@ QORBranchingNode* QORExpressionNode::getBranchingNode() const {
 }
 
 bool QORExpressionNode::removeBranchingNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[133]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__BRANCHING_NODE]);
 }
 
 bool QORExpressionNode::_addDelimiterNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[134], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__DELIMITER_NODE], far);
 }
 
 bool QORExpressionNode::addDelimiterNode(QORDelimiterNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[134], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__DELIMITER_NODE], far);
 }
 
 bool QORExpressionNode::removeDelimiterNode(QORDelimiterNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[134], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__DELIMITER_NODE], far);
 }
 
 QORDelimiterNode* QORExpressionNode::getDelimiterNode() const {
@@ -235,19 +235,19 @@ QORDelimiterNode* QORExpressionNode::getDelimiterNode() const {
 }
 
 bool QORExpressionNode::removeDelimiterNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[134]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__DELIMITER_NODE]);
 }
 
 bool QORExpressionNode::_addStatementNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[135], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__STATEMENT_NODE], far);
 }
 
 bool QORExpressionNode::addStatementNode(QORStatementNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[135], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__STATEMENT_NODE], far);
 }
 
 bool QORExpressionNode::removeStatementNode(QORStatementNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[135], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__STATEMENT_NODE], far);
 }
 
 QORStatementNode* QORExpressionNode::getStatementNode() const {
@@ -255,19 +255,19 @@ QORStatementNode* QORExpressionNode::getStatementNode() const {
 }
 
 bool QORExpressionNode::removeStatementNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[135]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__STATEMENT_NODE]);
 }
 
 bool QORExpressionNode::_addPreviousExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[136], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE], far);
 }
 
 bool QORExpressionNode::addPreviousExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[136], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE], far);
 }
 
 bool QORExpressionNode::removePreviousExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[136], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORExpressionNode::getPreviousExpressionNode() const {
@@ -275,19 +275,19 @@ QORExpressionNode* QORExpressionNode::getPreviousExpressionNode() const {
 }
 
 bool QORExpressionNode::removePreviousExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[136]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE]);
 }
 
 bool QORExpressionNode::_addNextExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[137], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__NEXT__EXPRESSION_NODE], far);
 }
 
 bool QORExpressionNode::addNextExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[137], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__NEXT__EXPRESSION_NODE], far);
 }
 
 bool QORExpressionNode::removeNextExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[137], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__NEXT__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORExpressionNode::getNextExpressionNode() const {
@@ -295,19 +295,19 @@ QORExpressionNode* QORExpressionNode::getNextExpressionNode() const {
 }
 
 bool QORExpressionNode::removeNextExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[137]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__NEXT__EXPRESSION_NODE]);
 }
 
 bool QORExpressionNode::_addReferencedByStatementNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[138], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE], far);
 }
 
 bool QORExpressionNode::addReferencedByStatementNode(QORStatementNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[138], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE], far);
 }
 
 bool QORExpressionNode::removeReferencedByStatementNode(QORStatementNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[138], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE], far);
 }
 
 QORStatementNode* QORExpressionNode::getReferencedByStatementNode() const {
@@ -315,7 +315,7 @@ QORStatementNode* QORExpressionNode::getReferencedByStatementNode() const {
 }
 
 bool QORExpressionNode::removeReferencedByStatementNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[138]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE]);
 }
 
 QORMetaClass* QORExpressionNode::getStaticMetaClass() {
@@ -338,29 +338,29 @@ QORMetaClass* QORExpressionNode::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::EXPRESSION_NODE__TYPE, "type", 127,
+        {QORAssociationType::EXPRESSION_NODE__TYPE, "type",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addType)},
-        {QORAssociationType::EXPRESSION_NODE__OPERATION_NODE, "operationNode", 128,
+        {QORAssociationType::EXPRESSION_NODE__OPERATION_NODE, "operationNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addOperationNode)},
-        {QORAssociationType::EXPRESSION_NODE__PREDICATE_NODE, "predicateNode", 129,
+        {QORAssociationType::EXPRESSION_NODE__PREDICATE_NODE, "predicateNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addPredicateNode)},
-        {QORAssociationType::EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE, "leftOfOperatorNode", 130,
+        {QORAssociationType::EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE, "leftOfOperatorNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addLeftOfOperatorNode)},
-        {QORAssociationType::EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE, "rightOfOperatorNode", 131,
+        {QORAssociationType::EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE, "rightOfOperatorNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addRightOfOperatorNode)},
-        {QORAssociationType::EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE, "conditionOfBranchingNode", 132,
+        {QORAssociationType::EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE, "conditionOfBranchingNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addConditionOfBranchingNode)},
-        {QORAssociationType::EXPRESSION_NODE__BRANCHING_NODE, "branchingNode", 133,
+        {QORAssociationType::EXPRESSION_NODE__BRANCHING_NODE, "branchingNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addBranchingNode)},
-        {QORAssociationType::EXPRESSION_NODE__DELIMITER_NODE, "delimiterNode", 134,
+        {QORAssociationType::EXPRESSION_NODE__DELIMITER_NODE, "delimiterNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addDelimiterNode)},
-        {QORAssociationType::EXPRESSION_NODE__STATEMENT_NODE, "statementNode", 135,
+        {QORAssociationType::EXPRESSION_NODE__STATEMENT_NODE, "statementNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addStatementNode)},
-        {QORAssociationType::EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE, "previousExpressionNode", 136,
+        {QORAssociationType::EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE, "previousExpressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addPreviousExpressionNode)},
-        {QORAssociationType::EXPRESSION_NODE__NEXT__EXPRESSION_NODE, "nextExpressionNode", 137,
+        {QORAssociationType::EXPRESSION_NODE__NEXT__EXPRESSION_NODE, "nextExpressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addNextExpressionNode)},
-        {QORAssociationType::EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE, "referencedByStatementNode", 138,
+        {QORAssociationType::EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE, "referencedByStatementNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORExpressionNode::_addReferencedByStatementNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::EXPRESSION_NODE), QORElement::getStaticMetaClass(), true,

@@ -92,15 +92,15 @@ QORMetaClass* QORFeatureMap::getMetaClass() const {
 }
 
 bool QORFeatureMap::_addClassifierMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[144], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__CLASSIFIER_MAP], far);
 }
 
 bool QORFeatureMap::addClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[144], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__CLASSIFIER_MAP], far);
 }
 
 bool QORFeatureMap::removeClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[144], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__CLASSIFIER_MAP], far);
 }
 
 QORClassifierMap* QORFeatureMap::getClassifierMap() const {
@@ -108,75 +108,75 @@ QORClassifierMap* QORFeatureMap::getClassifierMap() const {
 }
 
 bool QORFeatureMap::removeClassifierMap() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[144]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__CLASSIFIER_MAP]);
 }
 
 bool QORFeatureMap::_addSourceFeature(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[146], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE], far);
 }
 
 bool QORFeatureMap::addSourceFeature(QORFeature* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[146], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE], far);
 }
 
 bool QORFeatureMap::removeSourceFeature(QORFeature* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[146], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE], far);
 }
 
 QORFeature* QORFeatureMap::getSourceFeature(int index) const {
-    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[146], index));
+    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE], index));
 }
 
 bool QORFeatureMap::removeSourceFeature(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[146], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE], index);
 }
 
 bool QORFeatureMap::removeSourceFeature(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[146], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE], wanted, cursor);
 }
 
 void QORFeatureMap::removeSourceFeatures() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[146]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__SOURCE__FEATURE]);
 }
 
 bool QORFeatureMap::_addDestinationFeature(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[147], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE], far);
 }
 
 bool QORFeatureMap::addDestinationFeature(QORFeature* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[147], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE], far);
 }
 
 bool QORFeatureMap::removeDestinationFeature(QORFeature* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[147], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE], far);
 }
 
 QORFeature* QORFeatureMap::getDestinationFeature(int index) const {
-    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[147], index));
+    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE], index));
 }
 
 bool QORFeatureMap::removeDestinationFeature(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[147], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE], index);
 }
 
 bool QORFeatureMap::removeDestinationFeature(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[147], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE], wanted, cursor);
 }
 
 void QORFeatureMap::removeDestinationFeatures() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[147]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE]);
 }
 
 bool QORFeatureMap::_addExpression(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[145], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__EXPRESSION], far);
 }
 
 bool QORFeatureMap::addExpression(QORExpression* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[145], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__EXPRESSION], far);
 }
 
 bool QORFeatureMap::removeExpression(QORExpression* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[145], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__EXPRESSION], far);
 }
 
 QORExpression* QORFeatureMap::getExpression() const {
@@ -184,7 +184,7 @@ QORExpression* QORFeatureMap::getExpression() const {
 }
 
 bool QORFeatureMap::removeExpression() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[145]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FEATURE_MAP__EXPRESSION]);
 }
 
 QORMetaClass* QORFeatureMap::getStaticMetaClass() {
@@ -207,13 +207,13 @@ QORMetaClass* QORFeatureMap::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getMappingTypeByName>(), QORGetEnumNameByIDWrapper::of<&getMappingTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::FEATURE_MAP__CLASSIFIER_MAP, "classifierMap", 144,
+        {QORAssociationType::FEATURE_MAP__CLASSIFIER_MAP, "classifierMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeatureMap::_addClassifierMap)},
-        {QORAssociationType::FEATURE_MAP__SOURCE__FEATURE, "sourceFeature", 146,
+        {QORAssociationType::FEATURE_MAP__SOURCE__FEATURE, "sourceFeature",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeatureMap::_addSourceFeature)},
-        {QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE, "destinationFeature", 147,
+        {QORAssociationType::FEATURE_MAP__DESTINATION__FEATURE, "destinationFeature",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeatureMap::_addDestinationFeature)},
-        {QORAssociationType::FEATURE_MAP__EXPRESSION, "expression", 145,
+        {QORAssociationType::FEATURE_MAP__EXPRESSION, "expression",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeatureMap::_addExpression)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::FEATURE_MAP), QORMappingObject::getStaticMetaClass(), false,

@@ -58,15 +58,15 @@ QORMetaClass* QORKeyMap::getMetaClass() const {
 }
 
 bool QORKeyMap::_addDestinationKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[190], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__DESTINATION__KEY], far);
 }
 
 bool QORKeyMap::addDestinationKey(QORKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[190], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__DESTINATION__KEY], far);
 }
 
 bool QORKeyMap::removeDestinationKey(QORKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[190], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__DESTINATION__KEY], far);
 }
 
 QORKey* QORKeyMap::getDestinationKey() const {
@@ -74,102 +74,102 @@ QORKey* QORKeyMap::getDestinationKey() const {
 }
 
 bool QORKeyMap::removeDestinationKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[190]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__DESTINATION__KEY]);
 }
 
 bool QORKeyMap::_addChildKeyMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[191], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP], far);
 }
 
 bool QORKeyMap::addChildKeyMap(QORKeyMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[191], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP], far);
 }
 
 bool QORKeyMap::removeChildKeyMap(QORKeyMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[191], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP], far);
 }
 
 QORKeyMap* QORKeyMap::getChildKeyMap(int index) const {
-    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[191], index));
+    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP], index));
 }
 
 bool QORKeyMap::removeChildKeyMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[191], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP], index);
 }
 
 bool QORKeyMap::removeChildKeyMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[191], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP], wanted, cursor);
 }
 
 void QORKeyMap::removeChildKeyMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[191]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__CHILD__KEY_MAP]);
 }
 
 bool QORKeyMap::_addParentKeyMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[192], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP], far);
 }
 
 bool QORKeyMap::addParentKeyMap(QORKeyMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[192], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP], far);
 }
 
 bool QORKeyMap::removeParentKeyMap(QORKeyMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[192], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP], far);
 }
 
 QORKeyMap* QORKeyMap::getParentKeyMap(int index) const {
-    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[192], index));
+    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP], index));
 }
 
 bool QORKeyMap::removeParentKeyMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[192], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP], index);
 }
 
 bool QORKeyMap::removeParentKeyMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[192], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP], wanted, cursor);
 }
 
 void QORKeyMap::removeParentKeyMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[192]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__PARENT__KEY_MAP]);
 }
 
 bool QORKeyMap::_addSourceModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[193], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT], far);
 }
 
 bool QORKeyMap::addSourceModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[193], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT], far);
 }
 
 bool QORKeyMap::removeSourceModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[193], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORKeyMap::getSourceModelObject(int index) const {
-    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[193], index));
+    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT], index));
 }
 
 bool QORKeyMap::removeSourceModelObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[193], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT], index);
 }
 
 bool QORKeyMap::removeSourceModelObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[193], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT], wanted, cursor);
 }
 
 void QORKeyMap::removeSourceModelObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[193]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT]);
 }
 
 QORMetaClass* QORKeyMap::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::KEY_MAP__DESTINATION__KEY, "destinationKey", 190,
+        {QORAssociationType::KEY_MAP__DESTINATION__KEY, "destinationKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKeyMap::_addDestinationKey)},
-        {QORAssociationType::KEY_MAP__CHILD__KEY_MAP, "childKeyMap", 191,
+        {QORAssociationType::KEY_MAP__CHILD__KEY_MAP, "childKeyMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKeyMap::_addChildKeyMap)},
-        {QORAssociationType::KEY_MAP__PARENT__KEY_MAP, "parentKeyMap", 192,
+        {QORAssociationType::KEY_MAP__PARENT__KEY_MAP, "parentKeyMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKeyMap::_addParentKeyMap)},
-        {QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT, "sourceModelObject", 193,
+        {QORAssociationType::KEY_MAP__SOURCE__MODEL_OBJECT, "sourceModelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKeyMap::_addSourceModelObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::KEY_MAP), QORFeatureMap::getStaticMetaClass(), false,

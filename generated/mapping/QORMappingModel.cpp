@@ -87,15 +87,15 @@ QORMetaClass* QORMappingModel::getMetaClass() const {
 }
 
 bool QORMappingModel::_addMappingFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[213], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__MAPPING_FORMAT], far);
 }
 
 bool QORMappingModel::addMappingFormat(QORMappingFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[213], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__MAPPING_FORMAT], far);
 }
 
 bool QORMappingModel::removeMappingFormat(QORMappingFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[213], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__MAPPING_FORMAT], far);
 }
 
 QORMappingFormat* QORMappingModel::getMappingFormat() const {
@@ -103,47 +103,47 @@ QORMappingFormat* QORMappingModel::getMappingFormat() const {
 }
 
 bool QORMappingModel::removeMappingFormat() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[213]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__MAPPING_FORMAT]);
 }
 
 bool QORMappingModel::_addTransformation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[216], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION], far);
 }
 
 bool QORMappingModel::addTransformation(QORTransformation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[216], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION], far);
 }
 
 bool QORMappingModel::removeTransformation(QORTransformation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[216], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION], far);
 }
 
 QORTransformation* QORMappingModel::getTransformation(int index) const {
-    return static_cast<QORTransformation*>(QORRecipe::at(*this, QORMetamodel::ends[216], index));
+    return static_cast<QORTransformation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION], index));
 }
 
 bool QORMappingModel::removeTransformation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[216], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION], index);
 }
 
 bool QORMappingModel::removeTransformation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[216], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION], wanted, cursor);
 }
 
 void QORMappingModel::removeTransformations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[216]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TRANSFORMATION]);
 }
 
 bool QORMappingModel::_addVariableClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[214], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__VARIABLE__CLASS], far);
 }
 
 bool QORMappingModel::addVariableClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[214], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__VARIABLE__CLASS], far);
 }
 
 bool QORMappingModel::removeVariableClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[214], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__VARIABLE__CLASS], far);
 }
 
 QORClass* QORMappingModel::getVariableClass() const {
@@ -151,75 +151,75 @@ QORClass* QORMappingModel::getVariableClass() const {
 }
 
 bool QORMappingModel::removeVariableClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[214]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__VARIABLE__CLASS]);
 }
 
 bool QORMappingModel::_addPropertyElementTypeScope(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[217], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORMappingModel::addPropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[217], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORMappingModel::removePropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[217], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 QORPropertyElementTypeScope* QORMappingModel::getPropertyElementTypeScope(int index) const {
-    return static_cast<QORPropertyElementTypeScope*>(QORRecipe::at(*this, QORMetamodel::ends[217], index));
+    return static_cast<QORPropertyElementTypeScope*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], index));
 }
 
 bool QORMappingModel::removePropertyElementTypeScope(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[217], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], index);
 }
 
 bool QORMappingModel::removePropertyElementTypeScope(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[217], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], wanted, cursor);
 }
 
 void QORMappingModel::removePropertyElementTypeScopes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[217]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE]);
 }
 
 bool QORMappingModel::_addType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[218], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE], far);
 }
 
 bool QORMappingModel::addType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[218], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE], far);
 }
 
 bool QORMappingModel::removeType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[218], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE], far);
 }
 
 QORType* QORMappingModel::getType(int index) const {
-    return static_cast<QORType*>(QORRecipe::at(*this, QORMetamodel::ends[218], index));
+    return static_cast<QORType*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE], index));
 }
 
 bool QORMappingModel::removeType(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[218], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE], index);
 }
 
 bool QORMappingModel::removeType(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[218], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE], wanted, cursor);
 }
 
 void QORMappingModel::removeTypes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[218]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__TYPE]);
 }
 
 bool QORMappingModel::_addMetadataOrigin(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[215], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__METADATA_ORIGIN], far);
 }
 
 bool QORMappingModel::addMetadataOrigin(QORMetadataOrigin* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[215], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__METADATA_ORIGIN], far);
 }
 
 bool QORMappingModel::removeMetadataOrigin(QORMetadataOrigin* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[215], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__METADATA_ORIGIN], far);
 }
 
 QORMetadataOrigin* QORMappingModel::getMetadataOrigin() const {
@@ -227,7 +227,7 @@ QORMetadataOrigin* QORMappingModel::getMetadataOrigin() const {
 }
 
 bool QORMappingModel::removeMetadataOrigin() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[215]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MAPPING_MODEL__METADATA_ORIGIN]);
 }
 
 QORMetaClass* QORMappingModel::getStaticMetaClass() {
@@ -238,17 +238,17 @@ QORMetaClass* QORMappingModel::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MAPPING_MODEL__MAPPING_FORMAT, "mappingFormat", 213,
+        {QORAssociationType::MAPPING_MODEL__MAPPING_FORMAT, "mappingFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingModel::_addMappingFormat)},
-        {QORAssociationType::MAPPING_MODEL__TRANSFORMATION, "transformation", 216,
+        {QORAssociationType::MAPPING_MODEL__TRANSFORMATION, "transformation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingModel::_addTransformation)},
-        {QORAssociationType::MAPPING_MODEL__VARIABLE__CLASS, "variableClass", 214,
+        {QORAssociationType::MAPPING_MODEL__VARIABLE__CLASS, "variableClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingModel::_addVariableClass)},
-        {QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope", 217,
+        {QORAssociationType::MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingModel::_addPropertyElementTypeScope)},
-        {QORAssociationType::MAPPING_MODEL__TYPE, "type", 218,
+        {QORAssociationType::MAPPING_MODEL__TYPE, "type",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingModel::_addType)},
-        {QORAssociationType::MAPPING_MODEL__METADATA_ORIGIN, "metadataOrigin", 215,
+        {QORAssociationType::MAPPING_MODEL__METADATA_ORIGIN, "metadataOrigin",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMappingModel::_addMetadataOrigin)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MAPPING_MODEL), QORMappingObject::getStaticMetaClass(), false,

@@ -68,15 +68,15 @@ QORMetaClass* QOROperationNode::getMetaClass() const {
 }
 
 bool QOROperationNode::_addOperation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[247], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__OPERATION], far);
 }
 
 bool QOROperationNode::addOperation(QOROperation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[247], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__OPERATION], far);
 }
 
 bool QOROperationNode::removeOperation(QOROperation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[247], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__OPERATION], far);
 }
 
 QOROperation* QOROperationNode::getOperation() const {
@@ -84,46 +84,46 @@ QOROperation* QOROperationNode::getOperation() const {
 }
 
 bool QOROperationNode::removeOperation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[247]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__OPERATION]);
 }
 
 bool QOROperationNode::_addExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[248], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], far);
 }
 
 bool QOROperationNode::addExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[248], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], far);
 }
 
 bool QOROperationNode::removeExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[248], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QOROperationNode::getExpressionNode(int index) const {
-    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[248], index));
+    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], index));
 }
 
 bool QOROperationNode::removeExpressionNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[248], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], index);
 }
 
 bool QOROperationNode::removeExpressionNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[248], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], wanted, cursor);
 }
 
 void QOROperationNode::removeExpressionNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[248]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE]);
 }
 
 void QOROperationNode::getExpressionNodeByPosition(QORExpressionNodeByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[248], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::OPERATION_NODE__EXPRESSION_NODE], view);
 }
 
 QORMetaClass* QOROperationNode::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::OPERATION_NODE__OPERATION, "operation", 247,
+        {QORAssociationType::OPERATION_NODE__OPERATION, "operation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperationNode::_addOperation)},
-        {QORAssociationType::OPERATION_NODE__EXPRESSION_NODE, "expressionNode", 248,
+        {QORAssociationType::OPERATION_NODE__EXPRESSION_NODE, "expressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperationNode::_addExpressionNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::OPERATION_NODE), QORExpressionNode::getStaticMetaClass(), false,

@@ -66,15 +66,15 @@ QORMetaClass* QOROperatorNode::getMetaClass() const {
 }
 
 bool QOROperatorNode::_addLeftExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[249], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__LEFT__EXPRESSION_NODE], far);
 }
 
 bool QOROperatorNode::addLeftExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[249], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__LEFT__EXPRESSION_NODE], far);
 }
 
 bool QOROperatorNode::removeLeftExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[249], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__LEFT__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QOROperatorNode::getLeftExpressionNode() const {
@@ -82,19 +82,19 @@ QORExpressionNode* QOROperatorNode::getLeftExpressionNode() const {
 }
 
 bool QOROperatorNode::removeLeftExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[249]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__LEFT__EXPRESSION_NODE]);
 }
 
 bool QOROperatorNode::_addRightExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[250], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__RIGHT__EXPRESSION_NODE], far);
 }
 
 bool QOROperatorNode::addRightExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[250], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__RIGHT__EXPRESSION_NODE], far);
 }
 
 bool QOROperatorNode::removeRightExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[250], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__RIGHT__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QOROperatorNode::getRightExpressionNode() const {
@@ -102,14 +102,14 @@ QORExpressionNode* QOROperatorNode::getRightExpressionNode() const {
 }
 
 bool QOROperatorNode::removeRightExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[250]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::OPERATOR_NODE__RIGHT__EXPRESSION_NODE]);
 }
 
 QORMetaClass* QOROperatorNode::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::OPERATOR_NODE__LEFT__EXPRESSION_NODE, "leftExpressionNode", 249,
+        {QORAssociationType::OPERATOR_NODE__LEFT__EXPRESSION_NODE, "leftExpressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperatorNode::_addLeftExpressionNode)},
-        {QORAssociationType::OPERATOR_NODE__RIGHT__EXPRESSION_NODE, "rightExpressionNode", 250,
+        {QORAssociationType::OPERATOR_NODE__RIGHT__EXPRESSION_NODE, "rightExpressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperatorNode::_addRightExpressionNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::OPERATOR_NODE), QORParserNode::getStaticMetaClass(), false,

@@ -79,15 +79,15 @@ QORMetaClass* QORPredicate::getMetaClass() const {
 }
 
 bool QORPredicate::_addPredicateNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[261], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PREDICATE__PREDICATE_NODE], far);
 }
 
 bool QORPredicate::addPredicateNode(QORPredicateNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[261], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PREDICATE__PREDICATE_NODE], far);
 }
 
 bool QORPredicate::removePredicateNode(QORPredicateNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[261], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PREDICATE__PREDICATE_NODE], far);
 }
 
 QORPredicateNode* QORPredicate::getPredicateNode() const {
@@ -95,7 +95,7 @@ QORPredicateNode* QORPredicate::getPredicateNode() const {
 }
 
 bool QORPredicate::removePredicateNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[261]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PREDICATE__PREDICATE_NODE]);
 }
 
 QORMetaClass* QORPredicate::getStaticMetaClass() {
@@ -110,7 +110,7 @@ QORMetaClass* QORPredicate::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PREDICATE__PREDICATE_NODE, "predicateNode", 261,
+        {QORAssociationType::PREDICATE__PREDICATE_NODE, "predicateNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPredicate::_addPredicateNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PREDICATE), QORObject::getStaticMetaClass(), false,

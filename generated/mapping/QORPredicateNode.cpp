@@ -68,15 +68,15 @@ QORMetaClass* QORPredicateNode::getMetaClass() const {
 }
 
 bool QORPredicateNode::_addExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[262], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORPredicateNode::addExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[262], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORPredicateNode::removeExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[262], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORPredicateNode::getExpressionNode() const {
@@ -84,46 +84,46 @@ QORExpressionNode* QORPredicateNode::getExpressionNode() const {
 }
 
 bool QORPredicateNode::removeExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[262]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__EXPRESSION_NODE]);
 }
 
 bool QORPredicateNode::_addPredicate(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[263], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], far);
 }
 
 bool QORPredicateNode::addPredicate(QORPredicate* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[263], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], far);
 }
 
 bool QORPredicateNode::removePredicate(QORPredicate* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[263], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], far);
 }
 
 QORPredicate* QORPredicateNode::getPredicate(int index) const {
-    return static_cast<QORPredicate*>(QORRecipe::at(*this, QORMetamodel::ends[263], index));
+    return static_cast<QORPredicate*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], index));
 }
 
 bool QORPredicateNode::removePredicate(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[263], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], index);
 }
 
 bool QORPredicateNode::removePredicate(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[263], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], wanted, cursor);
 }
 
 void QORPredicateNode::removePredicates() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[263]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE]);
 }
 
 void QORPredicateNode::getPredicateByPosition(QORPredicateByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[263], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::PREDICATE_NODE__PREDICATE], view);
 }
 
 QORMetaClass* QORPredicateNode::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PREDICATE_NODE__EXPRESSION_NODE, "expressionNode", 262,
+        {QORAssociationType::PREDICATE_NODE__EXPRESSION_NODE, "expressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPredicateNode::_addExpressionNode)},
-        {QORAssociationType::PREDICATE_NODE__PREDICATE, "predicate", 263,
+        {QORAssociationType::PREDICATE_NODE__PREDICATE, "predicate",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPredicateNode::_addPredicate)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PREDICATE_NODE), QORParserNode::getStaticMetaClass(), false,

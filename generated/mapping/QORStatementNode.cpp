@@ -89,47 +89,47 @@ QORMetaClass* QORStatementNode::getMetaClass() const {
 }
 
 bool QORStatementNode::_addExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[298], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORStatementNode::addExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[298], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], far);
 }
 
 bool QORStatementNode::removeExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[298], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORStatementNode::getExpressionNode(int index) const {
-    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[298], index));
+    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], index));
 }
 
 bool QORStatementNode::removeExpressionNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[298], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], index);
 }
 
 bool QORStatementNode::removeExpressionNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[298], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], wanted, cursor);
 }
 
 void QORStatementNode::removeExpressionNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[298]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE]);
 }
 
 void QORStatementNode::getExpressionNodeByPosition(QORExpressionNodeByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[298], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE], view);
 }
 
 bool QORStatementNode::_addExpression(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[296], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION], far);
 }
 
 bool QORStatementNode::addExpression(QORExpression* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[296], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION], far);
 }
 
 bool QORStatementNode::removeExpression(QORExpression* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[296], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION], far);
 }
 
 QORExpression* QORStatementNode::getExpression() const {
@@ -137,19 +137,19 @@ QORExpression* QORStatementNode::getExpression() const {
 }
 
 bool QORStatementNode::removeExpression() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[296]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__EXPRESSION]);
 }
 
 bool QORStatementNode::_addReferencedExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[297], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__REFERENCED__EXPRESSION_NODE], far);
 }
 
 bool QORStatementNode::addReferencedExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[297], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__REFERENCED__EXPRESSION_NODE], far);
 }
 
 bool QORStatementNode::removeReferencedExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[297], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__REFERENCED__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORStatementNode::getReferencedExpressionNode() const {
@@ -157,7 +157,7 @@ QORExpressionNode* QORStatementNode::getReferencedExpressionNode() const {
 }
 
 bool QORStatementNode::removeReferencedExpressionNode() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[297]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::STATEMENT_NODE__REFERENCED__EXPRESSION_NODE]);
 }
 
 QORMetaClass* QORStatementNode::getStaticMetaClass() {
@@ -168,11 +168,11 @@ QORMetaClass* QORStatementNode::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getStatementNodeTypeByName>(), QORGetEnumNameByIDWrapper::of<&getStatementNodeTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE, "expressionNode", 298,
+        {QORAssociationType::STATEMENT_NODE__EXPRESSION_NODE, "expressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStatementNode::_addExpressionNode)},
-        {QORAssociationType::STATEMENT_NODE__EXPRESSION, "expression", 296,
+        {QORAssociationType::STATEMENT_NODE__EXPRESSION, "expression",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStatementNode::_addExpression)},
-        {QORAssociationType::STATEMENT_NODE__REFERENCED__EXPRESSION_NODE, "referencedExpressionNode", 297,
+        {QORAssociationType::STATEMENT_NODE__REFERENCED__EXPRESSION_NODE, "referencedExpressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStatementNode::_addReferencedExpressionNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::STATEMENT_NODE), QORParserNode::getStaticMetaClass(), false,

@@ -86,71 +86,71 @@ QORMetaClass* QORStepPrecedence::getMetaClass() const {
 }
 
 bool QORStepPrecedence::_addSourceTransformationStep(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[300], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP], far);
 }
 
 bool QORStepPrecedence::addSourceTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[300], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP], far);
 }
 
 bool QORStepPrecedence::removeSourceTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[300], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP], far);
 }
 
 QORTransformationStep* QORStepPrecedence::getSourceTransformationStep(int index) const {
-    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[300], index));
+    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP], index));
 }
 
 bool QORStepPrecedence::removeSourceTransformationStep(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[300], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP], index);
 }
 
 bool QORStepPrecedence::removeSourceTransformationStep(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[300], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP], wanted, cursor);
 }
 
 void QORStepPrecedence::removeSourceTransformationSteps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[300]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP]);
 }
 
 bool QORStepPrecedence::_addDestinationTransformationStep(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[301], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP], far);
 }
 
 bool QORStepPrecedence::addDestinationTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[301], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP], far);
 }
 
 bool QORStepPrecedence::removeDestinationTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[301], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP], far);
 }
 
 QORTransformationStep* QORStepPrecedence::getDestinationTransformationStep(int index) const {
-    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[301], index));
+    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP], index));
 }
 
 bool QORStepPrecedence::removeDestinationTransformationStep(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[301], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP], index);
 }
 
 bool QORStepPrecedence::removeDestinationTransformationStep(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[301], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP], wanted, cursor);
 }
 
 void QORStepPrecedence::removeDestinationTransformationSteps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[301]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP]);
 }
 
 bool QORStepPrecedence::_addTransformationActivity(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[299], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORStepPrecedence::addTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[299], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORStepPrecedence::removeTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[299], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY], far);
 }
 
 QORTransformationActivity* QORStepPrecedence::getTransformationActivity() const {
@@ -158,7 +158,7 @@ QORTransformationActivity* QORStepPrecedence::getTransformationActivity() const 
 }
 
 bool QORStepPrecedence::removeTransformationActivity() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[299]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY]);
 }
 
 QORMetaClass* QORStepPrecedence::getStaticMetaClass() {
@@ -177,11 +177,11 @@ QORMetaClass* QORStepPrecedence::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getStepPrecedenceTypeByName>(), QORGetEnumNameByIDWrapper::of<&getStepPrecedenceTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP, "sourceTransformationStep", 300,
+        {QORAssociationType::STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP, "sourceTransformationStep",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStepPrecedence::_addSourceTransformationStep)},
-        {QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP, "destinationTransformationStep", 301,
+        {QORAssociationType::STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP, "destinationTransformationStep",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStepPrecedence::_addDestinationTransformationStep)},
-        {QORAssociationType::STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY, "transformationActivity", 299,
+        {QORAssociationType::STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY, "transformationActivity",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStepPrecedence::_addTransformationActivity)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::STEP_PRECEDENCE), QORMappingObject::getStaticMetaClass(), false,

@@ -95,15 +95,15 @@ QORMetaClass* QORTransformation::getMetaClass() const {
 }
 
 bool QORTransformation::_addMappingModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[304], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__MAPPING_MODEL], far);
 }
 
 bool QORTransformation::addMappingModel(QORMappingModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[304], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__MAPPING_MODEL], far);
 }
 
 bool QORTransformation::removeMappingModel(QORMappingModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[304], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__MAPPING_MODEL], far);
 }
 
 QORMappingModel* QORTransformation::getMappingModel() const {
@@ -111,47 +111,47 @@ QORMappingModel* QORTransformation::getMappingModel() const {
 }
 
 bool QORTransformation::removeMappingModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[304]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__MAPPING_MODEL]);
 }
 
 bool QORTransformation::_addClassifierMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[308], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP], far);
 }
 
 bool QORTransformation::addClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[308], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP], far);
 }
 
 bool QORTransformation::removeClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[308], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP], far);
 }
 
 QORClassifierMap* QORTransformation::getClassifierMap(int index) const {
-    return static_cast<QORClassifierMap*>(QORRecipe::at(*this, QORMetamodel::ends[308], index));
+    return static_cast<QORClassifierMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP], index));
 }
 
 bool QORTransformation::removeClassifierMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[308], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP], index);
 }
 
 bool QORTransformation::removeClassifierMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[308], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP], wanted, cursor);
 }
 
 void QORTransformation::removeClassifierMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[308]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP]);
 }
 
 bool QORTransformation::_addTransformationTask(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[305], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_TASK], far);
 }
 
 bool QORTransformation::addTransformationTask(QORTransformationTask* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[305], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_TASK], far);
 }
 
 bool QORTransformation::removeTransformationTask(QORTransformationTask* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[305], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_TASK], far);
 }
 
 QORTransformationTask* QORTransformation::getTransformationTask() const {
@@ -159,47 +159,47 @@ QORTransformationTask* QORTransformation::getTransformationTask() const {
 }
 
 bool QORTransformation::removeTransformationTask() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[305]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_TASK]);
 }
 
 bool QORTransformation::_addDataSet(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[309], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET], far);
 }
 
 bool QORTransformation::addDataSet(QORDataSet* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[309], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET], far);
 }
 
 bool QORTransformation::removeDataSet(QORDataSet* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[309], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET], far);
 }
 
 QORDataSet* QORTransformation::getDataSet(int index) const {
-    return static_cast<QORDataSet*>(QORRecipe::at(*this, QORMetamodel::ends[309], index));
+    return static_cast<QORDataSet*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET], index));
 }
 
 bool QORTransformation::removeDataSet(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[309], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET], index);
 }
 
 bool QORTransformation::removeDataSet(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[309], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET], wanted, cursor);
 }
 
 void QORTransformation::removeDataSets() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[309]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__DATA_SET]);
 }
 
 bool QORTransformation::_addTransformationStep(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[306], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_STEP], far);
 }
 
 bool QORTransformation::addTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[306], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_STEP], far);
 }
 
 bool QORTransformation::removeTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[306], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_STEP], far);
 }
 
 QORTransformationStep* QORTransformation::getTransformationStep() const {
@@ -207,19 +207,19 @@ QORTransformationStep* QORTransformation::getTransformationStep() const {
 }
 
 bool QORTransformation::removeTransformationStep() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[306]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_STEP]);
 }
 
 bool QORTransformation::_addTransformationActivity(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[307], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORTransformation::addTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[307], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORTransformation::removeTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[307], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_ACTIVITY], far);
 }
 
 QORTransformationActivity* QORTransformation::getTransformationActivity() const {
@@ -227,7 +227,7 @@ QORTransformationActivity* QORTransformation::getTransformationActivity() const 
 }
 
 bool QORTransformation::removeTransformationActivity() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[307]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION__TRANSFORMATION_ACTIVITY]);
 }
 
 QORMetaClass* QORTransformation::getStaticMetaClass() {
@@ -250,17 +250,17 @@ QORMetaClass* QORTransformation::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getTransformationTypeByName>(), QORGetEnumNameByIDWrapper::of<&getTransformationTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TRANSFORMATION__MAPPING_MODEL, "mappingModel", 304,
+        {QORAssociationType::TRANSFORMATION__MAPPING_MODEL, "mappingModel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformation::_addMappingModel)},
-        {QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP, "classifierMap", 308,
+        {QORAssociationType::TRANSFORMATION__CLASSIFIER_MAP, "classifierMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformation::_addClassifierMap)},
-        {QORAssociationType::TRANSFORMATION__TRANSFORMATION_TASK, "transformationTask", 305,
+        {QORAssociationType::TRANSFORMATION__TRANSFORMATION_TASK, "transformationTask",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformation::_addTransformationTask)},
-        {QORAssociationType::TRANSFORMATION__DATA_SET, "dataSet", 309,
+        {QORAssociationType::TRANSFORMATION__DATA_SET, "dataSet",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformation::_addDataSet)},
-        {QORAssociationType::TRANSFORMATION__TRANSFORMATION_STEP, "transformationStep", 306,
+        {QORAssociationType::TRANSFORMATION__TRANSFORMATION_STEP, "transformationStep",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformation::_addTransformationStep)},
-        {QORAssociationType::TRANSFORMATION__TRANSFORMATION_ACTIVITY, "transformationActivity", 307,
+        {QORAssociationType::TRANSFORMATION__TRANSFORMATION_ACTIVITY, "transformationActivity",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformation::_addTransformationActivity)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TRANSFORMATION), QORMappingObject::getStaticMetaClass(), false,

@@ -85,15 +85,15 @@ QORMetaClass* QORTransformationActivity::getMetaClass() const {
 }
 
 bool QORTransformationActivity::_addDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[310], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE], far);
 }
 
 bool QORTransformationActivity::addDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[310], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE], far);
 }
 
 bool QORTransformationActivity::removeDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[310], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORTransformationActivity::getDesignPackage() const {
@@ -101,75 +101,75 @@ QORDesignPackage* QORTransformationActivity::getDesignPackage() const {
 }
 
 bool QORTransformationActivity::removeDesignPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[310]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE]);
 }
 
 bool QORTransformationActivity::_addTransformationStep(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[312], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP], far);
 }
 
 bool QORTransformationActivity::addTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[312], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP], far);
 }
 
 bool QORTransformationActivity::removeTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[312], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP], far);
 }
 
 QORTransformationStep* QORTransformationActivity::getTransformationStep(int index) const {
-    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[312], index));
+    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP], index));
 }
 
 bool QORTransformationActivity::removeTransformationStep(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[312], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP], index);
 }
 
 bool QORTransformationActivity::removeTransformationStep(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[312], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP], wanted, cursor);
 }
 
 void QORTransformationActivity::removeTransformationSteps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[312]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP]);
 }
 
 bool QORTransformationActivity::_addStepPrecedence(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[313], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE], far);
 }
 
 bool QORTransformationActivity::addStepPrecedence(QORStepPrecedence* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[313], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE], far);
 }
 
 bool QORTransformationActivity::removeStepPrecedence(QORStepPrecedence* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[313], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE], far);
 }
 
 QORStepPrecedence* QORTransformationActivity::getStepPrecedence(int index) const {
-    return static_cast<QORStepPrecedence*>(QORRecipe::at(*this, QORMetamodel::ends[313], index));
+    return static_cast<QORStepPrecedence*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE], index));
 }
 
 bool QORTransformationActivity::removeStepPrecedence(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[313], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE], index);
 }
 
 bool QORTransformationActivity::removeStepPrecedence(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[313], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE], wanted, cursor);
 }
 
 void QORTransformationActivity::removeStepPrecedences() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[313]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE]);
 }
 
 bool QORTransformationActivity::_addTransformation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[311], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION], far);
 }
 
 bool QORTransformationActivity::addTransformation(QORTransformation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[311], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION], far);
 }
 
 bool QORTransformationActivity::removeTransformation(QORTransformation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[311], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION], far);
 }
 
 QORTransformation* QORTransformationActivity::getTransformation() const {
@@ -177,18 +177,18 @@ QORTransformation* QORTransformationActivity::getTransformation() const {
 }
 
 bool QORTransformationActivity::removeTransformation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[311]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION]);
 }
 
 QORMetaClass* QORTransformationActivity::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE, "designPackage", 310,
+        {QORAssociationType::TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE, "designPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationActivity::_addDesignPackage)},
-        {QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP, "transformationStep", 312,
+        {QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP, "transformationStep",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationActivity::_addTransformationStep)},
-        {QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE, "stepPrecedence", 313,
+        {QORAssociationType::TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE, "stepPrecedence",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationActivity::_addStepPrecedence)},
-        {QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION, "transformation", 311,
+        {QORAssociationType::TRANSFORMATION_ACTIVITY__TRANSFORMATION, "transformation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationActivity::_addTransformation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TRANSFORMATION_ACTIVITY), QORMappingObject::getStaticMetaClass(), false,

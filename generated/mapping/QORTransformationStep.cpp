@@ -85,15 +85,15 @@ QORMetaClass* QORTransformationStep::getMetaClass() const {
 }
 
 bool QORTransformationStep::_addTransformationTask(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[314], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_TASK], far);
 }
 
 bool QORTransformationStep::addTransformationTask(QORTransformationTask* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[314], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_TASK], far);
 }
 
 bool QORTransformationStep::removeTransformationTask(QORTransformationTask* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[314], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_TASK], far);
 }
 
 QORTransformationTask* QORTransformationStep::getTransformationTask() const {
@@ -101,19 +101,19 @@ QORTransformationTask* QORTransformationStep::getTransformationTask() const {
 }
 
 bool QORTransformationStep::removeTransformationTask() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[314]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_TASK]);
 }
 
 bool QORTransformationStep::_addTransformationActivity(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[315], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORTransformationStep::addTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[315], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORTransformationStep::removeTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[315], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY], far);
 }
 
 QORTransformationActivity* QORTransformationStep::getTransformationActivity() const {
@@ -121,75 +121,75 @@ QORTransformationActivity* QORTransformationStep::getTransformationActivity() co
 }
 
 bool QORTransformationStep::removeTransformationActivity() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[315]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY]);
 }
 
 bool QORTransformationStep::_addSourceOfStepPrecedence(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[317], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE], far);
 }
 
 bool QORTransformationStep::addSourceOfStepPrecedence(QORStepPrecedence* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[317], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE], far);
 }
 
 bool QORTransformationStep::removeSourceOfStepPrecedence(QORStepPrecedence* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[317], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE], far);
 }
 
 QORStepPrecedence* QORTransformationStep::getSourceOfStepPrecedence(int index) const {
-    return static_cast<QORStepPrecedence*>(QORRecipe::at(*this, QORMetamodel::ends[317], index));
+    return static_cast<QORStepPrecedence*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE], index));
 }
 
 bool QORTransformationStep::removeSourceOfStepPrecedence(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[317], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE], index);
 }
 
 bool QORTransformationStep::removeSourceOfStepPrecedence(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[317], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE], wanted, cursor);
 }
 
 void QORTransformationStep::removeSourceOfStepPrecedences() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[317]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE]);
 }
 
 bool QORTransformationStep::_addDestinationOfStepPrecedence(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[318], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE], far);
 }
 
 bool QORTransformationStep::addDestinationOfStepPrecedence(QORStepPrecedence* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[318], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE], far);
 }
 
 bool QORTransformationStep::removeDestinationOfStepPrecedence(QORStepPrecedence* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[318], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE], far);
 }
 
 QORStepPrecedence* QORTransformationStep::getDestinationOfStepPrecedence(int index) const {
-    return static_cast<QORStepPrecedence*>(QORRecipe::at(*this, QORMetamodel::ends[318], index));
+    return static_cast<QORStepPrecedence*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE], index));
 }
 
 bool QORTransformationStep::removeDestinationOfStepPrecedence(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[318], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE], index);
 }
 
 bool QORTransformationStep::removeDestinationOfStepPrecedence(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[318], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE], wanted, cursor);
 }
 
 void QORTransformationStep::removeDestinationOfStepPrecedences() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[318]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE]);
 }
 
 bool QORTransformationStep::_addTransformation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[316], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION], far);
 }
 
 bool QORTransformationStep::addTransformation(QORTransformation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[316], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION], far);
 }
 
 bool QORTransformationStep::removeTransformation(QORTransformation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[316], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION], far);
 }
 
 QORTransformation* QORTransformationStep::getTransformation() const {
@@ -197,20 +197,20 @@ QORTransformation* QORTransformationStep::getTransformation() const {
 }
 
 bool QORTransformationStep::removeTransformation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[316]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION]);
 }
 
 QORMetaClass* QORTransformationStep::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_TASK, "transformationTask", 314,
+        {QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_TASK, "transformationTask",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationStep::_addTransformationTask)},
-        {QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY, "transformationActivity", 315,
+        {QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY, "transformationActivity",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationStep::_addTransformationActivity)},
-        {QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE, "sourceOfStepPrecedence", 317,
+        {QORAssociationType::TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE, "sourceOfStepPrecedence",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationStep::_addSourceOfStepPrecedence)},
-        {QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE, "destinationOfStepPrecedence", 318,
+        {QORAssociationType::TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE, "destinationOfStepPrecedence",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationStep::_addDestinationOfStepPrecedence)},
-        {QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION, "transformation", 316,
+        {QORAssociationType::TRANSFORMATION_STEP__TRANSFORMATION, "transformation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationStep::_addTransformation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TRANSFORMATION_STEP), QORMappingObject::getStaticMetaClass(), false,

@@ -84,71 +84,71 @@ QORMetaClass* QORTransformationTask::getMetaClass() const {
 }
 
 bool QORTransformationTask::_addTransformation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[320], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION], far);
 }
 
 bool QORTransformationTask::addTransformation(QORTransformation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[320], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION], far);
 }
 
 bool QORTransformationTask::removeTransformation(QORTransformation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[320], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION], far);
 }
 
 QORTransformation* QORTransformationTask::getTransformation(int index) const {
-    return static_cast<QORTransformation*>(QORRecipe::at(*this, QORMetamodel::ends[320], index));
+    return static_cast<QORTransformation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION], index));
 }
 
 bool QORTransformationTask::removeTransformation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[320], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION], index);
 }
 
 bool QORTransformationTask::removeTransformation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[320], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION], wanted, cursor);
 }
 
 void QORTransformationTask::removeTransformations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[320]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION]);
 }
 
 bool QORTransformationTask::_addTransformationStep(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[321], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP], far);
 }
 
 bool QORTransformationTask::addTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[321], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP], far);
 }
 
 bool QORTransformationTask::removeTransformationStep(QORTransformationStep* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[321], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP], far);
 }
 
 QORTransformationStep* QORTransformationTask::getTransformationStep(int index) const {
-    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[321], index));
+    return static_cast<QORTransformationStep*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP], index));
 }
 
 bool QORTransformationTask::removeTransformationStep(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[321], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP], index);
 }
 
 bool QORTransformationTask::removeTransformationStep(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[321], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP], wanted, cursor);
 }
 
 void QORTransformationTask::removeTransformationSteps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[321]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP]);
 }
 
 bool QORTransformationTask::_addDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[319], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__DESIGN_PACKAGE], far);
 }
 
 bool QORTransformationTask::addDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[319], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__DESIGN_PACKAGE], far);
 }
 
 bool QORTransformationTask::removeDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[319], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORTransformationTask::getDesignPackage() const {
@@ -156,16 +156,16 @@ QORDesignPackage* QORTransformationTask::getDesignPackage() const {
 }
 
 bool QORTransformationTask::removeDesignPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[319]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TRANSFORMATION_TASK__DESIGN_PACKAGE]);
 }
 
 QORMetaClass* QORTransformationTask::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION, "transformation", 320,
+        {QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION, "transformation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationTask::_addTransformation)},
-        {QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP, "transformationStep", 321,
+        {QORAssociationType::TRANSFORMATION_TASK__TRANSFORMATION_STEP, "transformationStep",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationTask::_addTransformationStep)},
-        {QORAssociationType::TRANSFORMATION_TASK__DESIGN_PACKAGE, "designPackage", 319,
+        {QORAssociationType::TRANSFORMATION_TASK__DESIGN_PACKAGE, "designPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTransformationTask::_addDesignPackage)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TRANSFORMATION_TASK), QORMappingObject::getStaticMetaClass(), false,

@@ -57,15 +57,15 @@ QORMetaClass* QORTypeValueMap::getMetaClass() const {
 }
 
 bool QORTypeValueMap::_addSourceTypeValue(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[333], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__SOURCE__TYPE_VALUE], far);
 }
 
 bool QORTypeValueMap::addSourceTypeValue(QORTypeValue* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[333], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__SOURCE__TYPE_VALUE], far);
 }
 
 bool QORTypeValueMap::removeSourceTypeValue(QORTypeValue* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[333], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__SOURCE__TYPE_VALUE], far);
 }
 
 QORTypeValue* QORTypeValueMap::getSourceTypeValue() const {
@@ -73,19 +73,19 @@ QORTypeValue* QORTypeValueMap::getSourceTypeValue() const {
 }
 
 bool QORTypeValueMap::removeSourceTypeValue() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[333]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__SOURCE__TYPE_VALUE]);
 }
 
 bool QORTypeValueMap::_addDestinationTypeValue(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[334], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE], far);
 }
 
 bool QORTypeValueMap::addDestinationTypeValue(QORTypeValue* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[334], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE], far);
 }
 
 bool QORTypeValueMap::removeDestinationTypeValue(QORTypeValue* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[334], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE], far);
 }
 
 QORTypeValue* QORTypeValueMap::getDestinationTypeValue() const {
@@ -93,14 +93,14 @@ QORTypeValue* QORTypeValueMap::getDestinationTypeValue() const {
 }
 
 bool QORTypeValueMap::removeDestinationTypeValue() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[334]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE]);
 }
 
 QORMetaClass* QORTypeValueMap::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TYPE_VALUE_MAP__SOURCE__TYPE_VALUE, "sourceTypeValue", 333,
+        {QORAssociationType::TYPE_VALUE_MAP__SOURCE__TYPE_VALUE, "sourceTypeValue",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTypeValueMap::_addSourceTypeValue)},
-        {QORAssociationType::TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE, "destinationTypeValue", 334,
+        {QORAssociationType::TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE, "destinationTypeValue",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTypeValueMap::_addDestinationTypeValue)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TYPE_VALUE_MAP), QORFeatureMap::getStaticMetaClass(), false,

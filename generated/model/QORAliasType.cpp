@@ -57,15 +57,15 @@ QORMetaClass* QORAliasType::getMetaClass() const {
 }
 
 bool QORAliasType::_addAliasOfType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ALIAS_TYPE__ALIAS_OF__TYPE], far);
 }
 
 bool QORAliasType::addAliasOfType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ALIAS_TYPE__ALIAS_OF__TYPE], far);
 }
 
 bool QORAliasType::removeAliasOfType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ALIAS_TYPE__ALIAS_OF__TYPE], far);
 }
 
 QORType* QORAliasType::getAliasOfType() const {
@@ -73,12 +73,12 @@ QORType* QORAliasType::getAliasOfType() const {
 }
 
 bool QORAliasType::removeAliasOfType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[2]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ALIAS_TYPE__ALIAS_OF__TYPE]);
 }
 
 QORMetaClass* QORAliasType::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ALIAS_TYPE__ALIAS_OF__TYPE, "aliasOfType", 2,
+        {QORAssociationType::ALIAS_TYPE__ALIAS_OF__TYPE, "aliasOfType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAliasType::_addAliasOfType)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ALIAS_TYPE), QORType::getStaticMetaClass(), false,

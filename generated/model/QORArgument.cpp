@@ -87,15 +87,15 @@ QORMetaClass* QORArgument::getMetaClass() const {
 }
 
 bool QORArgument::_addOperation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[3], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__OPERATION], far);
 }
 
 bool QORArgument::addOperation(QOROperation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[3], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__OPERATION], far);
 }
 
 bool QORArgument::removeOperation(QOROperation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[3], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__OPERATION], far);
 }
 
 QOROperation* QORArgument::getOperation() const {
@@ -103,19 +103,19 @@ QOROperation* QORArgument::getOperation() const {
 }
 
 bool QORArgument::removeOperation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[3]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__OPERATION]);
 }
 
 bool QORArgument::_addType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[4], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__TYPE], far);
 }
 
 bool QORArgument::addType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[4], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__TYPE], far);
 }
 
 bool QORArgument::removeType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[4], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__TYPE], far);
 }
 
 QORType* QORArgument::getType() const {
@@ -123,19 +123,19 @@ QORType* QORArgument::getType() const {
 }
 
 bool QORArgument::removeType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[4]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__TYPE]);
 }
 
 bool QORArgument::_addParameterizedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[5], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__PARAMETERIZED__CLASS], far);
 }
 
 bool QORArgument::addParameterizedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[5], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__PARAMETERIZED__CLASS], far);
 }
 
 bool QORArgument::removeParameterizedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[5], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__PARAMETERIZED__CLASS], far);
 }
 
 QORClass* QORArgument::getParameterizedClass() const {
@@ -143,7 +143,7 @@ QORClass* QORArgument::getParameterizedClass() const {
 }
 
 bool QORArgument::removeParameterizedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[5]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ARGUMENT__PARAMETERIZED__CLASS]);
 }
 
 QORMetaClass* QORArgument::getStaticMetaClass() {
@@ -162,11 +162,11 @@ QORMetaClass* QORArgument::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ARGUMENT__OPERATION, "operation", 3,
+        {QORAssociationType::ARGUMENT__OPERATION, "operation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORArgument::_addOperation)},
-        {QORAssociationType::ARGUMENT__TYPE, "type", 4,
+        {QORAssociationType::ARGUMENT__TYPE, "type",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORArgument::_addType)},
-        {QORAssociationType::ARGUMENT__PARAMETERIZED__CLASS, "parameterizedClass", 5,
+        {QORAssociationType::ARGUMENT__PARAMETERIZED__CLASS, "parameterizedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORArgument::_addParameterizedClass)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ARGUMENT), QORModelObject::getStaticMetaClass(), false,

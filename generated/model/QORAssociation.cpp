@@ -75,47 +75,47 @@ QORMetaClass* QORAssociation::getMetaClass() const {
 }
 
 bool QORAssociation::_addAssociationRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[7], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], far);
 }
 
 bool QORAssociation::addAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[7], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], far);
 }
 
 bool QORAssociation::removeAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[7], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], far);
 }
 
 QORAssociationRole* QORAssociation::getAssociationRole(int index) const {
-    return static_cast<QORAssociationRole*>(QORRecipe::at(*this, QORMetamodel::ends[7], index));
+    return static_cast<QORAssociationRole*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], index));
 }
 
 bool QORAssociation::removeAssociationRole(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[7], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], index);
 }
 
 bool QORAssociation::removeAssociationRole(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[7], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], wanted, cursor);
 }
 
 void QORAssociation::removeAssociationRoles() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[7]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE]);
 }
 
 void QORAssociation::getAssociationRoleByPosition(QORAssociationRoleByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[7], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE], view);
 }
 
 bool QORAssociation::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[6], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATED__CLASS], far);
 }
 
 bool QORAssociation::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[6], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATED__CLASS], far);
 }
 
 bool QORAssociation::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[6], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QORAssociation::getAssociatedClass() const {
@@ -123,7 +123,7 @@ QORClass* QORAssociation::getAssociatedClass() const {
 }
 
 bool QORAssociation::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[6]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION__ASSOCIATED__CLASS]);
 }
 
 QORMetaClass* QORAssociation::getStaticMetaClass() {
@@ -142,9 +142,9 @@ QORMetaClass* QORAssociation::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE, "associationRole", 7,
+        {QORAssociationType::ASSOCIATION__ASSOCIATION_ROLE, "associationRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociation::_addAssociationRole)},
-        {QORAssociationType::ASSOCIATION__ASSOCIATED__CLASS, "associatedClass", 6,
+        {QORAssociationType::ASSOCIATION__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociation::_addAssociatedClass)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ASSOCIATION), QORRelationship::getStaticMetaClass(), false,

@@ -104,15 +104,15 @@ QORMetaClass* QORAssociationRole::getMetaClass() const {
 }
 
 bool QORAssociationRole::_addAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[8], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATION], far);
 }
 
 bool QORAssociationRole::addAssociation(QORAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[8], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATION], far);
 }
 
 bool QORAssociationRole::removeAssociation(QORAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[8], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATION], far);
 }
 
 QORAssociation* QORAssociationRole::getAssociation() const {
@@ -120,19 +120,19 @@ QORAssociation* QORAssociationRole::getAssociation() const {
 }
 
 bool QORAssociationRole::removeAssociation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[8]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATION]);
 }
 
 bool QORAssociationRole::_addForeignKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[9], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__FOREIGN_KEY], far);
 }
 
 bool QORAssociationRole::addForeignKey(QORForeignKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[9], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__FOREIGN_KEY], far);
 }
 
 bool QORAssociationRole::removeForeignKey(QORForeignKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[9], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__FOREIGN_KEY], far);
 }
 
 QORForeignKey* QORAssociationRole::getForeignKey() const {
@@ -140,19 +140,19 @@ QORForeignKey* QORAssociationRole::getForeignKey() const {
 }
 
 bool QORAssociationRole::removeForeignKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[9]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__FOREIGN_KEY]);
 }
 
 bool QORAssociationRole::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[10], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATED__CLASS], far);
 }
 
 bool QORAssociationRole::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[10], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATED__CLASS], far);
 }
 
 bool QORAssociationRole::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[10], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QORAssociationRole::getAssociatedClass() const {
@@ -160,67 +160,67 @@ QORClass* QORAssociationRole::getAssociatedClass() const {
 }
 
 bool QORAssociationRole::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[10]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__ASSOCIATED__CLASS]);
 }
 
 bool QORAssociationRole::_addQualifierAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[11], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], far);
 }
 
 bool QORAssociationRole::addQualifierAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[11], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], far);
 }
 
 bool QORAssociationRole::removeQualifierAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[11], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], far);
 }
 
 QORAttribute* QORAssociationRole::getQualifierAttribute(int index) const {
-    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[11], index));
+    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], index));
 }
 
 bool QORAssociationRole::removeQualifierAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[11], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], index);
 }
 
 bool QORAssociationRole::removeQualifierAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[11], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], wanted, cursor);
 }
 
 void QORAssociationRole::removeQualifierAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[11]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE]);
 }
 
 void QORAssociationRole::getQualifierAttributeByPosition(QORAttributeByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[11], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE], view);
 }
 
 bool QORAssociationRole::_addGrouping(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[12], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING], far);
 }
 
 bool QORAssociationRole::addGrouping(QORGrouping* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[12], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING], far);
 }
 
 bool QORAssociationRole::removeGrouping(QORGrouping* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[12], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING], far);
 }
 
 QORGrouping* QORAssociationRole::getGrouping(int index) const {
-    return static_cast<QORGrouping*>(QORRecipe::at(*this, QORMetamodel::ends[12], index));
+    return static_cast<QORGrouping*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING], index));
 }
 
 bool QORAssociationRole::removeGrouping(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[12], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING], index);
 }
 
 bool QORAssociationRole::removeGrouping(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[12], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING], wanted, cursor);
 }
 
 void QORAssociationRole::removeGroupings() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[12]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE__GROUPING]);
 }
 
 QORMetaClass* QORAssociationRole::getStaticMetaClass() {
@@ -279,15 +279,15 @@ QORMetaClass* QORAssociationRole::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ASSOCIATION_ROLE__ASSOCIATION, "association", 8,
+        {QORAssociationType::ASSOCIATION_ROLE__ASSOCIATION, "association",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRole::_addAssociation)},
-        {QORAssociationType::ASSOCIATION_ROLE__FOREIGN_KEY, "foreignKey", 9,
+        {QORAssociationType::ASSOCIATION_ROLE__FOREIGN_KEY, "foreignKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRole::_addForeignKey)},
-        {QORAssociationType::ASSOCIATION_ROLE__ASSOCIATED__CLASS, "associatedClass", 10,
+        {QORAssociationType::ASSOCIATION_ROLE__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRole::_addAssociatedClass)},
-        {QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE, "qualifierAttribute", 11,
+        {QORAssociationType::ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE, "qualifierAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRole::_addQualifierAttribute)},
-        {QORAssociationType::ASSOCIATION_ROLE__GROUPING, "grouping", 12,
+        {QORAssociationType::ASSOCIATION_ROLE__GROUPING, "grouping",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRole::_addGrouping)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ASSOCIATION_ROLE), QORModelObject::getStaticMetaClass(), false,

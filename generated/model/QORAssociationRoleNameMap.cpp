@@ -74,15 +74,15 @@ QORMetaClass* QORAssociationRoleNameMap::getMetaClass() const {
 }
 
 bool QORAssociationRoleNameMap::_addForeignKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[13], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY], far);
 }
 
 bool QORAssociationRoleNameMap::addForeignKey(QORForeignKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[13], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY], far);
 }
 
 bool QORAssociationRoleNameMap::removeForeignKey(QORForeignKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[13], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY], far);
 }
 
 QORForeignKey* QORAssociationRoleNameMap::getForeignKey() const {
@@ -90,19 +90,19 @@ QORForeignKey* QORAssociationRoleNameMap::getForeignKey() const {
 }
 
 bool QORAssociationRoleNameMap::removeForeignKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[13]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY]);
 }
 
 bool QORAssociationRoleNameMap::_addDestinationAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[14], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE], far);
 }
 
 bool QORAssociationRoleNameMap::addDestinationAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[14], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE], far);
 }
 
 bool QORAssociationRoleNameMap::removeDestinationAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[14], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE], far);
 }
 
 QORAttribute* QORAssociationRoleNameMap::getDestinationAttribute() const {
@@ -110,19 +110,19 @@ QORAttribute* QORAssociationRoleNameMap::getDestinationAttribute() const {
 }
 
 bool QORAssociationRoleNameMap::removeDestinationAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[14]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE]);
 }
 
 bool QORAssociationRoleNameMap::_addSourceAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[15], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE], far);
 }
 
 bool QORAssociationRoleNameMap::addSourceAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[15], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE], far);
 }
 
 bool QORAssociationRoleNameMap::removeSourceAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[15], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE], far);
 }
 
 QORAttribute* QORAssociationRoleNameMap::getSourceAttribute() const {
@@ -130,16 +130,16 @@ QORAttribute* QORAssociationRoleNameMap::getSourceAttribute() const {
 }
 
 bool QORAssociationRoleNameMap::removeSourceAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[15]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE]);
 }
 
 QORMetaClass* QORAssociationRoleNameMap::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY, "foreignKey", 13,
+        {QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY, "foreignKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRoleNameMap::_addForeignKey)},
-        {QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE, "destinationAttribute", 14,
+        {QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE, "destinationAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRoleNameMap::_addDestinationAttribute)},
-        {QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE, "sourceAttribute", 15,
+        {QORAssociationType::ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE, "sourceAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAssociationRoleNameMap::_addSourceAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ASSOCIATION_ROLE_NAME_MAP), QORModelObject::getStaticMetaClass(), false,

@@ -93,99 +93,99 @@ QORMetaClass* QORAttribute::getMetaClass() const {
 }
 
 bool QORAttribute::_addDestinationOfAssociationRoleNameMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[17], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 bool QORAttribute::addDestinationOfAssociationRoleNameMap(QORAssociationRoleNameMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[17], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 bool QORAttribute::removeDestinationOfAssociationRoleNameMap(QORAssociationRoleNameMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[17], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 QORAssociationRoleNameMap* QORAttribute::getDestinationOfAssociationRoleNameMap(int index) const {
-    return static_cast<QORAssociationRoleNameMap*>(QORRecipe::at(*this, QORMetamodel::ends[17], index));
+    return static_cast<QORAssociationRoleNameMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP], index));
 }
 
 bool QORAttribute::removeDestinationOfAssociationRoleNameMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[17], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP], index);
 }
 
 bool QORAttribute::removeDestinationOfAssociationRoleNameMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[17], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP], wanted, cursor);
 }
 
 void QORAttribute::removeDestinationOfAssociationRoleNameMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[17]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP]);
 }
 
 bool QORAttribute::_addSourceOfAssociationRoleNameMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[18], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 bool QORAttribute::addSourceOfAssociationRoleNameMap(QORAssociationRoleNameMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[18], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 bool QORAttribute::removeSourceOfAssociationRoleNameMap(QORAssociationRoleNameMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[18], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 QORAssociationRoleNameMap* QORAttribute::getSourceOfAssociationRoleNameMap(int index) const {
-    return static_cast<QORAssociationRoleNameMap*>(QORRecipe::at(*this, QORMetamodel::ends[18], index));
+    return static_cast<QORAssociationRoleNameMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP], index));
 }
 
 bool QORAttribute::removeSourceOfAssociationRoleNameMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[18], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP], index);
 }
 
 bool QORAttribute::removeSourceOfAssociationRoleNameMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[18], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP], wanted, cursor);
 }
 
 void QORAttribute::removeSourceOfAssociationRoleNameMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[18]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP]);
 }
 
 bool QORAttribute::_addIndexMember(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[19], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER], far);
 }
 
 bool QORAttribute::addIndexMember(QORIndexMember* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[19], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER], far);
 }
 
 bool QORAttribute::removeIndexMember(QORIndexMember* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[19], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER], far);
 }
 
 QORIndexMember* QORAttribute::getIndexMember(int index) const {
-    return static_cast<QORIndexMember*>(QORRecipe::at(*this, QORMetamodel::ends[19], index));
+    return static_cast<QORIndexMember*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER], index));
 }
 
 bool QORAttribute::removeIndexMember(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[19], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER], index);
 }
 
 bool QORAttribute::removeIndexMember(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[19], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER], wanted, cursor);
 }
 
 void QORAttribute::removeIndexMembers() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[19]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__INDEX_MEMBER]);
 }
 
 bool QORAttribute::_addQualifierOfAssociationRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[16], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE], far);
 }
 
 bool QORAttribute::addQualifierOfAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[16], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE], far);
 }
 
 bool QORAttribute::removeQualifierOfAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[16], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE], far);
 }
 
 QORAssociationRole* QORAttribute::getQualifierOfAssociationRole() const {
@@ -193,147 +193,147 @@ QORAssociationRole* QORAttribute::getQualifierOfAssociationRole() const {
 }
 
 bool QORAttribute::removeQualifierOfAssociationRole() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[16]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE]);
 }
 
 bool QORAttribute::_addGrouping(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[20], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING], far);
 }
 
 bool QORAttribute::addGrouping(QORGrouping* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[20], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING], far);
 }
 
 bool QORAttribute::removeGrouping(QORGrouping* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[20], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING], far);
 }
 
 QORGrouping* QORAttribute::getGrouping(int index) const {
-    return static_cast<QORGrouping*>(QORRecipe::at(*this, QORMetamodel::ends[20], index));
+    return static_cast<QORGrouping*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING], index));
 }
 
 bool QORAttribute::removeGrouping(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[20], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING], index);
 }
 
 bool QORAttribute::removeGrouping(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[20], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING], wanted, cursor);
 }
 
 void QORAttribute::removeGroupings() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[20]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__GROUPING]);
 }
 
 bool QORAttribute::_addDiscriminatorOfGeneralization(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[21], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION], far);
 }
 
 bool QORAttribute::addDiscriminatorOfGeneralization(QORGeneralization* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[21], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION], far);
 }
 
 bool QORAttribute::removeDiscriminatorOfGeneralization(QORGeneralization* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[21], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION], far);
 }
 
 QORGeneralization* QORAttribute::getDiscriminatorOfGeneralization(int index) const {
-    return static_cast<QORGeneralization*>(QORRecipe::at(*this, QORMetamodel::ends[21], index));
+    return static_cast<QORGeneralization*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION], index));
 }
 
 bool QORAttribute::removeDiscriminatorOfGeneralization(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[21], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION], index);
 }
 
 bool QORAttribute::removeDiscriminatorOfGeneralization(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[21], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION], wanted, cursor);
 }
 
 void QORAttribute::removeDiscriminatorOfGeneralizations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[21]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION]);
 }
 
 bool QORAttribute::_addKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[22], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY], far);
 }
 
 bool QORAttribute::addKey(QORKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[22], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY], far);
 }
 
 bool QORAttribute::removeKey(QORKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[22], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY], far);
 }
 
 QORKey* QORAttribute::getKey(int index) const {
-    return static_cast<QORKey*>(QORRecipe::at(*this, QORMetamodel::ends[22], index));
+    return static_cast<QORKey*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY], index));
 }
 
 bool QORAttribute::removeKey(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[22], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY], index);
 }
 
 bool QORAttribute::removeKey(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[22], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY], wanted, cursor);
 }
 
 void QORAttribute::removeKeys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[22]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__KEY]);
 }
 
 bool QORAttribute::_addSourceOfClassMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[23], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP], far);
 }
 
 bool QORAttribute::addSourceOfClassMap(QORClassMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[23], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP], far);
 }
 
 bool QORAttribute::removeSourceOfClassMap(QORClassMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[23], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP], far);
 }
 
 QORClassMap* QORAttribute::getSourceOfClassMap(int index) const {
-    return static_cast<QORClassMap*>(QORRecipe::at(*this, QORMetamodel::ends[23], index));
+    return static_cast<QORClassMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP], index));
 }
 
 bool QORAttribute::removeSourceOfClassMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[23], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP], index);
 }
 
 bool QORAttribute::removeSourceOfClassMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[23], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP], wanted, cursor);
 }
 
 void QORAttribute::removeSourceOfClassMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[23]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP]);
 }
 
 bool QORAttribute::_addDestinationOfClassMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[24], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP], far);
 }
 
 bool QORAttribute::addDestinationOfClassMap(QORClassMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[24], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP], far);
 }
 
 bool QORAttribute::removeDestinationOfClassMap(QORClassMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[24], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP], far);
 }
 
 QORClassMap* QORAttribute::getDestinationOfClassMap(int index) const {
-    return static_cast<QORClassMap*>(QORRecipe::at(*this, QORMetamodel::ends[24], index));
+    return static_cast<QORClassMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP], index));
 }
 
 bool QORAttribute::removeDestinationOfClassMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[24], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP], index);
 }
 
 bool QORAttribute::removeDestinationOfClassMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[24], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP], wanted, cursor);
 }
 
 void QORAttribute::removeDestinationOfClassMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[24]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP]);
 }
 
 QORMetaClass* QORAttribute::getStaticMetaClass() {
@@ -360,23 +360,23 @@ QORMetaClass* QORAttribute::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP, "destinationOfAssociationRoleNameMap", 17,
+        {QORAssociationType::ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP, "destinationOfAssociationRoleNameMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addDestinationOfAssociationRoleNameMap)},
-        {QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP, "sourceOfAssociationRoleNameMap", 18,
+        {QORAssociationType::ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP, "sourceOfAssociationRoleNameMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addSourceOfAssociationRoleNameMap)},
-        {QORAssociationType::ATTRIBUTE__INDEX_MEMBER, "indexMember", 19,
+        {QORAssociationType::ATTRIBUTE__INDEX_MEMBER, "indexMember",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addIndexMember)},
-        {QORAssociationType::ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE, "qualifierOfAssociationRole", 16,
+        {QORAssociationType::ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE, "qualifierOfAssociationRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addQualifierOfAssociationRole)},
-        {QORAssociationType::ATTRIBUTE__GROUPING, "grouping", 20,
+        {QORAssociationType::ATTRIBUTE__GROUPING, "grouping",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addGrouping)},
-        {QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION, "discriminatorOfGeneralization", 21,
+        {QORAssociationType::ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION, "discriminatorOfGeneralization",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addDiscriminatorOfGeneralization)},
-        {QORAssociationType::ATTRIBUTE__KEY, "key", 22,
+        {QORAssociationType::ATTRIBUTE__KEY, "key",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addKey)},
-        {QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP, "sourceOfClassMap", 23,
+        {QORAssociationType::ATTRIBUTE__SOURCE_OF__CLASS_MAP, "sourceOfClassMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addSourceOfClassMap)},
-        {QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP, "destinationOfClassMap", 24,
+        {QORAssociationType::ATTRIBUTE__DESTINATION_OF__CLASS_MAP, "destinationOfClassMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAttribute::_addDestinationOfClassMap)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::ATTRIBUTE), QORStructuralFeature::getStaticMetaClass(), false,

@@ -77,15 +77,15 @@ QORMetaClass* QORBusinessRule::getMetaClass() const {
 }
 
 bool QORBusinessRule::_addModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[27], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL], far);
 }
 
 bool QORBusinessRule::addModel(QORModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[27], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL], far);
 }
 
 bool QORBusinessRule::removeModel(QORModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[27], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL], far);
 }
 
 QORModel* QORBusinessRule::getModel() const {
@@ -93,67 +93,67 @@ QORModel* QORBusinessRule::getModel() const {
 }
 
 bool QORBusinessRule::removeModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[27]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL]);
 }
 
 bool QORBusinessRule::_addTypeValue(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[28], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], far);
 }
 
 bool QORBusinessRule::addTypeValue(QORTypeValue* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[28], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], far);
 }
 
 bool QORBusinessRule::removeTypeValue(QORTypeValue* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[28], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], far);
 }
 
 QORTypeValue* QORBusinessRule::getTypeValue(int index) const {
-    return static_cast<QORTypeValue*>(QORRecipe::at(*this, QORMetamodel::ends[28], index));
+    return static_cast<QORTypeValue*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], index));
 }
 
 bool QORBusinessRule::removeTypeValue(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[28], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], index);
 }
 
 bool QORBusinessRule::removeTypeValue(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[28], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], wanted, cursor);
 }
 
 void QORBusinessRule::removeTypeValues() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[28]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE]);
 }
 
 void QORBusinessRule::getTypeValueByPosition(QORTypeValueByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[28], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__TYPE_VALUE], view);
 }
 
 bool QORBusinessRule::_addModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[29], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT], far);
 }
 
 bool QORBusinessRule::addModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[29], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT], far);
 }
 
 bool QORBusinessRule::removeModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[29], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORBusinessRule::getModelObject(int index) const {
-    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[29], index));
+    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT], index));
 }
 
 bool QORBusinessRule::removeModelObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[29], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT], index);
 }
 
 bool QORBusinessRule::removeModelObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[29], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT], wanted, cursor);
 }
 
 void QORBusinessRule::removeModelObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[29]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::BUSINESS_RULE__MODEL_OBJECT]);
 }
 
 QORMetaClass* QORBusinessRule::getStaticMetaClass() {
@@ -176,11 +176,11 @@ QORMetaClass* QORBusinessRule::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::BUSINESS_RULE__MODEL, "model", 27,
+        {QORAssociationType::BUSINESS_RULE__MODEL, "model",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBusinessRule::_addModel)},
-        {QORAssociationType::BUSINESS_RULE__TYPE_VALUE, "typeValue", 28,
+        {QORAssociationType::BUSINESS_RULE__TYPE_VALUE, "typeValue",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBusinessRule::_addTypeValue)},
-        {QORAssociationType::BUSINESS_RULE__MODEL_OBJECT, "modelObject", 29,
+        {QORAssociationType::BUSINESS_RULE__MODEL_OBJECT, "modelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBusinessRule::_addModelObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::BUSINESS_RULE), QORModelObject::getStaticMetaClass(), false,

@@ -63,15 +63,15 @@ QORMetaClass* QORCandidateKey::getMetaClass() const {
 }
 
 bool QORCandidateKey::_addPrimaryOfClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[30], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__PRIMARY_OF__CLASS], far);
 }
 
 bool QORCandidateKey::addPrimaryOfClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[30], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__PRIMARY_OF__CLASS], far);
 }
 
 bool QORCandidateKey::removePrimaryOfClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[30], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__PRIMARY_OF__CLASS], far);
 }
 
 QORClass* QORCandidateKey::getPrimaryOfClass() const {
@@ -79,35 +79,35 @@ QORClass* QORCandidateKey::getPrimaryOfClass() const {
 }
 
 bool QORCandidateKey::removePrimaryOfClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[30]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__PRIMARY_OF__CLASS]);
 }
 
 bool QORCandidateKey::_addForeignKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[31], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY], far);
 }
 
 bool QORCandidateKey::addForeignKey(QORForeignKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[31], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY], far);
 }
 
 bool QORCandidateKey::removeForeignKey(QORForeignKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[31], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY], far);
 }
 
 QORForeignKey* QORCandidateKey::getForeignKey(int index) const {
-    return static_cast<QORForeignKey*>(QORRecipe::at(*this, QORMetamodel::ends[31], index));
+    return static_cast<QORForeignKey*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY], index));
 }
 
 bool QORCandidateKey::removeForeignKey(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[31], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY], index);
 }
 
 bool QORCandidateKey::removeForeignKey(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[31], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY], wanted, cursor);
 }
 
 void QORCandidateKey::removeForeignKeys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[31]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY]);
 }
 
 QORMetaClass* QORCandidateKey::getStaticMetaClass() {
@@ -118,9 +118,9 @@ QORMetaClass* QORCandidateKey::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CANDIDATE_KEY__PRIMARY_OF__CLASS, "primaryOfClass", 30,
+        {QORAssociationType::CANDIDATE_KEY__PRIMARY_OF__CLASS, "primaryOfClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCandidateKey::_addPrimaryOfClass)},
-        {QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY, "foreignKey", 31,
+        {QORAssociationType::CANDIDATE_KEY__FOREIGN_KEY, "foreignKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCandidateKey::_addForeignKey)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CANDIDATE_KEY), QORKey::getStaticMetaClass(), false,

@@ -109,163 +109,163 @@ QORMetaClass* QORClass::getMetaClass() const {
 }
 
 bool QORClass::_addOperation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[37], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], far);
 }
 
 bool QORClass::addOperation(QOROperation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[37], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], far);
 }
 
 bool QORClass::removeOperation(QOROperation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[37], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], far);
 }
 
 QOROperation* QORClass::getOperation(int index) const {
-    return static_cast<QOROperation*>(QORRecipe::at(*this, QORMetamodel::ends[37], index));
+    return static_cast<QOROperation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], index));
 }
 
 bool QORClass::removeOperation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[37], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], index);
 }
 
 bool QORClass::removeOperation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[37], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], wanted, cursor);
 }
 
 void QORClass::removeOperations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[37]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION]);
 }
 
 void QORClass::getOperationByPosition(QOROperationByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[37], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::CLASS__OPERATION], view);
 }
 
 bool QORClass::_addArgument(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[38], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], far);
 }
 
 bool QORClass::addArgument(QORArgument* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[38], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], far);
 }
 
 bool QORClass::removeArgument(QORArgument* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[38], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], far);
 }
 
 QORArgument* QORClass::getArgument(int index) const {
-    return static_cast<QORArgument*>(QORRecipe::at(*this, QORMetamodel::ends[38], index));
+    return static_cast<QORArgument*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], index));
 }
 
 bool QORClass::removeArgument(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[38], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], index);
 }
 
 bool QORClass::removeArgument(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[38], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], wanted, cursor);
 }
 
 void QORClass::removeArguments() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[38]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT]);
 }
 
 void QORClass::getArgumentByPosition(QORArgumentByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[38], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::CLASS__ARGUMENT], view);
 }
 
 bool QORClass::_addSupertypeOfGeneralization(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[39], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION], far);
 }
 
 bool QORClass::addSupertypeOfGeneralization(QORGeneralization* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[39], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION], far);
 }
 
 bool QORClass::removeSupertypeOfGeneralization(QORGeneralization* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[39], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION], far);
 }
 
 QORGeneralization* QORClass::getSupertypeOfGeneralization(int index) const {
-    return static_cast<QORGeneralization*>(QORRecipe::at(*this, QORMetamodel::ends[39], index));
+    return static_cast<QORGeneralization*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION], index));
 }
 
 bool QORClass::removeSupertypeOfGeneralization(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[39], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION], index);
 }
 
 bool QORClass::removeSupertypeOfGeneralization(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[39], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION], wanted, cursor);
 }
 
 void QORClass::removeSupertypeOfGeneralizations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[39]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION]);
 }
 
 bool QORClass::_addSubtypeOfGeneralization(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[40], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION], far);
 }
 
 bool QORClass::addSubtypeOfGeneralization(QORGeneralization* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[40], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION], far);
 }
 
 bool QORClass::removeSubtypeOfGeneralization(QORGeneralization* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[40], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION], far);
 }
 
 QORGeneralization* QORClass::getSubtypeOfGeneralization(int index) const {
-    return static_cast<QORGeneralization*>(QORRecipe::at(*this, QORMetamodel::ends[40], index));
+    return static_cast<QORGeneralization*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION], index));
 }
 
 bool QORClass::removeSubtypeOfGeneralization(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[40], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION], index);
 }
 
 bool QORClass::removeSubtypeOfGeneralization(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[40], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION], wanted, cursor);
 }
 
 void QORClass::removeSubtypeOfGeneralizations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[40]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION]);
 }
 
 bool QORClass::_addAssociationRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[41], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE], far);
 }
 
 bool QORClass::addAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[41], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE], far);
 }
 
 bool QORClass::removeAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[41], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE], far);
 }
 
 QORAssociationRole* QORClass::getAssociationRole(int index) const {
-    return static_cast<QORAssociationRole*>(QORRecipe::at(*this, QORMetamodel::ends[41], index));
+    return static_cast<QORAssociationRole*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE], index));
 }
 
 bool QORClass::removeAssociationRole(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[41], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE], index);
 }
 
 bool QORClass::removeAssociationRole(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[41], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE], wanted, cursor);
 }
 
 void QORClass::removeAssociationRoles() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[41]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION_ROLE]);
 }
 
 bool QORClass::_addPrimaryCandidateKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[32], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__PRIMARY__CANDIDATE_KEY], far);
 }
 
 bool QORClass::addPrimaryCandidateKey(QORCandidateKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[32], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__PRIMARY__CANDIDATE_KEY], far);
 }
 
 bool QORClass::removePrimaryCandidateKey(QORCandidateKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[32], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__PRIMARY__CANDIDATE_KEY], far);
 }
 
 QORCandidateKey* QORClass::getPrimaryCandidateKey() const {
@@ -273,159 +273,159 @@ QORCandidateKey* QORClass::getPrimaryCandidateKey() const {
 }
 
 bool QORClass::removePrimaryCandidateKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[32]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASS__PRIMARY__CANDIDATE_KEY]);
 }
 
 bool QORClass::_addRealization(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[42], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION], far);
 }
 
 bool QORClass::addRealization(QORRealization* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[42], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION], far);
 }
 
 bool QORClass::removeRealization(QORRealization* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[42], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION], far);
 }
 
 QORRealization* QORClass::getRealization(int index) const {
-    return static_cast<QORRealization*>(QORRecipe::at(*this, QORMetamodel::ends[42], index));
+    return static_cast<QORRealization*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION], index));
 }
 
 bool QORClass::removeRealization(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[42], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION], index);
 }
 
 bool QORClass::removeRealization(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[42], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION], wanted, cursor);
 }
 
 void QORClass::removeRealizations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[42]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__REALIZATION]);
 }
 
 bool QORClass::_addDependency(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[43], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY], far);
 }
 
 bool QORClass::addDependency(QORDependency* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[43], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY], far);
 }
 
 bool QORClass::removeDependency(QORDependency* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[43], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY], far);
 }
 
 QORDependency* QORClass::getDependency(int index) const {
-    return static_cast<QORDependency*>(QORRecipe::at(*this, QORMetamodel::ends[43], index));
+    return static_cast<QORDependency*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY], index));
 }
 
 bool QORClass::removeDependency(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[43], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY], index);
 }
 
 bool QORClass::removeDependency(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[43], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY], wanted, cursor);
 }
 
 void QORClass::removeDependencys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[43]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__DEPENDENCY]);
 }
 
 bool QORClass::_addSupplierOfDependency(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[44], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY], far);
 }
 
 bool QORClass::addSupplierOfDependency(QORDependency* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[44], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY], far);
 }
 
 bool QORClass::removeSupplierOfDependency(QORDependency* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[44], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY], far);
 }
 
 QORDependency* QORClass::getSupplierOfDependency(int index) const {
-    return static_cast<QORDependency*>(QORRecipe::at(*this, QORMetamodel::ends[44], index));
+    return static_cast<QORDependency*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY], index));
 }
 
 bool QORClass::removeSupplierOfDependency(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[44], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY], index);
 }
 
 bool QORClass::removeSupplierOfDependency(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[44], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY], wanted, cursor);
 }
 
 void QORClass::removeSupplierOfDependencys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[44]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY]);
 }
 
 bool QORClass::_addSpecificationOfRealization(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[45], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION], far);
 }
 
 bool QORClass::addSpecificationOfRealization(QORRealization* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[45], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION], far);
 }
 
 bool QORClass::removeSpecificationOfRealization(QORRealization* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[45], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION], far);
 }
 
 QORRealization* QORClass::getSpecificationOfRealization(int index) const {
-    return static_cast<QORRealization*>(QORRecipe::at(*this, QORMetamodel::ends[45], index));
+    return static_cast<QORRealization*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION], index));
 }
 
 bool QORClass::removeSpecificationOfRealization(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[45], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION], index);
 }
 
 bool QORClass::removeSpecificationOfRealization(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[45], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION], wanted, cursor);
 }
 
 void QORClass::removeSpecificationOfRealizations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[45]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION]);
 }
 
 bool QORClass::_addIndex(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[46], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX], far);
 }
 
 bool QORClass::addIndex(QORIndex* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[46], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX], far);
 }
 
 bool QORClass::removeIndex(QORIndex* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[46], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX], far);
 }
 
 QORIndex* QORClass::getIndex(int index) const {
-    return static_cast<QORIndex*>(QORRecipe::at(*this, QORMetamodel::ends[46], index));
+    return static_cast<QORIndex*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX], index));
 }
 
 bool QORClass::removeIndex(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[46], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX], index);
 }
 
 bool QORClass::removeIndex(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[46], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX], wanted, cursor);
 }
 
 void QORClass::removeIndexs() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[46]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__INDEX]);
 }
 
 bool QORClass::_addGrouping(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[33], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__GROUPING], far);
 }
 
 bool QORClass::addGrouping(QORGrouping* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[33], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__GROUPING], far);
 }
 
 bool QORClass::removeGrouping(QORGrouping* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[33], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__GROUPING], far);
 }
 
 QORGrouping* QORClass::getGrouping() const {
@@ -433,19 +433,19 @@ QORGrouping* QORClass::getGrouping() const {
 }
 
 bool QORClass::removeGrouping() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[33]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASS__GROUPING]);
 }
 
 bool QORClass::_addAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[34], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION], far);
 }
 
 bool QORClass::addAssociation(QORAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[34], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION], far);
 }
 
 bool QORClass::removeAssociation(QORAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[34], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION], far);
 }
 
 QORAssociation* QORClass::getAssociation() const {
@@ -453,19 +453,19 @@ QORAssociation* QORClass::getAssociation() const {
 }
 
 bool QORClass::removeAssociation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[34]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASS__ASSOCIATION]);
 }
 
 bool QORClass::_addClassType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[35], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__CLASS_TYPE], far);
 }
 
 bool QORClass::addClassType(QORClassType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[35], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__CLASS_TYPE], far);
 }
 
 bool QORClass::removeClassType(QORClassType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[35], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__CLASS_TYPE], far);
 }
 
 QORClassType* QORClass::getClassType() const {
@@ -473,19 +473,19 @@ QORClassType* QORClass::getClassType() const {
 }
 
 bool QORClass::removeClassType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[35]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASS__CLASS_TYPE]);
 }
 
 bool QORClass::_addMappingModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[36], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__MAPPING_MODEL], far);
 }
 
 bool QORClass::addMappingModel(QORMappingModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[36], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__MAPPING_MODEL], far);
 }
 
 bool QORClass::removeMappingModel(QORMappingModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[36], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__MAPPING_MODEL], far);
 }
 
 QORMappingModel* QORClass::getMappingModel() const {
@@ -493,35 +493,35 @@ QORMappingModel* QORClass::getMappingModel() const {
 }
 
 bool QORClass::removeMappingModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[36]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASS__MAPPING_MODEL]);
 }
 
 bool QORClass::_addKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[47], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY], far);
 }
 
 bool QORClass::addKey(QORKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[47], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY], far);
 }
 
 bool QORClass::removeKey(QORKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[47], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY], far);
 }
 
 QORKey* QORClass::getKey(int index) const {
-    return static_cast<QORKey*>(QORRecipe::at(*this, QORMetamodel::ends[47], index));
+    return static_cast<QORKey*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY], index));
 }
 
 bool QORClass::removeKey(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[47], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY], index);
 }
 
 bool QORClass::removeKey(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[47], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY], wanted, cursor);
 }
 
 void QORClass::removeKeys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[47]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASS__KEY]);
 }
 
 QORMetaClass* QORClass::getStaticMetaClass() {
@@ -564,37 +564,37 @@ QORMetaClass* QORClass::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getDimensionalTypeByName>(), QORGetEnumNameByIDWrapper::of<&getDimensionalTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CLASS__OPERATION, "operation", 37,
+        {QORAssociationType::CLASS__OPERATION, "operation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addOperation)},
-        {QORAssociationType::CLASS__ARGUMENT, "argument", 38,
+        {QORAssociationType::CLASS__ARGUMENT, "argument",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addArgument)},
-        {QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION, "supertypeOfGeneralization", 39,
+        {QORAssociationType::CLASS__SUPERTYPE_OF__GENERALIZATION, "supertypeOfGeneralization",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addSupertypeOfGeneralization)},
-        {QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION, "subtypeOfGeneralization", 40,
+        {QORAssociationType::CLASS__SUBTYPE_OF__GENERALIZATION, "subtypeOfGeneralization",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addSubtypeOfGeneralization)},
-        {QORAssociationType::CLASS__ASSOCIATION_ROLE, "associationRole", 41,
+        {QORAssociationType::CLASS__ASSOCIATION_ROLE, "associationRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addAssociationRole)},
-        {QORAssociationType::CLASS__PRIMARY__CANDIDATE_KEY, "primaryCandidateKey", 32,
+        {QORAssociationType::CLASS__PRIMARY__CANDIDATE_KEY, "primaryCandidateKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addPrimaryCandidateKey)},
-        {QORAssociationType::CLASS__REALIZATION, "realization", 42,
+        {QORAssociationType::CLASS__REALIZATION, "realization",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addRealization)},
-        {QORAssociationType::CLASS__DEPENDENCY, "dependency", 43,
+        {QORAssociationType::CLASS__DEPENDENCY, "dependency",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addDependency)},
-        {QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY, "supplierOfDependency", 44,
+        {QORAssociationType::CLASS__SUPPLIER_OF__DEPENDENCY, "supplierOfDependency",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addSupplierOfDependency)},
-        {QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION, "specificationOfRealization", 45,
+        {QORAssociationType::CLASS__SPECIFICATION_OF__REALIZATION, "specificationOfRealization",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addSpecificationOfRealization)},
-        {QORAssociationType::CLASS__INDEX, "index", 46,
+        {QORAssociationType::CLASS__INDEX, "index",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addIndex)},
-        {QORAssociationType::CLASS__GROUPING, "grouping", 33,
+        {QORAssociationType::CLASS__GROUPING, "grouping",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addGrouping)},
-        {QORAssociationType::CLASS__ASSOCIATION, "association", 34,
+        {QORAssociationType::CLASS__ASSOCIATION, "association",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addAssociation)},
-        {QORAssociationType::CLASS__CLASS_TYPE, "classType", 35,
+        {QORAssociationType::CLASS__CLASS_TYPE, "classType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addClassType)},
-        {QORAssociationType::CLASS__MAPPING_MODEL, "mappingModel", 36,
+        {QORAssociationType::CLASS__MAPPING_MODEL, "mappingModel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addMappingModel)},
-        {QORAssociationType::CLASS__KEY, "key", 47,
+        {QORAssociationType::CLASS__KEY, "key",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClass::_addKey)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CLASS), QORClassifier::getStaticMetaClass(), false,

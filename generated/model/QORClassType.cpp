@@ -57,15 +57,15 @@ QORMetaClass* QORClassType::getMetaClass() const {
 }
 
 bool QORClassType::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[50], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS_TYPE__ASSOCIATED__CLASS], far);
 }
 
 bool QORClassType::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[50], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASS_TYPE__ASSOCIATED__CLASS], far);
 }
 
 bool QORClassType::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[50], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASS_TYPE__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QORClassType::getAssociatedClass() const {
@@ -73,12 +73,12 @@ QORClass* QORClassType::getAssociatedClass() const {
 }
 
 bool QORClassType::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[50]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASS_TYPE__ASSOCIATED__CLASS]);
 }
 
 QORMetaClass* QORClassType::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CLASS_TYPE__ASSOCIATED__CLASS, "associatedClass", 50,
+        {QORAssociationType::CLASS_TYPE__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassType::_addAssociatedClass)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CLASS_TYPE), QORType::getStaticMetaClass(), false,

@@ -74,159 +74,159 @@ QORMetaClass* QORClassifier::getMetaClass() const {
 }
 
 bool QORClassifier::_addSourceOfClassifierMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[52], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP], far);
 }
 
 bool QORClassifier::addSourceOfClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[52], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP], far);
 }
 
 bool QORClassifier::removeSourceOfClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[52], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP], far);
 }
 
 QORClassifierMap* QORClassifier::getSourceOfClassifierMap(int index) const {
-    return static_cast<QORClassifierMap*>(QORRecipe::at(*this, QORMetamodel::ends[52], index));
+    return static_cast<QORClassifierMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP], index));
 }
 
 bool QORClassifier::removeSourceOfClassifierMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[52], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP], index);
 }
 
 bool QORClassifier::removeSourceOfClassifierMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[52], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP], wanted, cursor);
 }
 
 void QORClassifier::removeSourceOfClassifierMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[52]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP]);
 }
 
 bool QORClassifier::_addDestinationOfClassifierMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[53], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP], far);
 }
 
 bool QORClassifier::addDestinationOfClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[53], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP], far);
 }
 
 bool QORClassifier::removeDestinationOfClassifierMap(QORClassifierMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[53], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP], far);
 }
 
 QORClassifierMap* QORClassifier::getDestinationOfClassifierMap(int index) const {
-    return static_cast<QORClassifierMap*>(QORRecipe::at(*this, QORMetamodel::ends[53], index));
+    return static_cast<QORClassifierMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP], index));
 }
 
 bool QORClassifier::removeDestinationOfClassifierMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[53], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP], index);
 }
 
 bool QORClassifier::removeDestinationOfClassifierMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[53], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP], wanted, cursor);
 }
 
 void QORClassifier::removeDestinationOfClassifierMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[53]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP]);
 }
 
 bool QORClassifier::_addFeature(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[54], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], far);
 }
 
 bool QORClassifier::addFeature(QORFeature* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[54], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], far);
 }
 
 bool QORClassifier::removeFeature(QORFeature* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[54], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], far);
 }
 
 QORFeature* QORClassifier::getFeature(int index) const {
-    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[54], index));
+    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], index));
 }
 
 bool QORClassifier::removeFeature(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[54], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], index);
 }
 
 bool QORClassifier::removeFeature(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[54], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], wanted, cursor);
 }
 
 void QORClassifier::removeFeatures() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[54]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE]);
 }
 
 void QORClassifier::getFeatureByPosition(QORFeatureByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[54], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__FEATURE], view);
 }
 
 bool QORClassifier::_addSourceOfSQLViewAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[55], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION], far);
 }
 
 bool QORClassifier::addSourceOfSQLViewAssociation(QORSQLViewAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[55], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION], far);
 }
 
 bool QORClassifier::removeSourceOfSQLViewAssociation(QORSQLViewAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[55], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION], far);
 }
 
 QORSQLViewAssociation* QORClassifier::getSourceOfSQLViewAssociation(int index) const {
-    return static_cast<QORSQLViewAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[55], index));
+    return static_cast<QORSQLViewAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION], index));
 }
 
 bool QORClassifier::removeSourceOfSQLViewAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[55], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION], index);
 }
 
 bool QORClassifier::removeSourceOfSQLViewAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[55], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION], wanted, cursor);
 }
 
 void QORClassifier::removeSourceOfSQLViewAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[55]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION]);
 }
 
 bool QORClassifier::_addAssociatedJoinRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[56], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE], far);
 }
 
 bool QORClassifier::addAssociatedJoinRole(QORJoinRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[56], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE], far);
 }
 
 bool QORClassifier::removeAssociatedJoinRole(QORJoinRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[56], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE], far);
 }
 
 QORJoinRole* QORClassifier::getAssociatedJoinRole(int index) const {
-    return static_cast<QORJoinRole*>(QORRecipe::at(*this, QORMetamodel::ends[56], index));
+    return static_cast<QORJoinRole*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE], index));
 }
 
 bool QORClassifier::removeAssociatedJoinRole(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[56], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE], index);
 }
 
 bool QORClassifier::removeAssociatedJoinRole(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[56], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE], wanted, cursor);
 }
 
 void QORClassifier::removeAssociatedJoinRoles() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[56]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE]);
 }
 
 bool QORClassifier::_addReport(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[51], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__REPORT], far);
 }
 
 bool QORClassifier::addReport(QORReport* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[51], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__REPORT], far);
 }
 
 bool QORClassifier::removeReport(QORReport* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[51], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__REPORT], far);
 }
 
 QORReport* QORClassifier::getReport() const {
@@ -234,22 +234,22 @@ QORReport* QORClassifier::getReport() const {
 }
 
 bool QORClassifier::removeReport() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[51]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CLASSIFIER__REPORT]);
 }
 
 QORMetaClass* QORClassifier::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP, "sourceOfClassifierMap", 52,
+        {QORAssociationType::CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP, "sourceOfClassifierMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifier::_addSourceOfClassifierMap)},
-        {QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP, "destinationOfClassifierMap", 53,
+        {QORAssociationType::CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP, "destinationOfClassifierMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifier::_addDestinationOfClassifierMap)},
-        {QORAssociationType::CLASSIFIER__FEATURE, "feature", 54,
+        {QORAssociationType::CLASSIFIER__FEATURE, "feature",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifier::_addFeature)},
-        {QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION, "sourceOfSQLViewAssociation", 55,
+        {QORAssociationType::CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION, "sourceOfSQLViewAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifier::_addSourceOfSQLViewAssociation)},
-        {QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE, "associatedJoinRole", 56,
+        {QORAssociationType::CLASSIFIER__ASSOCIATED__JOIN_ROLE, "associatedJoinRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifier::_addAssociatedJoinRole)},
-        {QORAssociationType::CLASSIFIER__REPORT, "report", 51,
+        {QORAssociationType::CLASSIFIER__REPORT, "report",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORClassifier::_addReport)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CLASSIFIER), QORModelElement::getStaticMetaClass(), true,

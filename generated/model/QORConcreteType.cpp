@@ -41,31 +41,31 @@ QORMetaClass* QORConcreteType::getMetaClass() const {
 }
 
 bool QORConcreteType::_addDerivedType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[64], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE], far);
 }
 
 bool QORConcreteType::addDerivedType(QORDerivedType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[64], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE], far);
 }
 
 bool QORConcreteType::removeDerivedType(QORDerivedType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[64], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE], far);
 }
 
 QORDerivedType* QORConcreteType::getDerivedType(int index) const {
-    return static_cast<QORDerivedType*>(QORRecipe::at(*this, QORMetamodel::ends[64], index));
+    return static_cast<QORDerivedType*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE], index));
 }
 
 bool QORConcreteType::removeDerivedType(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[64], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE], index);
 }
 
 bool QORConcreteType::removeDerivedType(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[64], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE], wanted, cursor);
 }
 
 void QORConcreteType::removeDerivedTypes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[64]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE]);
 }
 
 QORMetaClass* QORConcreteType::getStaticMetaClass() {
@@ -84,7 +84,7 @@ QORMetaClass* QORConcreteType::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE, "derivedType", 64,
+        {QORAssociationType::CONCRETE_TYPE__DERIVED_TYPE, "derivedType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORConcreteType::_addDerivedType)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CONCRETE_TYPE), QORType::getStaticMetaClass(), true,

@@ -49,31 +49,31 @@ QORMetaClass* QORDataPackage::getMetaClass() const {
 }
 
 bool QORDataPackage::_addModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[74], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT], far);
 }
 
 bool QORDataPackage::addModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[74], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT], far);
 }
 
 bool QORDataPackage::removeModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[74], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORDataPackage::getModelObject(int index) const {
-    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[74], index));
+    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT], index));
 }
 
 bool QORDataPackage::removeModelObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[74], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT], index);
 }
 
 bool QORDataPackage::removeModelObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[74], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT], wanted, cursor);
 }
 
 void QORDataPackage::removeModelObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[74]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DATA_PACKAGE__MODEL_OBJECT]);
 }
 
 QORMetaClass* QORDataPackage::getStaticMetaClass() {
@@ -84,7 +84,7 @@ QORMetaClass* QORDataPackage::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getDirectionTypeByName>(), QORGetEnumNameByIDWrapper::of<&getDirectionTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DATA_PACKAGE__MODEL_OBJECT, "modelObject", 74,
+        {QORAssociationType::DATA_PACKAGE__MODEL_OBJECT, "modelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDataPackage::_addModelObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DATA_PACKAGE), QORPackage::getStaticMetaClass(), true,

@@ -57,15 +57,15 @@ QORMetaClass* QORDependency::getMetaClass() const {
 }
 
 bool QORDependency::_addClientClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[77], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__CLIENT__CLASS], far);
 }
 
 bool QORDependency::addClientClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[77], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__CLIENT__CLASS], far);
 }
 
 bool QORDependency::removeClientClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[77], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__CLIENT__CLASS], far);
 }
 
 QORClass* QORDependency::getClientClass() const {
@@ -73,19 +73,19 @@ QORClass* QORDependency::getClientClass() const {
 }
 
 bool QORDependency::removeClientClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[77]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__CLIENT__CLASS]);
 }
 
 bool QORDependency::_addSupplierClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[78], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__SUPPLIER__CLASS], far);
 }
 
 bool QORDependency::addSupplierClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[78], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__SUPPLIER__CLASS], far);
 }
 
 bool QORDependency::removeSupplierClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[78], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__SUPPLIER__CLASS], far);
 }
 
 QORClass* QORDependency::getSupplierClass() const {
@@ -93,14 +93,14 @@ QORClass* QORDependency::getSupplierClass() const {
 }
 
 bool QORDependency::removeSupplierClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[78]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DEPENDENCY__SUPPLIER__CLASS]);
 }
 
 QORMetaClass* QORDependency::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DEPENDENCY__CLIENT__CLASS, "clientClass", 77,
+        {QORAssociationType::DEPENDENCY__CLIENT__CLASS, "clientClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDependency::_addClientClass)},
-        {QORAssociationType::DEPENDENCY__SUPPLIER__CLASS, "supplierClass", 78,
+        {QORAssociationType::DEPENDENCY__SUPPLIER__CLASS, "supplierClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDependency::_addSupplierClass)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DEPENDENCY), QORRelationship::getStaticMetaClass(), false,

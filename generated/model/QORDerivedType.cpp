@@ -52,15 +52,15 @@ QORMetaClass* QORDerivedType::getMetaClass() const {
 }
 
 bool QORDerivedType::_addDerivedFromConcreteType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[79], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE], far);
 }
 
 bool QORDerivedType::addDerivedFromConcreteType(QORConcreteType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[79], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE], far);
 }
 
 bool QORDerivedType::removeDerivedFromConcreteType(QORConcreteType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[79], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE], far);
 }
 
 QORConcreteType* QORDerivedType::getDerivedFromConcreteType() const {
@@ -68,103 +68,103 @@ QORConcreteType* QORDerivedType::getDerivedFromConcreteType() const {
 }
 
 bool QORDerivedType::removeDerivedFromConcreteType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[79]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE]);
 }
 
 bool QORDerivedType::_addTypeValue(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[80], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], far);
 }
 
 bool QORDerivedType::addTypeValue(QORTypeValue* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[80], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], far);
 }
 
 bool QORDerivedType::removeTypeValue(QORTypeValue* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[80], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], far);
 }
 
 QORTypeValue* QORDerivedType::getTypeValue(int index) const {
-    return static_cast<QORTypeValue*>(QORRecipe::at(*this, QORMetamodel::ends[80], index));
+    return static_cast<QORTypeValue*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], index));
 }
 
 bool QORDerivedType::removeTypeValue(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[80], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], index);
 }
 
 bool QORDerivedType::removeTypeValue(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[80], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], wanted, cursor);
 }
 
 void QORDerivedType::removeTypeValues() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[80]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE]);
 }
 
 QORTypeValue* QORDerivedType::getTypeValue(QORString const& wanted, int* cursor) const {
-    return static_cast<QORTypeValue*>(QORRecipe::find(*this, QORMetamodel::ends[80], wanted, cursor));
+    return static_cast<QORTypeValue*>(QORRecipe::find(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], wanted, cursor));
 }
 
 bool QORDerivedType::containsTypeValue(QORTypeValue const* far) const {
-    return QORRecipe::contains(*this, QORMetamodel::ends[80], far);
+    return QORRecipe::contains(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], far);
 }
 
 void QORDerivedType::getTypeValueByPosition(QORTypeValueByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[80], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__TYPE_VALUE], view);
 }
 
 bool QORDerivedType::_addSourceOfEnumeratedTypeMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[81], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP], far);
 }
 
 bool QORDerivedType::addSourceOfEnumeratedTypeMap(QOREnumeratedTypeMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[81], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP], far);
 }
 
 bool QORDerivedType::removeSourceOfEnumeratedTypeMap(QOREnumeratedTypeMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[81], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP], far);
 }
 
 QOREnumeratedTypeMap* QORDerivedType::getSourceOfEnumeratedTypeMap(int index) const {
-    return static_cast<QOREnumeratedTypeMap*>(QORRecipe::at(*this, QORMetamodel::ends[81], index));
+    return static_cast<QOREnumeratedTypeMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP], index));
 }
 
 bool QORDerivedType::removeSourceOfEnumeratedTypeMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[81], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP], index);
 }
 
 bool QORDerivedType::removeSourceOfEnumeratedTypeMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[81], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP], wanted, cursor);
 }
 
 void QORDerivedType::removeSourceOfEnumeratedTypeMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[81]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP]);
 }
 
 bool QORDerivedType::_addDestinationOfEnumeratedTypeMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[82], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP], far);
 }
 
 bool QORDerivedType::addDestinationOfEnumeratedTypeMap(QOREnumeratedTypeMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[82], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP], far);
 }
 
 bool QORDerivedType::removeDestinationOfEnumeratedTypeMap(QOREnumeratedTypeMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[82], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP], far);
 }
 
 QOREnumeratedTypeMap* QORDerivedType::getDestinationOfEnumeratedTypeMap(int index) const {
-    return static_cast<QOREnumeratedTypeMap*>(QORRecipe::at(*this, QORMetamodel::ends[82], index));
+    return static_cast<QOREnumeratedTypeMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP], index));
 }
 
 bool QORDerivedType::removeDestinationOfEnumeratedTypeMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[82], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP], index);
 }
 
 bool QORDerivedType::removeDestinationOfEnumeratedTypeMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[82], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP], wanted, cursor);
 }
 
 void QORDerivedType::removeDestinationOfEnumeratedTypeMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[82]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP]);
 }
 
 QORMetaClass* QORDerivedType::getStaticMetaClass() {
@@ -199,13 +199,13 @@ QORMetaClass* QORDerivedType::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE, "derivedFromConcreteType", 79,
+        {QORAssociationType::DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE, "derivedFromConcreteType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDerivedType::_addDerivedFromConcreteType)},
-        {QORAssociationType::DERIVED_TYPE__TYPE_VALUE, "typeValue", 80,
+        {QORAssociationType::DERIVED_TYPE__TYPE_VALUE, "typeValue",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDerivedType::_addTypeValue)},
-        {QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP, "sourceOfEnumeratedTypeMap", 81,
+        {QORAssociationType::DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP, "sourceOfEnumeratedTypeMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDerivedType::_addSourceOfEnumeratedTypeMap)},
-        {QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP, "destinationOfEnumeratedTypeMap", 82,
+        {QORAssociationType::DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP, "destinationOfEnumeratedTypeMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDerivedType::_addDestinationOfEnumeratedTypeMap)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DERIVED_TYPE), QORConcreteType::getStaticMetaClass(), false,

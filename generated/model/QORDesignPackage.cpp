@@ -76,99 +76,99 @@ QORMetaClass* QORDesignPackage::getMetaClass() const {
 }
 
 bool QORDesignPackage::_addDiagram(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[84], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM], far);
 }
 
 bool QORDesignPackage::addDiagram(QORDiagram* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[84], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM], far);
 }
 
 bool QORDesignPackage::removeDiagram(QORDiagram* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[84], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM], far);
 }
 
 QORDiagram* QORDesignPackage::getDiagram(int index) const {
-    return static_cast<QORDiagram*>(QORRecipe::at(*this, QORMetamodel::ends[84], index));
+    return static_cast<QORDiagram*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM], index));
 }
 
 bool QORDesignPackage::removeDiagram(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[84], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM], index);
 }
 
 bool QORDesignPackage::removeDiagram(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[84], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM], wanted, cursor);
 }
 
 void QORDesignPackage::removeDiagrams() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[84]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DIAGRAM]);
 }
 
 bool QORDesignPackage::_addModelElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[85], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT], far);
 }
 
 bool QORDesignPackage::addModelElement(QORModelElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[85], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT], far);
 }
 
 bool QORDesignPackage::removeModelElement(QORModelElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[85], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT], far);
 }
 
 QORModelElement* QORDesignPackage::getModelElement(int index) const {
-    return static_cast<QORModelElement*>(QORRecipe::at(*this, QORMetamodel::ends[85], index));
+    return static_cast<QORModelElement*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT], index));
 }
 
 bool QORDesignPackage::removeModelElement(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[85], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT], index);
 }
 
 bool QORDesignPackage::removeModelElement(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[85], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT], wanted, cursor);
 }
 
 void QORDesignPackage::removeModelElements() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[85]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT]);
 }
 
 bool QORDesignPackage::_addStoredProcedure(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[86], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE], far);
 }
 
 bool QORDesignPackage::addStoredProcedure(QORStoredProcedure* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[86], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE], far);
 }
 
 bool QORDesignPackage::removeStoredProcedure(QORStoredProcedure* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[86], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE], far);
 }
 
 QORStoredProcedure* QORDesignPackage::getStoredProcedure(int index) const {
-    return static_cast<QORStoredProcedure*>(QORRecipe::at(*this, QORMetamodel::ends[86], index));
+    return static_cast<QORStoredProcedure*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE], index));
 }
 
 bool QORDesignPackage::removeStoredProcedure(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[86], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE], index);
 }
 
 bool QORDesignPackage::removeStoredProcedure(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[86], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE], wanted, cursor);
 }
 
 void QORDesignPackage::removeStoredProcedures() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[86]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE]);
 }
 
 bool QORDesignPackage::_addDefaultDiagram(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[83], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DEFAULT__DIAGRAM], far);
 }
 
 bool QORDesignPackage::addDefaultDiagram(QORDiagram* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[83], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DEFAULT__DIAGRAM], far);
 }
 
 bool QORDesignPackage::removeDefaultDiagram(QORDiagram* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[83], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DEFAULT__DIAGRAM], far);
 }
 
 QORDiagram* QORDesignPackage::getDefaultDiagram() const {
@@ -176,91 +176,91 @@ QORDiagram* QORDesignPackage::getDefaultDiagram() const {
 }
 
 bool QORDesignPackage::removeDefaultDiagram() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[83]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__DEFAULT__DIAGRAM]);
 }
 
 bool QORDesignPackage::_addTransformationTask(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[88], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK], far);
 }
 
 bool QORDesignPackage::addTransformationTask(QORTransformationTask* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[88], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK], far);
 }
 
 bool QORDesignPackage::removeTransformationTask(QORTransformationTask* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[88], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK], far);
 }
 
 QORTransformationTask* QORDesignPackage::getTransformationTask(int index) const {
-    return static_cast<QORTransformationTask*>(QORRecipe::at(*this, QORMetamodel::ends[88], index));
+    return static_cast<QORTransformationTask*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK], index));
 }
 
 bool QORDesignPackage::removeTransformationTask(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[88], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK], index);
 }
 
 bool QORDesignPackage::removeTransformationTask(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[88], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK], wanted, cursor);
 }
 
 void QORDesignPackage::removeTransformationTasks() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[88]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK]);
 }
 
 bool QORDesignPackage::_addTransformationActivity(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[89], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORDesignPackage::addTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[89], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY], far);
 }
 
 bool QORDesignPackage::removeTransformationActivity(QORTransformationActivity* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[89], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY], far);
 }
 
 QORTransformationActivity* QORDesignPackage::getTransformationActivity(int index) const {
-    return static_cast<QORTransformationActivity*>(QORRecipe::at(*this, QORMetamodel::ends[89], index));
+    return static_cast<QORTransformationActivity*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY], index));
 }
 
 bool QORDesignPackage::removeTransformationActivity(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[89], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY], index);
 }
 
 bool QORDesignPackage::removeTransformationActivity(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[89], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY], wanted, cursor);
 }
 
 void QORDesignPackage::removeTransformationActivitys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[89]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY]);
 }
 
 bool QORDesignPackage::_addImportedModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[87], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT], far);
 }
 
 bool QORDesignPackage::addImportedModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[87], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT], far);
 }
 
 bool QORDesignPackage::removeImportedModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[87], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORDesignPackage::getImportedModelObject(int index) const {
-    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[87], index));
+    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT], index));
 }
 
 bool QORDesignPackage::removeImportedModelObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[87], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT], index);
 }
 
 bool QORDesignPackage::removeImportedModelObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[87], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT], wanted, cursor);
 }
 
 void QORDesignPackage::removeImportedModelObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[87]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT]);
 }
 
 QORMetaClass* QORDesignPackage::getStaticMetaClass() {
@@ -271,19 +271,19 @@ QORMetaClass* QORDesignPackage::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DESIGN_PACKAGE__DIAGRAM, "diagram", 84,
+        {QORAssociationType::DESIGN_PACKAGE__DIAGRAM, "diagram",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addDiagram)},
-        {QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT, "modelElement", 85,
+        {QORAssociationType::DESIGN_PACKAGE__MODEL_ELEMENT, "modelElement",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addModelElement)},
-        {QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE, "storedProcedure", 86,
+        {QORAssociationType::DESIGN_PACKAGE__STORED_PROCEDURE, "storedProcedure",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addStoredProcedure)},
-        {QORAssociationType::DESIGN_PACKAGE__DEFAULT__DIAGRAM, "defaultDiagram", 83,
+        {QORAssociationType::DESIGN_PACKAGE__DEFAULT__DIAGRAM, "defaultDiagram",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addDefaultDiagram)},
-        {QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK, "transformationTask", 88,
+        {QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_TASK, "transformationTask",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addTransformationTask)},
-        {QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY, "transformationActivity", 89,
+        {QORAssociationType::DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY, "transformationActivity",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addTransformationActivity)},
-        {QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT, "importedModelObject", 87,
+        {QORAssociationType::DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT, "importedModelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDesignPackage::_addImportedModelObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DESIGN_PACKAGE), QORPackage::getStaticMetaClass(), false,

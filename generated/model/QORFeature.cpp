@@ -68,71 +68,71 @@ QORMetaClass* QORFeature::getMetaClass() const {
 }
 
 bool QORFeature::_addSourceOfFeatureMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[141], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP], far);
 }
 
 bool QORFeature::addSourceOfFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[141], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP], far);
 }
 
 bool QORFeature::removeSourceOfFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[141], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP], far);
 }
 
 QORFeatureMap* QORFeature::getSourceOfFeatureMap(int index) const {
-    return static_cast<QORFeatureMap*>(QORRecipe::at(*this, QORMetamodel::ends[141], index));
+    return static_cast<QORFeatureMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP], index));
 }
 
 bool QORFeature::removeSourceOfFeatureMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[141], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP], index);
 }
 
 bool QORFeature::removeSourceOfFeatureMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[141], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP], wanted, cursor);
 }
 
 void QORFeature::removeSourceOfFeatureMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[141]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP]);
 }
 
 bool QORFeature::_addDestinationOfFeatureMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[142], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP], far);
 }
 
 bool QORFeature::addDestinationOfFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[142], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP], far);
 }
 
 bool QORFeature::removeDestinationOfFeatureMap(QORFeatureMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[142], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP], far);
 }
 
 QORFeatureMap* QORFeature::getDestinationOfFeatureMap(int index) const {
-    return static_cast<QORFeatureMap*>(QORRecipe::at(*this, QORMetamodel::ends[142], index));
+    return static_cast<QORFeatureMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP], index));
 }
 
 bool QORFeature::removeDestinationOfFeatureMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[142], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP], index);
 }
 
 bool QORFeature::removeDestinationOfFeatureMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[142], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP], wanted, cursor);
 }
 
 void QORFeature::removeDestinationOfFeatureMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[142]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP]);
 }
 
 bool QORFeature::_addType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[139], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__TYPE], far);
 }
 
 bool QORFeature::addType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[139], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__TYPE], far);
 }
 
 bool QORFeature::removeType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[139], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE__TYPE], far);
 }
 
 QORType* QORFeature::getType() const {
@@ -140,19 +140,19 @@ QORType* QORFeature::getType() const {
 }
 
 bool QORFeature::removeType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[139]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FEATURE__TYPE]);
 }
 
 bool QORFeature::_addClassifier(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[140], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__CLASSIFIER], far);
 }
 
 bool QORFeature::addClassifier(QORClassifier* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[140], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__CLASSIFIER], far);
 }
 
 bool QORFeature::removeClassifier(QORClassifier* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[140], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE__CLASSIFIER], far);
 }
 
 QORClassifier* QORFeature::getClassifier() const {
@@ -160,35 +160,35 @@ QORClassifier* QORFeature::getClassifier() const {
 }
 
 bool QORFeature::removeClassifier() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[140]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FEATURE__CLASSIFIER]);
 }
 
 bool QORFeature::_addSourceOfSQLViewAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[143], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE], far);
 }
 
 bool QORFeature::addSourceOfSQLViewAttribute(QORSQLViewAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[143], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE], far);
 }
 
 bool QORFeature::removeSourceOfSQLViewAttribute(QORSQLViewAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[143], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE], far);
 }
 
 QORSQLViewAttribute* QORFeature::getSourceOfSQLViewAttribute(int index) const {
-    return static_cast<QORSQLViewAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[143], index));
+    return static_cast<QORSQLViewAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE], index));
 }
 
 bool QORFeature::removeSourceOfSQLViewAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[143], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE], index);
 }
 
 bool QORFeature::removeSourceOfSQLViewAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[143], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE], wanted, cursor);
 }
 
 void QORFeature::removeSourceOfSQLViewAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[143]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE]);
 }
 
 QORMetaClass* QORFeature::getStaticMetaClass() {
@@ -199,15 +199,15 @@ QORMetaClass* QORFeature::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP, "sourceOfFeatureMap", 141,
+        {QORAssociationType::FEATURE__SOURCE_OF__FEATURE_MAP, "sourceOfFeatureMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeature::_addSourceOfFeatureMap)},
-        {QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP, "destinationOfFeatureMap", 142,
+        {QORAssociationType::FEATURE__DESTINATION_OF__FEATURE_MAP, "destinationOfFeatureMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeature::_addDestinationOfFeatureMap)},
-        {QORAssociationType::FEATURE__TYPE, "type", 139,
+        {QORAssociationType::FEATURE__TYPE, "type",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeature::_addType)},
-        {QORAssociationType::FEATURE__CLASSIFIER, "classifier", 140,
+        {QORAssociationType::FEATURE__CLASSIFIER, "classifier",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeature::_addClassifier)},
-        {QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE, "sourceOfSQLViewAttribute", 143,
+        {QORAssociationType::FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE, "sourceOfSQLViewAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFeature::_addSourceOfSQLViewAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::FEATURE), QORModelObject::getStaticMetaClass(), true,

@@ -69,15 +69,15 @@ QORMetaClass* QORForeignKey::getMetaClass() const {
 }
 
 bool QORForeignKey::_addAssociationRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[149], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE], far);
 }
 
 bool QORForeignKey::addAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[149], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE], far);
 }
 
 bool QORForeignKey::removeAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[149], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE], far);
 }
 
 QORAssociationRole* QORForeignKey::getAssociationRole() const {
@@ -85,19 +85,19 @@ QORAssociationRole* QORForeignKey::getAssociationRole() const {
 }
 
 bool QORForeignKey::removeAssociationRole() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[149]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE]);
 }
 
 bool QORForeignKey::_addCandidateKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[150], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__CANDIDATE_KEY], far);
 }
 
 bool QORForeignKey::addCandidateKey(QORCandidateKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[150], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__CANDIDATE_KEY], far);
 }
 
 bool QORForeignKey::removeCandidateKey(QORCandidateKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[150], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__CANDIDATE_KEY], far);
 }
 
 QORCandidateKey* QORForeignKey::getCandidateKey() const {
@@ -105,19 +105,19 @@ QORCandidateKey* QORForeignKey::getCandidateKey() const {
 }
 
 bool QORForeignKey::removeCandidateKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[150]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__CANDIDATE_KEY]);
 }
 
 bool QORForeignKey::_addGeneralization(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[151], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__GENERALIZATION], far);
 }
 
 bool QORForeignKey::addGeneralization(QORGeneralization* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[151], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__GENERALIZATION], far);
 }
 
 bool QORForeignKey::removeGeneralization(QORGeneralization* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[151], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__GENERALIZATION], far);
 }
 
 QORGeneralization* QORForeignKey::getGeneralization() const {
@@ -125,46 +125,46 @@ QORGeneralization* QORForeignKey::getGeneralization() const {
 }
 
 bool QORForeignKey::removeGeneralization() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[151]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__GENERALIZATION]);
 }
 
 bool QORForeignKey::_addAssociationRoleNameMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[152], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 bool QORForeignKey::addAssociationRoleNameMap(QORAssociationRoleNameMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[152], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 bool QORForeignKey::removeAssociationRoleNameMap(QORAssociationRoleNameMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[152], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP], far);
 }
 
 QORAssociationRoleNameMap* QORForeignKey::getAssociationRoleNameMap(int index) const {
-    return static_cast<QORAssociationRoleNameMap*>(QORRecipe::at(*this, QORMetamodel::ends[152], index));
+    return static_cast<QORAssociationRoleNameMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP], index));
 }
 
 bool QORForeignKey::removeAssociationRoleNameMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[152], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP], index);
 }
 
 bool QORForeignKey::removeAssociationRoleNameMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[152], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP], wanted, cursor);
 }
 
 void QORForeignKey::removeAssociationRoleNameMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[152]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP]);
 }
 
 QORMetaClass* QORForeignKey::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE, "associationRole", 149,
+        {QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE, "associationRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORForeignKey::_addAssociationRole)},
-        {QORAssociationType::FOREIGN_KEY__CANDIDATE_KEY, "candidateKey", 150,
+        {QORAssociationType::FOREIGN_KEY__CANDIDATE_KEY, "candidateKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORForeignKey::_addCandidateKey)},
-        {QORAssociationType::FOREIGN_KEY__GENERALIZATION, "generalization", 151,
+        {QORAssociationType::FOREIGN_KEY__GENERALIZATION, "generalization",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORForeignKey::_addGeneralization)},
-        {QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP, "associationRoleNameMap", 152,
+        {QORAssociationType::FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP, "associationRoleNameMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORForeignKey::_addAssociationRoleNameMap)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::FOREIGN_KEY), QORKey::getStaticMetaClass(), false,

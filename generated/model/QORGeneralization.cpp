@@ -68,115 +68,115 @@ QORMetaClass* QORGeneralization::getMetaClass() const {
 }
 
 bool QORGeneralization::_addForeignKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[156], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY], far);
 }
 
 bool QORGeneralization::addForeignKey(QORForeignKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[156], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY], far);
 }
 
 bool QORGeneralization::removeForeignKey(QORForeignKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[156], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY], far);
 }
 
 QORForeignKey* QORGeneralization::getForeignKey(int index) const {
-    return static_cast<QORForeignKey*>(QORRecipe::at(*this, QORMetamodel::ends[156], index));
+    return static_cast<QORForeignKey*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY], index));
 }
 
 bool QORGeneralization::removeForeignKey(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[156], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY], index);
 }
 
 bool QORGeneralization::removeForeignKey(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[156], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY], wanted, cursor);
 }
 
 void QORGeneralization::removeForeignKeys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[156]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__FOREIGN_KEY]);
 }
 
 bool QORGeneralization::_addSupertypeClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[157], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS], far);
 }
 
 bool QORGeneralization::addSupertypeClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[157], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS], far);
 }
 
 bool QORGeneralization::removeSupertypeClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[157], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS], far);
 }
 
 QORClass* QORGeneralization::getSupertypeClass(int index) const {
-    return static_cast<QORClass*>(QORRecipe::at(*this, QORMetamodel::ends[157], index));
+    return static_cast<QORClass*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS], index));
 }
 
 bool QORGeneralization::removeSupertypeClass(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[157], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS], index);
 }
 
 bool QORGeneralization::removeSupertypeClass(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[157], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS], wanted, cursor);
 }
 
 void QORGeneralization::removeSupertypeClasss() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[157]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS]);
 }
 
 bool QORGeneralization::_addSubtypeClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[158], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS], far);
 }
 
 bool QORGeneralization::addSubtypeClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[158], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS], far);
 }
 
 bool QORGeneralization::removeSubtypeClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[158], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS], far);
 }
 
 QORClass* QORGeneralization::getSubtypeClass(int index) const {
-    return static_cast<QORClass*>(QORRecipe::at(*this, QORMetamodel::ends[158], index));
+    return static_cast<QORClass*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS], index));
 }
 
 bool QORGeneralization::removeSubtypeClass(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[158], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS], index);
 }
 
 bool QORGeneralization::removeSubtypeClass(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[158], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS], wanted, cursor);
 }
 
 void QORGeneralization::removeSubtypeClasss() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[158]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__SUBTYPE__CLASS]);
 }
 
 bool QORGeneralization::_addDiscriminatorAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[159], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE], far);
 }
 
 bool QORGeneralization::addDiscriminatorAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[159], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE], far);
 }
 
 bool QORGeneralization::removeDiscriminatorAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[159], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE], far);
 }
 
 QORAttribute* QORGeneralization::getDiscriminatorAttribute(int index) const {
-    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[159], index));
+    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE], index));
 }
 
 bool QORGeneralization::removeDiscriminatorAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[159], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE], index);
 }
 
 bool QORGeneralization::removeDiscriminatorAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[159], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE], wanted, cursor);
 }
 
 void QORGeneralization::removeDiscriminatorAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[159]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE]);
 }
 
 QORMetaClass* QORGeneralization::getStaticMetaClass() {
@@ -203,13 +203,13 @@ QORMetaClass* QORGeneralization::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::GENERALIZATION__FOREIGN_KEY, "foreignKey", 156,
+        {QORAssociationType::GENERALIZATION__FOREIGN_KEY, "foreignKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGeneralization::_addForeignKey)},
-        {QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS, "supertypeClass", 157,
+        {QORAssociationType::GENERALIZATION__SUPERTYPE__CLASS, "supertypeClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGeneralization::_addSupertypeClass)},
-        {QORAssociationType::GENERALIZATION__SUBTYPE__CLASS, "subtypeClass", 158,
+        {QORAssociationType::GENERALIZATION__SUBTYPE__CLASS, "subtypeClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGeneralization::_addSubtypeClass)},
-        {QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE, "discriminatorAttribute", 159,
+        {QORAssociationType::GENERALIZATION__DISCRIMINATOR__ATTRIBUTE, "discriminatorAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGeneralization::_addDiscriminatorAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::GENERALIZATION), QORRelationship::getStaticMetaClass(), false,

@@ -92,15 +92,15 @@ QORMetaClass* QORGrouping::getMetaClass() const {
 }
 
 bool QORGrouping::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[160], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__ASSOCIATED__CLASS], far);
 }
 
 bool QORGrouping::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[160], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__ASSOCIATED__CLASS], far);
 }
 
 bool QORGrouping::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[160], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GROUPING__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QORGrouping::getAssociatedClass() const {
@@ -108,51 +108,51 @@ QORClass* QORGrouping::getAssociatedClass() const {
 }
 
 bool QORGrouping::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[160]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::GROUPING__ASSOCIATED__CLASS]);
 }
 
 bool QORGrouping::_addChildGrouping(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[164], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], far);
 }
 
 bool QORGrouping::addChildGrouping(QORGrouping* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[164], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], far);
 }
 
 bool QORGrouping::removeChildGrouping(QORGrouping* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[164], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], far);
 }
 
 QORGrouping* QORGrouping::getChildGrouping(int index) const {
-    return static_cast<QORGrouping*>(QORRecipe::at(*this, QORMetamodel::ends[164], index));
+    return static_cast<QORGrouping*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], index));
 }
 
 bool QORGrouping::removeChildGrouping(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[164], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], index);
 }
 
 bool QORGrouping::removeChildGrouping(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[164], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], wanted, cursor);
 }
 
 void QORGrouping::removeChildGroupings() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[164]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING]);
 }
 
 void QORGrouping::getChildGroupingByPosition(QORGroupingByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[164], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::GROUPING__CHILD__GROUPING], view);
 }
 
 bool QORGrouping::_addParentGrouping(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[161], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__PARENT__GROUPING], far);
 }
 
 bool QORGrouping::addParentGrouping(QORGrouping* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[161], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__PARENT__GROUPING], far);
 }
 
 bool QORGrouping::removeParentGrouping(QORGrouping* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[161], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GROUPING__PARENT__GROUPING], far);
 }
 
 QORGrouping* QORGrouping::getParentGrouping() const {
@@ -160,19 +160,19 @@ QORGrouping* QORGrouping::getParentGrouping() const {
 }
 
 bool QORGrouping::removeParentGrouping() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[161]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::GROUPING__PARENT__GROUPING]);
 }
 
 bool QORGrouping::_addLeafAssociationRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[162], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ASSOCIATION_ROLE], far);
 }
 
 bool QORGrouping::addLeafAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[162], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ASSOCIATION_ROLE], far);
 }
 
 bool QORGrouping::removeLeafAssociationRole(QORAssociationRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[162], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ASSOCIATION_ROLE], far);
 }
 
 QORAssociationRole* QORGrouping::getLeafAssociationRole() const {
@@ -180,19 +180,19 @@ QORAssociationRole* QORGrouping::getLeafAssociationRole() const {
 }
 
 bool QORGrouping::removeLeafAssociationRole() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[162]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ASSOCIATION_ROLE]);
 }
 
 bool QORGrouping::_addLeafAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[163], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ATTRIBUTE], far);
 }
 
 bool QORGrouping::addLeafAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[163], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ATTRIBUTE], far);
 }
 
 bool QORGrouping::removeLeafAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[163], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ATTRIBUTE], far);
 }
 
 QORAttribute* QORGrouping::getLeafAttribute() const {
@@ -200,7 +200,7 @@ QORAttribute* QORGrouping::getLeafAttribute() const {
 }
 
 bool QORGrouping::removeLeafAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[163]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::GROUPING__LEAF__ATTRIBUTE]);
 }
 
 QORMetaClass* QORGrouping::getStaticMetaClass() {
@@ -219,15 +219,15 @@ QORMetaClass* QORGrouping::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::GROUPING__ASSOCIATED__CLASS, "associatedClass", 160,
+        {QORAssociationType::GROUPING__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGrouping::_addAssociatedClass)},
-        {QORAssociationType::GROUPING__CHILD__GROUPING, "childGrouping", 164,
+        {QORAssociationType::GROUPING__CHILD__GROUPING, "childGrouping",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGrouping::_addChildGrouping)},
-        {QORAssociationType::GROUPING__PARENT__GROUPING, "parentGrouping", 161,
+        {QORAssociationType::GROUPING__PARENT__GROUPING, "parentGrouping",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGrouping::_addParentGrouping)},
-        {QORAssociationType::GROUPING__LEAF__ASSOCIATION_ROLE, "leafAssociationRole", 162,
+        {QORAssociationType::GROUPING__LEAF__ASSOCIATION_ROLE, "leafAssociationRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGrouping::_addLeafAssociationRole)},
-        {QORAssociationType::GROUPING__LEAF__ATTRIBUTE, "leafAttribute", 163,
+        {QORAssociationType::GROUPING__LEAF__ATTRIBUTE, "leafAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORGrouping::_addLeafAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::GROUPING), QORModelObject::getStaticMetaClass(), false,

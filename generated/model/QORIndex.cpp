@@ -92,15 +92,15 @@ QORMetaClass* QORIndex::getMetaClass() const {
 }
 
 bool QORIndex::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[176], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX__ASSOCIATED__CLASS], far);
 }
 
 bool QORIndex::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[176], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX__ASSOCIATED__CLASS], far);
 }
 
 bool QORIndex::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[176], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::INDEX__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QORIndex::getAssociatedClass() const {
@@ -108,19 +108,19 @@ QORClass* QORIndex::getAssociatedClass() const {
 }
 
 bool QORIndex::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[176]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::INDEX__ASSOCIATED__CLASS]);
 }
 
 bool QORIndex::_addKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[177], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX__KEY], far);
 }
 
 bool QORIndex::addKey(QORKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[177], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX__KEY], far);
 }
 
 bool QORIndex::removeKey(QORKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[177], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::INDEX__KEY], far);
 }
 
 QORKey* QORIndex::getKey() const {
@@ -128,39 +128,39 @@ QORKey* QORIndex::getKey() const {
 }
 
 bool QORIndex::removeKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[177]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::INDEX__KEY]);
 }
 
 bool QORIndex::_addIndexMember(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[178], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], far);
 }
 
 bool QORIndex::addIndexMember(QORIndexMember* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[178], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], far);
 }
 
 bool QORIndex::removeIndexMember(QORIndexMember* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[178], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], far);
 }
 
 QORIndexMember* QORIndex::getIndexMember(int index) const {
-    return static_cast<QORIndexMember*>(QORRecipe::at(*this, QORMetamodel::ends[178], index));
+    return static_cast<QORIndexMember*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], index));
 }
 
 bool QORIndex::removeIndexMember(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[178], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], index);
 }
 
 bool QORIndex::removeIndexMember(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[178], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], wanted, cursor);
 }
 
 void QORIndex::removeIndexMembers() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[178]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER]);
 }
 
 void QORIndex::getIndexMemberByPosition(QORIndexMemberByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[178], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::INDEX__INDEX_MEMBER], view);
 }
 
 QORMetaClass* QORIndex::getStaticMetaClass() {
@@ -179,11 +179,11 @@ QORMetaClass* QORIndex::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::INDEX__ASSOCIATED__CLASS, "associatedClass", 176,
+        {QORAssociationType::INDEX__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORIndex::_addAssociatedClass)},
-        {QORAssociationType::INDEX__KEY, "key", 177,
+        {QORAssociationType::INDEX__KEY, "key",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORIndex::_addKey)},
-        {QORAssociationType::INDEX__INDEX_MEMBER, "indexMember", 178,
+        {QORAssociationType::INDEX__INDEX_MEMBER, "indexMember",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORIndex::_addIndexMember)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::INDEX), QORModelObject::getStaticMetaClass(), false,

@@ -80,15 +80,15 @@ QORMetaClass* QORIndexMember::getMetaClass() const {
 }
 
 bool QORIndexMember::_addAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[179], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__ATTRIBUTE], far);
 }
 
 bool QORIndexMember::addAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[179], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__ATTRIBUTE], far);
 }
 
 bool QORIndexMember::removeAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[179], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__ATTRIBUTE], far);
 }
 
 QORAttribute* QORIndexMember::getAttribute() const {
@@ -96,19 +96,19 @@ QORAttribute* QORIndexMember::getAttribute() const {
 }
 
 bool QORIndexMember::removeAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[179]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__ATTRIBUTE]);
 }
 
 bool QORIndexMember::_addIndex(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[180], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__INDEX], far);
 }
 
 bool QORIndexMember::addIndex(QORIndex* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[180], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__INDEX], far);
 }
 
 bool QORIndexMember::removeIndex(QORIndex* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[180], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__INDEX], far);
 }
 
 QORIndex* QORIndexMember::getIndex() const {
@@ -116,7 +116,7 @@ QORIndex* QORIndexMember::getIndex() const {
 }
 
 bool QORIndexMember::removeIndex() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[180]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::INDEX_MEMBER__INDEX]);
 }
 
 QORMetaClass* QORIndexMember::getStaticMetaClass() {
@@ -131,9 +131,9 @@ QORMetaClass* QORIndexMember::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getSortOrderTypeByName>(), QORGetEnumNameByIDWrapper::of<&getSortOrderTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::INDEX_MEMBER__ATTRIBUTE, "attribute", 179,
+        {QORAssociationType::INDEX_MEMBER__ATTRIBUTE, "attribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORIndexMember::_addAttribute)},
-        {QORAssociationType::INDEX_MEMBER__INDEX, "index", 180,
+        {QORAssociationType::INDEX_MEMBER__INDEX, "index",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORIndexMember::_addIndex)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::INDEX_MEMBER), QORModelObject::getStaticMetaClass(), false,

@@ -63,15 +63,15 @@ QORMetaClass* QORKey::getMetaClass() const {
 }
 
 bool QORKey::_addIndex(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[186], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__INDEX], far);
 }
 
 bool QORKey::addIndex(QORIndex* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[186], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__INDEX], far);
 }
 
 bool QORKey::removeIndex(QORIndex* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[186], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY__INDEX], far);
 }
 
 QORIndex* QORKey::getIndex() const {
@@ -79,19 +79,19 @@ QORIndex* QORKey::getIndex() const {
 }
 
 bool QORKey::removeIndex() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[186]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::KEY__INDEX]);
 }
 
 bool QORKey::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[187], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__ASSOCIATED__CLASS], far);
 }
 
 bool QORKey::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[187], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__ASSOCIATED__CLASS], far);
 }
 
 bool QORKey::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[187], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QORKey::getAssociatedClass() const {
@@ -99,74 +99,74 @@ QORClass* QORKey::getAssociatedClass() const {
 }
 
 bool QORKey::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[187]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::KEY__ASSOCIATED__CLASS]);
 }
 
 bool QORKey::_addDestinationOfKeyMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[188], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP], far);
 }
 
 bool QORKey::addDestinationOfKeyMap(QORKeyMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[188], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP], far);
 }
 
 bool QORKey::removeDestinationOfKeyMap(QORKeyMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[188], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP], far);
 }
 
 QORKeyMap* QORKey::getDestinationOfKeyMap(int index) const {
-    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[188], index));
+    return static_cast<QORKeyMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP], index));
 }
 
 bool QORKey::removeDestinationOfKeyMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[188], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP], index);
 }
 
 bool QORKey::removeDestinationOfKeyMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[188], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP], wanted, cursor);
 }
 
 void QORKey::removeDestinationOfKeyMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[188]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::KEY__DESTINATION_OF__KEY_MAP]);
 }
 
 bool QORKey::_addAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[189], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE], far);
 }
 
 bool QORKey::addAttribute(QORAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[189], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE], far);
 }
 
 bool QORKey::removeAttribute(QORAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[189], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE], far);
 }
 
 QORAttribute* QORKey::getAttribute(int index) const {
-    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[189], index));
+    return static_cast<QORAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE], index));
 }
 
 bool QORKey::removeAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[189], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE], index);
 }
 
 bool QORKey::removeAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[189], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE], wanted, cursor);
 }
 
 void QORKey::removeAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[189]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::KEY__ATTRIBUTE]);
 }
 
 QORMetaClass* QORKey::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::KEY__INDEX, "index", 186,
+        {QORAssociationType::KEY__INDEX, "index",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKey::_addIndex)},
-        {QORAssociationType::KEY__ASSOCIATED__CLASS, "associatedClass", 187,
+        {QORAssociationType::KEY__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKey::_addAssociatedClass)},
-        {QORAssociationType::KEY__DESTINATION_OF__KEY_MAP, "destinationOfKeyMap", 188,
+        {QORAssociationType::KEY__DESTINATION_OF__KEY_MAP, "destinationOfKeyMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKey::_addDestinationOfKeyMap)},
-        {QORAssociationType::KEY__ATTRIBUTE, "attribute", 189,
+        {QORAssociationType::KEY__ATTRIBUTE, "attribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORKey::_addAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::KEY), QORModelObject::getStaticMetaClass(), true,

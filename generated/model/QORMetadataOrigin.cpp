@@ -93,15 +93,15 @@ QORMetaClass* QORMetadataOrigin::getMetaClass() const {
 }
 
 bool QORMetadataOrigin::_addModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[221], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MODEL], far);
 }
 
 bool QORMetadataOrigin::addModel(QORModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[221], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MODEL], far);
 }
 
 bool QORMetadataOrigin::removeModel(QORModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[221], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MODEL], far);
 }
 
 QORModel* QORMetadataOrigin::getModel() const {
@@ -109,19 +109,19 @@ QORModel* QORMetadataOrigin::getModel() const {
 }
 
 bool QORMetadataOrigin::removeModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[221]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MODEL]);
 }
 
 bool QORMetadataOrigin::_addMappingModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[222], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MAPPING_MODEL], far);
 }
 
 bool QORMetadataOrigin::addMappingModel(QORMappingModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[222], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MAPPING_MODEL], far);
 }
 
 bool QORMetadataOrigin::removeMappingModel(QORMappingModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[222], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MAPPING_MODEL], far);
 }
 
 QORMappingModel* QORMetadataOrigin::getMappingModel() const {
@@ -129,7 +129,7 @@ QORMappingModel* QORMetadataOrigin::getMappingModel() const {
 }
 
 bool QORMetadataOrigin::removeMappingModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[222]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::METADATA_ORIGIN__MAPPING_MODEL]);
 }
 
 QORMetaClass* QORMetadataOrigin::getStaticMetaClass() {
@@ -176,9 +176,9 @@ QORMetaClass* QORMetadataOrigin::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::METADATA_ORIGIN__MODEL, "model", 221,
+        {QORAssociationType::METADATA_ORIGIN__MODEL, "model",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMetadataOrigin::_addModel)},
-        {QORAssociationType::METADATA_ORIGIN__MAPPING_MODEL, "mappingModel", 222,
+        {QORAssociationType::METADATA_ORIGIN__MAPPING_MODEL, "mappingModel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMetadataOrigin::_addMappingModel)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::METADATA_ORIGIN), QORElement::getStaticMetaClass(), false,

@@ -87,43 +87,43 @@ QORMetaClass* QORModel::getMetaClass() const {
 }
 
 bool QORModel::_addType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[225], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE], far);
 }
 
 bool QORModel::addType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[225], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE], far);
 }
 
 bool QORModel::removeType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[225], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE], far);
 }
 
 QORType* QORModel::getType(int index) const {
-    return static_cast<QORType*>(QORRecipe::at(*this, QORMetamodel::ends[225], index));
+    return static_cast<QORType*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE], index));
 }
 
 bool QORModel::removeType(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[225], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE], index);
 }
 
 bool QORModel::removeType(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[225], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE], wanted, cursor);
 }
 
 void QORModel::removeTypes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[225]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL__TYPE]);
 }
 
 bool QORModel::_addModelFormat(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[223], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__MODEL_FORMAT], far);
 }
 
 bool QORModel::addModelFormat(QORModelFormat* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[223], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__MODEL_FORMAT], far);
 }
 
 bool QORModel::removeModelFormat(QORModelFormat* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[223], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL__MODEL_FORMAT], far);
 }
 
 QORModelFormat* QORModel::getModelFormat() const {
@@ -131,75 +131,75 @@ QORModelFormat* QORModel::getModelFormat() const {
 }
 
 bool QORModel::removeModelFormat() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[223]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MODEL__MODEL_FORMAT]);
 }
 
 bool QORModel::_addPhysicalTarget(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[227], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET], far);
 }
 
 bool QORModel::addPhysicalTarget(QORPhysicalTarget* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[227], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET], far);
 }
 
 bool QORModel::removePhysicalTarget(QORPhysicalTarget* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[227], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET], far);
 }
 
 QORPhysicalTarget* QORModel::getPhysicalTarget(int index) const {
-    return static_cast<QORPhysicalTarget*>(QORRecipe::at(*this, QORMetamodel::ends[227], index));
+    return static_cast<QORPhysicalTarget*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET], index));
 }
 
 bool QORModel::removePhysicalTarget(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[227], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET], index);
 }
 
 bool QORModel::removePhysicalTarget(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[227], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET], wanted, cursor);
 }
 
 void QORModel::removePhysicalTargets() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[227]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL__PHYSICAL_TARGET]);
 }
 
 bool QORModel::_addPropertyElementTypeScope(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[226], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORModel::addPropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[226], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORModel::removePropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[226], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 QORPropertyElementTypeScope* QORModel::getPropertyElementTypeScope(int index) const {
-    return static_cast<QORPropertyElementTypeScope*>(QORRecipe::at(*this, QORMetamodel::ends[226], index));
+    return static_cast<QORPropertyElementTypeScope*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], index));
 }
 
 bool QORModel::removePropertyElementTypeScope(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[226], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], index);
 }
 
 bool QORModel::removePropertyElementTypeScope(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[226], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE], wanted, cursor);
 }
 
 void QORModel::removePropertyElementTypeScopes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[226]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE]);
 }
 
 bool QORModel::_addMetadataOrigin(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[224], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__METADATA_ORIGIN], far);
 }
 
 bool QORModel::addMetadataOrigin(QORMetadataOrigin* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[224], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__METADATA_ORIGIN], far);
 }
 
 bool QORModel::removeMetadataOrigin(QORMetadataOrigin* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[224], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL__METADATA_ORIGIN], far);
 }
 
 QORMetadataOrigin* QORModel::getMetadataOrigin() const {
@@ -207,35 +207,35 @@ QORMetadataOrigin* QORModel::getMetadataOrigin() const {
 }
 
 bool QORModel::removeMetadataOrigin() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[224]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::MODEL__METADATA_ORIGIN]);
 }
 
 bool QORModel::_addBusinessRule(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[228], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE], far);
 }
 
 bool QORModel::addBusinessRule(QORBusinessRule* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[228], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE], far);
 }
 
 bool QORModel::removeBusinessRule(QORBusinessRule* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[228], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE], far);
 }
 
 QORBusinessRule* QORModel::getBusinessRule(int index) const {
-    return static_cast<QORBusinessRule*>(QORRecipe::at(*this, QORMetamodel::ends[228], index));
+    return static_cast<QORBusinessRule*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE], index));
 }
 
 bool QORModel::removeBusinessRule(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[228], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE], index);
 }
 
 bool QORModel::removeBusinessRule(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[228], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE], wanted, cursor);
 }
 
 void QORModel::removeBusinessRules() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[228]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MODEL__BUSINESS_RULE]);
 }
 
 QORMetaClass* QORModel::getStaticMetaClass() {
@@ -246,17 +246,17 @@ QORMetaClass* QORModel::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MODEL__TYPE, "type", 225,
+        {QORAssociationType::MODEL__TYPE, "type",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModel::_addType)},
-        {QORAssociationType::MODEL__MODEL_FORMAT, "modelFormat", 223,
+        {QORAssociationType::MODEL__MODEL_FORMAT, "modelFormat",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModel::_addModelFormat)},
-        {QORAssociationType::MODEL__PHYSICAL_TARGET, "physicalTarget", 227,
+        {QORAssociationType::MODEL__PHYSICAL_TARGET, "physicalTarget",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModel::_addPhysicalTarget)},
-        {QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope", 226,
+        {QORAssociationType::MODEL__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModel::_addPropertyElementTypeScope)},
-        {QORAssociationType::MODEL__METADATA_ORIGIN, "metadataOrigin", 224,
+        {QORAssociationType::MODEL__METADATA_ORIGIN, "metadataOrigin",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModel::_addMetadataOrigin)},
-        {QORAssociationType::MODEL__BUSINESS_RULE, "businessRule", 228,
+        {QORAssociationType::MODEL__BUSINESS_RULE, "businessRule",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORModel::_addBusinessRule)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MODEL), QORPackage::getStaticMetaClass(), false,

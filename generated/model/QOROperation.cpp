@@ -101,47 +101,47 @@ QORMetaClass* QOROperation::getMetaClass() const {
 }
 
 bool QOROperation::_addArgument(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[245], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], far);
 }
 
 bool QOROperation::addArgument(QORArgument* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[245], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], far);
 }
 
 bool QOROperation::removeArgument(QORArgument* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[245], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], far);
 }
 
 QORArgument* QOROperation::getArgument(int index) const {
-    return static_cast<QORArgument*>(QORRecipe::at(*this, QORMetamodel::ends[245], index));
+    return static_cast<QORArgument*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], index));
 }
 
 bool QOROperation::removeArgument(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[245], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], index);
 }
 
 bool QOROperation::removeArgument(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[245], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], wanted, cursor);
 }
 
 void QOROperation::removeArguments() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[245]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT]);
 }
 
 void QOROperation::getArgumentByPosition(QORArgumentByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[245], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ARGUMENT], view);
 }
 
 bool QOROperation::_addReturnType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[242], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__RETURN__TYPE], far);
 }
 
 bool QOROperation::addReturnType(QORType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[242], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__RETURN__TYPE], far);
 }
 
 bool QOROperation::removeReturnType(QORType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[242], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION__RETURN__TYPE], far);
 }
 
 QORType* QOROperation::getReturnType() const {
@@ -149,19 +149,19 @@ QORType* QOROperation::getReturnType() const {
 }
 
 bool QOROperation::removeReturnType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[242]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::OPERATION__RETURN__TYPE]);
 }
 
 bool QOROperation::_addAssociatedClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[243], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__CLASS], far);
 }
 
 bool QOROperation::addAssociatedClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[243], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__CLASS], far);
 }
 
 bool QOROperation::removeAssociatedClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[243], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__CLASS], far);
 }
 
 QORClass* QOROperation::getAssociatedClass() const {
@@ -169,19 +169,19 @@ QORClass* QOROperation::getAssociatedClass() const {
 }
 
 bool QOROperation::removeAssociatedClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[243]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__CLASS]);
 }
 
 bool QOROperation::_addAssociatedSQLViewEntity(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[244], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__SQL_VIEW_ENTITY], far);
 }
 
 bool QOROperation::addAssociatedSQLViewEntity(QORSQLViewEntity* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[244], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__SQL_VIEW_ENTITY], far);
 }
 
 bool QOROperation::removeAssociatedSQLViewEntity(QORSQLViewEntity* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[244], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__SQL_VIEW_ENTITY], far);
 }
 
 QORSQLViewEntity* QOROperation::getAssociatedSQLViewEntity() const {
@@ -189,35 +189,35 @@ QORSQLViewEntity* QOROperation::getAssociatedSQLViewEntity() const {
 }
 
 bool QOROperation::removeAssociatedSQLViewEntity() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[244]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::OPERATION__ASSOCIATED__SQL_VIEW_ENTITY]);
 }
 
 bool QOROperation::_addOperationNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[246], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE], far);
 }
 
 bool QOROperation::addOperationNode(QOROperationNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[246], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE], far);
 }
 
 bool QOROperation::removeOperationNode(QOROperationNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[246], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE], far);
 }
 
 QOROperationNode* QOROperation::getOperationNode(int index) const {
-    return static_cast<QOROperationNode*>(QORRecipe::at(*this, QORMetamodel::ends[246], index));
+    return static_cast<QOROperationNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE], index));
 }
 
 bool QOROperation::removeOperationNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[246], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE], index);
 }
 
 bool QOROperation::removeOperationNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[246], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE], wanted, cursor);
 }
 
 void QOROperation::removeOperationNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[246]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::OPERATION__OPERATION_NODE]);
 }
 
 QORMetaClass* QOROperation::getStaticMetaClass() {
@@ -264,15 +264,15 @@ QORMetaClass* QOROperation::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::OPERATION__ARGUMENT, "argument", 245,
+        {QORAssociationType::OPERATION__ARGUMENT, "argument",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperation::_addArgument)},
-        {QORAssociationType::OPERATION__RETURN__TYPE, "returnType", 242,
+        {QORAssociationType::OPERATION__RETURN__TYPE, "returnType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperation::_addReturnType)},
-        {QORAssociationType::OPERATION__ASSOCIATED__CLASS, "associatedClass", 243,
+        {QORAssociationType::OPERATION__ASSOCIATED__CLASS, "associatedClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperation::_addAssociatedClass)},
-        {QORAssociationType::OPERATION__ASSOCIATED__SQL_VIEW_ENTITY, "associatedSQLViewEntity", 244,
+        {QORAssociationType::OPERATION__ASSOCIATED__SQL_VIEW_ENTITY, "associatedSQLViewEntity",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperation::_addAssociatedSQLViewEntity)},
-        {QORAssociationType::OPERATION__OPERATION_NODE, "operationNode", 246,
+        {QORAssociationType::OPERATION__OPERATION_NODE, "operationNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QOROperation::_addOperationNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::OPERATION), QORModelObject::getStaticMetaClass(), false,

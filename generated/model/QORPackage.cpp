@@ -68,43 +68,43 @@ QORMetaClass* QORPackage::getMetaClass() const {
 }
 
 bool QORPackage::_addChildPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[252], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE], far);
 }
 
 bool QORPackage::addChildPackage(QORPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[252], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE], far);
 }
 
 bool QORPackage::removeChildPackage(QORPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[252], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE], far);
 }
 
 QORPackage* QORPackage::getChildPackage(int index) const {
-    return static_cast<QORPackage*>(QORRecipe::at(*this, QORMetamodel::ends[252], index));
+    return static_cast<QORPackage*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE], index));
 }
 
 bool QORPackage::removeChildPackage(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[252], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE], index);
 }
 
 bool QORPackage::removeChildPackage(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[252], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE], wanted, cursor);
 }
 
 void QORPackage::removeChildPackages() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[252]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__CHILD__PACKAGE]);
 }
 
 bool QORPackage::_addParentPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[251], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__PARENT__PACKAGE], far);
 }
 
 bool QORPackage::addParentPackage(QORPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[251], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__PARENT__PACKAGE], far);
 }
 
 bool QORPackage::removeParentPackage(QORPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[251], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__PARENT__PACKAGE], far);
 }
 
 QORPackage* QORPackage::getParentPackage() const {
@@ -112,14 +112,14 @@ QORPackage* QORPackage::getParentPackage() const {
 }
 
 bool QORPackage::removeParentPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[251]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PACKAGE__PARENT__PACKAGE]);
 }
 
 QORMetaClass* QORPackage::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PACKAGE__CHILD__PACKAGE, "childPackage", 252,
+        {QORAssociationType::PACKAGE__CHILD__PACKAGE, "childPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPackage::_addChildPackage)},
-        {QORAssociationType::PACKAGE__PARENT__PACKAGE, "parentPackage", 251,
+        {QORAssociationType::PACKAGE__PARENT__PACKAGE, "parentPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPackage::_addParentPackage)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PACKAGE), QORModelObject::getStaticMetaClass(), true,

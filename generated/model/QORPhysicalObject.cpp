@@ -89,15 +89,15 @@ QORMetaClass* QORPhysicalObject::getMetaClass() const {
 }
 
 bool QORPhysicalObject::_addPhysicalTarget(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[253], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__PHYSICAL_TARGET], far);
 }
 
 bool QORPhysicalObject::addPhysicalTarget(QORPhysicalTarget* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[253], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__PHYSICAL_TARGET], far);
 }
 
 bool QORPhysicalObject::removePhysicalTarget(QORPhysicalTarget* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[253], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__PHYSICAL_TARGET], far);
 }
 
 QORPhysicalTarget* QORPhysicalObject::getPhysicalTarget() const {
@@ -105,91 +105,91 @@ QORPhysicalTarget* QORPhysicalObject::getPhysicalTarget() const {
 }
 
 bool QORPhysicalObject::removePhysicalTarget() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[253]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__PHYSICAL_TARGET]);
 }
 
 bool QORPhysicalObject::_addDestinationOfPhysicalRelationship(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[254], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP], far);
 }
 
 bool QORPhysicalObject::addDestinationOfPhysicalRelationship(QORPhysicalRelationship* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[254], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP], far);
 }
 
 bool QORPhysicalObject::removeDestinationOfPhysicalRelationship(QORPhysicalRelationship* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[254], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP], far);
 }
 
 QORPhysicalRelationship* QORPhysicalObject::getDestinationOfPhysicalRelationship(int index) const {
-    return static_cast<QORPhysicalRelationship*>(QORRecipe::at(*this, QORMetamodel::ends[254], index));
+    return static_cast<QORPhysicalRelationship*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP], index));
 }
 
 bool QORPhysicalObject::removeDestinationOfPhysicalRelationship(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[254], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP], index);
 }
 
 bool QORPhysicalObject::removeDestinationOfPhysicalRelationship(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[254], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP], wanted, cursor);
 }
 
 void QORPhysicalObject::removeDestinationOfPhysicalRelationships() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[254]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP]);
 }
 
 bool QORPhysicalObject::_addModelObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[255], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT], far);
 }
 
 bool QORPhysicalObject::addModelObject(QORModelObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[255], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT], far);
 }
 
 bool QORPhysicalObject::removeModelObject(QORModelObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[255], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT], far);
 }
 
 QORModelObject* QORPhysicalObject::getModelObject(int index) const {
-    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[255], index));
+    return static_cast<QORModelObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT], index));
 }
 
 bool QORPhysicalObject::removeModelObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[255], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT], index);
 }
 
 bool QORPhysicalObject::removeModelObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[255], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT], wanted, cursor);
 }
 
 void QORPhysicalObject::removeModelObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[255]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT]);
 }
 
 bool QORPhysicalObject::_addSourceOfPhysicalRelationship(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[256], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP], far);
 }
 
 bool QORPhysicalObject::addSourceOfPhysicalRelationship(QORPhysicalRelationship* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[256], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP], far);
 }
 
 bool QORPhysicalObject::removeSourceOfPhysicalRelationship(QORPhysicalRelationship* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[256], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP], far);
 }
 
 QORPhysicalRelationship* QORPhysicalObject::getSourceOfPhysicalRelationship(int index) const {
-    return static_cast<QORPhysicalRelationship*>(QORRecipe::at(*this, QORMetamodel::ends[256], index));
+    return static_cast<QORPhysicalRelationship*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP], index));
 }
 
 bool QORPhysicalObject::removeSourceOfPhysicalRelationship(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[256], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP], index);
 }
 
 bool QORPhysicalObject::removeSourceOfPhysicalRelationship(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[256], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP], wanted, cursor);
 }
 
 void QORPhysicalObject::removeSourceOfPhysicalRelationships() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[256]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP]);
 }
 
 QORMetaClass* QORPhysicalObject::getStaticMetaClass() {
@@ -200,13 +200,13 @@ QORMetaClass* QORPhysicalObject::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getPhysicalObjectTypeByName>(), QORGetEnumNameByIDWrapper::of<&getPhysicalObjectTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PHYSICAL_OBJECT__PHYSICAL_TARGET, "physicalTarget", 253,
+        {QORAssociationType::PHYSICAL_OBJECT__PHYSICAL_TARGET, "physicalTarget",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalObject::_addPhysicalTarget)},
-        {QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP, "destinationOfPhysicalRelationship", 254,
+        {QORAssociationType::PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP, "destinationOfPhysicalRelationship",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalObject::_addDestinationOfPhysicalRelationship)},
-        {QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT, "modelObject", 255,
+        {QORAssociationType::PHYSICAL_OBJECT__MODEL_OBJECT, "modelObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalObject::_addModelObject)},
-        {QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP, "sourceOfPhysicalRelationship", 256,
+        {QORAssociationType::PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP, "sourceOfPhysicalRelationship",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalObject::_addSourceOfPhysicalRelationship)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PHYSICAL_OBJECT), QORModelObject::getStaticMetaClass(), false,

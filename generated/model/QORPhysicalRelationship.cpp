@@ -73,15 +73,15 @@ QORMetaClass* QORPhysicalRelationship::getMetaClass() const {
 }
 
 bool QORPhysicalRelationship::_addDestinationPhysicalObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[257], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT], far);
 }
 
 bool QORPhysicalRelationship::addDestinationPhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[257], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT], far);
 }
 
 bool QORPhysicalRelationship::removeDestinationPhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[257], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT], far);
 }
 
 QORPhysicalObject* QORPhysicalRelationship::getDestinationPhysicalObject() const {
@@ -89,19 +89,19 @@ QORPhysicalObject* QORPhysicalRelationship::getDestinationPhysicalObject() const
 }
 
 bool QORPhysicalRelationship::removeDestinationPhysicalObject() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[257]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT]);
 }
 
 bool QORPhysicalRelationship::_addSourcePhysicalObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[258], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT], far);
 }
 
 bool QORPhysicalRelationship::addSourcePhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[258], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT], far);
 }
 
 bool QORPhysicalRelationship::removeSourcePhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[258], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT], far);
 }
 
 QORPhysicalObject* QORPhysicalRelationship::getSourcePhysicalObject() const {
@@ -109,14 +109,14 @@ QORPhysicalObject* QORPhysicalRelationship::getSourcePhysicalObject() const {
 }
 
 bool QORPhysicalRelationship::removeSourcePhysicalObject() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[258]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT]);
 }
 
 QORMetaClass* QORPhysicalRelationship::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT, "destinationPhysicalObject", 257,
+        {QORAssociationType::PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT, "destinationPhysicalObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalRelationship::_addDestinationPhysicalObject)},
-        {QORAssociationType::PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT, "sourcePhysicalObject", 258,
+        {QORAssociationType::PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT, "sourcePhysicalObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalRelationship::_addSourcePhysicalObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PHYSICAL_RELATIONSHIP), QORObject::getStaticMetaClass(), false,

@@ -88,15 +88,15 @@ QORMetaClass* QORPhysicalTarget::getMetaClass() const {
 }
 
 bool QORPhysicalTarget::_addModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[259], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__MODEL], far);
 }
 
 bool QORPhysicalTarget::addModel(QORModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[259], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__MODEL], far);
 }
 
 bool QORPhysicalTarget::removeModel(QORModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[259], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__MODEL], far);
 }
 
 QORModel* QORPhysicalTarget::getModel() const {
@@ -104,35 +104,35 @@ QORModel* QORPhysicalTarget::getModel() const {
 }
 
 bool QORPhysicalTarget::removeModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[259]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__MODEL]);
 }
 
 bool QORPhysicalTarget::_addPhysicalObject(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[260], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT], far);
 }
 
 bool QORPhysicalTarget::addPhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[260], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT], far);
 }
 
 bool QORPhysicalTarget::removePhysicalObject(QORPhysicalObject* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[260], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT], far);
 }
 
 QORPhysicalObject* QORPhysicalTarget::getPhysicalObject(int index) const {
-    return static_cast<QORPhysicalObject*>(QORRecipe::at(*this, QORMetamodel::ends[260], index));
+    return static_cast<QORPhysicalObject*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT], index));
 }
 
 bool QORPhysicalTarget::removePhysicalObject(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[260], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT], index);
 }
 
 bool QORPhysicalTarget::removePhysicalObject(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[260], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT], wanted, cursor);
 }
 
 void QORPhysicalTarget::removePhysicalObjects() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[260]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT]);
 }
 
 QORMetaClass* QORPhysicalTarget::getStaticMetaClass() {
@@ -143,9 +143,9 @@ QORMetaClass* QORPhysicalTarget::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getPhysicalTargetTypeByName>(), QORGetEnumNameByIDWrapper::of<&getPhysicalTargetTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PHYSICAL_TARGET__MODEL, "model", 259,
+        {QORAssociationType::PHYSICAL_TARGET__MODEL, "model",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalTarget::_addModel)},
-        {QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT, "physicalObject", 260,
+        {QORAssociationType::PHYSICAL_TARGET__PHYSICAL_OBJECT, "physicalObject",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPhysicalTarget::_addPhysicalObject)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PHYSICAL_TARGET), QORModelObject::getStaticMetaClass(), false,

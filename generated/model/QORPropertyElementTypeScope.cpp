@@ -82,15 +82,15 @@ QORMetaClass* QORPropertyElementTypeScope::getMetaClass() const {
 }
 
 bool QORPropertyElementTypeScope::_addModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[271], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MODEL], far);
 }
 
 bool QORPropertyElementTypeScope::addModel(QORModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[271], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MODEL], far);
 }
 
 bool QORPropertyElementTypeScope::removeModel(QORModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[271], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MODEL], far);
 }
 
 QORModel* QORPropertyElementTypeScope::getModel() const {
@@ -98,19 +98,19 @@ QORModel* QORPropertyElementTypeScope::getModel() const {
 }
 
 bool QORPropertyElementTypeScope::removeModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[271]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MODEL]);
 }
 
 bool QORPropertyElementTypeScope::_addMappingModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[272], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL], far);
 }
 
 bool QORPropertyElementTypeScope::addMappingModel(QORMappingModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[272], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL], far);
 }
 
 bool QORPropertyElementTypeScope::removeMappingModel(QORMappingModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[272], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL], far);
 }
 
 QORMappingModel* QORPropertyElementTypeScope::getMappingModel() const {
@@ -118,19 +118,19 @@ QORMappingModel* QORPropertyElementTypeScope::getMappingModel() const {
 }
 
 bool QORPropertyElementTypeScope::removeMappingModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[272]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL]);
 }
 
 bool QORPropertyElementTypeScope::_addDirectory(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[273], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY], far);
 }
 
 bool QORPropertyElementTypeScope::addDirectory(QORDirectory* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[273], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY], far);
 }
 
 bool QORPropertyElementTypeScope::removeDirectory(QORDirectory* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[273], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY], far);
 }
 
 QORDirectory* QORPropertyElementTypeScope::getDirectory() const {
@@ -138,39 +138,39 @@ QORDirectory* QORPropertyElementTypeScope::getDirectory() const {
 }
 
 bool QORPropertyElementTypeScope::removeDirectory() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[273]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY]);
 }
 
 bool QORPropertyElementTypeScope::_addPropertyType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[274], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], far);
 }
 
 bool QORPropertyElementTypeScope::addPropertyType(QORPropertyType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[274], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], far);
 }
 
 bool QORPropertyElementTypeScope::removePropertyType(QORPropertyType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[274], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], far);
 }
 
 QORPropertyType* QORPropertyElementTypeScope::getPropertyType(int index) const {
-    return static_cast<QORPropertyType*>(QORRecipe::at(*this, QORMetamodel::ends[274], index));
+    return static_cast<QORPropertyType*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], index));
 }
 
 bool QORPropertyElementTypeScope::removePropertyType(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[274], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], index);
 }
 
 bool QORPropertyElementTypeScope::removePropertyType(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[274], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], wanted, cursor);
 }
 
 void QORPropertyElementTypeScope::removePropertyTypes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[274]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE]);
 }
 
 void QORPropertyElementTypeScope::getPropertyTypeByPosition(QORPropertyTypeByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[274], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE], view);
 }
 
 QORMetaClass* QORPropertyElementTypeScope::getStaticMetaClass() {
@@ -181,13 +181,13 @@ QORMetaClass* QORPropertyElementTypeScope::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getElementTypeByName>(), QORGetEnumNameByIDWrapper::of<&getElementTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MODEL, "model", 271,
+        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MODEL, "model",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyElementTypeScope::_addModel)},
-        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL, "mappingModel", 272,
+        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL, "mappingModel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyElementTypeScope::_addMappingModel)},
-        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY, "directory", 273,
+        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY, "directory",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyElementTypeScope::_addDirectory)},
-        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE, "propertyType", 274,
+        {QORAssociationType::PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE, "propertyType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyElementTypeScope::_addPropertyType)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PROPERTY_ELEMENT_TYPE_SCOPE), QORObject::getStaticMetaClass(), false,

@@ -86,15 +86,15 @@ QORMetaClass* QORPropertyType::getMetaClass() const {
 }
 
 bool QORPropertyType::_addPropertyElementTypeScope(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[275], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORPropertyType::addPropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[275], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 bool QORPropertyType::removePropertyElementTypeScope(QORPropertyElementTypeScope* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[275], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE], far);
 }
 
 QORPropertyElementTypeScope* QORPropertyType::getPropertyElementTypeScope() const {
@@ -102,35 +102,35 @@ QORPropertyElementTypeScope* QORPropertyType::getPropertyElementTypeScope() cons
 }
 
 bool QORPropertyType::removePropertyElementTypeScope() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[275]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE]);
 }
 
 bool QORPropertyType::_addInstanciatedPropertyValue(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[276], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE], far);
 }
 
 bool QORPropertyType::addInstanciatedPropertyValue(QORPropertyValue* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[276], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE], far);
 }
 
 bool QORPropertyType::removeInstanciatedPropertyValue(QORPropertyValue* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[276], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE], far);
 }
 
 QORPropertyValue* QORPropertyType::getInstanciatedPropertyValue(int index) const {
-    return static_cast<QORPropertyValue*>(QORRecipe::at(*this, QORMetamodel::ends[276], index));
+    return static_cast<QORPropertyValue*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE], index));
 }
 
 bool QORPropertyType::removeInstanciatedPropertyValue(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[276], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE], index);
 }
 
 bool QORPropertyType::removeInstanciatedPropertyValue(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[276], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE], wanted, cursor);
 }
 
 void QORPropertyType::removeInstanciatedPropertyValues() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[276]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE]);
 }
 
 QORMetaClass* QORPropertyType::getStaticMetaClass() {
@@ -149,9 +149,9 @@ QORMetaClass* QORPropertyType::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope", 275,
+        {QORAssociationType::PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE, "propertyElementTypeScope",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyType::_addPropertyElementTypeScope)},
-        {QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE, "instanciatedPropertyValue", 276,
+        {QORAssociationType::PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE, "instanciatedPropertyValue",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyType::_addInstanciatedPropertyValue)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PROPERTY_TYPE), QORDerivedType::getStaticMetaClass(), false,

@@ -81,15 +81,15 @@ QORMetaClass* QORPropertyValue::getMetaClass() const {
 }
 
 bool QORPropertyValue::_addPropertyType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[277], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__PROPERTY_TYPE], far);
 }
 
 bool QORPropertyValue::addPropertyType(QORPropertyType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[277], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__PROPERTY_TYPE], far);
 }
 
 bool QORPropertyValue::removePropertyType(QORPropertyType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[277], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__PROPERTY_TYPE], far);
 }
 
 QORPropertyType* QORPropertyValue::getPropertyType() const {
@@ -97,19 +97,19 @@ QORPropertyType* QORPropertyValue::getPropertyType() const {
 }
 
 bool QORPropertyValue::removePropertyType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[277]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__PROPERTY_TYPE]);
 }
 
 bool QORPropertyValue::_addElement(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[278], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__ELEMENT], far);
 }
 
 bool QORPropertyValue::addElement(QORElement* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[278], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__ELEMENT], far);
 }
 
 bool QORPropertyValue::removeElement(QORElement* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[278], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__ELEMENT], far);
 }
 
 QORElement* QORPropertyValue::getElement() const {
@@ -117,7 +117,7 @@ QORElement* QORPropertyValue::getElement() const {
 }
 
 bool QORPropertyValue::removeElement() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[278]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::PROPERTY_VALUE__ELEMENT]);
 }
 
 QORMetaClass* QORPropertyValue::getStaticMetaClass() {
@@ -132,9 +132,9 @@ QORMetaClass* QORPropertyValue::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::PROPERTY_VALUE__PROPERTY_TYPE, "propertyType", 277,
+        {QORAssociationType::PROPERTY_VALUE__PROPERTY_TYPE, "propertyType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyValue::_addPropertyType)},
-        {QORAssociationType::PROPERTY_VALUE__ELEMENT, "element", 278,
+        {QORAssociationType::PROPERTY_VALUE__ELEMENT, "element",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORPropertyValue::_addElement)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::PROPERTY_VALUE), QORObject::getStaticMetaClass(), false,

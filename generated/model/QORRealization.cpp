@@ -57,15 +57,15 @@ QORMetaClass* QORRealization::getMetaClass() const {
 }
 
 bool QORRealization::_addRealizationClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[279], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__REALIZATION__CLASS], far);
 }
 
 bool QORRealization::addRealizationClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[279], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__REALIZATION__CLASS], far);
 }
 
 bool QORRealization::removeRealizationClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[279], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__REALIZATION__CLASS], far);
 }
 
 QORClass* QORRealization::getRealizationClass() const {
@@ -73,19 +73,19 @@ QORClass* QORRealization::getRealizationClass() const {
 }
 
 bool QORRealization::removeRealizationClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[279]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__REALIZATION__CLASS]);
 }
 
 bool QORRealization::_addSpecificationClass(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[280], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__SPECIFICATION__CLASS], far);
 }
 
 bool QORRealization::addSpecificationClass(QORClass* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[280], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__SPECIFICATION__CLASS], far);
 }
 
 bool QORRealization::removeSpecificationClass(QORClass* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[280], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__SPECIFICATION__CLASS], far);
 }
 
 QORClass* QORRealization::getSpecificationClass() const {
@@ -93,14 +93,14 @@ QORClass* QORRealization::getSpecificationClass() const {
 }
 
 bool QORRealization::removeSpecificationClass() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[280]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::REALIZATION__SPECIFICATION__CLASS]);
 }
 
 QORMetaClass* QORRealization::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::REALIZATION__REALIZATION__CLASS, "realizationClass", 279,
+        {QORAssociationType::REALIZATION__REALIZATION__CLASS, "realizationClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORRealization::_addRealizationClass)},
-        {QORAssociationType::REALIZATION__SPECIFICATION__CLASS, "specificationClass", 280,
+        {QORAssociationType::REALIZATION__SPECIFICATION__CLASS, "specificationClass",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORRealization::_addSpecificationClass)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::REALIZATION), QORRelationship::getStaticMetaClass(), false,

@@ -69,15 +69,15 @@ QORMetaClass* QORSQLViewAssociation::getMetaClass() const {
 }
 
 bool QORSQLViewAssociation::_addDestinationSQLViewEntity(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[291], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY], far);
 }
 
 bool QORSQLViewAssociation::addDestinationSQLViewEntity(QORSQLViewEntity* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[291], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY], far);
 }
 
 bool QORSQLViewAssociation::removeDestinationSQLViewEntity(QORSQLViewEntity* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[291], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY], far);
 }
 
 QORSQLViewEntity* QORSQLViewAssociation::getDestinationSQLViewEntity() const {
@@ -85,19 +85,19 @@ QORSQLViewEntity* QORSQLViewAssociation::getDestinationSQLViewEntity() const {
 }
 
 bool QORSQLViewAssociation::removeDestinationSQLViewEntity() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[291]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY]);
 }
 
 bool QORSQLViewAssociation::_addSourceClassifier(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[292], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER], far);
 }
 
 bool QORSQLViewAssociation::addSourceClassifier(QORClassifier* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[292], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER], far);
 }
 
 bool QORSQLViewAssociation::removeSourceClassifier(QORClassifier* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[292], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER], far);
 }
 
 QORClassifier* QORSQLViewAssociation::getSourceClassifier() const {
@@ -105,7 +105,7 @@ QORClassifier* QORSQLViewAssociation::getSourceClassifier() const {
 }
 
 bool QORSQLViewAssociation::removeSourceClassifier() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[292]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER]);
 }
 
 QORMetaClass* QORSQLViewAssociation::getStaticMetaClass() {
@@ -120,9 +120,9 @@ QORMetaClass* QORSQLViewAssociation::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY, "destinationSQLViewEntity", 291,
+        {QORAssociationType::SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY, "destinationSQLViewEntity",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORSQLViewAssociation::_addDestinationSQLViewEntity)},
-        {QORAssociationType::SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER, "sourceClassifier", 292,
+        {QORAssociationType::SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER, "sourceClassifier",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORSQLViewAssociation::_addSourceClassifier)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::SQL_VIEW_ASSOCIATION), QORRelationship::getStaticMetaClass(), false,

@@ -67,15 +67,15 @@ QORMetaClass* QORSQLViewAttribute::getMetaClass() const {
 }
 
 bool QORSQLViewAttribute::_addSourceFeature(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[293], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE], far);
 }
 
 bool QORSQLViewAttribute::addSourceFeature(QORFeature* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[293], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE], far);
 }
 
 bool QORSQLViewAttribute::removeSourceFeature(QORFeature* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[293], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE], far);
 }
 
 QORFeature* QORSQLViewAttribute::getSourceFeature() const {
@@ -83,7 +83,7 @@ QORFeature* QORSQLViewAttribute::getSourceFeature() const {
 }
 
 bool QORSQLViewAttribute::removeSourceFeature() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[293]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE]);
 }
 
 QORMetaClass* QORSQLViewAttribute::getStaticMetaClass() {
@@ -94,7 +94,7 @@ QORMetaClass* QORSQLViewAttribute::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE, "sourceFeature", 293,
+        {QORAssociationType::SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE, "sourceFeature",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORSQLViewAttribute::_addSourceFeature)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::SQL_VIEW_ATTRIBUTE), QORStructuralFeature::getStaticMetaClass(), false,

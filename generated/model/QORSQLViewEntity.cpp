@@ -81,63 +81,63 @@ QORMetaClass* QORSQLViewEntity::getMetaClass() const {
 }
 
 bool QORSQLViewEntity::_addDestinationOfSQLViewAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[294], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION], far);
 }
 
 bool QORSQLViewEntity::addDestinationOfSQLViewAssociation(QORSQLViewAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[294], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION], far);
 }
 
 bool QORSQLViewEntity::removeDestinationOfSQLViewAssociation(QORSQLViewAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[294], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION], far);
 }
 
 QORSQLViewAssociation* QORSQLViewEntity::getDestinationOfSQLViewAssociation(int index) const {
-    return static_cast<QORSQLViewAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[294], index));
+    return static_cast<QORSQLViewAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION], index));
 }
 
 bool QORSQLViewEntity::removeDestinationOfSQLViewAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[294], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION], index);
 }
 
 bool QORSQLViewEntity::removeDestinationOfSQLViewAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[294], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION], wanted, cursor);
 }
 
 void QORSQLViewEntity::removeDestinationOfSQLViewAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[294]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION]);
 }
 
 bool QORSQLViewEntity::_addOperation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[295], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], far);
 }
 
 bool QORSQLViewEntity::addOperation(QOROperation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[295], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], far);
 }
 
 bool QORSQLViewEntity::removeOperation(QOROperation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[295], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], far);
 }
 
 QOROperation* QORSQLViewEntity::getOperation(int index) const {
-    return static_cast<QOROperation*>(QORRecipe::at(*this, QORMetamodel::ends[295], index));
+    return static_cast<QOROperation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], index));
 }
 
 bool QORSQLViewEntity::removeOperation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[295], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], index);
 }
 
 bool QORSQLViewEntity::removeOperation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[295], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], wanted, cursor);
 }
 
 void QORSQLViewEntity::removeOperations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[295]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION]);
 }
 
 void QORSQLViewEntity::getOperationByPosition(QOROperationByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[295], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::SQL_VIEW_ENTITY__OPERATION], view);
 }
 
 QORMetaClass* QORSQLViewEntity::getStaticMetaClass() {
@@ -180,9 +180,9 @@ QORMetaClass* QORSQLViewEntity::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getViewStatementTypeByName>(), QORGetEnumNameByIDWrapper::of<&getViewStatementTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION, "destinationOfSQLViewAssociation", 294,
+        {QORAssociationType::SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION, "destinationOfSQLViewAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORSQLViewEntity::_addDestinationOfSQLViewAssociation)},
-        {QORAssociationType::SQL_VIEW_ENTITY__OPERATION, "operation", 295,
+        {QORAssociationType::SQL_VIEW_ENTITY__OPERATION, "operation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORSQLViewEntity::_addOperation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::SQL_VIEW_ENTITY), QORClassifier::getStaticMetaClass(), false,

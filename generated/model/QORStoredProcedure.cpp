@@ -73,15 +73,15 @@ QORMetaClass* QORStoredProcedure::getMetaClass() const {
 }
 
 bool QORStoredProcedure::_addDesignPackage(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[302], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STORED_PROCEDURE__DESIGN_PACKAGE], far);
 }
 
 bool QORStoredProcedure::addDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[302], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::STORED_PROCEDURE__DESIGN_PACKAGE], far);
 }
 
 bool QORStoredProcedure::removeDesignPackage(QORDesignPackage* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[302], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::STORED_PROCEDURE__DESIGN_PACKAGE], far);
 }
 
 QORDesignPackage* QORStoredProcedure::getDesignPackage() const {
@@ -89,12 +89,12 @@ QORDesignPackage* QORStoredProcedure::getDesignPackage() const {
 }
 
 bool QORStoredProcedure::removeDesignPackage() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[302]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::STORED_PROCEDURE__DESIGN_PACKAGE]);
 }
 
 QORMetaClass* QORStoredProcedure::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::STORED_PROCEDURE__DESIGN_PACKAGE, "designPackage", 302,
+        {QORAssociationType::STORED_PROCEDURE__DESIGN_PACKAGE, "designPackage",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORStoredProcedure::_addDesignPackage)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::STORED_PROCEDURE), QOROperation::getStaticMetaClass(), false,

@@ -66,15 +66,15 @@ QORMetaClass* QORType::getMetaClass() const {
 }
 
 bool QORType::_addModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[322], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__MODEL], far);
 }
 
 bool QORType::addModel(QORModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[322], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__MODEL], far);
 }
 
 bool QORType::removeModel(QORModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[322], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__MODEL], far);
 }
 
 QORModel* QORType::getModel() const {
@@ -82,19 +82,19 @@ QORModel* QORType::getModel() const {
 }
 
 bool QORType::removeModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[322]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TYPE__MODEL]);
 }
 
 bool QORType::_addMappingModel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[323], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__MAPPING_MODEL], far);
 }
 
 bool QORType::addMappingModel(QORMappingModel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[323], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__MAPPING_MODEL], far);
 }
 
 bool QORType::removeMappingModel(QORMappingModel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[323], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__MAPPING_MODEL], far);
 }
 
 QORMappingModel* QORType::getMappingModel() const {
@@ -102,164 +102,164 @@ QORMappingModel* QORType::getMappingModel() const {
 }
 
 bool QORType::removeMappingModel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[323]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TYPE__MAPPING_MODEL]);
 }
 
 bool QORType::_addArgument(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[324], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT], far);
 }
 
 bool QORType::addArgument(QORArgument* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[324], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT], far);
 }
 
 bool QORType::removeArgument(QORArgument* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[324], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT], far);
 }
 
 QORArgument* QORType::getArgument(int index) const {
-    return static_cast<QORArgument*>(QORRecipe::at(*this, QORMetamodel::ends[324], index));
+    return static_cast<QORArgument*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT], index));
 }
 
 bool QORType::removeArgument(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[324], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT], index);
 }
 
 bool QORType::removeArgument(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[324], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT], wanted, cursor);
 }
 
 void QORType::removeArguments() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[324]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE__ARGUMENT]);
 }
 
 bool QORType::_addOperation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[325], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION], far);
 }
 
 bool QORType::addOperation(QOROperation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[325], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION], far);
 }
 
 bool QORType::removeOperation(QOROperation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[325], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION], far);
 }
 
 QOROperation* QORType::getOperation(int index) const {
-    return static_cast<QOROperation*>(QORRecipe::at(*this, QORMetamodel::ends[325], index));
+    return static_cast<QOROperation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION], index));
 }
 
 bool QORType::removeOperation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[325], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION], index);
 }
 
 bool QORType::removeOperation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[325], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION], wanted, cursor);
 }
 
 void QORType::removeOperations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[325]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE__OPERATION]);
 }
 
 bool QORType::_addAliasType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[326], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE], far);
 }
 
 bool QORType::addAliasType(QORAliasType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[326], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE], far);
 }
 
 bool QORType::removeAliasType(QORAliasType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[326], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE], far);
 }
 
 QORAliasType* QORType::getAliasType(int index) const {
-    return static_cast<QORAliasType*>(QORRecipe::at(*this, QORMetamodel::ends[326], index));
+    return static_cast<QORAliasType*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE], index));
 }
 
 bool QORType::removeAliasType(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[326], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE], index);
 }
 
 bool QORType::removeAliasType(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[326], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE], wanted, cursor);
 }
 
 void QORType::removeAliasTypes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[326]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE__ALIAS_TYPE]);
 }
 
 bool QORType::_addFeature(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[327], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE], far);
 }
 
 bool QORType::addFeature(QORFeature* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[327], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE], far);
 }
 
 bool QORType::removeFeature(QORFeature* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[327], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE], far);
 }
 
 QORFeature* QORType::getFeature(int index) const {
-    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[327], index));
+    return static_cast<QORFeature*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE], index));
 }
 
 bool QORType::removeFeature(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[327], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE], index);
 }
 
 bool QORType::removeFeature(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[327], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE], wanted, cursor);
 }
 
 void QORType::removeFeatures() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[327]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE__FEATURE]);
 }
 
 bool QORType::_addExpressionNode(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[328], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE], far);
 }
 
 bool QORType::addExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[328], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE], far);
 }
 
 bool QORType::removeExpressionNode(QORExpressionNode* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[328], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE], far);
 }
 
 QORExpressionNode* QORType::getExpressionNode(int index) const {
-    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[328], index));
+    return static_cast<QORExpressionNode*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE], index));
 }
 
 bool QORType::removeExpressionNode(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[328], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE], index);
 }
 
 bool QORType::removeExpressionNode(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[328], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE], wanted, cursor);
 }
 
 void QORType::removeExpressionNodes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[328]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE__EXPRESSION_NODE]);
 }
 
 QORMetaClass* QORType::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TYPE__MODEL, "model", 322,
+        {QORAssociationType::TYPE__MODEL, "model",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addModel)},
-        {QORAssociationType::TYPE__MAPPING_MODEL, "mappingModel", 323,
+        {QORAssociationType::TYPE__MAPPING_MODEL, "mappingModel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addMappingModel)},
-        {QORAssociationType::TYPE__ARGUMENT, "argument", 324,
+        {QORAssociationType::TYPE__ARGUMENT, "argument",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addArgument)},
-        {QORAssociationType::TYPE__OPERATION, "operation", 325,
+        {QORAssociationType::TYPE__OPERATION, "operation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addOperation)},
-        {QORAssociationType::TYPE__ALIAS_TYPE, "aliasType", 326,
+        {QORAssociationType::TYPE__ALIAS_TYPE, "aliasType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addAliasType)},
-        {QORAssociationType::TYPE__FEATURE, "feature", 327,
+        {QORAssociationType::TYPE__FEATURE, "feature",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addFeature)},
-        {QORAssociationType::TYPE__EXPRESSION_NODE, "expressionNode", 328,
+        {QORAssociationType::TYPE__EXPRESSION_NODE, "expressionNode",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORType::_addExpressionNode)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TYPE), QORModelObject::getStaticMetaClass(), true,

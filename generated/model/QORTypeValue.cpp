@@ -76,15 +76,15 @@ QORMetaClass* QORTypeValue::getMetaClass() const {
 }
 
 bool QORTypeValue::_addDerivedType(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[329], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DERIVED_TYPE], far);
 }
 
 bool QORTypeValue::addDerivedType(QORDerivedType* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[329], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DERIVED_TYPE], far);
 }
 
 bool QORTypeValue::removeDerivedType(QORDerivedType* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[329], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DERIVED_TYPE], far);
 }
 
 QORDerivedType* QORTypeValue::getDerivedType() const {
@@ -92,19 +92,19 @@ QORDerivedType* QORTypeValue::getDerivedType() const {
 }
 
 bool QORTypeValue::removeDerivedType() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[329]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DERIVED_TYPE]);
 }
 
 bool QORTypeValue::_addBusinessRule(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[330], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__BUSINESS_RULE], far);
 }
 
 bool QORTypeValue::addBusinessRule(QORBusinessRule* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[330], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__BUSINESS_RULE], far);
 }
 
 bool QORTypeValue::removeBusinessRule(QORBusinessRule* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[330], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__BUSINESS_RULE], far);
 }
 
 QORBusinessRule* QORTypeValue::getBusinessRule() const {
@@ -112,63 +112,63 @@ QORBusinessRule* QORTypeValue::getBusinessRule() const {
 }
 
 bool QORTypeValue::removeBusinessRule() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[330]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__BUSINESS_RULE]);
 }
 
 bool QORTypeValue::_addSourceOfTypeValueMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[331], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP], far);
 }
 
 bool QORTypeValue::addSourceOfTypeValueMap(QORTypeValueMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[331], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP], far);
 }
 
 bool QORTypeValue::removeSourceOfTypeValueMap(QORTypeValueMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[331], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP], far);
 }
 
 QORTypeValueMap* QORTypeValue::getSourceOfTypeValueMap(int index) const {
-    return static_cast<QORTypeValueMap*>(QORRecipe::at(*this, QORMetamodel::ends[331], index));
+    return static_cast<QORTypeValueMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP], index));
 }
 
 bool QORTypeValue::removeSourceOfTypeValueMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[331], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP], index);
 }
 
 bool QORTypeValue::removeSourceOfTypeValueMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[331], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP], wanted, cursor);
 }
 
 void QORTypeValue::removeSourceOfTypeValueMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[331]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP]);
 }
 
 bool QORTypeValue::_addDestinationOfTypeValueMap(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[332], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP], far);
 }
 
 bool QORTypeValue::addDestinationOfTypeValueMap(QORTypeValueMap* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[332], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP], far);
 }
 
 bool QORTypeValue::removeDestinationOfTypeValueMap(QORTypeValueMap* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[332], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP], far);
 }
 
 QORTypeValueMap* QORTypeValue::getDestinationOfTypeValueMap(int index) const {
-    return static_cast<QORTypeValueMap*>(QORRecipe::at(*this, QORMetamodel::ends[332], index));
+    return static_cast<QORTypeValueMap*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP], index));
 }
 
 bool QORTypeValue::removeDestinationOfTypeValueMap(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[332], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP], index);
 }
 
 bool QORTypeValue::removeDestinationOfTypeValueMap(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[332], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP], wanted, cursor);
 }
 
 void QORTypeValue::removeDestinationOfTypeValueMaps() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[332]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP]);
 }
 
 QORMetaClass* QORTypeValue::getStaticMetaClass() {
@@ -183,13 +183,13 @@ QORMetaClass* QORTypeValue::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::TYPE_VALUE__DERIVED_TYPE, "derivedType", 329,
+        {QORAssociationType::TYPE_VALUE__DERIVED_TYPE, "derivedType",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTypeValue::_addDerivedType)},
-        {QORAssociationType::TYPE_VALUE__BUSINESS_RULE, "businessRule", 330,
+        {QORAssociationType::TYPE_VALUE__BUSINESS_RULE, "businessRule",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTypeValue::_addBusinessRule)},
-        {QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP, "sourceOfTypeValueMap", 331,
+        {QORAssociationType::TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP, "sourceOfTypeValueMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTypeValue::_addSourceOfTypeValueMap)},
-        {QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP, "destinationOfTypeValueMap", 332,
+        {QORAssociationType::TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP, "destinationOfTypeValueMap",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORTypeValue::_addDestinationOfTypeValueMap)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::TYPE_VALUE), QORModelObject::getStaticMetaClass(), false,

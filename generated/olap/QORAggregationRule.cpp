@@ -79,15 +79,15 @@ QORMetaClass* QORAggregationRule::getMetaClass() const {
 }
 
 bool QORAggregationRule::_addMeasure(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[0], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__MEASURE], far);
 }
 
 bool QORAggregationRule::addMeasure(QORMeasure* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[0], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__MEASURE], far);
 }
 
 bool QORAggregationRule::removeMeasure(QORMeasure* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[0], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__MEASURE], far);
 }
 
 QORMeasure* QORAggregationRule::getMeasure() const {
@@ -95,19 +95,19 @@ QORMeasure* QORAggregationRule::getMeasure() const {
 }
 
 bool QORAggregationRule::removeMeasure() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[0]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__MEASURE]);
 }
 
 bool QORAggregationRule::_addCubeDimensionAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[1], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORAggregationRule::addCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[1], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORAggregationRule::removeCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[1], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 QORCubeDimensionAssociation* QORAggregationRule::getCubeDimensionAssociation() const {
@@ -115,7 +115,7 @@ QORCubeDimensionAssociation* QORAggregationRule::getCubeDimensionAssociation() c
 }
 
 bool QORAggregationRule::removeCubeDimensionAssociation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[1]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION]);
 }
 
 QORMetaClass* QORAggregationRule::getStaticMetaClass() {
@@ -126,9 +126,9 @@ QORMetaClass* QORAggregationRule::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getAggregationOperatorTypeByName>(), QORGetEnumNameByIDWrapper::of<&getAggregationOperatorTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::AGGREGATION_RULE__MEASURE, "measure", 0,
+        {QORAssociationType::AGGREGATION_RULE__MEASURE, "measure",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAggregationRule::_addMeasure)},
-        {QORAssociationType::AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation", 1,
+        {QORAssociationType::AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORAggregationRule::_addCubeDimensionAssociation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::AGGREGATION_RULE), QORModelObject::getStaticMetaClass(), false,

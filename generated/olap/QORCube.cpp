@@ -68,96 +68,96 @@ QORMetaClass* QORCube::getMetaClass() const {
 }
 
 bool QORCube::_addFilter(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[67], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER], far);
 }
 
 bool QORCube::addFilter(QORFilter* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[67], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER], far);
 }
 
 bool QORCube::removeFilter(QORFilter* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[67], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER], far);
 }
 
 QORFilter* QORCube::getFilter(int index) const {
-    return static_cast<QORFilter*>(QORRecipe::at(*this, QORMetamodel::ends[67], index));
+    return static_cast<QORFilter*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER], index));
 }
 
 bool QORCube::removeFilter(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[67], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER], index);
 }
 
 bool QORCube::removeFilter(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[67], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER], wanted, cursor);
 }
 
 void QORCube::removeFilters() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[67]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CUBE__FILTER]);
 }
 
 bool QORCube::_addJoin(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[68], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN], far);
 }
 
 bool QORCube::addJoin(QORJoin* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[68], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN], far);
 }
 
 bool QORCube::removeJoin(QORJoin* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[68], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN], far);
 }
 
 QORJoin* QORCube::getJoin(int index) const {
-    return static_cast<QORJoin*>(QORRecipe::at(*this, QORMetamodel::ends[68], index));
+    return static_cast<QORJoin*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN], index));
 }
 
 bool QORCube::removeJoin(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[68], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN], index);
 }
 
 bool QORCube::removeJoin(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[68], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN], wanted, cursor);
 }
 
 void QORCube::removeJoins() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[68]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CUBE__JOIN]);
 }
 
 bool QORCube::_addCubeDimensionAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[69], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORCube::addCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[69], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORCube::removeCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[69], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 QORCubeDimensionAssociation* QORCube::getCubeDimensionAssociation(int index) const {
-    return static_cast<QORCubeDimensionAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[69], index));
+    return static_cast<QORCubeDimensionAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION], index));
 }
 
 bool QORCube::removeCubeDimensionAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[69], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION], index);
 }
 
 bool QORCube::removeCubeDimensionAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[69], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION], wanted, cursor);
 }
 
 void QORCube::removeCubeDimensionAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[69]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION]);
 }
 
 QORMetaClass* QORCube::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CUBE__FILTER, "filter", 67,
+        {QORAssociationType::CUBE__FILTER, "filter",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCube::_addFilter)},
-        {QORAssociationType::CUBE__JOIN, "join", 68,
+        {QORAssociationType::CUBE__JOIN, "join",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCube::_addJoin)},
-        {QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation", 69,
+        {QORAssociationType::CUBE__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCube::_addCubeDimensionAssociation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CUBE), QORClassifier::getStaticMetaClass(), false,

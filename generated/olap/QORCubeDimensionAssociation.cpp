@@ -76,15 +76,15 @@ QORMetaClass* QORCubeDimensionAssociation::getMetaClass() const {
 }
 
 bool QORCubeDimensionAssociation::_addCube(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[70], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__CUBE], far);
 }
 
 bool QORCubeDimensionAssociation::addCube(QORCube* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[70], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__CUBE], far);
 }
 
 bool QORCubeDimensionAssociation::removeCube(QORCube* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[70], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__CUBE], far);
 }
 
 QORCube* QORCubeDimensionAssociation::getCube() const {
@@ -92,19 +92,19 @@ QORCube* QORCubeDimensionAssociation::getCube() const {
 }
 
 bool QORCubeDimensionAssociation::removeCube() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[70]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__CUBE]);
 }
 
 bool QORCubeDimensionAssociation::_addDimension(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[71], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__DIMENSION], far);
 }
 
 bool QORCubeDimensionAssociation::addDimension(QORDimension* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[71], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__DIMENSION], far);
 }
 
 bool QORCubeDimensionAssociation::removeDimension(QORDimension* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[71], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__DIMENSION], far);
 }
 
 QORDimension* QORCubeDimensionAssociation::getDimension() const {
@@ -112,19 +112,19 @@ QORDimension* QORCubeDimensionAssociation::getDimension() const {
 }
 
 bool QORCubeDimensionAssociation::removeDimension() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[71]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__DIMENSION]);
 }
 
 bool QORCubeDimensionAssociation::_addHierarchy(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[72], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__HIERARCHY], far);
 }
 
 bool QORCubeDimensionAssociation::addHierarchy(QORHierarchy* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[72], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__HIERARCHY], far);
 }
 
 bool QORCubeDimensionAssociation::removeHierarchy(QORHierarchy* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[72], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__HIERARCHY], far);
 }
 
 QORHierarchy* QORCubeDimensionAssociation::getHierarchy() const {
@@ -132,46 +132,46 @@ QORHierarchy* QORCubeDimensionAssociation::getHierarchy() const {
 }
 
 bool QORCubeDimensionAssociation::removeHierarchy() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[72]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__HIERARCHY]);
 }
 
 bool QORCubeDimensionAssociation::_addAggregationRule(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[73], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE], far);
 }
 
 bool QORCubeDimensionAssociation::addAggregationRule(QORAggregationRule* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[73], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE], far);
 }
 
 bool QORCubeDimensionAssociation::removeAggregationRule(QORAggregationRule* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[73], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE], far);
 }
 
 QORAggregationRule* QORCubeDimensionAssociation::getAggregationRule(int index) const {
-    return static_cast<QORAggregationRule*>(QORRecipe::at(*this, QORMetamodel::ends[73], index));
+    return static_cast<QORAggregationRule*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE], index));
 }
 
 bool QORCubeDimensionAssociation::removeAggregationRule(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[73], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE], index);
 }
 
 bool QORCubeDimensionAssociation::removeAggregationRule(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[73], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE], wanted, cursor);
 }
 
 void QORCubeDimensionAssociation::removeAggregationRules() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[73]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE]);
 }
 
 QORMetaClass* QORCubeDimensionAssociation::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__CUBE, "cube", 70,
+        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__CUBE, "cube",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCubeDimensionAssociation::_addCube)},
-        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__DIMENSION, "dimension", 71,
+        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__DIMENSION, "dimension",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCubeDimensionAssociation::_addDimension)},
-        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__HIERARCHY, "hierarchy", 72,
+        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__HIERARCHY, "hierarchy",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCubeDimensionAssociation::_addHierarchy)},
-        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE, "aggregationRule", 73,
+        {QORAssociationType::CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE, "aggregationRule",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCubeDimensionAssociation::_addAggregationRule)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CUBE_DIMENSION_ASSOCIATION), QORModelObject::getStaticMetaClass(), false,

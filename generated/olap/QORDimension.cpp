@@ -76,43 +76,43 @@ QORMetaClass* QORDimension::getMetaClass() const {
 }
 
 bool QORDimension::_addHierarchy(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[95], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY], far);
 }
 
 bool QORDimension::addHierarchy(QORHierarchy* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[95], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY], far);
 }
 
 bool QORDimension::removeHierarchy(QORHierarchy* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[95], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY], far);
 }
 
 QORHierarchy* QORDimension::getHierarchy(int index) const {
-    return static_cast<QORHierarchy*>(QORRecipe::at(*this, QORMetamodel::ends[95], index));
+    return static_cast<QORHierarchy*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY], index));
 }
 
 bool QORDimension::removeHierarchy(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[95], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY], index);
 }
 
 bool QORDimension::removeHierarchy(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[95], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY], wanted, cursor);
 }
 
 void QORDimension::removeHierarchys() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[95]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__HIERARCHY]);
 }
 
 bool QORDimension::_addDefaultHierarchy(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[94], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__DEFAULT__HIERARCHY], far);
 }
 
 bool QORDimension::addDefaultHierarchy(QORHierarchy* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[94], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__DEFAULT__HIERARCHY], far);
 }
 
 bool QORDimension::removeDefaultHierarchy(QORHierarchy* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[94], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__DEFAULT__HIERARCHY], far);
 }
 
 QORHierarchy* QORDimension::getDefaultHierarchy() const {
@@ -120,91 +120,91 @@ QORHierarchy* QORDimension::getDefaultHierarchy() const {
 }
 
 bool QORDimension::removeDefaultHierarchy() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[94]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__DEFAULT__HIERARCHY]);
 }
 
 bool QORDimension::_addLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[96], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL], far);
 }
 
 bool QORDimension::addLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[96], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL], far);
 }
 
 bool QORDimension::removeLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[96], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL], far);
 }
 
 QORLevel* QORDimension::getLevel(int index) const {
-    return static_cast<QORLevel*>(QORRecipe::at(*this, QORMetamodel::ends[96], index));
+    return static_cast<QORLevel*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL], index));
 }
 
 bool QORDimension::removeLevel(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[96], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL], index);
 }
 
 bool QORDimension::removeLevel(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[96], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL], wanted, cursor);
 }
 
 void QORDimension::removeLevels() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[96]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__LEVEL]);
 }
 
 bool QORDimension::_addCubeDimensionAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[97], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORDimension::addCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[97], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORDimension::removeCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[97], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 QORCubeDimensionAssociation* QORDimension::getCubeDimensionAssociation(int index) const {
-    return static_cast<QORCubeDimensionAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[97], index));
+    return static_cast<QORCubeDimensionAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION], index));
 }
 
 bool QORDimension::removeCubeDimensionAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[97], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION], index);
 }
 
 bool QORDimension::removeCubeDimensionAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[97], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION], wanted, cursor);
 }
 
 void QORDimension::removeCubeDimensionAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[97]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION]);
 }
 
 bool QORDimension::_addJoin(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[98], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN], far);
 }
 
 bool QORDimension::addJoin(QORJoin* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[98], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN], far);
 }
 
 bool QORDimension::removeJoin(QORJoin* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[98], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN], far);
 }
 
 QORJoin* QORDimension::getJoin(int index) const {
-    return static_cast<QORJoin*>(QORRecipe::at(*this, QORMetamodel::ends[98], index));
+    return static_cast<QORJoin*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN], index));
 }
 
 bool QORDimension::removeJoin(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[98], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN], index);
 }
 
 bool QORDimension::removeJoin(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[98], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN], wanted, cursor);
 }
 
 void QORDimension::removeJoins() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[98]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIMENSION__JOIN]);
 }
 
 QORMetaClass* QORDimension::getStaticMetaClass() {
@@ -223,15 +223,15 @@ QORMetaClass* QORDimension::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DIMENSION__HIERARCHY, "hierarchy", 95,
+        {QORAssociationType::DIMENSION__HIERARCHY, "hierarchy",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimension::_addHierarchy)},
-        {QORAssociationType::DIMENSION__DEFAULT__HIERARCHY, "defaultHierarchy", 94,
+        {QORAssociationType::DIMENSION__DEFAULT__HIERARCHY, "defaultHierarchy",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimension::_addDefaultHierarchy)},
-        {QORAssociationType::DIMENSION__LEVEL, "level", 96,
+        {QORAssociationType::DIMENSION__LEVEL, "level",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimension::_addLevel)},
-        {QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation", 97,
+        {QORAssociationType::DIMENSION__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimension::_addCubeDimensionAssociation)},
-        {QORAssociationType::DIMENSION__JOIN, "join", 98,
+        {QORAssociationType::DIMENSION__JOIN, "join",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimension::_addJoin)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DIMENSION), QORClassifier::getStaticMetaClass(), false,

@@ -69,43 +69,43 @@ QORMetaClass* QORDimensionAttribute::getMetaClass() const {
 }
 
 bool QORDimensionAttribute::_addLevelAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[100], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE], far);
 }
 
 bool QORDimensionAttribute::addLevelAttribute(QORLevelAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[100], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE], far);
 }
 
 bool QORDimensionAttribute::removeLevelAttribute(QORLevelAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[100], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE], far);
 }
 
 QORLevelAttribute* QORDimensionAttribute::getLevelAttribute(int index) const {
-    return static_cast<QORLevelAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[100], index));
+    return static_cast<QORLevelAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE], index));
 }
 
 bool QORDimensionAttribute::removeLevelAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[100], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE], index);
 }
 
 bool QORDimensionAttribute::removeLevelAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[100], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE], wanted, cursor);
 }
 
 void QORDimensionAttribute::removeLevelAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[100]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE]);
 }
 
 bool QORDimensionAttribute::_addDescriptiveOfDimensionAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[99], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE], far);
 }
 
 bool QORDimensionAttribute::addDescriptiveOfDimensionAttribute(QORDimensionAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[99], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE], far);
 }
 
 bool QORDimensionAttribute::removeDescriptiveOfDimensionAttribute(QORDimensionAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[99], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE], far);
 }
 
 QORDimensionAttribute* QORDimensionAttribute::getDescriptiveOfDimensionAttribute() const {
@@ -113,35 +113,35 @@ QORDimensionAttribute* QORDimensionAttribute::getDescriptiveOfDimensionAttribute
 }
 
 bool QORDimensionAttribute::removeDescriptiveOfDimensionAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[99]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE]);
 }
 
 bool QORDimensionAttribute::_addDescriptiveDimensionAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[101], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE], far);
 }
 
 bool QORDimensionAttribute::addDescriptiveDimensionAttribute(QORDimensionAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[101], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE], far);
 }
 
 bool QORDimensionAttribute::removeDescriptiveDimensionAttribute(QORDimensionAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[101], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE], far);
 }
 
 QORDimensionAttribute* QORDimensionAttribute::getDescriptiveDimensionAttribute(int index) const {
-    return static_cast<QORDimensionAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[101], index));
+    return static_cast<QORDimensionAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE], index));
 }
 
 bool QORDimensionAttribute::removeDescriptiveDimensionAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[101], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE], index);
 }
 
 bool QORDimensionAttribute::removeDescriptiveDimensionAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[101], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE], wanted, cursor);
 }
 
 void QORDimensionAttribute::removeDescriptiveDimensionAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[101]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE]);
 }
 
 QORMetaClass* QORDimensionAttribute::getStaticMetaClass() {
@@ -160,11 +160,11 @@ QORMetaClass* QORDimensionAttribute::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE, "levelAttribute", 100,
+        {QORAssociationType::DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE, "levelAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimensionAttribute::_addLevelAttribute)},
-        {QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE, "descriptiveOfDimensionAttribute", 99,
+        {QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE, "descriptiveOfDimensionAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimensionAttribute::_addDescriptiveOfDimensionAttribute)},
-        {QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE, "descriptiveDimensionAttribute", 101,
+        {QORAssociationType::DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE, "descriptiveDimensionAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDimensionAttribute::_addDescriptiveDimensionAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DIMENSION_ATTRIBUTE), QORStructuralFeature::getStaticMetaClass(), false,

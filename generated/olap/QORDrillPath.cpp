@@ -67,100 +67,100 @@ QORMetaClass* QORDrillPath::getMetaClass() const {
 }
 
 bool QORDrillPath::_addDrillPathLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[104], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPath::addDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[104], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPath::removeDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[104], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 QORDrillPathLevelAssociation* QORDrillPath::getDrillPathLevelAssociation(int index) const {
-    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[104], index));
+    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], index));
 }
 
 bool QORDrillPath::removeDrillPathLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[104], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], index);
 }
 
 bool QORDrillPath::removeDrillPathLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[104], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORDrillPath::removeDrillPathLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[104]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION]);
 }
 
 void QORDrillPath::getDrillPathLevelAssociationByPosition(QORDrillPathLevelAssociationByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[104], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION], view);
 }
 
 bool QORDrillPath::_addTopDrillPathLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[105], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPath::addTopDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[105], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPath::removeTopDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[105], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 QORDrillPathLevelAssociation* QORDrillPath::getTopDrillPathLevelAssociation(int index) const {
-    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[105], index));
+    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION], index));
 }
 
 bool QORDrillPath::removeTopDrillPathLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[105], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION], index);
 }
 
 bool QORDrillPath::removeTopDrillPathLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[105], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORDrillPath::removeTopDrillPathLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[105]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION]);
 }
 
 bool QORDrillPath::_addBottomDrillPathLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[106], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPath::addBottomDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[106], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPath::removeBottomDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[106], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 QORDrillPathLevelAssociation* QORDrillPath::getBottomDrillPathLevelAssociation(int index) const {
-    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[106], index));
+    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION], index));
 }
 
 bool QORDrillPath::removeBottomDrillPathLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[106], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION], index);
 }
 
 bool QORDrillPath::removeBottomDrillPathLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[106], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORDrillPath::removeBottomDrillPathLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[106]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION]);
 }
 
 QORMetaClass* QORDrillPath::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION, "drillPathLevelAssociation", 104,
+        {QORAssociationType::DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION, "drillPathLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPath::_addDrillPathLevelAssociation)},
-        {QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION, "topDrillPathLevelAssociation", 105,
+        {QORAssociationType::DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION, "topDrillPathLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPath::_addTopDrillPathLevelAssociation)},
-        {QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION, "bottomDrillPathLevelAssociation", 106,
+        {QORAssociationType::DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION, "bottomDrillPathLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPath::_addBottomDrillPathLevelAssociation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DRILL_PATH), QORModelElement::getStaticMetaClass(), false,

@@ -80,15 +80,15 @@ QORMetaClass* QORDrillPathLevelAssociation::getMetaClass() const {
 }
 
 bool QORDrillPathLevelAssociation::_addDrillPath(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[107], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH], far);
 }
 
 bool QORDrillPathLevelAssociation::addDrillPath(QORDrillPath* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[107], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH], far);
 }
 
 bool QORDrillPathLevelAssociation::removeDrillPath(QORDrillPath* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[107], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH], far);
 }
 
 QORDrillPath* QORDrillPathLevelAssociation::getDrillPath() const {
@@ -96,47 +96,47 @@ QORDrillPath* QORDrillPathLevelAssociation::getDrillPath() const {
 }
 
 bool QORDrillPathLevelAssociation::removeDrillPath() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[107]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH]);
 }
 
 bool QORDrillPathLevelAssociation::_addLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[111], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPathLevelAssociation::addLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[111], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], far);
 }
 
 bool QORDrillPathLevelAssociation::removeLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[111], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], far);
 }
 
 QORLevelAssociation* QORDrillPathLevelAssociation::getLevelAssociation(int index) const {
-    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[111], index));
+    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], index));
 }
 
 bool QORDrillPathLevelAssociation::removeLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[111], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], index);
 }
 
 bool QORDrillPathLevelAssociation::removeLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[111], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORDrillPathLevelAssociation::removeLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[111]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION]);
 }
 
 bool QORDrillPathLevelAssociation::_addLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[108], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL], far);
 }
 
 bool QORDrillPathLevelAssociation::addLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[108], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL], far);
 }
 
 bool QORDrillPathLevelAssociation::removeLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[108], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL], far);
 }
 
 QORLevel* QORDrillPathLevelAssociation::getLevel() const {
@@ -144,19 +144,19 @@ QORLevel* QORDrillPathLevelAssociation::getLevel() const {
 }
 
 bool QORDrillPathLevelAssociation::removeLevel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[108]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL]);
 }
 
 bool QORDrillPathLevelAssociation::_addTopOfDrillPath(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[109], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH], far);
 }
 
 bool QORDrillPathLevelAssociation::addTopOfDrillPath(QORDrillPath* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[109], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH], far);
 }
 
 bool QORDrillPathLevelAssociation::removeTopOfDrillPath(QORDrillPath* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[109], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH], far);
 }
 
 QORDrillPath* QORDrillPathLevelAssociation::getTopOfDrillPath() const {
@@ -164,19 +164,19 @@ QORDrillPath* QORDrillPathLevelAssociation::getTopOfDrillPath() const {
 }
 
 bool QORDrillPathLevelAssociation::removeTopOfDrillPath() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[109]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH]);
 }
 
 bool QORDrillPathLevelAssociation::_addBottomOfDrillPath(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[110], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH], far);
 }
 
 bool QORDrillPathLevelAssociation::addBottomOfDrillPath(QORDrillPath* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[110], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH], far);
 }
 
 bool QORDrillPathLevelAssociation::removeBottomOfDrillPath(QORDrillPath* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[110], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH], far);
 }
 
 QORDrillPath* QORDrillPathLevelAssociation::getBottomOfDrillPath() const {
@@ -184,7 +184,7 @@ QORDrillPath* QORDrillPathLevelAssociation::getBottomOfDrillPath() const {
 }
 
 bool QORDrillPathLevelAssociation::removeBottomOfDrillPath() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[110]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH]);
 }
 
 QORMetaClass* QORDrillPathLevelAssociation::getStaticMetaClass() {
@@ -195,15 +195,15 @@ QORMetaClass* QORDrillPathLevelAssociation::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH, "drillPath", 107,
+        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH, "drillPath",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPathLevelAssociation::_addDrillPath)},
-        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION, "levelAssociation", 111,
+        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION, "levelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPathLevelAssociation::_addLevelAssociation)},
-        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL, "level", 108,
+        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__LEVEL, "level",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPathLevelAssociation::_addLevel)},
-        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH, "topOfDrillPath", 109,
+        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH, "topOfDrillPath",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPathLevelAssociation::_addTopOfDrillPath)},
-        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH, "bottomOfDrillPath", 110,
+        {QORAssociationType::DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH, "bottomOfDrillPath",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORDrillPathLevelAssociation::_addBottomOfDrillPath)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::DRILL_PATH_LEVEL_ASSOCIATION), QORModelObject::getStaticMetaClass(), false,

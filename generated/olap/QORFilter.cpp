@@ -62,31 +62,31 @@ QORMetaClass* QORFilter::getMetaClass() const {
 }
 
 bool QORFilter::_addCube(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[148], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE], far);
 }
 
 bool QORFilter::addCube(QORCube* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[148], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE], far);
 }
 
 bool QORFilter::removeCube(QORCube* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[148], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE], far);
 }
 
 QORCube* QORFilter::getCube(int index) const {
-    return static_cast<QORCube*>(QORRecipe::at(*this, QORMetamodel::ends[148], index));
+    return static_cast<QORCube*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE], index));
 }
 
 bool QORFilter::removeCube(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[148], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE], index);
 }
 
 bool QORFilter::removeCube(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[148], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE], wanted, cursor);
 }
 
 void QORFilter::removeCubes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[148]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::FILTER__CUBE]);
 }
 
 QORMetaClass* QORFilter::getStaticMetaClass() {
@@ -97,7 +97,7 @@ QORMetaClass* QORFilter::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::FILTER__CUBE, "cube", 148,
+        {QORAssociationType::FILTER__CUBE, "cube",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORFilter::_addCube)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::FILTER), QORClassifier::getStaticMetaClass(), false,

@@ -90,15 +90,15 @@ QORMetaClass* QORHierarchy::getMetaClass() const {
 }
 
 bool QORHierarchy::_addDimension(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[165], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DIMENSION], far);
 }
 
 bool QORHierarchy::addDimension(QORDimension* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[165], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DIMENSION], far);
 }
 
 bool QORHierarchy::removeDimension(QORDimension* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[165], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DIMENSION], far);
 }
 
 QORDimension* QORHierarchy::getDimension() const {
@@ -106,19 +106,19 @@ QORDimension* QORHierarchy::getDimension() const {
 }
 
 bool QORHierarchy::removeDimension() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[165]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DIMENSION]);
 }
 
 bool QORHierarchy::_addDefaultOfDimension(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[166], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DEFAULT_OF__DIMENSION], far);
 }
 
 bool QORHierarchy::addDefaultOfDimension(QORDimension* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[166], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DEFAULT_OF__DIMENSION], far);
 }
 
 bool QORHierarchy::removeDefaultOfDimension(QORDimension* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[166], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DEFAULT_OF__DIMENSION], far);
 }
 
 QORDimension* QORHierarchy::getDefaultOfDimension() const {
@@ -126,79 +126,79 @@ QORDimension* QORHierarchy::getDefaultOfDimension() const {
 }
 
 bool QORHierarchy::removeDefaultOfDimension() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[166]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__DEFAULT_OF__DIMENSION]);
 }
 
 bool QORHierarchy::_addHierarchyLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[168], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchy::addHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[168], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchy::removeHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[168], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 QORHierarchyLevelAssociation* QORHierarchy::getHierarchyLevelAssociation(int index) const {
-    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[168], index));
+    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], index));
 }
 
 bool QORHierarchy::removeHierarchyLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[168], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], index);
 }
 
 bool QORHierarchy::removeHierarchyLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[168], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORHierarchy::removeHierarchyLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[168]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION]);
 }
 
 void QORHierarchy::getHierarchyLevelAssociationByPosition(QORHierarchyLevelAssociationByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[168], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION], view);
 }
 
 bool QORHierarchy::_addCubeDimensionAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[169], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORHierarchy::addCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[169], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 bool QORHierarchy::removeCubeDimensionAssociation(QORCubeDimensionAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[169], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION], far);
 }
 
 QORCubeDimensionAssociation* QORHierarchy::getCubeDimensionAssociation(int index) const {
-    return static_cast<QORCubeDimensionAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[169], index));
+    return static_cast<QORCubeDimensionAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION], index));
 }
 
 bool QORHierarchy::removeCubeDimensionAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[169], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION], index);
 }
 
 bool QORHierarchy::removeCubeDimensionAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[169], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION], wanted, cursor);
 }
 
 void QORHierarchy::removeCubeDimensionAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[169]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION]);
 }
 
 bool QORHierarchy::_addTopHierarchyLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[167], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchy::addTopHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[167], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchy::removeTopHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[167], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 QORHierarchyLevelAssociation* QORHierarchy::getTopHierarchyLevelAssociation() const {
@@ -206,35 +206,35 @@ QORHierarchyLevelAssociation* QORHierarchy::getTopHierarchyLevelAssociation() co
 }
 
 bool QORHierarchy::removeTopHierarchyLevelAssociation() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[167]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION]);
 }
 
 bool QORHierarchy::_addBottomHierarchyLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[170], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchy::addBottomHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[170], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchy::removeBottomHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[170], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 QORHierarchyLevelAssociation* QORHierarchy::getBottomHierarchyLevelAssociation(int index) const {
-    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[170], index));
+    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION], index));
 }
 
 bool QORHierarchy::removeBottomHierarchyLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[170], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION], index);
 }
 
 bool QORHierarchy::removeBottomHierarchyLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[170], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORHierarchy::removeBottomHierarchyLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[170]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION]);
 }
 
 QORMetaClass* QORHierarchy::getStaticMetaClass() {
@@ -245,17 +245,17 @@ QORMetaClass* QORHierarchy::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getHierarchyTypeByName>(), QORGetEnumNameByIDWrapper::of<&getHierarchyTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::HIERARCHY__DIMENSION, "dimension", 165,
+        {QORAssociationType::HIERARCHY__DIMENSION, "dimension",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchy::_addDimension)},
-        {QORAssociationType::HIERARCHY__DEFAULT_OF__DIMENSION, "defaultOfDimension", 166,
+        {QORAssociationType::HIERARCHY__DEFAULT_OF__DIMENSION, "defaultOfDimension",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchy::_addDefaultOfDimension)},
-        {QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION, "hierarchyLevelAssociation", 168,
+        {QORAssociationType::HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION, "hierarchyLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchy::_addHierarchyLevelAssociation)},
-        {QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation", 169,
+        {QORAssociationType::HIERARCHY__CUBE_DIMENSION_ASSOCIATION, "cubeDimensionAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchy::_addCubeDimensionAssociation)},
-        {QORAssociationType::HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION, "topHierarchyLevelAssociation", 167,
+        {QORAssociationType::HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION, "topHierarchyLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchy::_addTopHierarchyLevelAssociation)},
-        {QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION, "bottomHierarchyLevelAssociation", 170,
+        {QORAssociationType::HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION, "bottomHierarchyLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchy::_addBottomHierarchyLevelAssociation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::HIERARCHY), QORModelObject::getStaticMetaClass(), false,

@@ -80,15 +80,15 @@ QORMetaClass* QORHierarchyLevelAssociation::getMetaClass() const {
 }
 
 bool QORHierarchyLevelAssociation::_addHierarchy(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[171], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY], far);
 }
 
 bool QORHierarchyLevelAssociation::addHierarchy(QORHierarchy* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[171], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY], far);
 }
 
 bool QORHierarchyLevelAssociation::removeHierarchy(QORHierarchy* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[171], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY], far);
 }
 
 QORHierarchy* QORHierarchyLevelAssociation::getHierarchy() const {
@@ -96,19 +96,19 @@ QORHierarchy* QORHierarchyLevelAssociation::getHierarchy() const {
 }
 
 bool QORHierarchyLevelAssociation::removeHierarchy() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[171]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY]);
 }
 
 bool QORHierarchyLevelAssociation::_addLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[172], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL], far);
 }
 
 bool QORHierarchyLevelAssociation::addLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[172], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL], far);
 }
 
 bool QORHierarchyLevelAssociation::removeLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[172], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL], far);
 }
 
 QORLevel* QORHierarchyLevelAssociation::getLevel() const {
@@ -116,47 +116,47 @@ QORLevel* QORHierarchyLevelAssociation::getLevel() const {
 }
 
 bool QORHierarchyLevelAssociation::removeLevel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[172]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL]);
 }
 
 bool QORHierarchyLevelAssociation::_addLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[175], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchyLevelAssociation::addLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[175], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], far);
 }
 
 bool QORHierarchyLevelAssociation::removeLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[175], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], far);
 }
 
 QORLevelAssociation* QORHierarchyLevelAssociation::getLevelAssociation(int index) const {
-    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[175], index));
+    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], index));
 }
 
 bool QORHierarchyLevelAssociation::removeLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[175], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], index);
 }
 
 bool QORHierarchyLevelAssociation::removeLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[175], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORHierarchyLevelAssociation::removeLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[175]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION]);
 }
 
 bool QORHierarchyLevelAssociation::_addTopOfHierarchy(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[173], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY], far);
 }
 
 bool QORHierarchyLevelAssociation::addTopOfHierarchy(QORHierarchy* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[173], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY], far);
 }
 
 bool QORHierarchyLevelAssociation::removeTopOfHierarchy(QORHierarchy* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[173], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY], far);
 }
 
 QORHierarchy* QORHierarchyLevelAssociation::getTopOfHierarchy() const {
@@ -164,19 +164,19 @@ QORHierarchy* QORHierarchyLevelAssociation::getTopOfHierarchy() const {
 }
 
 bool QORHierarchyLevelAssociation::removeTopOfHierarchy() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[173]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY]);
 }
 
 bool QORHierarchyLevelAssociation::_addBottomOfHierarchy(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[174], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY], far);
 }
 
 bool QORHierarchyLevelAssociation::addBottomOfHierarchy(QORHierarchy* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[174], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY], far);
 }
 
 bool QORHierarchyLevelAssociation::removeBottomOfHierarchy(QORHierarchy* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[174], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY], far);
 }
 
 QORHierarchy* QORHierarchyLevelAssociation::getBottomOfHierarchy() const {
@@ -184,7 +184,7 @@ QORHierarchy* QORHierarchyLevelAssociation::getBottomOfHierarchy() const {
 }
 
 bool QORHierarchyLevelAssociation::removeBottomOfHierarchy() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[174]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY]);
 }
 
 QORMetaClass* QORHierarchyLevelAssociation::getStaticMetaClass() {
@@ -195,15 +195,15 @@ QORMetaClass* QORHierarchyLevelAssociation::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY, "hierarchy", 171,
+        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY, "hierarchy",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchyLevelAssociation::_addHierarchy)},
-        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL, "level", 172,
+        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL, "level",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchyLevelAssociation::_addLevel)},
-        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION, "levelAssociation", 175,
+        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION, "levelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchyLevelAssociation::_addLevelAssociation)},
-        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY, "topOfHierarchy", 173,
+        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY, "topOfHierarchy",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchyLevelAssociation::_addTopOfHierarchy)},
-        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY, "bottomOfHierarchy", 174,
+        {QORAssociationType::HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY, "bottomOfHierarchy",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORHierarchyLevelAssociation::_addBottomOfHierarchy)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::HIERARCHY_LEVEL_ASSOCIATION), QORModelObject::getStaticMetaClass(), false,

@@ -74,87 +74,87 @@ QORMetaClass* QORJoin::getMetaClass() const {
 }
 
 bool QORJoin::_addJoinRole(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[181], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE], far);
 }
 
 bool QORJoin::addJoinRole(QORJoinRole* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[181], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE], far);
 }
 
 bool QORJoin::removeJoinRole(QORJoinRole* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[181], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE], far);
 }
 
 QORJoinRole* QORJoin::getJoinRole(int index) const {
-    return static_cast<QORJoinRole*>(QORRecipe::at(*this, QORMetamodel::ends[181], index));
+    return static_cast<QORJoinRole*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE], index));
 }
 
 bool QORJoin::removeJoinRole(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[181], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE], index);
 }
 
 bool QORJoin::removeJoinRole(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[181], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE], wanted, cursor);
 }
 
 void QORJoin::removeJoinRoles() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[181]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::JOIN__JOIN_ROLE]);
 }
 
 bool QORJoin::_addCube(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[182], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE], far);
 }
 
 bool QORJoin::addCube(QORCube* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[182], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE], far);
 }
 
 bool QORJoin::removeCube(QORCube* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[182], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE], far);
 }
 
 QORCube* QORJoin::getCube(int index) const {
-    return static_cast<QORCube*>(QORRecipe::at(*this, QORMetamodel::ends[182], index));
+    return static_cast<QORCube*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE], index));
 }
 
 bool QORJoin::removeCube(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[182], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE], index);
 }
 
 bool QORJoin::removeCube(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[182], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE], wanted, cursor);
 }
 
 void QORJoin::removeCubes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[182]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::JOIN__CUBE]);
 }
 
 bool QORJoin::_addDimension(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[183], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION], far);
 }
 
 bool QORJoin::addDimension(QORDimension* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[183], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION], far);
 }
 
 bool QORJoin::removeDimension(QORDimension* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[183], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION], far);
 }
 
 QORDimension* QORJoin::getDimension(int index) const {
-    return static_cast<QORDimension*>(QORRecipe::at(*this, QORMetamodel::ends[183], index));
+    return static_cast<QORDimension*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION], index));
 }
 
 bool QORJoin::removeDimension(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[183], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION], index);
 }
 
 bool QORJoin::removeDimension(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[183], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION], wanted, cursor);
 }
 
 void QORJoin::removeDimensions() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[183]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::JOIN__DIMENSION]);
 }
 
 QORMetaClass* QORJoin::getStaticMetaClass() {
@@ -169,11 +169,11 @@ QORMetaClass* QORJoin::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::JOIN__JOIN_ROLE, "joinRole", 181,
+        {QORAssociationType::JOIN__JOIN_ROLE, "joinRole",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORJoin::_addJoinRole)},
-        {QORAssociationType::JOIN__CUBE, "cube", 182,
+        {QORAssociationType::JOIN__CUBE, "cube",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORJoin::_addCube)},
-        {QORAssociationType::JOIN__DIMENSION, "dimension", 183,
+        {QORAssociationType::JOIN__DIMENSION, "dimension",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORJoin::_addDimension)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::JOIN), QORClassifier::getStaticMetaClass(), false,

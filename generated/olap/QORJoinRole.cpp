@@ -85,15 +85,15 @@ QORMetaClass* QORJoinRole::getMetaClass() const {
 }
 
 bool QORJoinRole::_addJoin(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[184], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__JOIN], far);
 }
 
 bool QORJoinRole::addJoin(QORJoin* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[184], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__JOIN], far);
 }
 
 bool QORJoinRole::removeJoin(QORJoin* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[184], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__JOIN], far);
 }
 
 QORJoin* QORJoinRole::getJoin() const {
@@ -101,19 +101,19 @@ QORJoin* QORJoinRole::getJoin() const {
 }
 
 bool QORJoinRole::removeJoin() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[184]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__JOIN]);
 }
 
 bool QORJoinRole::_addClassifier(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[185], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__CLASSIFIER], far);
 }
 
 bool QORJoinRole::addClassifier(QORClassifier* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[185], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__CLASSIFIER], far);
 }
 
 bool QORJoinRole::removeClassifier(QORClassifier* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[185], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__CLASSIFIER], far);
 }
 
 QORClassifier* QORJoinRole::getClassifier() const {
@@ -121,7 +121,7 @@ QORClassifier* QORJoinRole::getClassifier() const {
 }
 
 bool QORJoinRole::removeClassifier() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[185]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::JOIN_ROLE__CLASSIFIER]);
 }
 
 QORMetaClass* QORJoinRole::getStaticMetaClass() {
@@ -136,9 +136,9 @@ QORMetaClass* QORJoinRole::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::JOIN_ROLE__JOIN, "join", 184,
+        {QORAssociationType::JOIN_ROLE__JOIN, "join",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORJoinRole::_addJoin)},
-        {QORAssociationType::JOIN_ROLE__CLASSIFIER, "classifier", 185,
+        {QORAssociationType::JOIN_ROLE__CLASSIFIER, "classifier",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORJoinRole::_addClassifier)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::JOIN_ROLE), QORModelObject::getStaticMetaClass(), false,

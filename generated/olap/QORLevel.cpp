@@ -87,15 +87,15 @@ QORMetaClass* QORLevel::getMetaClass() const {
 }
 
 bool QORLevel::_addDimension(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[194], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DIMENSION], far);
 }
 
 bool QORLevel::addDimension(QORDimension* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[194], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DIMENSION], far);
 }
 
 bool QORLevel::removeDimension(QORDimension* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[194], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DIMENSION], far);
 }
 
 QORDimension* QORLevel::getDimension() const {
@@ -103,19 +103,19 @@ QORDimension* QORLevel::getDimension() const {
 }
 
 bool QORLevel::removeDimension() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[194]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DIMENSION]);
 }
 
 bool QORLevel::_addLevelKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[195], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__LEVEL_KEY], far);
 }
 
 bool QORLevel::addLevelKey(QORLevelKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[195], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__LEVEL_KEY], far);
 }
 
 bool QORLevel::removeLevelKey(QORLevelKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[195], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__LEVEL_KEY], far);
 }
 
 QORLevelKey* QORLevel::getLevelKey() const {
@@ -123,131 +123,131 @@ QORLevelKey* QORLevel::getLevelKey() const {
 }
 
 bool QORLevel::removeLevelKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[195]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL__LEVEL_KEY]);
 }
 
 bool QORLevel::_addHierarchyLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[197], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::addHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[197], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::removeHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[197], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 QORHierarchyLevelAssociation* QORLevel::getHierarchyLevelAssociation(int index) const {
-    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[197], index));
+    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION], index));
 }
 
 bool QORLevel::removeHierarchyLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[197], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION], index);
 }
 
 bool QORLevel::removeHierarchyLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[197], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORLevel::removeHierarchyLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[197]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION]);
 }
 
 bool QORLevel::_addDrillPathLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[200], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::addDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[200], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::removeDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[200], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 QORDrillPathLevelAssociation* QORLevel::getDrillPathLevelAssociation(int index) const {
-    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[200], index));
+    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION], index));
 }
 
 bool QORLevel::removeDrillPathLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[200], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION], index);
 }
 
 bool QORLevel::removeDrillPathLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[200], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORLevel::removeDrillPathLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[200]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION]);
 }
 
 bool QORLevel::_addParentOfLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[198], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::addParentOfLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[198], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::removeParentOfLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[198], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION], far);
 }
 
 QORLevelAssociation* QORLevel::getParentOfLevelAssociation(int index) const {
-    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[198], index));
+    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION], index));
 }
 
 bool QORLevel::removeParentOfLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[198], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION], index);
 }
 
 bool QORLevel::removeParentOfLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[198], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORLevel::removeParentOfLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[198]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION]);
 }
 
 bool QORLevel::_addChildOfLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[199], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::addChildOfLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[199], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevel::removeChildOfLevelAssociation(QORLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[199], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION], far);
 }
 
 QORLevelAssociation* QORLevel::getChildOfLevelAssociation(int index) const {
-    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[199], index));
+    return static_cast<QORLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION], index));
 }
 
 bool QORLevel::removeChildOfLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[199], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION], index);
 }
 
 bool QORLevel::removeChildOfLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[199], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORLevel::removeChildOfLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[199]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION]);
 }
 
 bool QORLevel::_addDefaultLevelAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[196], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DEFAULT__LEVEL_ATTRIBUTE], far);
 }
 
 bool QORLevel::addDefaultLevelAttribute(QORLevelAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[196], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DEFAULT__LEVEL_ATTRIBUTE], far);
 }
 
 bool QORLevel::removeDefaultLevelAttribute(QORLevelAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[196], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DEFAULT__LEVEL_ATTRIBUTE], far);
 }
 
 QORLevelAttribute* QORLevel::getDefaultLevelAttribute() const {
@@ -255,24 +255,24 @@ QORLevelAttribute* QORLevel::getDefaultLevelAttribute() const {
 }
 
 bool QORLevel::removeDefaultLevelAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[196]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL__DEFAULT__LEVEL_ATTRIBUTE]);
 }
 
 QORMetaClass* QORLevel::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::LEVEL__DIMENSION, "dimension", 194,
+        {QORAssociationType::LEVEL__DIMENSION, "dimension",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addDimension)},
-        {QORAssociationType::LEVEL__LEVEL_KEY, "levelKey", 195,
+        {QORAssociationType::LEVEL__LEVEL_KEY, "levelKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addLevelKey)},
-        {QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION, "hierarchyLevelAssociation", 197,
+        {QORAssociationType::LEVEL__HIERARCHY_LEVEL_ASSOCIATION, "hierarchyLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addHierarchyLevelAssociation)},
-        {QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION, "drillPathLevelAssociation", 200,
+        {QORAssociationType::LEVEL__DRILL_PATH_LEVEL_ASSOCIATION, "drillPathLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addDrillPathLevelAssociation)},
-        {QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION, "parentOfLevelAssociation", 198,
+        {QORAssociationType::LEVEL__PARENT_OF__LEVEL_ASSOCIATION, "parentOfLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addParentOfLevelAssociation)},
-        {QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION, "childOfLevelAssociation", 199,
+        {QORAssociationType::LEVEL__CHILD_OF__LEVEL_ASSOCIATION, "childOfLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addChildOfLevelAssociation)},
-        {QORAssociationType::LEVEL__DEFAULT__LEVEL_ATTRIBUTE, "defaultLevelAttribute", 196,
+        {QORAssociationType::LEVEL__DEFAULT__LEVEL_ATTRIBUTE, "defaultLevelAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevel::_addDefaultLevelAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::LEVEL), QORClassifier::getStaticMetaClass(), false,

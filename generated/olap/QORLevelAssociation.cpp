@@ -75,15 +75,15 @@ QORMetaClass* QORLevelAssociation::getMetaClass() const {
 }
 
 bool QORLevelAssociation::_addParentLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[201], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__PARENT__LEVEL], far);
 }
 
 bool QORLevelAssociation::addParentLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[201], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__PARENT__LEVEL], far);
 }
 
 bool QORLevelAssociation::removeParentLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[201], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__PARENT__LEVEL], far);
 }
 
 QORLevel* QORLevelAssociation::getParentLevel() const {
@@ -91,19 +91,19 @@ QORLevel* QORLevelAssociation::getParentLevel() const {
 }
 
 bool QORLevelAssociation::removeParentLevel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[201]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__PARENT__LEVEL]);
 }
 
 bool QORLevelAssociation::_addChildLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[202], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__CHILD__LEVEL], far);
 }
 
 bool QORLevelAssociation::addChildLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[202], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__CHILD__LEVEL], far);
 }
 
 bool QORLevelAssociation::removeChildLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[202], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__CHILD__LEVEL], far);
 }
 
 QORLevel* QORLevelAssociation::getChildLevel() const {
@@ -111,74 +111,74 @@ QORLevel* QORLevelAssociation::getChildLevel() const {
 }
 
 bool QORLevelAssociation::removeChildLevel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[202]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__CHILD__LEVEL]);
 }
 
 bool QORLevelAssociation::_addHierarchyLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[203], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevelAssociation::addHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[203], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevelAssociation::removeHierarchyLevelAssociation(QORHierarchyLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[203], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION], far);
 }
 
 QORHierarchyLevelAssociation* QORLevelAssociation::getHierarchyLevelAssociation(int index) const {
-    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[203], index));
+    return static_cast<QORHierarchyLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION], index));
 }
 
 bool QORLevelAssociation::removeHierarchyLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[203], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION], index);
 }
 
 bool QORLevelAssociation::removeHierarchyLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[203], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORLevelAssociation::removeHierarchyLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[203]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION]);
 }
 
 bool QORLevelAssociation::_addDrillPathLevelAssociation(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[204], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevelAssociation::addDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[204], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 bool QORLevelAssociation::removeDrillPathLevelAssociation(QORDrillPathLevelAssociation* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[204], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION], far);
 }
 
 QORDrillPathLevelAssociation* QORLevelAssociation::getDrillPathLevelAssociation(int index) const {
-    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[204], index));
+    return static_cast<QORDrillPathLevelAssociation*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION], index));
 }
 
 bool QORLevelAssociation::removeDrillPathLevelAssociation(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[204], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION], index);
 }
 
 bool QORLevelAssociation::removeDrillPathLevelAssociation(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[204], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION], wanted, cursor);
 }
 
 void QORLevelAssociation::removeDrillPathLevelAssociations() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[204]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION]);
 }
 
 QORMetaClass* QORLevelAssociation::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::LEVEL_ASSOCIATION__PARENT__LEVEL, "parentLevel", 201,
+        {QORAssociationType::LEVEL_ASSOCIATION__PARENT__LEVEL, "parentLevel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAssociation::_addParentLevel)},
-        {QORAssociationType::LEVEL_ASSOCIATION__CHILD__LEVEL, "childLevel", 202,
+        {QORAssociationType::LEVEL_ASSOCIATION__CHILD__LEVEL, "childLevel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAssociation::_addChildLevel)},
-        {QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION, "hierarchyLevelAssociation", 203,
+        {QORAssociationType::LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION, "hierarchyLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAssociation::_addHierarchyLevelAssociation)},
-        {QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION, "drillPathLevelAssociation", 204,
+        {QORAssociationType::LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION, "drillPathLevelAssociation",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAssociation::_addDrillPathLevelAssociation)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::LEVEL_ASSOCIATION), QORModelObject::getStaticMetaClass(), false,

@@ -59,15 +59,15 @@ QORMetaClass* QORLevelAttribute::getMetaClass() const {
 }
 
 bool QORLevelAttribute::_addLevelKey(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[205], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__LEVEL_KEY], far);
 }
 
 bool QORLevelAttribute::addLevelKey(QORLevelKey* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[205], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__LEVEL_KEY], far);
 }
 
 bool QORLevelAttribute::removeLevelKey(QORLevelKey* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[205], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__LEVEL_KEY], far);
 }
 
 QORLevelKey* QORLevelAttribute::getLevelKey() const {
@@ -75,19 +75,19 @@ QORLevelKey* QORLevelAttribute::getLevelKey() const {
 }
 
 bool QORLevelAttribute::removeLevelKey() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[205]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__LEVEL_KEY]);
 }
 
 bool QORLevelAttribute::_addDimensionAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[206], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE], far);
 }
 
 bool QORLevelAttribute::addDimensionAttribute(QORDimensionAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[206], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE], far);
 }
 
 bool QORLevelAttribute::removeDimensionAttribute(QORDimensionAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[206], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE], far);
 }
 
 QORDimensionAttribute* QORLevelAttribute::getDimensionAttribute() const {
@@ -95,19 +95,19 @@ QORDimensionAttribute* QORLevelAttribute::getDimensionAttribute() const {
 }
 
 bool QORLevelAttribute::removeDimensionAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[206]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE]);
 }
 
 bool QORLevelAttribute::_addDefaultOfLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[207], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL], far);
 }
 
 bool QORLevelAttribute::addDefaultOfLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[207], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL], far);
 }
 
 bool QORLevelAttribute::removeDefaultOfLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[207], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL], far);
 }
 
 QORLevel* QORLevelAttribute::getDefaultOfLevel() const {
@@ -115,16 +115,16 @@ QORLevel* QORLevelAttribute::getDefaultOfLevel() const {
 }
 
 bool QORLevelAttribute::removeDefaultOfLevel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[207]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL]);
 }
 
 QORMetaClass* QORLevelAttribute::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::LEVEL_ATTRIBUTE__LEVEL_KEY, "levelKey", 205,
+        {QORAssociationType::LEVEL_ATTRIBUTE__LEVEL_KEY, "levelKey",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAttribute::_addLevelKey)},
-        {QORAssociationType::LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE, "dimensionAttribute", 206,
+        {QORAssociationType::LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE, "dimensionAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAttribute::_addDimensionAttribute)},
-        {QORAssociationType::LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL, "defaultOfLevel", 207,
+        {QORAssociationType::LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL, "defaultOfLevel",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelAttribute::_addDefaultOfLevel)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::LEVEL_ATTRIBUTE), QORStructuralFeature::getStaticMetaClass(), false,

@@ -74,15 +74,15 @@ QORMetaClass* QORLevelKey::getMetaClass() const {
 }
 
 bool QORLevelKey::_addLevel(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[208], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL], far);
 }
 
 bool QORLevelKey::addLevel(QORLevel* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[208], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL], far);
 }
 
 bool QORLevelKey::removeLevel(QORLevel* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[208], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL], far);
 }
 
 QORLevel* QORLevelKey::getLevel() const {
@@ -90,42 +90,42 @@ QORLevel* QORLevelKey::getLevel() const {
 }
 
 bool QORLevelKey::removeLevel() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[208]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL]);
 }
 
 bool QORLevelKey::_addLevelAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[209], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE], far);
 }
 
 bool QORLevelKey::addLevelAttribute(QORLevelAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[209], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE], far);
 }
 
 bool QORLevelKey::removeLevelAttribute(QORLevelAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[209], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE], far);
 }
 
 QORLevelAttribute* QORLevelKey::getLevelAttribute(int index) const {
-    return static_cast<QORLevelAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[209], index));
+    return static_cast<QORLevelAttribute*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE], index));
 }
 
 bool QORLevelKey::removeLevelAttribute(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[209], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE], index);
 }
 
 bool QORLevelKey::removeLevelAttribute(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[209], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE], wanted, cursor);
 }
 
 void QORLevelKey::removeLevelAttributes() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[209]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE]);
 }
 
 QORMetaClass* QORLevelKey::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::LEVEL_KEY__LEVEL, "level", 208,
+        {QORAssociationType::LEVEL_KEY__LEVEL, "level",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelKey::_addLevel)},
-        {QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE, "levelAttribute", 209,
+        {QORAssociationType::LEVEL_KEY__LEVEL_ATTRIBUTE, "levelAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORLevelKey::_addLevelAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::LEVEL_KEY), QORModelObject::getStaticMetaClass(), false,

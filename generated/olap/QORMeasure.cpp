@@ -73,31 +73,31 @@ QORMetaClass* QORMeasure::getMetaClass() const {
 }
 
 bool QORMeasure::_addAggregationRule(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[219], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE], far);
 }
 
 bool QORMeasure::addAggregationRule(QORAggregationRule* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[219], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE], far);
 }
 
 bool QORMeasure::removeAggregationRule(QORAggregationRule* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[219], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE], far);
 }
 
 QORAggregationRule* QORMeasure::getAggregationRule(int index) const {
-    return static_cast<QORAggregationRule*>(QORRecipe::at(*this, QORMetamodel::ends[219], index));
+    return static_cast<QORAggregationRule*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE], index));
 }
 
 bool QORMeasure::removeAggregationRule(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[219], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE], index);
 }
 
 bool QORMeasure::removeAggregationRule(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[219], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE], wanted, cursor);
 }
 
 void QORMeasure::removeAggregationRules() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[219]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::MEASURE__AGGREGATION_RULE]);
 }
 
 QORMetaClass* QORMeasure::getStaticMetaClass() {
@@ -116,7 +116,7 @@ QORMetaClass* QORMeasure::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::MEASURE__AGGREGATION_RULE, "aggregationRule", 219,
+        {QORAssociationType::MEASURE__AGGREGATION_RULE, "aggregationRule",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORMeasure::_addAggregationRule)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::MEASURE), QORStructuralFeature::getStaticMetaClass(), false,

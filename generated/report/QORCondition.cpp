@@ -62,31 +62,31 @@ QORMetaClass* QORCondition::getMetaClass() const {
 }
 
 bool QORCondition::_addReportItem(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[65], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM], far);
 }
 
 bool QORCondition::addReportItem(QORReportItem* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[65], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM], far);
 }
 
 bool QORCondition::removeReportItem(QORReportItem* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[65], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM], far);
 }
 
 QORReportItem* QORCondition::getReportItem(int index) const {
-    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[65], index));
+    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM], index));
 }
 
 bool QORCondition::removeReportItem(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[65], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM], index);
 }
 
 bool QORCondition::removeReportItem(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[65], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM], wanted, cursor);
 }
 
 void QORCondition::removeReportItems() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[65]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::CONDITION__REPORT_ITEM]);
 }
 
 QORMetaClass* QORCondition::getStaticMetaClass() {
@@ -97,7 +97,7 @@ QORMetaClass* QORCondition::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::CONDITION__REPORT_ITEM, "reportItem", 65,
+        {QORAssociationType::CONDITION__REPORT_ITEM, "reportItem",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORCondition::_addReportItem)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::CONDITION), QORStructuralFeature::getStaticMetaClass(), false,

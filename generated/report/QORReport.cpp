@@ -68,70 +68,70 @@ QORMetaClass* QORReport::getMetaClass() const {
 }
 
 bool QORReport::_addReportItem(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[281], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], far);
 }
 
 bool QORReport::addReportItem(QORReportItem* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[281], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], far);
 }
 
 bool QORReport::removeReportItem(QORReportItem* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[281], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], far);
 }
 
 QORReportItem* QORReport::getReportItem(int index) const {
-    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[281], index));
+    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], index));
 }
 
 bool QORReport::removeReportItem(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[281], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], index);
 }
 
 bool QORReport::removeReportItem(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[281], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], wanted, cursor);
 }
 
 void QORReport::removeReportItems() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[281]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM]);
 }
 
 void QORReport::getReportItemByPosition(QORReportItemByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[281], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::REPORT__REPORT_ITEM], view);
 }
 
 bool QORReport::_addClassifier(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[282], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER], far);
 }
 
 bool QORReport::addClassifier(QORClassifier* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[282], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER], far);
 }
 
 bool QORReport::removeClassifier(QORClassifier* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[282], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER], far);
 }
 
 QORClassifier* QORReport::getClassifier(int index) const {
-    return static_cast<QORClassifier*>(QORRecipe::at(*this, QORMetamodel::ends[282], index));
+    return static_cast<QORClassifier*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER], index));
 }
 
 bool QORReport::removeClassifier(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[282], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER], index);
 }
 
 bool QORReport::removeClassifier(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[282], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER], wanted, cursor);
 }
 
 void QORReport::removeClassifiers() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[282]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT__CLASSIFIER]);
 }
 
 QORMetaClass* QORReport::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::REPORT__REPORT_ITEM, "reportItem", 281,
+        {QORAssociationType::REPORT__REPORT_ITEM, "reportItem",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReport::_addReportItem)},
-        {QORAssociationType::REPORT__CLASSIFIER, "classifier", 282,
+        {QORAssociationType::REPORT__CLASSIFIER, "classifier",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReport::_addClassifier)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::REPORT), QORModelElement::getStaticMetaClass(), false,

@@ -62,31 +62,31 @@ QORMetaClass* QORReportAttribute::getMetaClass() const {
 }
 
 bool QORReportAttribute::_addReportField(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[283], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD], far);
 }
 
 bool QORReportAttribute::addReportField(QORReportField* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[283], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD], far);
 }
 
 bool QORReportAttribute::removeReportField(QORReportField* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[283], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD], far);
 }
 
 QORReportField* QORReportAttribute::getReportField(int index) const {
-    return static_cast<QORReportField*>(QORRecipe::at(*this, QORMetamodel::ends[283], index));
+    return static_cast<QORReportField*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD], index));
 }
 
 bool QORReportAttribute::removeReportField(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[283], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD], index);
 }
 
 bool QORReportAttribute::removeReportField(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[283], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD], wanted, cursor);
 }
 
 void QORReportAttribute::removeReportFields() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[283]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD]);
 }
 
 QORMetaClass* QORReportAttribute::getStaticMetaClass() {
@@ -97,7 +97,7 @@ QORMetaClass* QORReportAttribute::getStaticMetaClass() {
          QORGetEnumIDByNameWrapper::of<&getAttributeUsageTypeByName>(), QORGetEnumNameByIDWrapper::of<&getAttributeUsageTypeName>()},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD, "reportField", 283,
+        {QORAssociationType::REPORT_ATTRIBUTE__REPORT_FIELD, "reportField",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportAttribute::_addReportField)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::REPORT_ATTRIBUTE), QORStructuralFeature::getStaticMetaClass(), false,

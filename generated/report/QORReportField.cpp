@@ -57,15 +57,15 @@ QORMetaClass* QORReportField::getMetaClass() const {
 }
 
 bool QORReportField::_addReportAttribute(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[284], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_FIELD__REPORT_ATTRIBUTE], far);
 }
 
 bool QORReportField::addReportAttribute(QORReportAttribute* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[284], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_FIELD__REPORT_ATTRIBUTE], far);
 }
 
 bool QORReportField::removeReportAttribute(QORReportAttribute* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[284], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_FIELD__REPORT_ATTRIBUTE], far);
 }
 
 QORReportAttribute* QORReportField::getReportAttribute() const {
@@ -73,12 +73,12 @@ QORReportAttribute* QORReportField::getReportAttribute() const {
 }
 
 bool QORReportField::removeReportAttribute() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[284]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::REPORT_FIELD__REPORT_ATTRIBUTE]);
 }
 
 QORMetaClass* QORReportField::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::REPORT_FIELD__REPORT_ATTRIBUTE, "reportAttribute", 284,
+        {QORAssociationType::REPORT_FIELD__REPORT_ATTRIBUTE, "reportAttribute",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportField::_addReportAttribute)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::REPORT_FIELD), QORReportItem::getStaticMetaClass(), false,

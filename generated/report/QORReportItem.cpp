@@ -76,15 +76,15 @@ QORMetaClass* QORReportItem::getMetaClass() const {
 }
 
 bool QORReportItem::_addReport(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[285], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REPORT], far);
 }
 
 bool QORReportItem::addReport(QORReport* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[285], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REPORT], far);
 }
 
 bool QORReportItem::removeReport(QORReport* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[285], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REPORT], far);
 }
 
 QORReport* QORReportItem::getReport() const {
@@ -92,19 +92,19 @@ QORReport* QORReportItem::getReport() const {
 }
 
 bool QORReportItem::removeReport() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[285]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REPORT]);
 }
 
 bool QORReportItem::_addParentReportItem(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[286], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__PARENT__REPORT_ITEM], far);
 }
 
 bool QORReportItem::addParentReportItem(QORReportItem* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[286], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__PARENT__REPORT_ITEM], far);
 }
 
 bool QORReportItem::removeParentReportItem(QORReportItem* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[286], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__PARENT__REPORT_ITEM], far);
 }
 
 QORReportItem* QORReportItem::getParentReportItem() const {
@@ -112,123 +112,123 @@ QORReportItem* QORReportItem::getParentReportItem() const {
 }
 
 bool QORReportItem::removeParentReportItem() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[286]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__PARENT__REPORT_ITEM]);
 }
 
 bool QORReportItem::_addChildReportItem(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[287], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], far);
 }
 
 bool QORReportItem::addChildReportItem(QORReportItem* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[287], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], far);
 }
 
 bool QORReportItem::removeChildReportItem(QORReportItem* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[287], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], far);
 }
 
 QORReportItem* QORReportItem::getChildReportItem(int index) const {
-    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[287], index));
+    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], index));
 }
 
 bool QORReportItem::removeChildReportItem(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[287], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], index);
 }
 
 bool QORReportItem::removeChildReportItem(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[287], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], wanted, cursor);
 }
 
 void QORReportItem::removeChildReportItems() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[287]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM]);
 }
 
 void QORReportItem::getChildReportItemByPosition(QORReportItemByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[287], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM], view);
 }
 
 bool QORReportItem::_addReferencedReportItem(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[289], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM], far);
 }
 
 bool QORReportItem::addReferencedReportItem(QORReportItem* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[289], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM], far);
 }
 
 bool QORReportItem::removeReferencedReportItem(QORReportItem* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[289], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM], far);
 }
 
 QORReportItem* QORReportItem::getReferencedReportItem(int index) const {
-    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[289], index));
+    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM], index));
 }
 
 bool QORReportItem::removeReferencedReportItem(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[289], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM], index);
 }
 
 bool QORReportItem::removeReferencedReportItem(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[289], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM], wanted, cursor);
 }
 
 void QORReportItem::removeReferencedReportItems() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[289]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM]);
 }
 
 bool QORReportItem::_addReferencedByReportItem(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[288], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM], far);
 }
 
 bool QORReportItem::addReferencedByReportItem(QORReportItem* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[288], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM], far);
 }
 
 bool QORReportItem::removeReferencedByReportItem(QORReportItem* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[288], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM], far);
 }
 
 QORReportItem* QORReportItem::getReferencedByReportItem(int index) const {
-    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[288], index));
+    return static_cast<QORReportItem*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM], index));
 }
 
 bool QORReportItem::removeReferencedByReportItem(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[288], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM], index);
 }
 
 bool QORReportItem::removeReferencedByReportItem(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[288], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM], wanted, cursor);
 }
 
 void QORReportItem::removeReferencedByReportItems() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[288]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM]);
 }
 
 bool QORReportItem::_addCondition(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[290], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION], far);
 }
 
 bool QORReportItem::addCondition(QORCondition* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[290], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION], far);
 }
 
 bool QORReportItem::removeCondition(QORCondition* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[290], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION], far);
 }
 
 QORCondition* QORReportItem::getCondition(int index) const {
-    return static_cast<QORCondition*>(QORRecipe::at(*this, QORMetamodel::ends[290], index));
+    return static_cast<QORCondition*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION], index));
 }
 
 bool QORReportItem::removeCondition(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[290], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION], index);
 }
 
 bool QORReportItem::removeCondition(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[290], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION], wanted, cursor);
 }
 
 void QORReportItem::removeConditions() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[290]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::REPORT_ITEM__CONDITION]);
 }
 
 QORMetaClass* QORReportItem::getStaticMetaClass() {
@@ -239,17 +239,17 @@ QORMetaClass* QORReportItem::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::REPORT_ITEM__REPORT, "report", 285,
+        {QORAssociationType::REPORT_ITEM__REPORT, "report",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportItem::_addReport)},
-        {QORAssociationType::REPORT_ITEM__PARENT__REPORT_ITEM, "parentReportItem", 286,
+        {QORAssociationType::REPORT_ITEM__PARENT__REPORT_ITEM, "parentReportItem",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportItem::_addParentReportItem)},
-        {QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM, "childReportItem", 287,
+        {QORAssociationType::REPORT_ITEM__CHILD__REPORT_ITEM, "childReportItem",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportItem::_addChildReportItem)},
-        {QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM, "referencedReportItem", 289,
+        {QORAssociationType::REPORT_ITEM__REFERENCED__REPORT_ITEM, "referencedReportItem",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportItem::_addReferencedReportItem)},
-        {QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM, "referencedByReportItem", 288,
+        {QORAssociationType::REPORT_ITEM__REFERENCED_BY__REPORT_ITEM, "referencedByReportItem",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportItem::_addReferencedByReportItem)},
-        {QORAssociationType::REPORT_ITEM__CONDITION, "condition", 290,
+        {QORAssociationType::REPORT_ITEM__CONDITION, "condition",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORReportItem::_addCondition)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::REPORT_ITEM), QORModelObject::getStaticMetaClass(), true,

@@ -137,6 +137,42 @@ class BadTablesTest(TreeTest):
             self.assertEqual(files_below(root), before)
 
 
+class ManyEndsTest(TreeTest):
+    """An object has one bit for each of its ends."""
+
+    def link_vases_with_fluids(self, count):
+        """Adds ends to two classes that have one end each from their base."""
+        path = self.root / "meta/enumerations.toml"
+        texts = [f'"{cls}{n}"' for n in range(count) for cls in ("VASE__FLUID", "FLUID__VASE")]
+        table = path.read_text()
+        path.write_text(table.replace('"BOX__CARRIES__BOX"]', f'"BOX__CARRIES__BOX", {", ".join(texts)}]'))
+        self.assertNotEqual(path.read_text(), table)
+        self.add_ends("QORVase", "fluid", "QORFluid.vase", "ref", [4 + 2 * n for n in range(count)])
+        self.add_ends("QORFluid", "vase", "QORVase.fluid", "back-ref", [5 + 2 * n for n in range(count)])
+
+    def add_ends(self, cls, role, far, kind, numbers):
+        path = self.root / f"model/{cls}.toml"
+        roles = [f'"{role}{n}"' for n in range(len(numbers))]
+        table = path.read_text() + f"fields = [{', '.join(roles)}]\n"
+        for n, number in enumerate(numbers):
+            table += f'\n[[link]]\nid = {number}\nrole = "{role}{n}"\nkind = "{kind}"\nfar = "{far}{n}"\ndoc = "One."\n'
+        path.write_text(table)
+
+    def test_a_class_may_have_as_many_ends_as_there_are_bits(self):
+        self.link_vases_with_fluids(classes.MAXIMAL_ENDS - 1)
+        self.assertEqual(self.generate(self.root)[0], 0)
+        metamodel = (self.root / "generated/kernel/QORMetamodel.cpp").read_text()
+        self.assertIn("0x3fffffffffffffff", metamodel)
+
+    def test_one_more_is_refused_in_one_line_and_nothing_is_written(self):
+        self.link_vases_with_fluids(classes.MAXIMAL_ENDS)
+        before = files_below(self.root)
+        expected = (f"generate.py: {self.root}/model/QORFluid.toml: class: has 63 link ends with those of its bases; "
+                    "62 is the limit\n")
+        self.assertEqual(self.generate(self.root), (2, "", expected))
+        self.assertEqual(files_below(self.root), before)
+
+
 class RepositoryTest(unittest.TestCase):
     """The tables that this repository really uses."""
 
@@ -144,17 +180,30 @@ class RepositoryTest(unittest.TestCase):
     def setUpClass(cls):
         cls.model = classes.load(ROOT, enumerations.load(ROOT / "meta" / "enumerations.toml"))
 
-    def test_numbers_of_entries(self):
-        self.assertEqual(len(self.model.classes), 142)
-        self.assertEqual(sum(1 for c in self.model.classes if c.abstract), 23)
-        self.assertEqual(sum(len(c.attributes) for c in self.model.classes), 212)
-        self.assertEqual(len(self.model.links), 342)
+    def numbers_without_entry(self, enumeration, entries):
+        used = {entry.id for entry in entries}
+        texts = self.model.enumerations[enumeration]
+        return [text for number, text in enumerate(texts) if text and number not in used]
+
+    def test_each_number_belongs_to_an_entry(self):
+        attributes = [a for c in self.model.classes for a in c.attributes]
+        self.assertEqual(self.numbers_without_entry("QORElementType", self.model.classes), [])
+        self.assertEqual(self.numbers_without_entry("QORAssociationType", self.model.links), [])
+        # These two have numbers for callers to store, and no record.
+        self.assertEqual(self.numbers_without_entry("QORAttributeType", attributes),
+                         ["OBJECT__ELEMENT_TYPE", "CONFIGURATION_FORMAT__FORMAT_TYPE"])
 
     def test_each_class_attribute_and_end_has_its_test(self):
         files = render_tests.render(self.model)
         tests = [line for text in files.values() for line in text.splitlines() if line.startswith("TEST(")]
-        self.assertEqual(len(tests), 142 + 212 + 342)
+        attributes = sum(len(c.attributes) for c in self.model.classes)
+        self.assertEqual(len(tests), len(self.model.classes) + attributes + len(self.model.links))
         self.assertEqual(len(set(tests)), len(tests))
+
+    def test_the_bits_of_ends_reach_up_to_the_first_one_with_another_use(self):
+        recipe = (ROOT / "kernel/QORRecipe.h").read_text()
+        self.assertIn(f"spare = std::uint64_t{{1}} << {classes.MAXIMAL_ENDS};", recipe)
+        self.assertIn(f"lookAtEnds = std::uint64_t{{1}} << {classes.MAXIMAL_ENDS + 1};", recipe)
 
     def test_an_attribute_is_tested_on_a_class_that_takes_its_values(self):
         formats = self.model.by_name["QORFormat"]

@@ -42,8 +42,9 @@ private:
     QORMetaRepository();
     ~QORMetaRepository();
 
-    QORMetaClass* metaClasses[151] = {};
-    QORMetaAttribute* metaAttributes[227] = {};
-    QORMetaLink* metaLinks[375] = {};
+    // The records stand outside, so that a larger vocabulary moves nothing that callers' code reaches into.
+    QORMetaClass** metaClasses;
+    QORMetaAttribute** metaAttributes;
+    QORMetaLink** metaLinks;
     std::unique_ptr<QORMetaClassDisplayNameHashtable> byDisplayName;
 };

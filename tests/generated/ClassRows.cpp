@@ -148,1066 +148,397 @@
 namespace metamodel {
 namespace {
 
-constexpr char const* const textsOfAggregationOperatorType[] = {
-    "SUM", "AVERAGE", "COUNT", "MIN", "MAX", "STDDEV", "VARIANCE", "UNKNOWN",
-    nullptr};
-
-constexpr char const* const textsOfApprovalStatusType[] = {
-    "APPROVED", "CANDIDATE", "DEVELOPMENTAL",
-    nullptr};
-
-constexpr char const* const textsOfArgumentType[] = {
-    "UNSPECIFIED_MODE", "IN_MODE", "OUT_MODE", "INOUT_MODE", "RETURN_MODE",
-    nullptr};
-
-constexpr char const* const textsOfAttributeUsageType[] = {
-    "DEFAULT", "MEASURE", "IDENTIFIER",
-    nullptr};
-
-constexpr char const* const textsOfAxisRoleType[] = {
-    "GENERIC", "HORIZONTAL", "VERTICAL", "CONTENT",
-    nullptr};
-
-constexpr char const* const textsOfBusinessRuleType[] = {
-    "MIN_MAX", "ENUMERATION_LIST", "DEFAULT_VALUE", "TEXT_PHYSICAL", "TEXT_LOGICAL",
-    nullptr};
-
-constexpr char const* const textsOfClassCategoryType[] = {
-    "ENTITY", "NORMAL_CLASS", "PARAMETERIZED_CLASS", "INSTANTIATED_CLASS", "CLASS_UTILITY",
-    "PARAMETERIZED_CLASS_UTILITY", "INSTANTIATED_CLASS_UTILITY", "ENUMERATION_CLASS", "META_CLASS",
-    "INTERFACE_CLASS", "TYPE_CLASS",
-    nullptr};
-
-constexpr char const* const textsOfCommitType[] = {
-    "NONE", "END", "ROW", "PERIODIC",
-    nullptr};
-
-constexpr char const* const textsOfConcurrencyType[] = {
-    "SEQUENTIAL", "GUARDED", "ACTIVE", "SYNCHRONOUS",
-    nullptr};
-
-constexpr char const* const textsOfContainmentType[] = {
-    "BY_VALUE", "BY_REFERENCE", "UNSPECIFIED",
-    nullptr};
-
-constexpr char const* const textsOfDesignLevelType[] = {
-    "LOGICAL_PHYSICAL", "LOGICAL_ONLY", "PHYSICAL_ONLY",
-    nullptr};
-
-constexpr char const* const textsOfDimensionType[] = {
-    "FACT", "TIME", "REGULAR",
-    nullptr};
-
-constexpr char const* const textsOfDimensionalRoleType[] = {
-    "UNDEFINED", "FACT", "DIMENSION", "OUTRIGGER", "BRIDGE", "HIERARCHY_NAVIGATION",
-    nullptr};
-
-constexpr char const* const textsOfDimensionalType[] = {
-    "FIXED", "TYPE_1", "TYPE_2", "TYPE_3",
-    nullptr};
-
-constexpr char const* const textsOfDirectionType[] = {
-    "SOURCE_DESTINATION", "SOURCE", "DESTINATION",
-    nullptr};
-
-constexpr char const* const textsOfElementType[] = {
-    "ELEMENT", "NOTE", "MODEL", "TYPE", "BASE_TYPE", "DERIVED_TYPE", "ALIAS_TYPE", "TYPE_VALUE", "",
-    "DESIGN_PACKAGE", "DIAGRAM", "CLASS_DIAGRAM", "MODEL_ELEMENT", "CLASS", "ATTRIBUTE", "RELATIONSHIP",
-    "GENERALIZATION", "ASSOCIATION", "ASSOCIATION_ROLE", "ASSOCIATION_ROLE_NAME_MAP", "KEY", "CANDIDATE_KEY",
-    "FOREIGN_KEY", "OPERATION", "ARGUMENT", "SQL_VIEW_ENTITY", "SQL_VIEW_ATTRIBUTE", "SQL_VIEW_ASSOCIATION",
-    "DIRECTORY", "COMPONENT", "PRODUCT", "VERSION", "FORMAT", "OBJECT", "FILE_FORMAT", "METADATA_FORMAT",
-    "MODEL_FORMAT", "DATA_MOVEMENT_FORMAT", "", "", "DEPENDENCY", "REALIZATION", "CLASS_MAP", "KEY_MAP",
-    "ATTRIBUTE_MAP", "", "ENUMERATED_ATTRIBUTE_MAP", "ENUMERATED_TYPE_MAP", "TYPE_VALUE_MAP", "SYNONYM",
-    "CONCRETE_TYPE", "INDEX", "INDEX_MEMBER", "PHYSICAL_TARGET", "PHYSICAL_OBJECT", "",
-    "PHYSICAL_RELATIONSHIP", "ARTIFICIAL_ATTRIBUTE", "REPOSITORY_OBJECT", "MODEL_OBJECT", "MAPPING_OBJECT",
-    "PRESENTATION_ELEMENT", "PROJECTION", "RELATIONSHIP_PROJECTION", "", "GROUPING", "CLASS_TYPE",
-    "STORED_PROCEDURE", "TRIGGER", "PROPERTY_ELEMENT_TYPE_SCOPE", "PROPERTY_TYPE", "PROPERTY_VALUE",
-    "DATABASE_SCHEMA", "", "DATABASE_CATALOG", "CLASSIFIER", "CLASSIFIER_MAP", "FEATURE", "FEATURE_MAP",
-    "TRANSFORMATION", "MAPPING_MODEL", "MAPPING_FORMAT", "", "AGGREGATION_RULE", "CONDITION", "CUBE",
-    "CUBE_DIMENSION_ASSOCIATION", "DIMENSION", "DIMENSION_ATTRIBUTE", "FILTER", "HIERARCHY",
-    "HIERARCHY_LEVEL_ASSOCIATION", "JOIN", "JOIN_ROLE", "LEVEL", "LEVEL_ATTRIBUTE", "LEVEL_KEY", "MEASURE",
-    "METADATA_ORIGIN", "STRUCTURAL_FEATURE", "BUSINESS_RULE", "ALIAS_CLASSIFIER", "ALIAS_FEATURE",
-    "BRANCHING_NODE", "CONSTANT_NODE", "DATA_ATTRIBUTE", "DATA_SET", "DELIMITER_NODE", "DRILL_PATH",
-    "DRILL_PATH_LEVEL_ASSOCIATION", "ELEMENT_NAME_PART", "ELEMENT_NODE", "EXPRESSION", "EXPRESSION_NODE",
-    "OPERATION_NODE", "OPERATOR_NODE", "PARSER_NODE", "PREDICATE", "PREDICATE_NODE", "REPORT",
-    "REPORT_ATTRIBUTE", "REPORT_CHART", "REPORT_DATA_SET", "REPORT_FIELD", "REPORT_ITEM", "REPORT_LIST",
-    "REPORT_MATRIX", "REPORT_PAGE", "REPORT_PAGE_BODY", "REPORT_PAGE_FOOTER", "REPORT_PAGE_HEADER",
-    "REPORT_RECTANGLE", "REPORT_TABLE", "REPORT_TEXT", "STATEMENT_NODE", "TRANSFORMATION_ACTIVITY",
-    "TRANSFORMATION_STEP", "TRANSFORMATION_TASK", "LEVEL_ASSOCIATION", "", "OLAP_SCHEMA", "DATA_PACKAGE",
-    "XML_SCHEMA", "RECORD_FILE_SCHEMA", "PACKAGE", "STEP_PRECEDENCE", "REPORT_BLOCK", "REPORT_AXIS", "PROMPT",
-    "PROMPT_ANSWER", "CONFIGURATION_FORMAT",
-    nullptr};
-
-constexpr char const* const textsOfGroupingType[] = {
-    "OR", "SEQUENCE", "LEAF", "ALL",
-    nullptr};
-
-constexpr char const* const textsOfHierarchyType[] = {
-    "LEVELED", "RAGGED", "MIXED",
-    nullptr};
-
-constexpr char const* const textsOfJoinType[] = {
-    "INNER", "FULL_OUTER", "LEFT_OUTER", "RIGHT_OUTER",
-    nullptr};
-
-constexpr char const* const textsOfMappingType[] = {
-    "LINEAGE", "TOVA_ETL", "TASK_SUMMARY", "STEP", "ACTIVITY", "STITCHING",
-    nullptr};
-
-constexpr char const* const textsOfMovementType[] = {
-    "INSERT", "UPDATE", "DELETE", "NULL", "INITIALIZE", "INSERT_UPDATE",
-    nullptr};
-
-constexpr char const* const textsOfPhysicalObjectType[] = {
-    "UNDEFINED", "DB2_BUFFER_POOL", "DB2_DATABASE", "DB2_PARTITION", "DB2_STORAGE_GROUP", "DB2_TABLE_SPACE",
-    "DB2_VOLUMES", "NCR_DATABASE", "ALL_CONSTRAINT",
-    nullptr};
-
-constexpr char const* const textsOfPhysicalTargetType[] = {
-    "UNDEFINED", "DB2", "ORACLE", "NCR",
-    nullptr};
-
-constexpr char const* const textsOfProductType[] = {
-    "MODEL_PRODUCT", "DATA_MODEL", "OBJECT_MODEL", "ACTIVITY_MODEL", "PROCESS_MODEL", "GENERIC", "DATA_PIPE",
-    "FILLER_07", "FILLER_08", "FILLER_09", "MODEL_MAPPING", "FILLER_11", "FILLER_12", "FILLER_13",
-    "FILLER_14", "FILLER_15", "FILLER_16", "FILLER_17", "FILLER_18", "FILLER_19", "SOFTWARE_COMPONENT",
-    "DATA_BRIDGE", "FILLER_22", "FILLER_23", "FILLER_24", "FILLER_25", "FILLER_26", "FILLER_27", "FILLER_28",
-    "FILLER_29", "DOCUMENTATION", "SPECIFICATION", "DESIGN", "FILLER_33", "FILLER_34", "GUIDE", "USER_GUIDE",
-    "PROGRAMMER_GUIDE", "FILLER_38", "FILLER_39", "CONFIGURATION",
-    nullptr};
-
-constexpr char const* const textsOfReferentialActionType[] = {
-    "UNSPECIFIED", "NONE", "CASCADE", "RESTRICT", "SET_NULL", "SET_DEFAULT",
-    nullptr};
-
-constexpr char const* const textsOfSortOrderType[] = {
-    "DEFAULT", "ASCENDING", "DESCENDING",
-    nullptr};
-
-constexpr char const* const textsOfStatementNodeType[] = {
-    "FORMULA", "SELECT", "INSERT", "UPDATE", "REFERENCE", "CREATE_VIEW", "UNION",
-    nullptr};
-
-constexpr char const* const textsOfStepPrecedenceType[] = {
-    "UNKNOWN",
-    nullptr};
-
-constexpr char const* const textsOfTransformationType[] = {
-    "UNKNOWN", "READER", "WRITER", "EXPRESSION", "AGGREGATOR", "LOOKUP", "JOINER", "FILTER",
-    "TRANSFORMATION_TASK_CALL", "CUSTOM",
-    nullptr};
-
-constexpr char const* const textsOfTriggerType[] = {
-    "BEFORE", "AFTER", "INSTEAD_OF",
-    nullptr};
-
-constexpr char const* const textsOfVersionStateType[] = {
-    "CHECKED_IN", "CHECKED_OUT", "LOCKED",
-    nullptr};
-
-constexpr char const* const textsOfViewSelectType[] = {
-    "UNSPECIFIED", "ALL", "DISTINCT", "DISTINCTROW", "UNIQUE",
-    nullptr};
-
-constexpr char const* const textsOfViewStatementType[] = {
-    "USER_DEFINED", "SELECT", "CREATE",
-    nullptr};
-
-constexpr char const* const textsOfViewType[] = {
-    "VIEW", "SNAPSHOT", "MATERIALIZED_VIEW", "MATERIALIZED_QUERY_TABLE",
-    nullptr};
-
-constexpr char const* const textsOfVisibilityType[] = {
-    "PUBLIC", "PROTECTED", "PRIVATE", "IMPLEMENTATION",
-    nullptr};
-
 std::vector<Class> makeClasses() {
     std::vector<Class> rows(151);
-    rows[0] = {0, "QORElement", 33, true, {
-        {65, "description", QORMetaAttributeType::STRING, "", false, true, nullptr},
-        {206, "nativeId", QORMetaAttributeType::STRING, "", false, true, nullptr},
-        {207, "nativeType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {102, 103, 281, 303},
+    rows[0] = {0, "QORElement", 33, true, attributesOf(0), endsOf(0),
         nullptr, nullptr, nullptr, nullptr};
-    rows[1] = {1, "QORNote", 33, false, {
-        {110, "value", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {109, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {191},
+    rows[1] = {1, "QORNote", 33, false, attributesOf(1), endsOf(1),
         Made<QORNote>::make, Made<QORNote>::makeWatched, Made<QORNote>::copy, Made<QORNote>::assign};
-    rows[2] = {2, "QORModel", 144, false, {
-        {102, "creationTime", QORMetaAttributeType::DATE, "00:00:00 ", false, false, nullptr},
-    },
-        {173, 177, 171, 175, 174, 178},
+    rows[2] = {2, "QORModel", 144, false, attributesOf(2), endsOf(2),
         Made<QORModel>::make, Made<QORModel>::makeWatched, Made<QORModel>::copy, Made<QORModel>::assign};
-    rows[3] = {3, "QORType", 59, true, {
-    },
-        {251, 253, 248, 249, 250, 252, 280},
+    rows[3] = {3, "QORType", 59, true, attributesOf(3), endsOf(3),
         nullptr, nullptr, nullptr, nullptr};
-    rows[4] = {4, "QORBaseType", 50, false, {
-    },
-        {},
+    rows[4] = {4, "QORBaseType", 50, false, attributesOf(4), endsOf(4),
         Made<QORBaseType>::make, Made<QORBaseType>::makeWatched, Made<QORBaseType>::copy,
         Made<QORBaseType>::assign};
-    rows[5] = {5, "QORDerivedType", 50, false, {
-        {54, "initialValue", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {55, "lowerBound", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {57, "upperBound", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {58, "userDefined", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {56, "nativeDataType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {195, "userDataType", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {204, "nativeLogicalDataType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {84, 85, 86, 87},
+    rows[5] = {5, "QORDerivedType", 50, false, attributesOf(5), endsOf(5),
         Made<QORDerivedType>::make, Made<QORDerivedType>::makeWatched, Made<QORDerivedType>::copy,
         Made<QORDerivedType>::assign};
-    rows[6] = {6, "QORAliasType", 3, false, {
-    },
-        {2},
+    rows[6] = {6, "QORAliasType", 3, false, attributesOf(6), endsOf(6),
         Made<QORAliasType>::make, Made<QORAliasType>::makeWatched, Made<QORAliasType>::copy,
         Made<QORAliasType>::assign};
-    rows[7] = {7, "QORTypeValue", 59, false, {
-        {162, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {163, "value", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {256, 257, 254, 255},
+    rows[7] = {7, "QORTypeValue", 59, false, attributesOf(7), endsOf(7),
         Made<QORTypeValue>::make, Made<QORTypeValue>::makeWatched, Made<QORTypeValue>::copy,
         Made<QORTypeValue>::assign};
-    rows[9] = {9, "QORDesignPackage", 144, false, {
-        {121, "userDefined", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {309, 196, 197, 201, 341, 310, 311},
+    rows[9] = {9, "QORDesignPackage", 144, false, attributesOf(9), endsOf(9),
         Made<QORDesignPackage>::make, Made<QORDesignPackage>::makeWatched, Made<QORDesignPackage>::copy,
         Made<QORDesignPackage>::assign};
-    rows[10] = {10, "QORDiagram", 59, true, {
-    },
-        {88, 273, 89, 90},
+    rows[10] = {10, "QORDiagram", 59, true, attributesOf(10), endsOf(10),
         nullptr, nullptr, nullptr, nullptr};
-    rows[11] = {11, "QORClassDiagram", 10, false, {
-    },
-        {},
+    rows[11] = {11, "QORClassDiagram", 10, false, attributesOf(11), endsOf(11),
         Made<QORClassDiagram>::make, Made<QORClassDiagram>::makeWatched, Made<QORClassDiagram>::copy,
         Made<QORClassDiagram>::assign};
-    rows[12] = {12, "QORModelElement", 59, true, {
-    },
-        {180, 181},
+    rows[12] = {12, "QORModelElement", 59, true, attributesOf(12), endsOf(12),
         nullptr, nullptr, nullptr, nullptr};
-    rows[13] = {13, "QORClass", 75, false, {
-        {35, "cppClassType", QORMetaAttributeType::ENUM, "NORMAL_CLASS", true, true, textsOfClassCategoryType},
-        {39, "cppScope", QORMetaAttributeType::ENUM, "PUBLIC", true, true, textsOfVisibilityType},
-        {36, "cppConcurrency", QORMetaAttributeType::ENUM, "SEQUENTIAL", true, true, textsOfConcurrencyType},
-        {34, "cppAbstract", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {38, "cppPersistent", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {37, "cppMultiplicity", QORMetaAttributeType::STRING, "0", true, true, nullptr},
-        {40, "cppSpace", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {42, "dimensionalType", QORMetaAttributeType::ENUM, "FIXED", true, true, textsOfDimensionalType},
-        {41, "dimensionalRole", QORMetaAttributeType::ENUM, "UNDEFINED", true, true, textsOfDimensionalRoleType},
-    },
-        {43, 49, 50, 51, 52, 38, 39, 40, 41, 42, 44, 45, 46, 47, 48, 54},
+    rows[13] = {13, "QORClass", 75, false, attributesOf(13), endsOf(13),
         Made<QORClass>::make, Made<QORClass>::makeWatched, Made<QORClass>::copy, Made<QORClass>::assign};
-    rows[14] = {14, "QORAttribute", 99, false, {
-        {22, "cppScope", QORMetaAttributeType::ENUM, "PUBLIC", true, true, textsOfVisibilityType},
-        {20, "cppContainment", QORMetaAttributeType::ENUM, "UNSPECIFIED", true, true, textsOfContainmentType},
-        {23, "cppStatic", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {21, "cppDerived", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {24, "extraConstraint", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {19, 16, 17, 18, 22, 23, 24, 27, 28},
+    rows[14] = {14, "QORAttribute", 99, false, attributesOf(14), endsOf(14),
         Made<QORAttribute>::make, Made<QORAttribute>::makeWatched, Made<QORAttribute>::copy,
         Made<QORAttribute>::assign};
-    rows[15] = {15, "QORRelationship", 12, true, {
-    },
-        {},
+    rows[15] = {15, "QORRelationship", 12, true, attributesOf(15), endsOf(15),
         nullptr, nullptr, nullptr, nullptr};
-    rows[16] = {16, "QORGeneralization", 15, false, {
-        {73, "cppScope", QORMetaAttributeType::ENUM, "PUBLIC", true, true, textsOfVisibilityType},
-        {74, "cppVirtual", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {72, "cppFriend", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {209, "exclusive", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {208, "complete", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {128, 129, 130, 131},
+    rows[16] = {16, "QORGeneralization", 15, false, attributesOf(16), endsOf(16),
         Made<QORGeneralization>::make, Made<QORGeneralization>::makeWatched, Made<QORGeneralization>::copy,
         Made<QORGeneralization>::assign};
-    rows[17] = {17, "QORAssociation", 15, false, {
-        {4, "aggregation", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {5, "extraConstraint", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {6, "userDefined", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-    },
-        {7, 6},
+    rows[17] = {17, "QORAssociation", 15, false, attributesOf(17), endsOf(17),
         Made<QORAssociation>::make, Made<QORAssociation>::makeWatched, Made<QORAssociation>::copy,
         Made<QORAssociation>::assign};
-    rows[18] = {18, "QORAssociationRole", 59, false, {
-        {19, "source", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {12, "multiplicity", QORMetaAttributeType::STRING, "0", true, true, nullptr},
-        {13, "navigable", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-        {17, "ordered", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {11, "extraConstraint", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {9, "cppScope", QORMetaAttributeType::ENUM, "PUBLIC", true, true, textsOfVisibilityType},
-        {7, "cppContainment", QORMetaAttributeType::ENUM, "UNSPECIFIED", true, true, textsOfContainmentType},
-        {10, "cppStatic", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {8, "cppFriend", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {18, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {15, "onInsert", QORMetaAttributeType::ENUM, "UNSPECIFIED", true, true, textsOfReferentialActionType},
-        {16, "onUpdate", QORMetaAttributeType::ENUM, "UNSPECIFIED", true, true, textsOfReferentialActionType},
-        {14, "onDelete", QORMetaAttributeType::ENUM, "UNSPECIFIED", true, true, textsOfReferentialActionType},
-    },
-        {8, 9, 10, 11, 12},
+    rows[18] = {18, "QORAssociationRole", 59, false, attributesOf(18), endsOf(18),
         Made<QORAssociationRole>::make, Made<QORAssociationRole>::makeWatched, Made<QORAssociationRole>::copy,
         Made<QORAssociationRole>::assign};
-    rows[19] = {19, "QORAssociationRoleNameMap", 59, false, {
-    },
-        {13, 14, 15},
+    rows[19] = {19, "QORAssociationRoleNameMap", 59, false, attributesOf(19), endsOf(19),
         Made<QORAssociationRoleNameMap>::make, Made<QORAssociationRoleNameMap>::makeWatched,
         Made<QORAssociationRoleNameMap>::copy, Made<QORAssociationRoleNameMap>::assign};
-    rows[20] = {20, "QORKey", 59, true, {
-    },
-        {153, 155, 154, 156},
+    rows[20] = {20, "QORKey", 59, true, attributesOf(20), endsOf(20),
         nullptr, nullptr, nullptr, nullptr};
-    rows[21] = {21, "QORCandidateKey", 20, false, {
-        {29, "uniqueKey", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {35, 34},
+    rows[21] = {21, "QORCandidateKey", 20, false, attributesOf(21), endsOf(21),
         Made<QORCandidateKey>::make, Made<QORCandidateKey>::makeWatched, Made<QORCandidateKey>::copy,
         Made<QORCandidateKey>::assign};
-    rows[22] = {22, "QORForeignKey", 20, false, {
-    },
-        {121, 122, 123, 124},
+    rows[22] = {22, "QORForeignKey", 20, false, attributesOf(22), endsOf(22),
         Made<QORForeignKey>::make, Made<QORForeignKey>::makeWatched, Made<QORForeignKey>::copy,
         Made<QORForeignKey>::assign};
-    rows[23] = {23, "QOROperation", 59, false, {
-        {117, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {114, "cppScope", QORMetaAttributeType::ENUM, "PUBLIC", true, true, textsOfVisibilityType},
-        {112, "cppConcurrency", QORMetaAttributeType::ENUM, "SEQUENTIAL", true, true, textsOfConcurrencyType},
-        {111, "cppAbstract", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {113, "cppFriend", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {115, "cppStatic", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {116, "cppVirtual", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {120, "semantics", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {119, "precondition", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {118, "postcondition", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {193, 194, 195, 192, 304},
+    rows[23] = {23, "QOROperation", 59, false, attributesOf(23), endsOf(23),
         Made<QOROperation>::make, Made<QOROperation>::makeWatched, Made<QOROperation>::copy,
         Made<QOROperation>::assign};
-    rows[24] = {24, "QORArgument", 59, false, {
-        {3, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {1, "defaultValue", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {2, "kind", QORMetaAttributeType::ENUM, "UNSPECIFIED_MODE", true, true, textsOfArgumentType},
-    },
-        {3, 4, 5},
+    rows[24] = {24, "QORArgument", 59, false, attributesOf(24), endsOf(24),
         Made<QORArgument>::make, Made<QORArgument>::makeWatched, Made<QORArgument>::copy,
         Made<QORArgument>::assign};
-    rows[25] = {25, "QORSQLViewEntity", 75, false, {
-        {190, "dimensionalRole", QORMetaAttributeType::ENUM, "UNDEFINED", true, true, textsOfDimensionalRoleType},
-        {210, "viewType", QORMetaAttributeType::ENUM, "VIEW", true, true, textsOfViewType},
-        {211, "selectType", QORMetaAttributeType::ENUM, "UNSPECIFIED", true, true, textsOfViewSelectType},
-        {212, "whereClause", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {213, "groupByClause", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {214, "havingClause", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {215, "orderByClause", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {216, "viewStatement", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {217, "viewStatementType", QORMetaAttributeType::ENUM, "USER_DEFINED", true, true, textsOfViewStatementType},
-    },
-        {229, 230},
+    rows[25] = {25, "QORSQLViewEntity", 75, false, attributesOf(25), endsOf(25),
         Made<QORSQLViewEntity>::make, Made<QORSQLViewEntity>::makeWatched, Made<QORSQLViewEntity>::copy,
         Made<QORSQLViewEntity>::assign};
-    rows[26] = {26, "QORSQLViewAttribute", 99, false, {
-        {149, "expression", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {228},
+    rows[26] = {26, "QORSQLViewAttribute", 99, false, attributesOf(26), endsOf(26),
         Made<QORSQLViewAttribute>::make, Made<QORSQLViewAttribute>::makeWatched,
         Made<QORSQLViewAttribute>::copy, Made<QORSQLViewAttribute>::assign};
-    rows[27] = {27, "QORSQLViewAssociation", 15, false, {
-        {148, "sQLTableSequence", QORMetaAttributeType::SHORT, "1", true, true, nullptr},
-        {218, "aliasName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {226, 227},
+    rows[27] = {27, "QORSQLViewAssociation", 15, false, attributesOf(27), endsOf(27),
         Made<QORSQLViewAssociation>::make, Made<QORSQLViewAssociation>::makeWatched,
         Made<QORSQLViewAssociation>::copy, Made<QORSQLViewAssociation>::assign};
-    rows[28] = {28, "QORDirectory", 58, false, {
-    },
-        {99, 363},
+    rows[28] = {28, "QORDirectory", 58, false, attributesOf(28), endsOf(28),
         Made<QORDirectory>::make, Made<QORDirectory>::makeWatched, Made<QORDirectory>::copy,
         Made<QORDirectory>::assign};
-    rows[29] = {29, "QORComponent", 58, true, {
-    },
-        {72, 73},
+    rows[29] = {29, "QORComponent", 58, true, attributesOf(29), endsOf(29),
         nullptr, nullptr, nullptr, nullptr};
-    rows[30] = {30, "QORProduct", 29, false, {
-        {170, "productType", QORMetaAttributeType::ENUM, "GENERIC", true, true, textsOfProductType},
-        {126, "state", QORMetaAttributeType::ENUM, "CHECKED_IN", true, true, textsOfVersionStateType},
-    },
-        {212, 214, 216, 213, 215},
+    rows[30] = {30, "QORProduct", 29, false, attributesOf(30), endsOf(30),
         Made<QORProduct>::make, Made<QORProduct>::makeWatched, Made<QORProduct>::copy,
         Made<QORProduct>::assign};
-    rows[31] = {31, "QORVersion", 29, false, {
-    },
-        {261, 263, 264, 265, 262, 266, 267},
+    rows[31] = {31, "QORVersion", 29, false, attributesOf(31), endsOf(31),
         Made<QORVersion>::make, Made<QORVersion>::makeWatched, Made<QORVersion>::copy,
         Made<QORVersion>::assign};
-    rows[32] = {32, "QORFormat", 58, true, {
-        {168, "formatType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {125, 126, 127},
+    rows[32] = {32, "QORFormat", 58, true, attributesOf(32), endsOf(32),
         nullptr, nullptr, nullptr, nullptr};
-    rows[33] = {33, "QORObject", -1, false, {
-        {173, "id", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {174, "name", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {},
+    rows[33] = {33, "QORObject", -1, false, attributesOf(33), endsOf(33),
         nullptr, nullptr, nullptr, nullptr};
-    rows[34] = {34, "QORFileFormat", 32, false, {
-        {69, "location", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {},
+    rows[34] = {34, "QORFileFormat", 32, false, attributesOf(34), endsOf(34),
         Made<QORFileFormat>::make, Made<QORFileFormat>::makeWatched, Made<QORFileFormat>::copy,
         Made<QORFileFormat>::assign};
-    rows[35] = {35, "QORMetadataFormat", 32, true, {
-    },
-        {370},
+    rows[35] = {35, "QORMetadataFormat", 32, true, attributesOf(35), endsOf(35),
         nullptr, nullptr, nullptr, nullptr};
-    rows[36] = {36, "QORModelFormat", 35, false, {
-    },
-        {184, 182, 183},
+    rows[36] = {36, "QORModelFormat", 35, false, attributesOf(36), endsOf(36),
         Made<QORModelFormat>::make, Made<QORModelFormat>::makeWatched, Made<QORModelFormat>::copy,
         Made<QORModelFormat>::assign};
-    rows[37] = {37, "QORDataMovementFormat", 81, false, {
-    },
-        {},
+    rows[37] = {37, "QORDataMovementFormat", 81, false, attributesOf(37), endsOf(37),
         Made<QORDataMovementFormat>::make, Made<QORDataMovementFormat>::makeWatched,
         Made<QORDataMovementFormat>::copy, Made<QORDataMovementFormat>::assign};
-    rows[40] = {40, "QORDependency", 15, false, {
-    },
-        {82, 83},
+    rows[40] = {40, "QORDependency", 15, false, attributesOf(40), endsOf(40),
         Made<QORDependency>::make, Made<QORDependency>::makeWatched, Made<QORDependency>::copy,
         Made<QORDependency>::assign};
-    rows[41] = {41, "QORRealization", 15, false, {
-    },
-        {224, 225},
+    rows[41] = {41, "QORRealization", 15, false, attributesOf(41), endsOf(41),
         Made<QORRealization>::make, Made<QORRealization>::makeWatched, Made<QORRealization>::copy,
         Made<QORRealization>::assign};
-    rows[42] = {42, "QORClassMap", 76, false, {
-        {46, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {48, "whereClause", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {43, "commitType", QORMetaAttributeType::ENUM, "ROW", true, true, textsOfCommitType},
-        {45, "movementType", QORMetaAttributeType::ENUM, "INSERT", true, true, textsOfMovementType},
-        {44, "distinct", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {47, "volumetrics", QORMetaAttributeType::INT, "0", true, true, nullptr},
-    },
-        {59, 60},
+    rows[42] = {42, "QORClassMap", 76, false, attributesOf(42), endsOf(42),
         Made<QORClassMap>::make, Made<QORClassMap>::makeWatched, Made<QORClassMap>::copy,
         Made<QORClassMap>::assign};
-    rows[43] = {43, "QORKeyMap", 78, false, {
-    },
-        {157, 158, 159, 160},
+    rows[43] = {43, "QORKeyMap", 78, false, attributesOf(43), endsOf(43),
         Made<QORKeyMap>::make, Made<QORKeyMap>::makeWatched, Made<QORKeyMap>::copy, Made<QORKeyMap>::assign};
-    rows[44] = {44, "QORAttributeMap", 78, false, {
-    },
-        {},
+    rows[44] = {44, "QORAttributeMap", 78, false, attributesOf(44), endsOf(44),
         Made<QORAttributeMap>::make, Made<QORAttributeMap>::makeWatched, Made<QORAttributeMap>::copy,
         Made<QORAttributeMap>::assign};
-    rows[46] = {46, "QOREnumeratedAttributeMap", 78, false, {
-    },
-        {106},
+    rows[46] = {46, "QOREnumeratedAttributeMap", 78, false, attributesOf(46), endsOf(46),
         Made<QOREnumeratedAttributeMap>::make, Made<QOREnumeratedAttributeMap>::makeWatched,
         Made<QOREnumeratedAttributeMap>::copy, Made<QOREnumeratedAttributeMap>::assign};
-    rows[47] = {47, "QOREnumeratedTypeMap", 76, false, {
-    },
-        {107, 110, 109},
+    rows[47] = {47, "QOREnumeratedTypeMap", 76, false, attributesOf(47), endsOf(47),
         Made<QOREnumeratedTypeMap>::make, Made<QOREnumeratedTypeMap>::makeWatched,
         Made<QOREnumeratedTypeMap>::copy, Made<QOREnumeratedTypeMap>::assign};
-    rows[48] = {48, "QORTypeValueMap", 78, false, {
-    },
-        {258, 259},
+    rows[48] = {48, "QORTypeValueMap", 78, false, attributesOf(48), endsOf(48),
         Made<QORTypeValueMap>::make, Made<QORTypeValueMap>::makeWatched, Made<QORTypeValueMap>::copy,
         Made<QORTypeValueMap>::assign};
-    rows[49] = {49, "QORSynonym", 59, false, {
-    },
-        {234},
+    rows[49] = {49, "QORSynonym", 59, false, attributesOf(49), endsOf(49),
         Made<QORSynonym>::make, Made<QORSynonym>::makeWatched, Made<QORSynonym>::copy,
         Made<QORSynonym>::assign};
-    rows[50] = {50, "QORConcreteType", 3, true, {
-        {165, "dataType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {166, "length", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {167, "scale", QORMetaAttributeType::INT, "0", true, true, nullptr},
-    },
-        {74},
+    rows[50] = {50, "QORConcreteType", 3, true, attributesOf(50), endsOf(50),
         nullptr, nullptr, nullptr, nullptr};
-    rows[51] = {51, "QORIndex", 59, false, {
-        {79, "clustered", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {80, "generate", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-        {81, "unique", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {143, 145, 144},
+    rows[51] = {51, "QORIndex", 59, false, attributesOf(51), endsOf(51),
         Made<QORIndex>::make, Made<QORIndex>::makeWatched, Made<QORIndex>::copy, Made<QORIndex>::assign};
-    rows[52] = {52, "QORIndexMember", 59, false, {
-        {82, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {83, "sortOrder", QORMetaAttributeType::ENUM, "DEFAULT", true, true, textsOfSortOrderType},
-    },
-        {146, 147},
+    rows[52] = {52, "QORIndexMember", 59, false, attributesOf(52), endsOf(52),
         Made<QORIndexMember>::make, Made<QORIndexMember>::makeWatched, Made<QORIndexMember>::copy,
         Made<QORIndexMember>::assign};
-    rows[53] = {53, "QORPhysicalTarget", 59, false, {
-        {123, "targetType", QORMetaAttributeType::ENUM, "UNDEFINED", true, true, textsOfPhysicalTargetType},
-    },
-        {209, 208},
+    rows[53] = {53, "QORPhysicalTarget", 59, false, attributesOf(53), endsOf(53),
         Made<QORPhysicalTarget>::make, Made<QORPhysicalTarget>::makeWatched, Made<QORPhysicalTarget>::copy,
         Made<QORPhysicalTarget>::assign};
-    rows[54] = {54, "QORPhysicalObject", 59, false, {
-        {122, "objectType", QORMetaAttributeType::ENUM, "UNDEFINED", true, true, textsOfPhysicalObjectType},
-    },
-        {202, 204, 205, 203},
+    rows[54] = {54, "QORPhysicalObject", 59, false, attributesOf(54), endsOf(54),
         Made<QORPhysicalObject>::make, Made<QORPhysicalObject>::makeWatched, Made<QORPhysicalObject>::copy,
         Made<QORPhysicalObject>::assign};
-    rows[56] = {56, "QORPhysicalRelationship", 33, false, {
-    },
-        {207, 206},
+    rows[56] = {56, "QORPhysicalRelationship", 33, false, attributesOf(56), endsOf(56),
         Made<QORPhysicalRelationship>::make, Made<QORPhysicalRelationship>::makeWatched,
         Made<QORPhysicalRelationship>::copy, Made<QORPhysicalRelationship>::assign};
-    rows[57] = {57, "QORArtificialAttribute", 14, false, {
-    },
-        {},
+    rows[57] = {57, "QORArtificialAttribute", 14, false, attributesOf(57), endsOf(57),
         Made<QORArtificialAttribute>::make, Made<QORArtificialAttribute>::makeWatched,
         Made<QORArtificialAttribute>::copy, Made<QORArtificialAttribute>::assign};
-    rows[58] = {58, "QORRepositoryObject", 0, true, {
-        {147, "creationTime", QORMetaAttributeType::DATE, "00:00:00 ", false, false, nullptr},
-        {205, "author", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {225, "lastModificationTime", QORMetaAttributeType::DATE, "00:00:00 ", false, false, nullptr},
-        {226, "modifier", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {},
+    rows[58] = {58, "QORRepositoryObject", 0, true, attributesOf(58), endsOf(58),
         nullptr, nullptr, nullptr, nullptr};
-    rows[59] = {59, "QORModelObject", 0, true, {
-        {106, "physicalName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {107, "status", QORMetaAttributeType::ENUM, "DEVELOPMENTAL", true, true, textsOfApprovalStatusType},
-        {103, "comment", QORMetaAttributeType::STRING, "", false, true, nullptr},
-        {104, "designLevel", QORMetaAttributeType::ENUM, "LOGICAL_PHYSICAL", true, true, textsOfDesignLevelType},
-        {108, "stereotype", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {188, 185, 186, 187, 189, 190, 342},
+    rows[59] = {59, "QORModelObject", 0, true, attributesOf(59), endsOf(59),
         nullptr, nullptr, nullptr, nullptr};
-    rows[60] = {60, "QORMappingObject", 0, true, {
-    },
-        {},
+    rows[60] = {60, "QORMappingObject", 0, true, attributesOf(60), endsOf(60),
         nullptr, nullptr, nullptr, nullptr};
-    rows[61] = {61, "QORPresentationElement", 33, true, {
-    },
-        {210, 211},
+    rows[61] = {61, "QORPresentationElement", 33, true, attributesOf(61), endsOf(61),
         nullptr, nullptr, nullptr, nullptr};
-    rows[62] = {62, "QORProjection", 61, false, {
-        {127, "backgroundColor", QORMetaAttributeType::INT, "16777215", true, true, nullptr},
-        {134, "lineColor", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {129, "fontColor", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {130, "fontName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {131, "fontSize", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {138, "x", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {139, "y", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {137, "width", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {132, "height", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {133, "italic", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {128, "bold", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {136, "underline", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {135, "strike", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {},
+    rows[62] = {62, "QORProjection", 61, false, attributesOf(62), endsOf(62),
         Made<QORProjection>::make, Made<QORProjection>::makeWatched, Made<QORProjection>::copy,
         Made<QORProjection>::assign};
-    rows[63] = {63, "QORRelationshipProjection", 62, false, {
-        {146, "linePoints", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {},
+    rows[63] = {63, "QORRelationshipProjection", 62, false, attributesOf(63), endsOf(63),
         Made<QORRelationshipProjection>::make, Made<QORRelationshipProjection>::makeWatched,
         Made<QORRelationshipProjection>::copy, Made<QORRelationshipProjection>::assign};
-    rows[65] = {65, "QORGrouping", 59, false, {
-        {77, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {75, "groupingType", QORMetaAttributeType::ENUM, "LEAF", true, true, textsOfGroupingType},
-        {76, "multiplicity", QORMetaAttributeType::STRING, "0", true, true, nullptr},
-    },
-        {132, 134, 135, 136, 133},
+    rows[65] = {65, "QORGrouping", 59, false, attributesOf(65), endsOf(65),
         Made<QORGrouping>::make, Made<QORGrouping>::makeWatched, Made<QORGrouping>::copy,
         Made<QORGrouping>::assign};
-    rows[66] = {66, "QORClassType", 3, false, {
-    },
-        {62},
+    rows[66] = {66, "QORClassType", 3, false, attributesOf(66), endsOf(66),
         Made<QORClassType>::make, Made<QORClassType>::makeWatched, Made<QORClassType>::copy,
         Made<QORClassType>::assign};
-    rows[67] = {67, "QORStoredProcedure", 23, false, {
-    },
-        {233},
+    rows[67] = {67, "QORStoredProcedure", 23, false, attributesOf(67), endsOf(67),
         Made<QORStoredProcedure>::make, Made<QORStoredProcedure>::makeWatched, Made<QORStoredProcedure>::copy,
         Made<QORStoredProcedure>::assign};
-    rows[68] = {68, "QORTrigger", 23, false, {
-        {161, "triggerType", QORMetaAttributeType::ENUM, "BEFORE", true, true, textsOfTriggerType},
-        {159, "fireOnInsert", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {160, "fireOnUpdate", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {158, "fireOnDelete", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {},
+    rows[68] = {68, "QORTrigger", 23, false, attributesOf(68), endsOf(68),
         Made<QORTrigger>::make, Made<QORTrigger>::makeWatched, Made<QORTrigger>::copy,
         Made<QORTrigger>::assign};
-    rows[69] = {69, "QORPropertyElementTypeScope", 33, false, {
-        {140, "scope", QORMetaAttributeType::ENUM, "ELEMENT", true, true, textsOfElementType},
-    },
-        {217, 219, 364, 218},
+    rows[69] = {69, "QORPropertyElementTypeScope", 33, false, attributesOf(69), endsOf(69),
         Made<QORPropertyElementTypeScope>::make, Made<QORPropertyElementTypeScope>::makeWatched,
         Made<QORPropertyElementTypeScope>::copy, Made<QORPropertyElementTypeScope>::assign};
-    rows[70] = {70, "QORPropertyType", 5, false, {
-        {142, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {143, "usage", QORMetaAttributeType::STRING, "USER", true, true, nullptr},
-        {141, "group", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {220, 221},
+    rows[70] = {70, "QORPropertyType", 5, false, attributesOf(70), endsOf(70),
         Made<QORPropertyType>::make, Made<QORPropertyType>::makeWatched, Made<QORPropertyType>::copy,
         Made<QORPropertyType>::assign};
-    rows[71] = {71, "QORPropertyValue", 33, false, {
-        {145, "value", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {144, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {222, 223},
+    rows[71] = {71, "QORPropertyValue", 33, false, attributesOf(71), endsOf(71),
         Made<QORPropertyValue>::make, Made<QORPropertyValue>::makeWatched, Made<QORPropertyValue>::copy,
         Made<QORPropertyValue>::assign};
-    rows[72] = {72, "QORDatabaseSchema", 141, false, {
-    },
-        {},
+    rows[72] = {72, "QORDatabaseSchema", 141, false, attributesOf(72), endsOf(72),
         Made<QORDatabaseSchema>::make, Made<QORDatabaseSchema>::makeWatched, Made<QORDatabaseSchema>::copy,
         Made<QORDatabaseSchema>::assign};
-    rows[74] = {74, "QORDatabaseCatalog", 141, false, {
-        {30, "systemType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {177, "nativeVersion", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {31, "majorVersion", QORMetaAttributeType::SHORT, "-1", true, true, nullptr},
-        {32, "minorVersion", QORMetaAttributeType::SHORT, "-1", true, true, nullptr},
-        {178, "tertiaryVersion", QORMetaAttributeType::SHORT, "-1", true, true, nullptr},
-    },
-        {},
+    rows[74] = {74, "QORDatabaseCatalog", 141, false, attributesOf(74), endsOf(74),
         Made<QORDatabaseCatalog>::make, Made<QORDatabaseCatalog>::makeWatched, Made<QORDatabaseCatalog>::copy,
         Made<QORDatabaseCatalog>::assign};
-    rows[75] = {75, "QORClassifier", 12, true, {
-    },
-        {372, 63, 64, 65, 66, 67},
+    rows[75] = {75, "QORClassifier", 12, true, attributesOf(75), endsOf(75),
         nullptr, nullptr, nullptr, nullptr};
-    rows[76] = {76, "QORClassifierMap", 60, false, {
-        {50, "operation", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {51, "operationDescription", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {52, "mappingType", QORMetaAttributeType::ENUM, "LINEAGE", true, true, textsOfMappingType},
-    },
-        {69, 270, 68, 70, 71},
+    rows[76] = {76, "QORClassifierMap", 60, false, attributesOf(76), endsOf(76),
         Made<QORClassifierMap>::make, Made<QORClassifierMap>::makeWatched, Made<QORClassifierMap>::copy,
         Made<QORClassifierMap>::assign};
-    rows[77] = {77, "QORFeature", 59, true, {
-        {66, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {114, 115, 112, 113, 116},
+    rows[77] = {77, "QORFeature", 59, true, attributesOf(77), endsOf(77),
         nullptr, nullptr, nullptr, nullptr};
-    rows[78] = {78, "QORFeatureMap", 60, false, {
-        {67, "operation", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {68, "operationDescription", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {175, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {200, "mappingType", QORMetaAttributeType::ENUM, "LINEAGE", true, true, textsOfMappingType},
-    },
-        {117, 300, 118, 119},
+    rows[78] = {78, "QORFeatureMap", 60, false, attributesOf(78), endsOf(78),
         Made<QORFeatureMap>::make, Made<QORFeatureMap>::makeWatched, Made<QORFeatureMap>::copy,
         Made<QORFeatureMap>::assign};
-    rows[79] = {79, "QORTransformation", 60, false, {
-        {154, "operation", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {155, "operationDescription", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {156, "mappingType", QORMetaAttributeType::ENUM, "LINEAGE", true, true, textsOfMappingType},
-        {201, "transformationType", QORMetaAttributeType::ENUM, "UNKNOWN", true, true, textsOfTransformationType},
-    },
-        {235, 325, 346, 351, 236, 326},
+    rows[79] = {79, "QORTransformation", 60, false, attributesOf(79), endsOf(79),
         Made<QORTransformation>::make, Made<QORTransformation>::makeWatched, Made<QORTransformation>::copy,
         Made<QORTransformation>::assign};
-    rows[80] = {80, "QORMappingModel", 60, false, {
-        {157, "creationTime", QORMetaAttributeType::DATE, "00:00:00 ", false, false, nullptr},
-    },
-        {242, 244, 247, 243, 245, 246},
+    rows[80] = {80, "QORMappingModel", 60, false, attributesOf(80), endsOf(80),
         Made<QORMappingModel>::make, Made<QORMappingModel>::makeWatched, Made<QORMappingModel>::copy,
         Made<QORMappingModel>::assign};
-    rows[81] = {81, "QORMappingFormat", 35, false, {
-    },
-        {241, 239, 240},
+    rows[81] = {81, "QORMappingFormat", 35, false, attributesOf(81), endsOf(81),
         Made<QORMappingFormat>::make, Made<QORMappingFormat>::makeWatched, Made<QORMappingFormat>::copy,
         Made<QORMappingFormat>::assign};
-    rows[83] = {83, "QORAggregationRule", 59, false, {
-        {0, "rule", QORMetaAttributeType::ENUM, "SUM", true, true, textsOfAggregationOperatorType},
-    },
-        {0, 1},
+    rows[83] = {83, "QORAggregationRule", 59, false, attributesOf(83), endsOf(83),
         Made<QORAggregationRule>::make, Made<QORAggregationRule>::makeWatched, Made<QORAggregationRule>::copy,
         Made<QORAggregationRule>::assign};
-    rows[84] = {84, "QORCondition", 99, false, {
-        {53, "hide", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {374},
+    rows[84] = {84, "QORCondition", 99, false, attributesOf(84), endsOf(84),
         Made<QORCondition>::make, Made<QORCondition>::makeWatched, Made<QORCondition>::copy,
         Made<QORCondition>::assign};
-    rows[85] = {85, "QORCube", 75, false, {
-    },
-        {75, 76, 77},
+    rows[85] = {85, "QORCube", 75, false, attributesOf(85), endsOf(85),
         Made<QORCube>::make, Made<QORCube>::makeWatched, Made<QORCube>::copy, Made<QORCube>::assign};
-    rows[86] = {86, "QORCubeDimensionAssociation", 59, false, {
-    },
-        {78, 79, 80, 81},
+    rows[86] = {86, "QORCubeDimensionAssociation", 59, false, attributesOf(86), endsOf(86),
         Made<QORCubeDimensionAssociation>::make, Made<QORCubeDimensionAssociation>::makeWatched,
         Made<QORCubeDimensionAssociation>::copy, Made<QORCubeDimensionAssociation>::assign};
-    rows[87] = {87, "QORDimension", 75, false, {
-        {60, "type", QORMetaAttributeType::ENUM, "REGULAR", true, true, textsOfDimensionType},
-        {59, "hide", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {61, "userDefined", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-    },
-        {92, 91, 93, 94, 95},
+    rows[87] = {87, "QORDimension", 75, false, attributesOf(87), endsOf(87),
         Made<QORDimension>::make, Made<QORDimension>::makeWatched, Made<QORDimension>::copy,
         Made<QORDimension>::assign};
-    rows[88] = {88, "QORDimensionAttribute", 99, false, {
-        {64, "sort", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-        {62, "hide", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {63, "originalName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {97, 96, 98},
+    rows[88] = {88, "QORDimensionAttribute", 99, false, attributesOf(88), endsOf(88),
         Made<QORDimensionAttribute>::make, Made<QORDimensionAttribute>::makeWatched,
         Made<QORDimensionAttribute>::copy, Made<QORDimensionAttribute>::assign};
-    rows[89] = {89, "QORFilter", 75, false, {
-        {70, "hide", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {120},
+    rows[89] = {89, "QORFilter", 75, false, attributesOf(89), endsOf(89),
         Made<QORFilter>::make, Made<QORFilter>::makeWatched, Made<QORFilter>::copy, Made<QORFilter>::assign};
-    rows[90] = {90, "QORHierarchy", 59, false, {
-        {191, "type", QORMetaAttributeType::ENUM, "LEVELED", true, true, textsOfHierarchyType},
-    },
-        {137, 138, 355, 139, 140, 357},
+    rows[90] = {90, "QORHierarchy", 59, false, attributesOf(90), endsOf(90),
         Made<QORHierarchy>::make, Made<QORHierarchy>::makeWatched, Made<QORHierarchy>::copy,
         Made<QORHierarchy>::assign};
-    rows[91] = {91, "QORHierarchyLevelAssociation", 59, false, {
-        {78, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {141, 142, 356, 358, 334},
+    rows[91] = {91, "QORHierarchyLevelAssociation", 59, false, attributesOf(91), endsOf(91),
         Made<QORHierarchyLevelAssociation>::make, Made<QORHierarchyLevelAssociation>::makeWatched,
         Made<QORHierarchyLevelAssociation>::copy, Made<QORHierarchyLevelAssociation>::assign};
-    rows[92] = {92, "QORJoin", 75, false, {
-        {84, "type", QORMetaAttributeType::ENUM, "INNER", true, true, textsOfJoinType},
-        {85, "userDefined", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-    },
-        {148, 149, 150},
+    rows[92] = {92, "QORJoin", 75, false, attributesOf(92), endsOf(92),
         Made<QORJoin>::make, Made<QORJoin>::makeWatched, Made<QORJoin>::copy, Made<QORJoin>::assign};
-    rows[93] = {93, "QORJoinRole", 59, false, {
-        {87, "multiplicity", QORMetaAttributeType::STRING, "0", true, true, nullptr},
-        {86, "left", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-    },
-        {151, 152},
+    rows[93] = {93, "QORJoinRole", 59, false, attributesOf(93), endsOf(93),
         Made<QORJoinRole>::make, Made<QORJoinRole>::makeWatched, Made<QORJoinRole>::copy,
         Made<QORJoinRole>::assign};
-    rows[94] = {94, "QORLevel", 75, false, {
-    },
-        {161, 162, 365, 163, 335, 336, 301},
+    rows[94] = {94, "QORLevel", 75, false, attributesOf(94), endsOf(94),
         Made<QORLevel>::make, Made<QORLevel>::makeWatched, Made<QORLevel>::copy, Made<QORLevel>::assign};
-    rows[95] = {95, "QORLevelAttribute", 99, false, {
-    },
-        {164, 165, 366},
+    rows[95] = {95, "QORLevelAttribute", 99, false, attributesOf(95), endsOf(95),
         Made<QORLevelAttribute>::make, Made<QORLevelAttribute>::makeWatched, Made<QORLevelAttribute>::copy,
         Made<QORLevelAttribute>::assign};
-    rows[96] = {96, "QORLevelKey", 59, false, {
-    },
-        {166, 167},
+    rows[96] = {96, "QORLevelKey", 59, false, attributesOf(96), endsOf(96),
         Made<QORLevelKey>::make, Made<QORLevelKey>::makeWatched, Made<QORLevelKey>::copy,
         Made<QORLevelKey>::assign};
-    rows[97] = {97, "QORMeasure", 99, false, {
-        {89, "defaultAggregation", QORMetaAttributeType::ENUM, "SUM", true, true, textsOfAggregationOperatorType},
-        {91, "sort", QORMetaAttributeType::BOOL, "true", true, true, nullptr},
-        {90, "hide", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {168},
+    rows[97] = {97, "QORMeasure", 99, false, attributesOf(97), endsOf(97),
         Made<QORMeasure>::make, Made<QORMeasure>::makeWatched, Made<QORMeasure>::copy,
         Made<QORMeasure>::assign};
-    rows[98] = {98, "QORMetadataOrigin", 0, false, {
-        {94, "encoding", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {101, "vendorName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {99, "toolName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {100, "toolVersion", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {95, "formatName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {96, "formatVersion", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {92, "bridgeName", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {93, "bridgeVersion", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {98, "source", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {97, "resourceType", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {169, 170},
+    rows[98] = {98, "QORMetadataOrigin", 0, false, attributesOf(98), endsOf(98),
         Made<QORMetadataOrigin>::make, Made<QORMetadataOrigin>::makeWatched, Made<QORMetadataOrigin>::copy,
         Made<QORMetadataOrigin>::assign};
-    rows[99] = {99, "QORStructuralFeature", 77, true, {
-        {151, "initialValue", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {152, "optional", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {},
+    rows[99] = {99, "QORStructuralFeature", 77, true, attributesOf(99), endsOf(99),
         nullptr, nullptr, nullptr, nullptr};
-    rows[100] = {100, "QORBusinessRule", 59, false, {
-        {26, "type", QORMetaAttributeType::ENUM, "TEXT_PHYSICAL", true, true, textsOfBusinessRuleType},
-        {28, "value", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {25, "lowerBound", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {27, "upperBound", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {33, 31, 32},
+    rows[100] = {100, "QORBusinessRule", 59, false, attributesOf(100), endsOf(100),
         Made<QORBusinessRule>::make, Made<QORBusinessRule>::makeWatched, Made<QORBusinessRule>::copy,
         Made<QORBusinessRule>::assign};
-    rows[101] = {101, "QORAliasClassifier", 75, false, {
-    },
-        {},
+    rows[101] = {101, "QORAliasClassifier", 75, false, attributesOf(101), endsOf(101),
         Made<QORAliasClassifier>::make, Made<QORAliasClassifier>::makeWatched, Made<QORAliasClassifier>::copy,
         Made<QORAliasClassifier>::assign};
-    rows[102] = {102, "QORAliasFeature", 77, false, {
-    },
-        {},
+    rows[102] = {102, "QORAliasFeature", 77, false, attributesOf(102), endsOf(102),
         Made<QORAliasFeature>::make, Made<QORAliasFeature>::makeWatched, Made<QORAliasFeature>::copy,
         Made<QORAliasFeature>::assign};
-    rows[103] = {103, "QORBranchingNode", 116, false, {
-    },
-        {268, 269},
+    rows[103] = {103, "QORBranchingNode", 116, false, attributesOf(103), endsOf(103),
         Made<QORBranchingNode>::make, Made<QORBranchingNode>::makeWatched, Made<QORBranchingNode>::copy,
         Made<QORBranchingNode>::assign};
-    rows[104] = {104, "QORConstantNode", 113, false, {
-    },
-        {},
+    rows[104] = {104, "QORConstantNode", 113, false, attributesOf(104), endsOf(104),
         Made<QORConstantNode>::make, Made<QORConstantNode>::makeWatched, Made<QORConstantNode>::copy,
         Made<QORConstantNode>::assign};
-    rows[105] = {105, "QORDataAttribute", 99, false, {
-        {219, "usage", QORMetaAttributeType::ENUM, "DEFAULT", true, true, textsOfAttributeUsageType},
-    },
-        {},
+    rows[105] = {105, "QORDataAttribute", 99, false, attributesOf(105), endsOf(105),
         Made<QORDataAttribute>::make, Made<QORDataAttribute>::makeWatched, Made<QORDataAttribute>::copy,
         Made<QORDataAttribute>::assign};
-    rows[106] = {106, "QORDataSet", 75, false, {
-    },
-        {271},
+    rows[106] = {106, "QORDataSet", 75, false, attributesOf(106), endsOf(106),
         Made<QORDataSet>::make, Made<QORDataSet>::makeWatched, Made<QORDataSet>::copy,
         Made<QORDataSet>::assign};
-    rows[107] = {107, "QORDelimiterNode", 116, false, {
-        {179, "delimiter", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {272},
+    rows[107] = {107, "QORDelimiterNode", 116, false, attributesOf(107), endsOf(107),
         Made<QORDelimiterNode>::make, Made<QORDelimiterNode>::makeWatched, Made<QORDelimiterNode>::copy,
         Made<QORDelimiterNode>::assign};
-    rows[108] = {108, "QORDrillPath", 12, false, {
-    },
-        {274, 359, 361},
+    rows[108] = {108, "QORDrillPath", 12, false, attributesOf(108), endsOf(108),
         Made<QORDrillPath>::make, Made<QORDrillPath>::makeWatched, Made<QORDrillPath>::copy,
         Made<QORDrillPath>::assign};
-    rows[109] = {109, "QORDrillPathLevelAssociation", 59, false, {
-        {189, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {278, 333, 360, 362, 332},
+    rows[109] = {109, "QORDrillPathLevelAssociation", 59, false, attributesOf(109), endsOf(109),
         Made<QORDrillPathLevelAssociation>::make, Made<QORDrillPathLevelAssociation>::makeWatched,
         Made<QORDrillPathLevelAssociation>::copy, Made<QORDrillPathLevelAssociation>::assign};
-    rows[110] = {110, "QORElementNamePart", 33, false, {
-        {181, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {180, "sourceElementType", QORMetaAttributeType::ENUM, "ELEMENT", true, true, textsOfElementType},
-    },
-        {282, 283},
+    rows[110] = {110, "QORElementNamePart", 33, false, attributesOf(110), endsOf(110),
         Made<QORElementNamePart>::make, Made<QORElementNamePart>::makeWatched, Made<QORElementNamePart>::copy,
         Made<QORElementNamePart>::assign};
-    rows[111] = {111, "QORElementNode", 113, false, {
-        {192, "kind", QORMetaAttributeType::ENUM, "IN_MODE", true, true, textsOfArgumentType},
-        {193, "destinationElementType", QORMetaAttributeType::ENUM, "ELEMENT", true, true, textsOfElementType},
-    },
-        {284, 285},
+    rows[111] = {111, "QORElementNode", 113, false, attributesOf(111), endsOf(111),
         Made<QORElementNode>::make, Made<QORElementNode>::makeWatched, Made<QORElementNode>::copy,
         Made<QORElementNode>::assign};
-    rows[112] = {112, "QORExpression", 0, false, {
-        {202, "status", QORMetaAttributeType::INT, "0", true, true, nullptr},
-    },
-        {287, 288, 286},
+    rows[112] = {112, "QORExpression", 0, false, attributesOf(112), endsOf(112),
         Made<QORExpression>::make, Made<QORExpression>::makeWatched, Made<QORExpression>::copy,
         Made<QORExpression>::assign};
-    rows[113] = {113, "QORExpressionNode", 0, true, {
-        {183, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {182, "block", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-        {196, "originalText", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {203, "status", QORMetaAttributeType::INT, "0", true, true, nullptr},
-    },
-        {289, 290, 291, 292, 293, 294, 295, 296, 297, 298, 299, 354},
+    rows[113] = {113, "QORExpressionNode", 0, true, attributesOf(113), endsOf(113),
         nullptr, nullptr, nullptr, nullptr};
-    rows[114] = {114, "QOROperationNode", 113, false, {
-    },
-        {305, 306},
+    rows[114] = {114, "QOROperationNode", 113, false, attributesOf(114), endsOf(114),
         Made<QOROperationNode>::make, Made<QOROperationNode>::makeWatched, Made<QOROperationNode>::copy,
         Made<QOROperationNode>::assign};
-    rows[115] = {115, "QOROperatorNode", 116, false, {
-    },
-        {307, 308},
+    rows[115] = {115, "QOROperatorNode", 116, false, attributesOf(115), endsOf(115),
         Made<QOROperatorNode>::make, Made<QOROperatorNode>::makeWatched, Made<QOROperatorNode>::copy,
         Made<QOROperatorNode>::assign};
-    rows[116] = {116, "QORParserNode", 113, true, {
-    },
-        {},
+    rows[116] = {116, "QORParserNode", 113, true, attributesOf(116), endsOf(116),
         nullptr, nullptr, nullptr, nullptr};
-    rows[117] = {117, "QORPredicate", 33, false, {
-        {184, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-        {185, "prefix", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {312},
+    rows[117] = {117, "QORPredicate", 33, false, attributesOf(117), endsOf(117),
         Made<QORPredicate>::make, Made<QORPredicate>::makeWatched, Made<QORPredicate>::copy,
         Made<QORPredicate>::assign};
-    rows[118] = {118, "QORPredicateNode", 116, false, {
-    },
-        {313, 314},
+    rows[118] = {118, "QORPredicateNode", 116, false, attributesOf(118), endsOf(118),
         Made<QORPredicateNode>::make, Made<QORPredicateNode>::makeWatched, Made<QORPredicateNode>::copy,
         Made<QORPredicateNode>::assign};
-    rows[119] = {119, "QORReport", 12, false, {
-    },
-        {315, 371},
+    rows[119] = {119, "QORReport", 12, false, attributesOf(119), endsOf(119),
         Made<QORReport>::make, Made<QORReport>::makeWatched, Made<QORReport>::copy, Made<QORReport>::assign};
-    rows[120] = {120, "QORReportAttribute", 99, false, {
-        {220, "usage", QORMetaAttributeType::ENUM, "DEFAULT", true, true, textsOfAttributeUsageType},
-    },
-        {317},
+    rows[120] = {120, "QORReportAttribute", 99, false, attributesOf(120), endsOf(120),
         Made<QORReportAttribute>::make, Made<QORReportAttribute>::makeWatched, Made<QORReportAttribute>::copy,
         Made<QORReportAttribute>::assign};
-    rows[121] = {121, "QORReportChart", 146, false, {
-    },
-        {},
+    rows[121] = {121, "QORReportChart", 146, false, attributesOf(121), endsOf(121),
         Made<QORReportChart>::make, Made<QORReportChart>::makeWatched, Made<QORReportChart>::copy,
         Made<QORReportChart>::assign};
-    rows[122] = {122, "QORReportDataSet", 75, false, {
-    },
-        {},
+    rows[122] = {122, "QORReportDataSet", 75, false, attributesOf(122), endsOf(122),
         Made<QORReportDataSet>::make, Made<QORReportDataSet>::makeWatched, Made<QORReportDataSet>::copy,
         Made<QORReportDataSet>::assign};
-    rows[123] = {123, "QORReportField", 124, false, {
-    },
-        {319},
+    rows[123] = {123, "QORReportField", 124, false, attributesOf(123), endsOf(123),
         Made<QORReportField>::make, Made<QORReportField>::makeWatched, Made<QORReportField>::copy,
         Made<QORReportField>::assign};
-    rows[124] = {124, "QORReportItem", 59, true, {
-        {186, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {320, 321, 322, 368, 367, 373},
+    rows[124] = {124, "QORReportItem", 59, true, attributesOf(124), endsOf(124),
         nullptr, nullptr, nullptr, nullptr};
-    rows[125] = {125, "QORReportList", 146, false, {
-    },
-        {},
+    rows[125] = {125, "QORReportList", 146, false, attributesOf(125), endsOf(125),
         Made<QORReportList>::make, Made<QORReportList>::makeWatched, Made<QORReportList>::copy,
         Made<QORReportList>::assign};
-    rows[126] = {126, "QORReportMatrix", 146, false, {
-    },
-        {},
+    rows[126] = {126, "QORReportMatrix", 146, false, attributesOf(126), endsOf(126),
         Made<QORReportMatrix>::make, Made<QORReportMatrix>::makeWatched, Made<QORReportMatrix>::copy,
         Made<QORReportMatrix>::assign};
-    rows[127] = {127, "QORReportPage", 124, false, {
-    },
-        {},
+    rows[127] = {127, "QORReportPage", 124, false, attributesOf(127), endsOf(127),
         Made<QORReportPage>::make, Made<QORReportPage>::makeWatched, Made<QORReportPage>::copy,
         Made<QORReportPage>::assign};
-    rows[128] = {128, "QORReportPageBody", 124, false, {
-    },
-        {},
+    rows[128] = {128, "QORReportPageBody", 124, false, attributesOf(128), endsOf(128),
         Made<QORReportPageBody>::make, Made<QORReportPageBody>::makeWatched, Made<QORReportPageBody>::copy,
         Made<QORReportPageBody>::assign};
-    rows[129] = {129, "QORReportPageFooter", 124, false, {
-    },
-        {},
+    rows[129] = {129, "QORReportPageFooter", 124, false, attributesOf(129), endsOf(129),
         Made<QORReportPageFooter>::make, Made<QORReportPageFooter>::makeWatched,
         Made<QORReportPageFooter>::copy, Made<QORReportPageFooter>::assign};
-    rows[130] = {130, "QORReportPageHeader", 124, false, {
-    },
-        {},
+    rows[130] = {130, "QORReportPageHeader", 124, false, attributesOf(130), endsOf(130),
         Made<QORReportPageHeader>::make, Made<QORReportPageHeader>::makeWatched,
         Made<QORReportPageHeader>::copy, Made<QORReportPageHeader>::assign};
-    rows[131] = {131, "QORReportRectangle", 124, false, {
-    },
-        {},
+    rows[131] = {131, "QORReportRectangle", 124, false, attributesOf(131), endsOf(131),
         Made<QORReportRectangle>::make, Made<QORReportRectangle>::makeWatched, Made<QORReportRectangle>::copy,
         Made<QORReportRectangle>::assign};
-    rows[132] = {132, "QORReportTable", 146, false, {
-    },
-        {},
+    rows[132] = {132, "QORReportTable", 146, false, attributesOf(132), endsOf(132),
         Made<QORReportTable>::make, Made<QORReportTable>::makeWatched, Made<QORReportTable>::copy,
         Made<QORReportTable>::assign};
-    rows[133] = {133, "QORReportText", 124, false, {
-        {187, "value", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {},
+    rows[133] = {133, "QORReportText", 124, false, attributesOf(133), endsOf(133),
         Made<QORReportText>::make, Made<QORReportText>::makeWatched, Made<QORReportText>::copy,
         Made<QORReportText>::assign};
-    rows[134] = {134, "QORStatementNode", 116, false, {
-        {188, "statementType", QORMetaAttributeType::ENUM, "FORMULA", true, true, textsOfStatementNodeType},
-    },
-        {324, 353, 323},
+    rows[134] = {134, "QORStatementNode", 116, false, attributesOf(134), endsOf(134),
         Made<QORStatementNode>::make, Made<QORStatementNode>::makeWatched, Made<QORStatementNode>::copy,
         Made<QORStatementNode>::assign};
-    rows[135] = {135, "QORTransformationActivity", 60, false, {
-    },
-        {327, 352, 328, 349},
+    rows[135] = {135, "QORTransformationActivity", 60, false, attributesOf(135), endsOf(135),
         Made<QORTransformationActivity>::make, Made<QORTransformationActivity>::makeWatched,
         Made<QORTransformationActivity>::copy, Made<QORTransformationActivity>::assign};
-    rows[136] = {136, "QORTransformationStep", 60, false, {
-    },
-        {329, 330, 350, 347, 348},
+    rows[136] = {136, "QORTransformationStep", 60, false, attributesOf(136), endsOf(136),
         Made<QORTransformationStep>::make, Made<QORTransformationStep>::makeWatched,
         Made<QORTransformationStep>::copy, Made<QORTransformationStep>::assign};
-    rows[137] = {137, "QORTransformationTask", 60, false, {
-    },
-        {331, 279, 302},
+    rows[137] = {137, "QORTransformationTask", 60, false, attributesOf(137), endsOf(137),
         Made<QORTransformationTask>::make, Made<QORTransformationTask>::makeWatched,
         Made<QORTransformationTask>::copy, Made<QORTransformationTask>::assign};
-    rows[138] = {138, "QORLevelAssociation", 59, false, {
-    },
-        {337, 338, 339, 340},
+    rows[138] = {138, "QORLevelAssociation", 59, false, attributesOf(138), endsOf(138),
         Made<QORLevelAssociation>::make, Made<QORLevelAssociation>::makeWatched,
         Made<QORLevelAssociation>::copy, Made<QORLevelAssociation>::assign};
-    rows[140] = {140, "QOROlapSchema", 141, false, {
-    },
-        {},
+    rows[140] = {140, "QOROlapSchema", 141, false, attributesOf(140), endsOf(140),
         Made<QOROlapSchema>::make, Made<QOROlapSchema>::makeWatched, Made<QOROlapSchema>::copy,
         Made<QOROlapSchema>::assign};
-    rows[141] = {141, "QORDataPackage", 144, true, {
-        {194, "direction", QORMetaAttributeType::ENUM, "SOURCE_DESTINATION", true, true, textsOfDirectionType},
-    },
-        {232},
+    rows[141] = {141, "QORDataPackage", 144, true, attributesOf(141), endsOf(141),
         nullptr, nullptr, nullptr, nullptr};
-    rows[142] = {142, "QORXmlSchema", 141, false, {
-    },
-        {},
+    rows[142] = {142, "QORXmlSchema", 141, false, attributesOf(142), endsOf(142),
         Made<QORXmlSchema>::make, Made<QORXmlSchema>::makeWatched, Made<QORXmlSchema>::copy,
         Made<QORXmlSchema>::assign};
-    rows[143] = {143, "QORRecordFileSchema", 141, false, {
-    },
-        {},
+    rows[143] = {143, "QORRecordFileSchema", 141, false, attributesOf(143), endsOf(143),
         Made<QORRecordFileSchema>::make, Made<QORRecordFileSchema>::makeWatched,
         Made<QORRecordFileSchema>::copy, Made<QORRecordFileSchema>::assign};
-    rows[144] = {144, "QORPackage", 59, true, {
-    },
-        {199, 198},
+    rows[144] = {144, "QORPackage", 59, true, attributesOf(144), endsOf(144),
         nullptr, nullptr, nullptr, nullptr};
-    rows[145] = {145, "QORStepPrecedence", 60, false, {
-        {197, "operation", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {198, "operationDescription", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {199, "type", QORMetaAttributeType::ENUM, "UNKNOWN", true, true, textsOfStepPrecedenceType},
-    },
-        {345, 343, 344},
+    rows[145] = {145, "QORStepPrecedence", 60, false, attributesOf(145), endsOf(145),
         Made<QORStepPrecedence>::make, Made<QORStepPrecedence>::makeWatched, Made<QORStepPrecedence>::copy,
         Made<QORStepPrecedence>::assign};
-    rows[146] = {146, "QORReportBlock", 124, true, {
-    },
-        {},
+    rows[146] = {146, "QORReportBlock", 124, true, attributesOf(146), endsOf(146),
         nullptr, nullptr, nullptr, nullptr};
-    rows[147] = {147, "QORReportAxis", 124, false, {
-        {223, "role", QORMetaAttributeType::ENUM, "GENERIC", true, true, textsOfAxisRoleType},
-    },
-        {},
+    rows[147] = {147, "QORReportAxis", 124, false, attributesOf(147), endsOf(147),
         Made<QORReportAxis>::make, Made<QORReportAxis>::makeWatched, Made<QORReportAxis>::copy,
         Made<QORReportAxis>::assign};
-    rows[148] = {148, "QORPrompt", 75, false, {
-        {221, "question", QORMetaAttributeType::STRING, "", true, true, nullptr},
-        {222, "multipleSelection", QORMetaAttributeType::BOOL, "false", true, true, nullptr},
-    },
-        {},
+    rows[148] = {148, "QORPrompt", 75, false, attributesOf(148), endsOf(148),
         Made<QORPrompt>::make, Made<QORPrompt>::makeWatched, Made<QORPrompt>::copy, Made<QORPrompt>::assign};
-    rows[149] = {149, "QORPromptAnswer", 99, false, {
-    },
-        {},
+    rows[149] = {149, "QORPromptAnswer", 99, false, attributesOf(149), endsOf(149),
         Made<QORPromptAnswer>::make, Made<QORPromptAnswer>::makeWatched, Made<QORPromptAnswer>::copy,
         Made<QORPromptAnswer>::assign};
-    rows[150] = {150, "QORConfigurationFormat", 35, false, {
-    },
-        {369},
+    rows[150] = {150, "QORConfigurationFormat", 35, false, attributesOf(150), endsOf(150),
         Made<QORConfigurationFormat>::make, Made<QORConfigurationFormat>::makeWatched,
         Made<QORConfigurationFormat>::copy, Made<QORConfigurationFormat>::assign};
     return rows;

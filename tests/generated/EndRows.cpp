@@ -1204,4 +1204,217 @@ std::vector<End> const& ends() {
     return rows;
 }
 
+std::vector<int> endsOf(int classId) {
+    switch (classId) {
+    case 0:
+        return {102, 103, 281, 303};
+    case 1:
+        return {191};
+    case 2:
+        return {173, 177, 171, 175, 174, 178};
+    case 3:
+        return {251, 253, 248, 249, 250, 252, 280};
+    case 5:
+        return {84, 85, 86, 87};
+    case 6:
+        return {2};
+    case 7:
+        return {256, 257, 254, 255};
+    case 9:
+        return {309, 196, 197, 201, 341, 310, 311};
+    case 10:
+        return {88, 273, 89, 90};
+    case 12:
+        return {180, 181};
+    case 13:
+        return {43, 49, 50, 51, 52, 38, 39, 40, 41, 42, 44, 45, 46, 47, 48, 54};
+    case 14:
+        return {19, 16, 17, 18, 22, 23, 24, 27, 28};
+    case 16:
+        return {128, 129, 130, 131};
+    case 17:
+        return {7, 6};
+    case 18:
+        return {8, 9, 10, 11, 12};
+    case 19:
+        return {13, 14, 15};
+    case 20:
+        return {153, 155, 154, 156};
+    case 21:
+        return {35, 34};
+    case 22:
+        return {121, 122, 123, 124};
+    case 23:
+        return {193, 194, 195, 192, 304};
+    case 24:
+        return {3, 4, 5};
+    case 25:
+        return {229, 230};
+    case 26:
+        return {228};
+    case 27:
+        return {226, 227};
+    case 28:
+        return {99, 363};
+    case 29:
+        return {72, 73};
+    case 30:
+        return {212, 214, 216, 213, 215};
+    case 31:
+        return {261, 263, 264, 265, 262, 266, 267};
+    case 32:
+        return {125, 126, 127};
+    case 35:
+        return {370};
+    case 36:
+        return {184, 182, 183};
+    case 40:
+        return {82, 83};
+    case 41:
+        return {224, 225};
+    case 42:
+        return {59, 60};
+    case 43:
+        return {157, 158, 159, 160};
+    case 46:
+        return {106};
+    case 47:
+        return {107, 110, 109};
+    case 48:
+        return {258, 259};
+    case 49:
+        return {234};
+    case 50:
+        return {74};
+    case 51:
+        return {143, 145, 144};
+    case 52:
+        return {146, 147};
+    case 53:
+        return {209, 208};
+    case 54:
+        return {202, 204, 205, 203};
+    case 56:
+        return {207, 206};
+    case 59:
+        return {188, 185, 186, 187, 189, 190, 342};
+    case 61:
+        return {210, 211};
+    case 65:
+        return {132, 134, 135, 136, 133};
+    case 66:
+        return {62};
+    case 67:
+        return {233};
+    case 69:
+        return {217, 219, 364, 218};
+    case 70:
+        return {220, 221};
+    case 71:
+        return {222, 223};
+    case 75:
+        return {372, 63, 64, 65, 66, 67};
+    case 76:
+        return {69, 270, 68, 70, 71};
+    case 77:
+        return {114, 115, 112, 113, 116};
+    case 78:
+        return {117, 300, 118, 119};
+    case 79:
+        return {235, 325, 346, 351, 236, 326};
+    case 80:
+        return {242, 244, 247, 243, 245, 246};
+    case 81:
+        return {241, 239, 240};
+    case 83:
+        return {0, 1};
+    case 84:
+        return {374};
+    case 85:
+        return {75, 76, 77};
+    case 86:
+        return {78, 79, 80, 81};
+    case 87:
+        return {92, 91, 93, 94, 95};
+    case 88:
+        return {97, 96, 98};
+    case 89:
+        return {120};
+    case 90:
+        return {137, 138, 355, 139, 140, 357};
+    case 91:
+        return {141, 142, 356, 358, 334};
+    case 92:
+        return {148, 149, 150};
+    case 93:
+        return {151, 152};
+    case 94:
+        return {161, 162, 365, 163, 335, 336, 301};
+    case 95:
+        return {164, 165, 366};
+    case 96:
+        return {166, 167};
+    case 97:
+        return {168};
+    case 98:
+        return {169, 170};
+    case 100:
+        return {33, 31, 32};
+    case 103:
+        return {268, 269};
+    case 106:
+        return {271};
+    case 107:
+        return {272};
+    case 108:
+        return {274, 359, 361};
+    case 109:
+        return {278, 333, 360, 362, 332};
+    case 110:
+        return {282, 283};
+    case 111:
+        return {284, 285};
+    case 112:
+        return {287, 288, 286};
+    case 113:
+        return {289, 290, 291, 292, 293, 294, 295, 296, 297, 298, 299, 354};
+    case 114:
+        return {305, 306};
+    case 115:
+        return {307, 308};
+    case 117:
+        return {312};
+    case 118:
+        return {313, 314};
+    case 119:
+        return {315, 371};
+    case 120:
+        return {317};
+    case 123:
+        return {319};
+    case 124:
+        return {320, 321, 322, 368, 367, 373};
+    case 134:
+        return {324, 353, 323};
+    case 135:
+        return {327, 352, 328, 349};
+    case 136:
+        return {329, 330, 350, 347, 348};
+    case 137:
+        return {331, 279, 302};
+    case 138:
+        return {337, 338, 339, 340};
+    case 141:
+        return {232};
+    case 144:
+        return {199, 198};
+    case 145:
+        return {345, 343, 344};
+    case 150:
+        return {369};
+    default:
+        return {};
+    }
+}
+
 } // namespace metamodel

@@ -11,55 +11,61 @@
 #include <qor/QORAssociation.h>
 #include <qor/QORAssociationRole.h>
 #include <qor/QORAssociationRoleByPosition.h>
-#include <qor/QORAssociationRoleNameMap.h>
 #include <qor/QORAttribute.h>
-#include <qor/QORAttributeByPosition.h>
 #include <qor/QORBranchingNode.h>
-#include <qor/QORBusinessRule.h>
 #include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
+#include <qor/QORClassDiagram.h>
 #include <qor/QORClassMap.h>
-#include <qor/QORClassType.h>
 #include <qor/QORClassifier.h>
-#include <qor/QORDependency.h>
+#include <qor/QORClassifierMap.h>
+#include <qor/QORConfigurationFormat.h>
+#include <qor/QORDatabaseCatalog.h>
+#include <qor/QORDiagram.h>
+#include <qor/QORDimension.h>
+#include <qor/QORDimensionAttribute.h>
+#include <qor/QORElement.h>
+#include <qor/QORExpression.h>
 #include <qor/QORExpressionNode.h>
 #include <qor/QORExpressionNodeByPosition.h>
 #include <qor/QORFeature.h>
-#include <qor/QORFeatureByPosition.h>
-#include <qor/QORForeignKey.h>
-#include <qor/QORGeneralization.h>
-#include <qor/QORGrouping.h>
+#include <qor/QORFeatureMap.h>
+#include <qor/QORFormat.h>
+#include <qor/QORHierarchy.h>
 #include <qor/QORIndex.h>
+#include <qor/QORIndexMember.h>
+#include <qor/QORIndexMemberByPosition.h>
 #include <qor/QORKey.h>
+#include <qor/QORLevel.h>
+#include <qor/QORLevelAssociation.h>
+#include <qor/QORLevelAttribute.h>
+#include <qor/QORLevelKey.h>
+#include <qor/QORMappingFormat.h>
+#include <qor/QORMappingModel.h>
+#include <qor/QORMeasure.h>
+#include <qor/QORModel.h>
+#include <qor/QORModelFormat.h>
 #include <qor/QORModelObject.h>
+#include <qor/QORNote.h>
+#include <qor/QORNoteByPosition.h>
 #include <qor/QOROperation.h>
-#include <qor/QOROperationByPosition.h>
-#include <qor/QORRealization.h>
+#include <qor/QOROperationNode.h>
+#include <qor/QORPackage.h>
+#include <qor/QORPhysicalTarget.h>
+#include <qor/QORPresentationElement.h>
+#include <qor/QORProjection.h>
+#include <qor/QORPropertyType.h>
+#include <qor/QORPropertyValue.h>
 #include <qor/QORSQLViewAssociation.h>
+#include <qor/QORSQLViewAttribute.h>
 #include <qor/QORType.h>
 #include <qor/QORTypeValue.h>
-#include <qor/QORTypeValueByPosition.h>
+#include <qor/QORTypeValueMap.h>
+#include <qor/QORVersion.h>
 
 using namespace table;
 
 namespace {
-
-constexpr End typeOfArgument =
-    UnaryMembers<QORArgument, QORType, &QORArgument::getType, &QORArgument::addType, &QORArgument::removeType,
-                 &QORArgument::removeType>::of(
-        {4, "ARGUMENT__TYPE", "type",
-         QORMetaLinkType::REF, true, 24, "Argument", Order::NONE, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORArgument>::maker);
-
-constexpr End argumentOfType =
-    NaryMembers<QORType, QORArgument, &QORType::getArgumentCount, &QORType::getArgument,
-                &QORType::addArgument, &QORType::removeArgument, &QORType::removeArgument,
-                &QORType::removeArgument, &QORType::removeArguments>::of(
-        {248, "TYPE__ARGUMENT", "argument",
-         QORMetaLinkType::BACK_REF, false, 3, "Type", Order::AS_ADDED, Names::ANY,
-         false, 2, 6},
-        MakerOf<QORAliasType>::maker);
 
 constexpr End associationRoleOfAssociation =
     NaryMembers<QORAssociation, QORAssociationRole, &QORAssociation::getAssociationRoleCount,
@@ -68,7 +74,7 @@ constexpr End associationRoleOfAssociation =
                 &QORAssociation::removeAssociationRole, &QORAssociation::removeAssociationRoles>::of(
         {6, "ASSOCIATION__ASSOCIATION_ROLE", "associationRole",
          QORMetaLinkType::CHILD, false, 17, "Association", Order::AS_ADDED, Names::ANY,
-         false, 7, 13},
+         false, 7, 13, 0},
         MakerOf<QORAssociation>::maker);
 
 constexpr End associationOfAssociationRole =
@@ -77,264 +83,8 @@ constexpr End associationOfAssociationRole =
                  &QORAssociationRole::removeAssociation>::of(
         {8, "ASSOCIATION_ROLE__ASSOCIATION", "association",
          QORMetaLinkType::PARENT, true, 18, "AssociationRole", Order::NONE, Names::ANY,
-         false, 9, 22},
+         false, 9, 22, 0},
         MakerOf<QORAssociationRole>::maker);
-
-constexpr End associatedClassOfAssociation =
-    UnaryMembers<QORAssociation, QORClass, &QORAssociation::getAssociatedClass,
-                 &QORAssociation::addAssociatedClass, &QORAssociation::removeAssociatedClass,
-                 &QORAssociation::removeAssociatedClass>::of(
-        {7, "ASSOCIATION__ASSOCIATED__CLASS", "associatedClass",
-         QORMetaLinkType::REF, true, 17, "Association", Order::NONE, Names::ANY,
-         false, 181, 11},
-        MakerOf<QORAssociation>::maker);
-
-constexpr End associationOfClass =
-    UnaryMembers<QORClass, QORAssociation, &QORClass::getAssociation, &QORClass::addAssociation,
-                 &QORClass::removeAssociation, &QORClass::removeAssociation>::of(
-        {50, "CLASS__ASSOCIATION", "association",
-         QORMetaLinkType::BACK_REF, true, 13, "Class", Order::NONE, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End foreignKeyOfAssociationRole =
-    UnaryMembers<QORAssociationRole, QORForeignKey, &QORAssociationRole::getForeignKey,
-                 &QORAssociationRole::addForeignKey, &QORAssociationRole::removeForeignKey,
-                 &QORAssociationRole::removeForeignKey>::of(
-        {9, "ASSOCIATION_ROLE__FOREIGN_KEY", "foreignKey",
-         QORMetaLinkType::REF, true, 18, "AssociationRole", Order::NONE, Names::ANY,
-         false, 10, 13},
-        MakerOf<QORAssociationRole>::maker);
-
-constexpr End associationRoleOfForeignKey =
-    UnaryMembers<QORForeignKey, QORAssociationRole, &QORForeignKey::getAssociationRole,
-                 &QORForeignKey::addAssociationRole, &QORForeignKey::removeAssociationRole,
-                 &QORForeignKey::removeAssociationRole>::of(
-        {121, "FOREIGN_KEY__ASSOCIATION_ROLE", "associationRole",
-         QORMetaLinkType::BACK_REF, true, 22, "ForeignKey", Order::NONE, Names::ANY,
-         false, 122, 21},
-        MakerOf<QORForeignKey>::maker);
-
-constexpr End qualifierAttributeOfAssociationRole =
-    NaryMembers<QORAssociationRole, QORAttribute, &QORAssociationRole::getQualifierAttributeCount,
-                &QORAssociationRole::getQualifierAttribute, &QORAssociationRole::addQualifierAttribute,
-                &QORAssociationRole::removeQualifierAttribute, &QORAssociationRole::removeQualifierAttribute,
-                &QORAssociationRole::removeQualifierAttribute,
-                &QORAssociationRole::removeQualifierAttributes>::of(
-        {11, "ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE", "qualifierAttribute",
-         QORMetaLinkType::CHILD, false, 18, "AssociationRole", Order::BY_NAME, Names::UNIQUE,
-         false, 9, 22},
-        MakerOf<QORAssociationRole>::maker);
-
-constexpr End qualifierOfAssociationRoleOfAttribute =
-    UnaryMembers<QORAttribute, QORAssociationRole, &QORAttribute::getQualifierOfAssociationRole,
-                 &QORAttribute::addQualifierOfAssociationRole,
-                 &QORAttribute::removeQualifierOfAssociationRole,
-                 &QORAttribute::removeQualifierOfAssociationRole>::of(
-        {19, "ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE", "qualifierOfAssociationRole",
-         QORMetaLinkType::PARENT, true, 14, "Attribute", Order::NONE, Names::ANY,
-         false, 16, 19},
-        MakerOf<QORAttribute>::maker);
-
-constexpr End destinationAttributeOfAssociationRoleNameMap =
-    UnaryMembers<QORAssociationRoleNameMap, QORAttribute, &QORAssociationRoleNameMap::getDestinationAttribute,
-                 &QORAssociationRoleNameMap::addDestinationAttribute,
-                 &QORAssociationRoleNameMap::removeDestinationAttribute,
-                 &QORAssociationRoleNameMap::removeDestinationAttribute>::of(
-        {14, "ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE", "destinationAttribute",
-         QORMetaLinkType::REF, true, 19, "AssociationRoleNameMap", Order::NONE, Names::ANY,
-         false, 15, 14},
-        MakerOf<QORAssociationRoleNameMap>::maker);
-
-constexpr End destinationOfAssociationRoleNameMapOfAttribute =
-    NaryMembers<QORAttribute, QORAssociationRoleNameMap,
-                &QORAttribute::getDestinationOfAssociationRoleNameMapCount,
-                &QORAttribute::getDestinationOfAssociationRoleNameMap,
-                &QORAttribute::addDestinationOfAssociationRoleNameMap,
-                &QORAttribute::removeDestinationOfAssociationRoleNameMap,
-                &QORAttribute::removeDestinationOfAssociationRoleNameMap,
-                &QORAttribute::removeDestinationOfAssociationRoleNameMap,
-                &QORAttribute::removeDestinationOfAssociationRoleNameMaps>::of(
-        {16, "ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP", "destinationOfAssociationRoleNameMap",
-         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
-         false, 17, 19},
-        MakerOf<QORAttribute>::maker);
-
-constexpr End sourceAttributeOfAssociationRoleNameMap =
-    UnaryMembers<QORAssociationRoleNameMap, QORAttribute, &QORAssociationRoleNameMap::getSourceAttribute,
-                 &QORAssociationRoleNameMap::addSourceAttribute,
-                 &QORAssociationRoleNameMap::removeSourceAttribute,
-                 &QORAssociationRoleNameMap::removeSourceAttribute>::of(
-        {15, "ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE", "sourceAttribute",
-         QORMetaLinkType::REF, true, 19, "AssociationRoleNameMap", Order::NONE, Names::ANY,
-         false, 14, 14},
-        MakerOf<QORAssociationRoleNameMap>::maker);
-
-constexpr End sourceOfAssociationRoleNameMapOfAttribute =
-    NaryMembers<QORAttribute, QORAssociationRoleNameMap,
-                &QORAttribute::getSourceOfAssociationRoleNameMapCount,
-                &QORAttribute::getSourceOfAssociationRoleNameMap,
-                &QORAttribute::addSourceOfAssociationRoleNameMap,
-                &QORAttribute::removeSourceOfAssociationRoleNameMap,
-                &QORAttribute::removeSourceOfAssociationRoleNameMap,
-                &QORAttribute::removeSourceOfAssociationRoleNameMap,
-                &QORAttribute::removeSourceOfAssociationRoleNameMaps>::of(
-        {17, "ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP", "sourceOfAssociationRoleNameMap",
-         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
-         false, 16, 19},
-        MakerOf<QORAttribute>::maker);
-
-constexpr End conditionExpressionNodeOfBranchingNode =
-    UnaryMembers<QORBranchingNode, QORExpressionNode, &QORBranchingNode::getConditionExpressionNode,
-                 &QORBranchingNode::addConditionExpressionNode,
-                 &QORBranchingNode::removeConditionExpressionNode,
-                 &QORBranchingNode::removeConditionExpressionNode>::of(
-        {268, "BRANCHING_NODE__CONDITION__EXPRESSION_NODE", "conditionExpressionNode",
-         QORMetaLinkType::CHILD, true, 103, "BranchingNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End conditionOfBranchingNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORBranchingNode, &QORExpressionNode::getConditionOfBranchingNode,
-                 &QORExpressionNode::addConditionOfBranchingNode,
-                 &QORExpressionNode::removeConditionOfBranchingNode,
-                 &QORExpressionNode::removeConditionOfBranchingNode>::of(
-        {294, "EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE", "conditionOfBranchingNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End expressionNodeOfBranchingNode =
-    NaryMembers<QORBranchingNode, QORExpressionNode, &QORBranchingNode::getExpressionNodeCount,
-                &QORBranchingNode::getExpressionNode, &QORBranchingNode::addExpressionNode,
-                &QORBranchingNode::removeExpressionNode, &QORBranchingNode::removeExpressionNode,
-                &QORBranchingNode::removeExpressionNode, &QORBranchingNode::removeExpressionNodes>::of(
-        {269, "BRANCHING_NODE__EXPRESSION_NODE", "expressionNode",
-         QORMetaLinkType::CHILD, false, 103, "BranchingNode", Order::BY_ADDRESS, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End branchingNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORBranchingNode, &QORExpressionNode::getBranchingNode,
-                 &QORExpressionNode::addBranchingNode, &QORExpressionNode::removeBranchingNode,
-                 &QORExpressionNode::removeBranchingNode>::of(
-        {295, "EXPRESSION_NODE__BRANCHING_NODE", "branchingNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End typeValueOfBusinessRule =
-    NaryMembers<QORBusinessRule, QORTypeValue, &QORBusinessRule::getTypeValueCount,
-                &QORBusinessRule::getTypeValue, &QORBusinessRule::addTypeValue,
-                &QORBusinessRule::removeTypeValue, &QORBusinessRule::removeTypeValue,
-                &QORBusinessRule::removeTypeValue, &QORBusinessRule::removeTypeValues>::of(
-        {31, "BUSINESS_RULE__TYPE_VALUE", "typeValue",
-         QORMetaLinkType::CHILD, false, 100, "BusinessRule", Order::BY_NAME, Names::UNIQUE,
-         true, 32, 83},
-        MakerOf<QORBusinessRule>::maker);
-
-constexpr End businessRuleOfTypeValue =
-    UnaryMembers<QORTypeValue, QORBusinessRule, &QORTypeValue::getBusinessRule,
-                 &QORTypeValue::addBusinessRule, &QORTypeValue::removeBusinessRule,
-                 &QORTypeValue::removeBusinessRule>::of(
-        {257, "TYPE_VALUE__BUSINESS_RULE", "businessRule",
-         QORMetaLinkType::PARENT, true, 7, "TypeValue", Order::NONE, Names::ANY,
-         false, 254, 48},
-        MakerOf<QORTypeValue>::maker);
-
-constexpr End modelObjectOfBusinessRule =
-    NaryMembers<QORBusinessRule, QORModelObject, &QORBusinessRule::getModelObjectCount,
-                &QORBusinessRule::getModelObject, &QORBusinessRule::addModelObject,
-                &QORBusinessRule::removeModelObject, &QORBusinessRule::removeModelObject,
-                &QORBusinessRule::removeModelObject, &QORBusinessRule::removeModelObjects>::of(
-        {32, "BUSINESS_RULE__MODEL_OBJECT", "modelObject",
-         QORMetaLinkType::REF, false, 100, "BusinessRule", Order::AS_ADDED, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORBusinessRule>::maker);
-
-constexpr End associatedBusinessRuleOfModelObject =
-    NaryMembers<QORModelObject, QORBusinessRule, &QORModelObject::getAssociatedBusinessRuleCount,
-                &QORModelObject::getAssociatedBusinessRule, &QORModelObject::addAssociatedBusinessRule,
-                &QORModelObject::removeAssociatedBusinessRule, &QORModelObject::removeAssociatedBusinessRule,
-                &QORModelObject::removeAssociatedBusinessRule,
-                &QORModelObject::removeAssociatedBusinessRules>::of(
-        {189, "MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE", "associatedBusinessRule",
-         QORMetaLinkType::BACK_REF, false, 59, "ModelObject", Order::BY_ADDRESS, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End primaryOfClassOfCandidateKey =
-    UnaryMembers<QORCandidateKey, QORClass, &QORCandidateKey::getPrimaryOfClass,
-                 &QORCandidateKey::addPrimaryOfClass, &QORCandidateKey::removePrimaryOfClass,
-                 &QORCandidateKey::removePrimaryOfClass>::of(
-        {35, "CANDIDATE_KEY__PRIMARY_OF__CLASS", "primaryOfClass",
-         QORMetaLinkType::REF, true, 21, "CandidateKey", Order::NONE, Names::ANY,
-         false, 34, 22},
-        MakerOf<QORCandidateKey>::maker);
-
-constexpr End primaryCandidateKeyOfClass =
-    UnaryMembers<QORClass, QORCandidateKey, &QORClass::getPrimaryCandidateKey,
-                 &QORClass::addPrimaryCandidateKey, &QORClass::removePrimaryCandidateKey,
-                 &QORClass::removePrimaryCandidateKey>::of(
-        {43, "CLASS__PRIMARY__CANDIDATE_KEY", "primaryCandidateKey",
-         QORMetaLinkType::BACK_REF, true, 13, "Class", Order::NONE, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End operationOfClass =
-    NaryMembers<QORClass, QOROperation, &QORClass::getOperationCount, &QORClass::getOperation,
-                &QORClass::addOperation, &QORClass::removeOperation, &QORClass::removeOperation,
-                &QORClass::removeOperation, &QORClass::removeOperations>::of(
-        {38, "CLASS__OPERATION", "operation",
-         QORMetaLinkType::CHILD, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End associatedClassOfOperation =
-    UnaryMembers<QOROperation, QORClass, &QOROperation::getAssociatedClass, &QOROperation::addAssociatedClass,
-                 &QOROperation::removeAssociatedClass, &QOROperation::removeAssociatedClass>::of(
-        {194, "OPERATION__ASSOCIATED__CLASS", "associatedClass",
-         QORMetaLinkType::PARENT, true, 23, "Operation", Order::NONE, Names::ANY,
-         false, 193, 6},
-        MakerOf<QOROperation>::maker);
-
-constexpr End argumentOfClass =
-    NaryMembers<QORClass, QORArgument, &QORClass::getArgumentCount, &QORClass::getArgument,
-                &QORClass::addArgument, &QORClass::removeArgument, &QORClass::removeArgument,
-                &QORClass::removeArgument, &QORClass::removeArguments>::of(
-        {39, "CLASS__ARGUMENT", "argument",
-         QORMetaLinkType::CHILD, false, 13, "Class", Order::BY_NAME, Names::UNIQUE_OR_NONE,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End parameterizedClassOfArgument =
-    UnaryMembers<QORArgument, QORClass, &QORArgument::getParameterizedClass,
-                 &QORArgument::addParameterizedClass, &QORArgument::removeParameterizedClass,
-                 &QORArgument::removeParameterizedClass>::of(
-        {5, "ARGUMENT__PARAMETERIZED__CLASS", "parameterizedClass",
-         QORMetaLinkType::PARENT, true, 24, "Argument", Order::NONE, Names::ANY,
-         false, 4, 6},
-        MakerOf<QORArgument>::maker);
-
-constexpr End supertypeOfGeneralizationOfClass =
-    NaryMembers<QORClass, QORGeneralization, &QORClass::getSupertypeOfGeneralizationCount,
-                &QORClass::getSupertypeOfGeneralization, &QORClass::addSupertypeOfGeneralization,
-                &QORClass::removeSupertypeOfGeneralization, &QORClass::removeSupertypeOfGeneralization,
-                &QORClass::removeSupertypeOfGeneralization, &QORClass::removeSupertypeOfGeneralizations>::of(
-        {40, "CLASS__SUPERTYPE_OF__GENERALIZATION", "supertypeOfGeneralization",
-         QORMetaLinkType::REF, false, 13, "Class", Order::AS_ADDED, Names::ANY,
-         false, 41, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End supertypeClassOfGeneralization =
-    NaryMembers<QORGeneralization, QORClass, &QORGeneralization::getSupertypeClassCount,
-                &QORGeneralization::getSupertypeClass, &QORGeneralization::addSupertypeClass,
-                &QORGeneralization::removeSupertypeClass, &QORGeneralization::removeSupertypeClass,
-                &QORGeneralization::removeSupertypeClass, &QORGeneralization::removeSupertypeClasss>::of(
-        {129, "GENERALIZATION__SUPERTYPE__CLASS", "supertypeClass",
-         QORMetaLinkType::BACK_REF, false, 16, "Generalization", Order::AS_ADDED, Names::ANY,
-         false, 128, 22},
-        MakerOf<QORGeneralization>::maker);
 
 constexpr End associationRoleOfClass =
     NaryMembers<QORClass, QORAssociationRole, &QORClass::getAssociationRoleCount,
@@ -343,7 +93,7 @@ constexpr End associationRoleOfClass =
                 &QORClass::removeAssociationRole, &QORClass::removeAssociationRoles>::of(
         {42, "CLASS__ASSOCIATION_ROLE", "associationRole",
          QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
+         false, 41, 16, 4},
         MakerOf<QORClass>::maker);
 
 constexpr End associatedClassOfAssociationRole =
@@ -352,81 +102,8 @@ constexpr End associatedClassOfAssociationRole =
                  &QORAssociationRole::removeAssociatedClass>::of(
         {10, "ASSOCIATION_ROLE__ASSOCIATED__CLASS", "associatedClass",
          QORMetaLinkType::BACK_REF, true, 18, "AssociationRole", Order::NONE, Names::ANY,
-         false, 9, 22},
+         false, 9, 22, 2},
         MakerOf<QORAssociationRole>::maker);
-
-constexpr End realizationOfClass =
-    NaryMembers<QORClass, QORRealization, &QORClass::getRealizationCount, &QORClass::getRealization,
-                &QORClass::addRealization, &QORClass::removeRealization, &QORClass::removeRealization,
-                &QORClass::removeRealization, &QORClass::removeRealizations>::of(
-        {44, "CLASS__REALIZATION", "realization",
-         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End realizationClassOfRealization =
-    UnaryMembers<QORRealization, QORClass, &QORRealization::getRealizationClass,
-                 &QORRealization::addRealizationClass, &QORRealization::removeRealizationClass,
-                 &QORRealization::removeRealizationClass>::of(
-        {224, "REALIZATION__REALIZATION__CLASS", "realizationClass",
-         QORMetaLinkType::BACK_REF, true, 41, "Realization", Order::NONE, Names::ANY,
-         false, 225, 13},
-        MakerOf<QORRealization>::maker);
-
-constexpr End dependencyOfClass =
-    NaryMembers<QORClass, QORDependency, &QORClass::getDependencyCount, &QORClass::getDependency,
-                &QORClass::addDependency, &QORClass::removeDependency, &QORClass::removeDependency,
-                &QORClass::removeDependency, &QORClass::removeDependencys>::of(
-        {45, "CLASS__DEPENDENCY", "dependency",
-         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End clientClassOfDependency =
-    UnaryMembers<QORDependency, QORClass, &QORDependency::getClientClass, &QORDependency::addClientClass,
-                 &QORDependency::removeClientClass, &QORDependency::removeClientClass>::of(
-        {82, "DEPENDENCY__CLIENT__CLASS", "clientClass",
-         QORMetaLinkType::BACK_REF, true, 40, "Dependency", Order::NONE, Names::ANY,
-         false, 83, 13},
-        MakerOf<QORDependency>::maker);
-
-constexpr End supplierOfDependencyOfClass =
-    NaryMembers<QORClass, QORDependency, &QORClass::getSupplierOfDependencyCount,
-                &QORClass::getSupplierOfDependency, &QORClass::addSupplierOfDependency,
-                &QORClass::removeSupplierOfDependency, &QORClass::removeSupplierOfDependency,
-                &QORClass::removeSupplierOfDependency, &QORClass::removeSupplierOfDependencys>::of(
-        {46, "CLASS__SUPPLIER_OF__DEPENDENCY", "supplierOfDependency",
-         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End supplierClassOfDependency =
-    UnaryMembers<QORDependency, QORClass, &QORDependency::getSupplierClass, &QORDependency::addSupplierClass,
-                 &QORDependency::removeSupplierClass, &QORDependency::removeSupplierClass>::of(
-        {83, "DEPENDENCY__SUPPLIER__CLASS", "supplierClass",
-         QORMetaLinkType::BACK_REF, true, 40, "Dependency", Order::NONE, Names::ANY,
-         false, 82, 13},
-        MakerOf<QORDependency>::maker);
-
-constexpr End specificationOfRealizationOfClass =
-    NaryMembers<QORClass, QORRealization, &QORClass::getSpecificationOfRealizationCount,
-                &QORClass::getSpecificationOfRealization, &QORClass::addSpecificationOfRealization,
-                &QORClass::removeSpecificationOfRealization, &QORClass::removeSpecificationOfRealization,
-                &QORClass::removeSpecificationOfRealization,
-                &QORClass::removeSpecificationOfRealizations>::of(
-        {47, "CLASS__SPECIFICATION_OF__REALIZATION", "specificationOfRealization",
-         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End specificationClassOfRealization =
-    UnaryMembers<QORRealization, QORClass, &QORRealization::getSpecificationClass,
-                 &QORRealization::addSpecificationClass, &QORRealization::removeSpecificationClass,
-                 &QORRealization::removeSpecificationClass>::of(
-        {225, "REALIZATION__SPECIFICATION__CLASS", "specificationClass",
-         QORMetaLinkType::BACK_REF, true, 41, "Realization", Order::NONE, Names::ANY,
-         false, 224, 13},
-        MakerOf<QORRealization>::maker);
 
 constexpr End indexOfClass =
     NaryMembers<QORClass, QORIndex, &QORClass::getIndexCount, &QORClass::getIndex, &QORClass::addIndex,
@@ -434,7 +111,7 @@ constexpr End indexOfClass =
                 &QORClass::removeIndexs>::of(
         {48, "CLASS__INDEX", "index",
          QORMetaLinkType::CHILD, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
+         false, 47, 41, 10},
         MakerOf<QORClass>::maker);
 
 constexpr End associatedClassOfIndex =
@@ -442,31 +119,15 @@ constexpr End associatedClassOfIndex =
                  &QORIndex::removeAssociatedClass, &QORIndex::removeAssociatedClass>::of(
         {143, "INDEX__ASSOCIATED__CLASS", "associatedClass",
          QORMetaLinkType::PARENT, true, 51, "Index", Order::NONE, Names::ANY,
-         false, 145, 21},
+         false, 145, 21, 0},
         MakerOf<QORIndex>::maker);
-
-constexpr End groupingOfClass =
-    UnaryMembers<QORClass, QORGrouping, &QORClass::getGrouping, &QORClass::addGrouping,
-                 &QORClass::removeGrouping, &QORClass::removeGrouping>::of(
-        {49, "CLASS__GROUPING", "grouping",
-         QORMetaLinkType::CHILD, true, 13, "Class", Order::NONE, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End associatedClassOfGrouping =
-    UnaryMembers<QORGrouping, QORClass, &QORGrouping::getAssociatedClass, &QORGrouping::addAssociatedClass,
-                 &QORGrouping::removeAssociatedClass, &QORGrouping::removeAssociatedClass>::of(
-        {132, "GROUPING__ASSOCIATED__CLASS", "associatedClass",
-         QORMetaLinkType::PARENT, true, 65, "Grouping", Order::NONE, Names::ANY,
-         false, 135, 18},
-        MakerOf<QORGrouping>::maker);
 
 constexpr End keyOfClass =
     NaryMembers<QORClass, QORKey, &QORClass::getKeyCount, &QORClass::getKey, &QORClass::addKey,
                 &QORClass::removeKey, &QORClass::removeKey, &QORClass::removeKey, &QORClass::removeKeys>::of(
         {54, "CLASS__KEY", "key",
          QORMetaLinkType::CHILD, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
-         false, 40, 16},
+         false, 51, 66, 15},
         MakerOf<QORClass>::maker);
 
 constexpr End associatedClassOfKey =
@@ -474,28 +135,8 @@ constexpr End associatedClassOfKey =
                  &QORKey::removeAssociatedClass, &QORKey::removeAssociatedClass>::of(
         {155, "KEY__ASSOCIATED__CLASS", "associatedClass",
          QORMetaLinkType::PARENT, true, 20, "Key", Order::NONE, Names::ANY,
-         false, 35, 13},
+         false, 154, 43, 1},
         MakerOf<QORCandidateKey>::maker);
-
-constexpr End sourceAttributeOfClassMap =
-    NaryMembers<QORClassMap, QORAttribute, &QORClassMap::getSourceAttributeCount,
-                &QORClassMap::getSourceAttribute, &QORClassMap::addSourceAttribute,
-                &QORClassMap::removeSourceAttribute, &QORClassMap::removeSourceAttribute,
-                &QORClassMap::removeSourceAttribute, &QORClassMap::removeSourceAttributes>::of(
-        {59, "CLASS_MAP__SOURCE__ATTRIBUTE", "sourceAttribute",
-         QORMetaLinkType::REF, false, 42, "ClassMap", Order::BY_ADDRESS, Names::ANY,
-         false, 60, 14},
-        MakerOf<QORClassMap>::maker);
-
-constexpr End sourceOfClassMapOfAttribute =
-    NaryMembers<QORAttribute, QORClassMap, &QORAttribute::getSourceOfClassMapCount,
-                &QORAttribute::getSourceOfClassMap, &QORAttribute::addSourceOfClassMap,
-                &QORAttribute::removeSourceOfClassMap, &QORAttribute::removeSourceOfClassMap,
-                &QORAttribute::removeSourceOfClassMap, &QORAttribute::removeSourceOfClassMaps>::of(
-        {27, "ATTRIBUTE__SOURCE_OF__CLASS_MAP", "sourceOfClassMap",
-         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::BY_ADDRESS, Names::ANY,
-         false, 16, 19},
-        MakerOf<QORAttribute>::maker);
 
 constexpr End destinationAttributeOfClassMap =
     NaryMembers<QORClassMap, QORAttribute, &QORClassMap::getDestinationAttributeCount,
@@ -504,7 +145,7 @@ constexpr End destinationAttributeOfClassMap =
                 &QORClassMap::removeDestinationAttribute, &QORClassMap::removeDestinationAttributes>::of(
         {60, "CLASS_MAP__DESTINATION__ATTRIBUTE", "destinationAttribute",
          QORMetaLinkType::REF, false, 42, "ClassMap", Order::BY_ADDRESS, Names::ANY,
-         false, 59, 14},
+         false, 59, 14, 1},
         MakerOf<QORClassMap>::maker);
 
 constexpr End destinationOfClassMapOfAttribute =
@@ -514,41 +155,8 @@ constexpr End destinationOfClassMapOfAttribute =
                 &QORAttribute::removeDestinationOfClassMap, &QORAttribute::removeDestinationOfClassMaps>::of(
         {28, "ATTRIBUTE__DESTINATION_OF__CLASS_MAP", "destinationOfClassMap",
          QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::BY_ADDRESS, Names::ANY,
-         false, 16, 19},
+         false, 27, 42, 8},
         MakerOf<QORAttribute>::maker);
-
-constexpr End associatedClassOfClassType =
-    UnaryMembers<QORClassType, QORClass, &QORClassType::getAssociatedClass, &QORClassType::addAssociatedClass,
-                 &QORClassType::removeAssociatedClass, &QORClassType::removeAssociatedClass>::of(
-        {62, "CLASS_TYPE__ASSOCIATED__CLASS", "associatedClass",
-         QORMetaLinkType::REF, true, 66, "ClassType", Order::NONE, Names::ANY,
-         false, 248, 24},
-        MakerOf<QORClassType>::maker);
-
-constexpr End classTypeOfClass =
-    UnaryMembers<QORClass, QORClassType, &QORClass::getClassType, &QORClass::addClassType,
-                 &QORClass::removeClassType, &QORClass::removeClassType>::of(
-        {51, "CLASS__CLASS_TYPE", "classType",
-         QORMetaLinkType::BACK_REF, true, 13, "Class", Order::NONE, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
-
-constexpr End featureOfClassifier =
-    NaryMembers<QORClassifier, QORFeature, &QORClassifier::getFeatureCount, &QORClassifier::getFeature,
-                &QORClassifier::addFeature, &QORClassifier::removeFeature, &QORClassifier::removeFeature,
-                &QORClassifier::removeFeature, &QORClassifier::removeFeatures>::of(
-        {65, "CLASSIFIER__FEATURE", "feature",
-         QORMetaLinkType::CHILD, false, 75, "Classifier", Order::BY_NAME, Names::UNIQUE,
-         false, 63, 76},
-        MakerOf<QORAliasClassifier>::maker);
-
-constexpr End classifierOfFeature =
-    UnaryMembers<QORFeature, QORClassifier, &QORFeature::getClassifier, &QORFeature::addClassifier,
-                 &QORFeature::removeClassifier, &QORFeature::removeClassifier>::of(
-        {115, "FEATURE__CLASSIFIER", "classifier",
-         QORMetaLinkType::PARENT, true, 77, "Feature", Order::NONE, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORAliasFeature>::maker);
 
 constexpr End sourceOfSQLViewAssociationOfClassifier =
     NaryMembers<QORClassifier, QORSQLViewAssociation, &QORClassifier::getSourceOfSQLViewAssociationCount,
@@ -559,7 +167,7 @@ constexpr End sourceOfSQLViewAssociationOfClassifier =
                 &QORClassifier::removeSourceOfSQLViewAssociations>::of(
         {66, "CLASSIFIER__SOURCE_OF__SQL_VIEW_ASSOCIATION", "sourceOfSQLViewAssociation",
          QORMetaLinkType::REF, false, 75, "Classifier", Order::BY_ADDRESS, Names::ANY,
-         false, 63, 76},
+         false, 64, 76, 3},
         MakerOf<QORAliasClassifier>::maker);
 
 constexpr End sourceClassifierOfSQLViewAssociation =
@@ -568,18 +176,457 @@ constexpr End sourceClassifierOfSQLViewAssociation =
                  &QORSQLViewAssociation::removeSourceClassifier>::of(
         {227, "SQL_VIEW_ASSOCIATION__SOURCE__CLASSIFIER", "sourceClassifier",
          QORMetaLinkType::BACK_REF, true, 27, "SQLViewAssociation", Order::NONE, Names::ANY,
-         false, 226, 25},
+         false, 226, 25, 1},
         MakerOf<QORSQLViewAssociation>::maker);
 
+constexpr End expressionOfClassifierMap =
+    UnaryMembers<QORClassifierMap, QORExpression, &QORClassifierMap::getExpression,
+                 &QORClassifierMap::addExpression, &QORClassifierMap::removeExpression,
+                 &QORClassifierMap::removeExpression>::of(
+        {270, "CLASSIFIER_MAP__EXPRESSION", "expression",
+         QORMetaLinkType::CHILD, true, 76, "ClassifierMap", Order::NONE, Names::ANY,
+         false, 71, 101, 4},
+        MakerOf<QORClassifierMap>::maker);
+
+constexpr End classifierMapOfExpression =
+    UnaryMembers<QORExpression, QORClassifierMap, &QORExpression::getClassifierMap,
+                 &QORExpression::addClassifierMap, &QORExpression::removeClassifierMap,
+                 &QORExpression::removeClassifierMap>::of(
+        {287, "EXPRESSION__CLASSIFIER_MAP", "classifierMap",
+         QORMetaLinkType::PARENT, true, 112, "Expression", Order::NONE, Names::ANY,
+         false, 281, 110, 1},
+        MakerOf<QORExpression>::maker);
+
+constexpr End presentationElementOfDiagram =
+    NaryMembers<QORDiagram, QORPresentationElement, &QORDiagram::getPresentationElementCount,
+                &QORDiagram::getPresentationElement, &QORDiagram::addPresentationElement,
+                &QORDiagram::removePresentationElement, &QORDiagram::removePresentationElement,
+                &QORDiagram::removePresentationElement, &QORDiagram::removePresentationElements>::of(
+        {90, "DIAGRAM__PRESENTATION_ELEMENT", "presentationElement",
+         QORMetaLinkType::CHILD, false, 10, "Diagram", Order::BY_ADDRESS, Names::ANY,
+         false, 89, 101, 3},
+        MakerOf<QORClassDiagram>::maker);
+
+constexpr End diagramOfPresentationElement =
+    UnaryMembers<QORPresentationElement, QORDiagram, &QORPresentationElement::getDiagram,
+                 &QORPresentationElement::addDiagram, &QORPresentationElement::removeDiagram,
+                 &QORPresentationElement::removeDiagram>::of(
+        {210, "PRESENTATION_ELEMENT__DIAGRAM", "diagram",
+         QORMetaLinkType::PARENT, true, 61, "PresentationElement", Order::NONE, Names::ANY,
+         false, 211, 83, 0},
+        MakerOf<QORProjection>::maker);
+
+constexpr End levelAttributeOfDimensionAttribute =
+    NaryMembers<QORDimensionAttribute, QORLevelAttribute, &QORDimensionAttribute::getLevelAttributeCount,
+                &QORDimensionAttribute::getLevelAttribute, &QORDimensionAttribute::addLevelAttribute,
+                &QORDimensionAttribute::removeLevelAttribute, &QORDimensionAttribute::removeLevelAttribute,
+                &QORDimensionAttribute::removeLevelAttribute,
+                &QORDimensionAttribute::removeLevelAttributes>::of(
+        {96, "DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE", "levelAttribute",
+         QORMetaLinkType::REF, false, 88, "DimensionAttribute", Order::BY_ADDRESS, Names::ANY,
+         false, 97, 88, 0},
+        MakerOf<QORDimensionAttribute>::maker);
+
+constexpr End dimensionAttributeOfLevelAttribute =
+    UnaryMembers<QORLevelAttribute, QORDimensionAttribute, &QORLevelAttribute::getDimensionAttribute,
+                 &QORLevelAttribute::addDimensionAttribute, &QORLevelAttribute::removeDimensionAttribute,
+                 &QORLevelAttribute::removeDimensionAttribute>::of(
+        {165, "LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE", "dimensionAttribute",
+         QORMetaLinkType::BACK_REF, true, 95, "LevelAttribute", Order::NONE, Names::ANY,
+         false, 164, 96, 1},
+        MakerOf<QORLevelAttribute>::maker);
+
+constexpr End noteOfElement =
+    NaryMembers<QORElement, QORNote, &QORElement::getNoteCount, &QORElement::getNote, &QORElement::addNote,
+                &QORElement::removeNote, &QORElement::removeNote, &QORElement::removeNote,
+                &QORElement::removeNotes>::of(
+        {102, "ELEMENT__NOTE", "note",
+         QORMetaLinkType::CHILD, false, 0, "Element", Order::BY_ADDRESS, Names::ANY,
+         false, 1, 86, 0},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End elementOfNote =
+    UnaryMembers<QORNote, QORElement, &QORNote::getElement, &QORNote::addElement, &QORNote::removeElement,
+                 &QORNote::removeElement>::of(
+        {191, "NOTE__ELEMENT", "element",
+         QORMetaLinkType::PARENT, true, 1, "Note", Order::NONE, Names::ANY,
+         false, -1, -1, 0},
+        MakerOf<QORNote>::maker);
+
+constexpr End typeOfFeature =
+    UnaryMembers<QORFeature, QORType, &QORFeature::getType, &QORFeature::addType, &QORFeature::removeType,
+                 &QORFeature::removeType>::of(
+        {114, "FEATURE__TYPE", "type",
+         QORMetaLinkType::REF, true, 77, "Feature", Order::NONE, Names::ANY,
+         false, 113, 78, 2},
+        MakerOf<QORAliasFeature>::maker);
+
+constexpr End featureOfType =
+    NaryMembers<QORType, QORFeature, &QORType::getFeatureCount, &QORType::getFeature, &QORType::addFeature,
+                &QORType::removeFeature, &QORType::removeFeature, &QORType::removeFeature,
+                &QORType::removeFeatures>::of(
+        {252, "TYPE__FEATURE", "feature",
+         QORMetaLinkType::BACK_REF, false, 3, "Type", Order::BY_ADDRESS, Names::ANY,
+         false, 250, 6, 5},
+        MakerOf<QORAliasType>::maker);
+
+constexpr End expressionOfFeatureMap =
+    UnaryMembers<QORFeatureMap, QORExpression, &QORFeatureMap::getExpression, &QORFeatureMap::addExpression,
+                 &QORFeatureMap::removeExpression, &QORFeatureMap::removeExpression>::of(
+        {300, "FEATURE_MAP__EXPRESSION", "expression",
+         QORMetaLinkType::CHILD, true, 78, "FeatureMap", Order::NONE, Names::ANY,
+         false, 281, 110, 3},
+        MakerOf<QORFeatureMap>::maker);
+
+constexpr End featureMapOfExpression =
+    UnaryMembers<QORExpression, QORFeatureMap, &QORExpression::getFeatureMap, &QORExpression::addFeatureMap,
+                 &QORExpression::removeFeatureMap, &QORExpression::removeFeatureMap>::of(
+        {288, "EXPRESSION__FEATURE_MAP", "featureMap",
+         QORMetaLinkType::PARENT, true, 112, "Expression", Order::NONE, Names::ANY,
+         false, 281, 110, 2},
+        MakerOf<QORExpression>::maker);
+
+constexpr End defaultOfVersionOfFormat =
+    UnaryMembers<QORFormat, QORVersion, &QORFormat::getDefaultOfVersion, &QORFormat::addDefaultOfVersion,
+                 &QORFormat::removeDefaultOfVersion, &QORFormat::removeDefaultOfVersion>::of(
+        {126, "FORMAT__DEFAULT_OF__VERSION", "defaultOfVersion",
+         QORMetaLinkType::REF, true, 32, "Format", Order::NONE, Names::ANY,
+         false, 127, 31, 1},
+        MakerOf<QORConfigurationFormat>::maker);
+
+constexpr End defaultFormatOfVersion =
+    UnaryMembers<QORVersion, QORFormat, &QORVersion::getDefaultFormat, &QORVersion::addDefaultFormat,
+                 &QORVersion::removeDefaultFormat, &QORVersion::removeDefaultFormat>::of(
+        {264, "VERSION__DEFAULT__FORMAT", "defaultFormat",
+         QORMetaLinkType::BACK_REF, true, 31, "Version", Order::NONE, Names::ANY,
+         false, 263, 30, 2},
+        MakerOf<QORVersion>::maker);
+
+constexpr End defaultOfDimensionOfHierarchy =
+    UnaryMembers<QORHierarchy, QORDimension, &QORHierarchy::getDefaultOfDimension,
+                 &QORHierarchy::addDefaultOfDimension, &QORHierarchy::removeDefaultOfDimension,
+                 &QORHierarchy::removeDefaultOfDimension>::of(
+        {138, "HIERARCHY__DEFAULT_OF__DIMENSION", "defaultOfDimension",
+         QORMetaLinkType::REF, true, 90, "Hierarchy", Order::NONE, Names::ANY,
+         false, 140, 86, 1},
+        MakerOf<QORHierarchy>::maker);
+
+constexpr End defaultHierarchyOfDimension =
+    UnaryMembers<QORDimension, QORHierarchy, &QORDimension::getDefaultHierarchy,
+                 &QORDimension::addDefaultHierarchy, &QORDimension::removeDefaultHierarchy,
+                 &QORDimension::removeDefaultHierarchy>::of(
+        {92, "DIMENSION__DEFAULT__HIERARCHY", "defaultHierarchy",
+         QORMetaLinkType::BACK_REF, true, 87, "Dimension", Order::NONE, Names::ANY,
+         false, 67, 93, 1},
+        MakerOf<QORDimension>::maker);
+
+constexpr End indexMemberOfIndex =
+    NaryMembers<QORIndex, QORIndexMember, &QORIndex::getIndexMemberCount, &QORIndex::getIndexMember,
+                &QORIndex::addIndexMember, &QORIndex::removeIndexMember, &QORIndex::removeIndexMember,
+                &QORIndex::removeIndexMember, &QORIndex::removeIndexMembers>::of(
+        {144, "INDEX__INDEX_MEMBER", "indexMember",
+         QORMetaLinkType::CHILD, false, 51, "Index", Order::BY_ADDRESS, Names::ANY,
+         false, 145, 21, 2},
+        MakerOf<QORIndex>::maker);
+
+constexpr End indexOfIndexMember =
+    UnaryMembers<QORIndexMember, QORIndex, &QORIndexMember::getIndex, &QORIndexMember::addIndex,
+                 &QORIndexMember::removeIndex, &QORIndexMember::removeIndex>::of(
+        {147, "INDEX_MEMBER__INDEX", "index",
+         QORMetaLinkType::PARENT, true, 52, "IndexMember", Order::NONE, Names::ANY,
+         false, 146, 14, 1},
+        MakerOf<QORIndexMember>::maker);
+
+constexpr End attributeOfKey =
+    NaryMembers<QORKey, QORAttribute, &QORKey::getAttributeCount, &QORKey::getAttribute,
+                &QORKey::addAttribute, &QORKey::removeAttribute, &QORKey::removeAttribute,
+                &QORKey::removeAttribute, &QORKey::removeAttributes>::of(
+        {156, "KEY__ATTRIBUTE", "attribute",
+         QORMetaLinkType::REF, false, 20, "Key", Order::BY_ADDRESS, Names::ANY,
+         false, 154, 43, 3},
+        MakerOf<QORCandidateKey>::maker);
+
+constexpr End keyOfAttribute =
+    NaryMembers<QORAttribute, QORKey, &QORAttribute::getKeyCount, &QORAttribute::getKey,
+                &QORAttribute::addKey, &QORAttribute::removeKey, &QORAttribute::removeKey,
+                &QORAttribute::removeKey, &QORAttribute::removeKeys>::of(
+        {24, "ATTRIBUTE__KEY", "key",
+         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
+         false, 23, 16, 6},
+        MakerOf<QORAttribute>::maker);
+
+constexpr End levelKeyOfLevel =
+    UnaryMembers<QORLevel, QORLevelKey, &QORLevel::getLevelKey, &QORLevel::addLevelKey,
+                 &QORLevel::removeLevelKey, &QORLevel::removeLevelKey>::of(
+        {162, "LEVEL__LEVEL_KEY", "levelKey",
+         QORMetaLinkType::CHILD, true, 94, "Level", Order::NONE, Names::ANY,
+         false, 67, 93, 1},
+        MakerOf<QORLevel>::maker);
+
+constexpr End levelOfLevelKey =
+    UnaryMembers<QORLevelKey, QORLevel, &QORLevelKey::getLevel, &QORLevelKey::addLevel,
+                 &QORLevelKey::removeLevel, &QORLevelKey::removeLevel>::of(
+        {166, "LEVEL_KEY__LEVEL", "level",
+         QORMetaLinkType::PARENT, true, 96, "LevelKey", Order::NONE, Names::ANY,
+         false, 167, 95, 0},
+        MakerOf<QORLevelKey>::maker);
+
+constexpr End childOfLevelAssociationOfLevel =
+    NaryMembers<QORLevel, QORLevelAssociation, &QORLevel::getChildOfLevelAssociationCount,
+                &QORLevel::getChildOfLevelAssociation, &QORLevel::addChildOfLevelAssociation,
+                &QORLevel::removeChildOfLevelAssociation, &QORLevel::removeChildOfLevelAssociation,
+                &QORLevel::removeChildOfLevelAssociation, &QORLevel::removeChildOfLevelAssociations>::of(
+        {336, "LEVEL__CHILD_OF__LEVEL_ASSOCIATION", "childOfLevelAssociation",
+         QORMetaLinkType::REF, false, 94, "Level", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 5},
+        MakerOf<QORLevel>::maker);
+
+constexpr End childLevelOfLevelAssociation =
+    UnaryMembers<QORLevelAssociation, QORLevel, &QORLevelAssociation::getChildLevel,
+                 &QORLevelAssociation::addChildLevel, &QORLevelAssociation::removeChildLevel,
+                 &QORLevelAssociation::removeChildLevel>::of(
+        {338, "LEVEL_ASSOCIATION__CHILD__LEVEL", "childLevel",
+         QORMetaLinkType::BACK_REF, true, 138, "LevelAssociation", Order::NONE, Names::ANY,
+         false, 303, 111, 1},
+        MakerOf<QORLevelAssociation>::maker);
+
+constexpr End defaultOfLevelOfLevelAttribute =
+    UnaryMembers<QORLevelAttribute, QORLevel, &QORLevelAttribute::getDefaultOfLevel,
+                 &QORLevelAttribute::addDefaultOfLevel, &QORLevelAttribute::removeDefaultOfLevel,
+                 &QORLevelAttribute::removeDefaultOfLevel>::of(
+        {366, "LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL", "defaultOfLevel",
+         QORMetaLinkType::REF, true, 95, "LevelAttribute", Order::NONE, Names::ANY,
+         false, 342, 9, 2},
+        MakerOf<QORLevelAttribute>::maker);
+
+constexpr End defaultLevelAttributeOfLevel =
+    UnaryMembers<QORLevel, QORLevelAttribute, &QORLevel::getDefaultLevelAttribute,
+                 &QORLevel::addDefaultLevelAttribute, &QORLevel::removeDefaultLevelAttribute,
+                 &QORLevel::removeDefaultLevelAttribute>::of(
+        {365, "LEVEL__DEFAULT__LEVEL_ATTRIBUTE", "defaultLevelAttribute",
+         QORMetaLinkType::BACK_REF, true, 94, "Level", Order::NONE, Names::ANY,
+         false, 342, 9, 6},
+        MakerOf<QORLevel>::maker);
+
+constexpr End destinationModelFormatOfMappingFormat =
+    NaryMembers<QORMappingFormat, QORModelFormat, &QORMappingFormat::getDestinationModelFormatCount,
+                &QORMappingFormat::getDestinationModelFormat, &QORMappingFormat::addDestinationModelFormat,
+                &QORMappingFormat::removeDestinationModelFormat,
+                &QORMappingFormat::removeDestinationModelFormat,
+                &QORMappingFormat::removeDestinationModelFormat,
+                &QORMappingFormat::removeDestinationModelFormats>::of(
+        {240, "MAPPING_FORMAT__DESTINATION__MODEL_FORMAT", "destinationModelFormat",
+         QORMetaLinkType::REF, false, 81, "MappingFormat", Order::BY_ADDRESS, Names::ANY,
+         false, 239, 36, 2},
+        MakerOf<QORMappingFormat>::maker);
+
+constexpr End destinationOfMappingFormatOfModelFormat =
+    NaryMembers<QORModelFormat, QORMappingFormat, &QORModelFormat::getDestinationOfMappingFormatCount,
+                &QORModelFormat::getDestinationOfMappingFormat,
+                &QORModelFormat::addDestinationOfMappingFormat,
+                &QORModelFormat::removeDestinationOfMappingFormat,
+                &QORModelFormat::removeDestinationOfMappingFormat,
+                &QORModelFormat::removeDestinationOfMappingFormat,
+                &QORModelFormat::removeDestinationOfMappingFormats>::of(
+        {183, "MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT", "destinationOfMappingFormat",
+         QORMetaLinkType::BACK_REF, false, 36, "ModelFormat", Order::BY_ADDRESS, Names::ANY,
+         false, 182, 81, 2},
+        MakerOf<QORModelFormat>::maker);
+
+constexpr End typeOfMappingModel =
+    NaryMembers<QORMappingModel, QORType, &QORMappingModel::getTypeCount, &QORMappingModel::getType,
+                &QORMappingModel::addType, &QORMappingModel::removeType, &QORMappingModel::removeType,
+                &QORMappingModel::removeType, &QORMappingModel::removeTypes>::of(
+        {246, "MAPPING_MODEL__TYPE", "type",
+         QORMetaLinkType::CHILD, false, 80, "MappingModel", Order::BY_NAME, Names::ANY,
+         false, 281, 110, 4},
+        MakerOf<QORMappingModel>::maker);
+
+constexpr End mappingModelOfType =
+    UnaryMembers<QORType, QORMappingModel, &QORType::getMappingModel, &QORType::addMappingModel,
+                 &QORType::removeMappingModel, &QORType::removeMappingModel>::of(
+        {253, "TYPE__MAPPING_MODEL", "mappingModel",
+         QORMetaLinkType::PARENT, true, 3, "Type", Order::NONE, Names::ANY,
+         false, 252, 102, 1},
+        MakerOf<QORAliasType>::maker);
+
+constexpr End aggregationRuleOfMeasure =
+    NaryMembers<QORMeasure, QORAggregationRule, &QORMeasure::getAggregationRuleCount,
+                &QORMeasure::getAggregationRule, &QORMeasure::addAggregationRule,
+                &QORMeasure::removeAggregationRule, &QORMeasure::removeAggregationRule,
+                &QORMeasure::removeAggregationRule, &QORMeasure::removeAggregationRules>::of(
+        {168, "MEASURE__AGGREGATION_RULE", "aggregationRule",
+         QORMetaLinkType::CHILD, false, 97, "Measure", Order::BY_ADDRESS, Names::ANY,
+         false, 116, 26, 0},
+        MakerOf<QORMeasure>::maker);
+
+constexpr End measureOfAggregationRule =
+    UnaryMembers<QORAggregationRule, QORMeasure, &QORAggregationRule::getMeasure,
+                 &QORAggregationRule::addMeasure, &QORAggregationRule::removeMeasure,
+                 &QORAggregationRule::removeMeasure>::of(
+        {0, "AGGREGATION_RULE__MEASURE", "measure",
+         QORMetaLinkType::PARENT, true, 83, "AggregationRule", Order::NONE, Names::ANY,
+         false, 1, 86, 0},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End physicalTargetOfModel =
+    NaryMembers<QORModel, QORPhysicalTarget, &QORModel::getPhysicalTargetCount, &QORModel::getPhysicalTarget,
+                &QORModel::addPhysicalTarget, &QORModel::removePhysicalTarget,
+                &QORModel::removePhysicalTarget, &QORModel::removePhysicalTarget,
+                &QORModel::removePhysicalTargets>::of(
+        {174, "MODEL__PHYSICAL_TARGET", "physicalTarget",
+         QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::UNIQUE,
+         false, 185, 43, 2},
+        MakerOf<QORModel>::maker);
+
+constexpr End modelOfPhysicalTarget =
+    UnaryMembers<QORPhysicalTarget, QORModel, &QORPhysicalTarget::getModel, &QORPhysicalTarget::addModel,
+                 &QORPhysicalTarget::removeModel, &QORPhysicalTarget::removeModel>::of(
+        {209, "PHYSICAL_TARGET__MODEL", "model",
+         QORMetaLinkType::PARENT, true, 53, "PhysicalTarget", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORPhysicalTarget>::maker);
+
+constexpr End presentationPresentationElementOfModelObject =
+    NaryMembers<QORModelObject, QORPresentationElement,
+                &QORModelObject::getPresentationPresentationElementCount,
+                &QORModelObject::getPresentationPresentationElement,
+                &QORModelObject::addPresentationPresentationElement,
+                &QORModelObject::removePresentationPresentationElement,
+                &QORModelObject::removePresentationPresentationElement,
+                &QORModelObject::removePresentationPresentationElement,
+                &QORModelObject::removePresentationPresentationElements>::of(
+        {186, "MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT", "presentationPresentationElement",
+         QORMetaLinkType::REF, false, 59, "ModelObject", Order::BY_ADDRESS, Names::ANY,
+         false, 185, 43, 1},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End subjectModelObjectOfPresentationElement =
+    UnaryMembers<QORPresentationElement, QORModelObject, &QORPresentationElement::getSubjectModelObject,
+                 &QORPresentationElement::addSubjectModelObject,
+                 &QORPresentationElement::removeSubjectModelObject,
+                 &QORPresentationElement::removeSubjectModelObject>::of(
+        {211, "PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT", "subjectModelObject",
+         QORMetaLinkType::BACK_REF, true, 61, "PresentationElement", Order::NONE, Names::ANY,
+         false, 210, 11, 1},
+        MakerOf<QORProjection>::maker);
+
+constexpr End argumentOfOperation =
+    NaryMembers<QOROperation, QORArgument, &QOROperation::getArgumentCount, &QOROperation::getArgument,
+                &QOROperation::addArgument, &QOROperation::removeArgument, &QOROperation::removeArgument,
+                &QOROperation::removeArgument, &QOROperation::removeArguments>::of(
+        {192, "OPERATION__ARGUMENT", "argument",
+         QORMetaLinkType::CHILD, false, 23, "Operation", Order::BY_NAME, Names::UNIQUE_OR_NONE,
+         false, 189, 100, 0},
+        MakerOf<QOROperation>::maker);
+
+constexpr End operationOfArgument =
+    UnaryMembers<QORArgument, QOROperation, &QORArgument::getOperation, &QORArgument::addOperation,
+                 &QORArgument::removeOperation, &QORArgument::removeOperation>::of(
+        {3, "ARGUMENT__OPERATION", "operation",
+         QORMetaLinkType::PARENT, true, 24, "Argument", Order::NONE, Names::ANY,
+         false, 4, 6, 0},
+        MakerOf<QORArgument>::maker);
+
+constexpr End expressionNodeOfOperationNode =
+    NaryMembers<QOROperationNode, QORExpressionNode, &QOROperationNode::getExpressionNodeCount,
+                &QOROperationNode::getExpressionNode, &QOROperationNode::addExpressionNode,
+                &QOROperationNode::removeExpressionNode, &QOROperationNode::removeExpressionNode,
+                &QOROperationNode::removeExpressionNode, &QOROperationNode::removeExpressionNodes>::of(
+        {306, "OPERATION_NODE__EXPRESSION_NODE", "expressionNode",
+         QORMetaLinkType::CHILD, false, 114, "OperationNode", Order::BY_ADDRESS, Names::ANY,
+         false, 305, 23, 1},
+        MakerOf<QOROperationNode>::maker);
+
+constexpr End operationNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QOROperationNode, &QORExpressionNode::getOperationNode,
+                 &QORExpressionNode::addOperationNode, &QORExpressionNode::removeOperationNode,
+                 &QORExpressionNode::removeOperationNode>::of(
+        {290, "EXPRESSION_NODE__OPERATION_NODE", "operationNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 1},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End childPackageOfPackage =
+    NaryMembers<QORPackage, QORPackage, &QORPackage::getChildPackageCount, &QORPackage::getChildPackage,
+                &QORPackage::addChildPackage, &QORPackage::removeChildPackage,
+                &QORPackage::removeChildPackage, &QORPackage::removeChildPackage,
+                &QORPackage::removeChildPackages>::of(
+        {198, "PACKAGE__CHILD__PACKAGE", "childPackage",
+         QORMetaLinkType::CHILD, false, 144, "Package", Order::BY_NAME, Names::UNIQUE,
+         false, 189, 100, 0},
+        MakerOf<QORDatabaseCatalog>::maker);
+
+constexpr End parentPackageOfPackage =
+    UnaryMembers<QORPackage, QORPackage, &QORPackage::getParentPackage, &QORPackage::addParentPackage,
+                 &QORPackage::removeParentPackage, &QORPackage::removeParentPackage>::of(
+        {199, "PACKAGE__PARENT__PACKAGE", "parentPackage",
+         QORMetaLinkType::PARENT, true, 144, "Package", Order::NONE, Names::ANY,
+         false, 189, 100, 1},
+        MakerOf<QORDatabaseCatalog>::maker);
+
+constexpr End propertyTypeOfPropertyValue =
+    UnaryMembers<QORPropertyValue, QORPropertyType, &QORPropertyValue::getPropertyType,
+                 &QORPropertyValue::addPropertyType, &QORPropertyValue::removePropertyType,
+                 &QORPropertyValue::removePropertyType>::of(
+        {222, "PROPERTY_VALUE__PROPERTY_TYPE", "propertyType",
+         QORMetaLinkType::REF, true, 71, "PropertyValue", Order::NONE, Names::ANY,
+         false, 223, 83, 0},
+        MakerOf<QORPropertyValue>::maker);
+
+constexpr End instanciatedPropertyValueOfPropertyType =
+    NaryMembers<QORPropertyType, QORPropertyValue, &QORPropertyType::getInstanciatedPropertyValueCount,
+                &QORPropertyType::getInstanciatedPropertyValue,
+                &QORPropertyType::addInstanciatedPropertyValue,
+                &QORPropertyType::removeInstanciatedPropertyValue,
+                &QORPropertyType::removeInstanciatedPropertyValue,
+                &QORPropertyType::removeInstanciatedPropertyValue,
+                &QORPropertyType::removeInstanciatedPropertyValues>::of(
+        {221, "PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE", "instanciatedPropertyValue",
+         QORMetaLinkType::BACK_REF, false, 70, "PropertyType", Order::AS_ADDED, Names::ANY,
+         false, 189, 100, 1},
+        MakerOf<QORPropertyType>::maker);
+
+constexpr End sourceFeatureOfSQLViewAttribute =
+    UnaryMembers<QORSQLViewAttribute, QORFeature, &QORSQLViewAttribute::getSourceFeature,
+                 &QORSQLViewAttribute::addSourceFeature, &QORSQLViewAttribute::removeSourceFeature,
+                 &QORSQLViewAttribute::removeSourceFeature>::of(
+        {228, "SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE", "sourceFeature",
+         QORMetaLinkType::REF, true, 26, "SQLViewAttribute", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORSQLViewAttribute>::maker);
+
+constexpr End sourceOfSQLViewAttributeOfFeature =
+    NaryMembers<QORFeature, QORSQLViewAttribute, &QORFeature::getSourceOfSQLViewAttributeCount,
+                &QORFeature::getSourceOfSQLViewAttribute, &QORFeature::addSourceOfSQLViewAttribute,
+                &QORFeature::removeSourceOfSQLViewAttribute, &QORFeature::removeSourceOfSQLViewAttribute,
+                &QORFeature::removeSourceOfSQLViewAttribute,
+                &QORFeature::removeSourceOfSQLViewAttributes>::of(
+        {116, "FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE", "sourceOfSQLViewAttribute",
+         QORMetaLinkType::BACK_REF, false, 77, "Feature", Order::BY_ADDRESS, Names::ANY,
+         false, 114, 6, 4},
+        MakerOf<QORAliasFeature>::maker);
+
+constexpr End sourceTypeValueOfTypeValueMap =
+    UnaryMembers<QORTypeValueMap, QORTypeValue, &QORTypeValueMap::getSourceTypeValue,
+                 &QORTypeValueMap::addSourceTypeValue, &QORTypeValueMap::removeSourceTypeValue,
+                 &QORTypeValueMap::removeSourceTypeValue>::of(
+        {258, "TYPE_VALUE_MAP__SOURCE__TYPE_VALUE", "sourceTypeValue",
+         QORMetaLinkType::REF, true, 48, "TypeValueMap", Order::NONE, Names::ANY,
+         false, 119, 102, 0},
+        MakerOf<QORTypeValueMap>::maker);
+
+constexpr End sourceOfTypeValueMapOfTypeValue =
+    NaryMembers<QORTypeValue, QORTypeValueMap, &QORTypeValue::getSourceOfTypeValueMapCount,
+                &QORTypeValue::getSourceOfTypeValueMap, &QORTypeValue::addSourceOfTypeValueMap,
+                &QORTypeValue::removeSourceOfTypeValueMap, &QORTypeValue::removeSourceOfTypeValueMap,
+                &QORTypeValue::removeSourceOfTypeValueMap, &QORTypeValue::removeSourceOfTypeValueMaps>::of(
+        {254, "TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP", "sourceOfTypeValueMap",
+         QORMetaLinkType::BACK_REF, false, 7, "TypeValue", Order::BY_ADDRESS, Names::ANY,
+         false, 189, 100, 2},
+        MakerOf<QORTypeValue>::maker);
+
 } // namespace
-
-TEST(QORArgumentByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(typeOfArgument, argumentOfType);
-}
-
-TEST(QORTypeByTable, ArgumentIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(argumentOfType, typeOfArgument);
-}
 
 TEST(QORAssociationByTable, AssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(associationRoleOfAssociation, associationOfAssociationRole);
@@ -590,153 +637,12 @@ TEST(QORAssociationRoleByTable, AssociationIsLinkedUnlinkedAndDeletedOnBothSides
     checkEnd(associationOfAssociationRole, associationRoleOfAssociation);
 }
 
-TEST(QORAssociationByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedClassOfAssociation, associationOfClass);
-}
-
-TEST(QORClassByTable, AssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associationOfClass, associatedClassOfAssociation);
-}
-
-TEST(QORAssociationRoleByTable, ForeignKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(foreignKeyOfAssociationRole, associationRoleOfForeignKey);
-}
-
-TEST(QORForeignKeyByTable, AssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associationRoleOfForeignKey, foreignKeyOfAssociationRole);
-}
-
-TEST(QORAssociationRoleByTable, QualifierAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(qualifierAttributeOfAssociationRole, qualifierOfAssociationRoleOfAttribute);
-    checkView(qualifierAttributeOfAssociationRole, qualifierOfAssociationRoleOfAttribute, fillView<QORAssociationRole, QORAttributeByPosition, &QORAssociationRole::getQualifierAttributeByPosition>);
-}
-
-TEST(QORAttributeByTable, QualifierOfAssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(qualifierOfAssociationRoleOfAttribute, qualifierAttributeOfAssociationRole);
-}
-
-TEST(QORAssociationRoleNameMapByTable, DestinationAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationAttributeOfAssociationRoleNameMap, destinationOfAssociationRoleNameMapOfAttribute);
-}
-
-TEST(QORAttributeByTable, DestinationOfAssociationRoleNameMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfAssociationRoleNameMapOfAttribute, destinationAttributeOfAssociationRoleNameMap);
-}
-
-TEST(QORAssociationRoleNameMapByTable, SourceAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceAttributeOfAssociationRoleNameMap, sourceOfAssociationRoleNameMapOfAttribute);
-}
-
-TEST(QORAttributeByTable, SourceOfAssociationRoleNameMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfAssociationRoleNameMapOfAttribute, sourceAttributeOfAssociationRoleNameMap);
-}
-
-TEST(QORBranchingNodeByTable, ConditionExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(conditionExpressionNodeOfBranchingNode, conditionOfBranchingNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
-}
-
-TEST(QORExpressionNodeByTable, ConditionOfBranchingNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(conditionOfBranchingNodeOfExpressionNode, conditionExpressionNodeOfBranchingNode, &MakerOf<QORBranchingNode>::maker);
-}
-
-TEST(QORBranchingNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionNodeOfBranchingNode, branchingNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
-    checkView(expressionNodeOfBranchingNode, branchingNodeOfExpressionNode, fillView<QORBranchingNode, QORExpressionNodeByPosition, &QORBranchingNode::getExpressionNodeByPosition>);
-}
-
-TEST(QORExpressionNodeByTable, BranchingNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(branchingNodeOfExpressionNode, expressionNodeOfBranchingNode, &MakerOf<QORBranchingNode>::maker);
-}
-
-TEST(QORBusinessRuleByTable, TypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(typeValueOfBusinessRule, businessRuleOfTypeValue);
-    checkView(typeValueOfBusinessRule, businessRuleOfTypeValue, fillView<QORBusinessRule, QORTypeValueByPosition, &QORBusinessRule::getTypeValueByPosition>);
-}
-
-TEST(QORTypeValueByTable, BusinessRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(businessRuleOfTypeValue, typeValueOfBusinessRule);
-}
-
-TEST(QORBusinessRuleByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelObjectOfBusinessRule, associatedBusinessRuleOfModelObject, &MakerOf<QORBusinessRule>::maker);
-}
-
-TEST(QORModelObjectByTable, AssociatedBusinessRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedBusinessRuleOfModelObject, modelObjectOfBusinessRule, &MakerOf<QORBusinessRule>::maker);
-}
-
-TEST(QORCandidateKeyByTable, PrimaryOfClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(primaryOfClassOfCandidateKey, primaryCandidateKeyOfClass);
-}
-
-TEST(QORClassByTable, PrimaryCandidateKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(primaryCandidateKeyOfClass, primaryOfClassOfCandidateKey);
-}
-
-TEST(QORClassByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(operationOfClass, associatedClassOfOperation);
-    checkView(operationOfClass, associatedClassOfOperation, fillView<QORClass, QOROperationByPosition, &QORClass::getOperationByPosition>);
-}
-
-TEST(QOROperationByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedClassOfOperation, operationOfClass);
-}
-
-TEST(QORClassByTable, ArgumentIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(argumentOfClass, parameterizedClassOfArgument);
-    checkView(argumentOfClass, parameterizedClassOfArgument, fillView<QORClass, QORArgumentByPosition, &QORClass::getArgumentByPosition>);
-}
-
-TEST(QORArgumentByTable, ParameterizedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parameterizedClassOfArgument, argumentOfClass);
-}
-
-TEST(QORClassByTable, SupertypeOfGeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(supertypeOfGeneralizationOfClass, supertypeClassOfGeneralization);
-}
-
-TEST(QORGeneralizationByTable, SupertypeClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(supertypeClassOfGeneralization, supertypeOfGeneralizationOfClass);
-}
-
 TEST(QORClassByTable, AssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(associationRoleOfClass, associatedClassOfAssociationRole);
 }
 
 TEST(QORAssociationRoleByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(associatedClassOfAssociationRole, associationRoleOfClass);
-}
-
-TEST(QORClassByTable, RealizationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(realizationOfClass, realizationClassOfRealization);
-}
-
-TEST(QORRealizationByTable, RealizationClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(realizationClassOfRealization, realizationOfClass);
-}
-
-TEST(QORClassByTable, DependencyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dependencyOfClass, clientClassOfDependency);
-}
-
-TEST(QORDependencyByTable, ClientClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(clientClassOfDependency, dependencyOfClass);
-}
-
-TEST(QORClassByTable, SupplierOfDependencyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(supplierOfDependencyOfClass, supplierClassOfDependency);
-}
-
-TEST(QORDependencyByTable, SupplierClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(supplierClassOfDependency, supplierOfDependencyOfClass);
-}
-
-TEST(QORClassByTable, SpecificationOfRealizationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(specificationOfRealizationOfClass, specificationClassOfRealization);
-}
-
-TEST(QORRealizationByTable, SpecificationClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(specificationClassOfRealization, specificationOfRealizationOfClass);
 }
 
 TEST(QORClassByTable, IndexIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -747,28 +653,12 @@ TEST(QORIndexByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(associatedClassOfIndex, indexOfClass);
 }
 
-TEST(QORClassByTable, GroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(groupingOfClass, associatedClassOfGrouping);
-}
-
-TEST(QORGroupingByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedClassOfGrouping, groupingOfClass);
-}
-
 TEST(QORClassByTable, KeyIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(keyOfClass, associatedClassOfKey);
 }
 
 TEST(QORKeyByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(associatedClassOfKey, keyOfClass);
-}
-
-TEST(QORClassMapByTable, SourceAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceAttributeOfClassMap, sourceOfClassMapOfAttribute);
-}
-
-TEST(QORAttributeByTable, SourceOfClassMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfClassMapOfAttribute, sourceAttributeOfClassMap);
 }
 
 TEST(QORClassMapByTable, DestinationAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -779,27 +669,206 @@ TEST(QORAttributeByTable, DestinationOfClassMapIsLinkedUnlinkedAndDeletedOnBothS
     checkEnd(destinationOfClassMapOfAttribute, destinationAttributeOfClassMap);
 }
 
-TEST(QORClassTypeByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedClassOfClassType, classTypeOfClass);
-}
-
-TEST(QORClassByTable, ClassTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(classTypeOfClass, associatedClassOfClassType);
-}
-
-TEST(QORClassifierByTable, FeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(featureOfClassifier, classifierOfFeature);
-    checkView(featureOfClassifier, classifierOfFeature, fillView<QORClassifier, QORFeatureByPosition, &QORClassifier::getFeatureByPosition>);
-}
-
-TEST(QORFeatureByTable, ClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(classifierOfFeature, featureOfClassifier);
-}
-
 TEST(QORClassifierByTable, SourceOfSQLViewAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(sourceOfSQLViewAssociationOfClassifier, sourceClassifierOfSQLViewAssociation);
 }
 
 TEST(QORSQLViewAssociationByTable, SourceClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(sourceClassifierOfSQLViewAssociation, sourceOfSQLViewAssociationOfClassifier);
+}
+
+TEST(QORClassifierMapByTable, ExpressionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionOfClassifierMap, classifierMapOfExpression);
+}
+
+TEST(QORExpressionByTable, ClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(classifierMapOfExpression, expressionOfClassifierMap);
+}
+
+TEST(QORDiagramByTable, PresentationElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(presentationElementOfDiagram, diagramOfPresentationElement);
+}
+
+TEST(QORPresentationElementByTable, DiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(diagramOfPresentationElement, presentationElementOfDiagram);
+}
+
+TEST(QORDimensionAttributeByTable, LevelAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelAttributeOfDimensionAttribute, dimensionAttributeOfLevelAttribute);
+}
+
+TEST(QORLevelAttributeByTable, DimensionAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dimensionAttributeOfLevelAttribute, levelAttributeOfDimensionAttribute);
+}
+
+TEST(QORElementByTable, NoteIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(noteOfElement, elementOfNote);
+    checkView(noteOfElement, elementOfNote, fillView<QORElement, QORNoteByPosition, &QORElement::getNoteByPosition>);
+}
+
+TEST(QORNoteByTable, ElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(elementOfNote, noteOfElement);
+}
+
+TEST(QORFeatureByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(typeOfFeature, featureOfType);
+}
+
+TEST(QORTypeByTable, FeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(featureOfType, typeOfFeature);
+}
+
+TEST(QORFeatureMapByTable, ExpressionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionOfFeatureMap, featureMapOfExpression);
+}
+
+TEST(QORExpressionByTable, FeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(featureMapOfExpression, expressionOfFeatureMap);
+}
+
+TEST(QORFormatByTable, DefaultOfVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultOfVersionOfFormat, defaultFormatOfVersion);
+}
+
+TEST(QORVersionByTable, DefaultFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultFormatOfVersion, defaultOfVersionOfFormat);
+}
+
+TEST(QORHierarchyByTable, DefaultOfDimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultOfDimensionOfHierarchy, defaultHierarchyOfDimension);
+}
+
+TEST(QORDimensionByTable, DefaultHierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultHierarchyOfDimension, defaultOfDimensionOfHierarchy);
+}
+
+TEST(QORIndexByTable, IndexMemberIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(indexMemberOfIndex, indexOfIndexMember);
+    checkView(indexMemberOfIndex, indexOfIndexMember, fillView<QORIndex, QORIndexMemberByPosition, &QORIndex::getIndexMemberByPosition>);
+}
+
+TEST(QORIndexMemberByTable, IndexIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(indexOfIndexMember, indexMemberOfIndex);
+}
+
+TEST(QORKeyByTable, AttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(attributeOfKey, keyOfAttribute);
+}
+
+TEST(QORAttributeByTable, KeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(keyOfAttribute, attributeOfKey);
+}
+
+TEST(QORLevelByTable, LevelKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelKeyOfLevel, levelOfLevelKey);
+}
+
+TEST(QORLevelKeyByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelOfLevelKey, levelKeyOfLevel);
+}
+
+TEST(QORLevelByTable, ChildOfLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(childOfLevelAssociationOfLevel, childLevelOfLevelAssociation);
+}
+
+TEST(QORLevelAssociationByTable, ChildLevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(childLevelOfLevelAssociation, childOfLevelAssociationOfLevel);
+}
+
+TEST(QORLevelAttributeByTable, DefaultOfLevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultOfLevelOfLevelAttribute, defaultLevelAttributeOfLevel);
+}
+
+TEST(QORLevelByTable, DefaultLevelAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultLevelAttributeOfLevel, defaultOfLevelOfLevelAttribute);
+}
+
+TEST(QORMappingFormatByTable, DestinationModelFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationModelFormatOfMappingFormat, destinationOfMappingFormatOfModelFormat);
+}
+
+TEST(QORModelFormatByTable, DestinationOfMappingFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfMappingFormatOfModelFormat, destinationModelFormatOfMappingFormat);
+}
+
+TEST(QORMappingModelByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(typeOfMappingModel, mappingModelOfType);
+}
+
+TEST(QORTypeByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(mappingModelOfType, typeOfMappingModel);
+}
+
+TEST(QORMeasureByTable, AggregationRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(aggregationRuleOfMeasure, measureOfAggregationRule);
+}
+
+TEST(QORAggregationRuleByTable, MeasureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(measureOfAggregationRule, aggregationRuleOfMeasure);
+}
+
+TEST(QORModelByTable, PhysicalTargetIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(physicalTargetOfModel, modelOfPhysicalTarget);
+}
+
+TEST(QORPhysicalTargetByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelOfPhysicalTarget, physicalTargetOfModel);
+}
+
+TEST(QORModelObjectByTable, PresentationPresentationElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(presentationPresentationElementOfModelObject, subjectModelObjectOfPresentationElement);
+}
+
+TEST(QORPresentationElementByTable, SubjectModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(subjectModelObjectOfPresentationElement, presentationPresentationElementOfModelObject);
+}
+
+TEST(QOROperationByTable, ArgumentIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(argumentOfOperation, operationOfArgument);
+    checkView(argumentOfOperation, operationOfArgument, fillView<QOROperation, QORArgumentByPosition, &QOROperation::getArgumentByPosition>);
+}
+
+TEST(QORArgumentByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(operationOfArgument, argumentOfOperation);
+}
+
+TEST(QOROperationNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionNodeOfOperationNode, operationNodeOfExpressionNode, &MakerOf<QOROperationNode>::maker);
+    checkView(expressionNodeOfOperationNode, operationNodeOfExpressionNode, fillView<QOROperationNode, QORExpressionNodeByPosition, &QOROperationNode::getExpressionNodeByPosition>);
+}
+
+TEST(QORExpressionNodeByTable, OperationNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(operationNodeOfExpressionNode, expressionNodeOfOperationNode, &MakerOf<QOROperationNode>::maker);
+}
+
+TEST(QORPackageByTable, ChildPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(childPackageOfPackage, parentPackageOfPackage, &MakerOf<QORDatabaseCatalog>::maker);
+}
+
+TEST(QORPackageByTable, ParentPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parentPackageOfPackage, childPackageOfPackage, &MakerOf<QORDatabaseCatalog>::maker);
+}
+
+TEST(QORPropertyValueByTable, PropertyTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyTypeOfPropertyValue, instanciatedPropertyValueOfPropertyType);
+}
+
+TEST(QORPropertyTypeByTable, InstanciatedPropertyValueIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(instanciatedPropertyValueOfPropertyType, propertyTypeOfPropertyValue);
+}
+
+TEST(QORSQLViewAttributeByTable, SourceFeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceFeatureOfSQLViewAttribute, sourceOfSQLViewAttributeOfFeature, &MakerOf<QORSQLViewAttribute>::maker);
+}
+
+TEST(QORFeatureByTable, SourceOfSQLViewAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfSQLViewAttributeOfFeature, sourceFeatureOfSQLViewAttribute, &MakerOf<QORSQLViewAttribute>::maker);
+}
+
+TEST(QORTypeValueMapByTable, SourceTypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceTypeValueOfTypeValueMap, sourceOfTypeValueMapOfTypeValue);
+}
+
+TEST(QORTypeValueByTable, SourceOfTypeValueMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfTypeValueMapOfTypeValue, sourceTypeValueOfTypeValueMap);
 }

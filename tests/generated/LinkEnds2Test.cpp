@@ -4,48 +4,114 @@
 
 #include <qor/QORAggregationRule.h>
 #include <qor/QORAliasClassifier.h>
-#include <qor/QORBaseType.h>
+#include <qor/QORAliasType.h>
+#include <qor/QORAssociation.h>
 #include <qor/QORBranchingNode.h>
-#include <qor/QORClassDiagram.h>
+#include <qor/QORBusinessRule.h>
+#include <qor/QORCandidateKey.h>
+#include <qor/QORClass.h>
 #include <qor/QORClassifier.h>
-#include <qor/QORClassifierMap.h>
 #include <qor/QORComponent.h>
-#include <qor/QORConcreteType.h>
-#include <qor/QORCube.h>
-#include <qor/QORCubeDimensionAssociation.h>
-#include <qor/QORDataPackage.h>
-#include <qor/QORDatabaseCatalog.h>
-#include <qor/QORDelimiterNode.h>
+#include <qor/QORCondition.h>
+#include <qor/QORConfigurationFormat.h>
 #include <qor/QORDerivedType.h>
-#include <qor/QORDesignPackage.h>
-#include <qor/QORDiagram.h>
 #include <qor/QORDimension.h>
-#include <qor/QORDimensionAttribute.h>
-#include <qor/QORExpression.h>
+#include <qor/QORDrillPath.h>
+#include <qor/QORDrillPathLevelAssociation.h>
+#include <qor/QORElement.h>
 #include <qor/QORExpressionNode.h>
-#include <qor/QORExpressionNodeByPosition.h>
-#include <qor/QORFeatureMap.h>
-#include <qor/QORFeatureMapByPosition.h>
-#include <qor/QORFilter.h>
+#include <qor/QORFormat.h>
+#include <qor/QORGrouping.h>
+#include <qor/QORGroupingByPosition.h>
 #include <qor/QORHierarchy.h>
-#include <qor/QORJoin.h>
+#include <qor/QORHierarchyLevelAssociation.h>
+#include <qor/QORHierarchyLevelAssociationByPosition.h>
+#include <qor/QORIndex.h>
 #include <qor/QORJoinRole.h>
+#include <qor/QORKey.h>
+#include <qor/QORKeyMap.h>
 #include <qor/QORLevel.h>
-#include <qor/QORLevelAttribute.h>
-#include <qor/QORModelElement.h>
+#include <qor/QORMappingFormat.h>
+#include <qor/QORMappingModel.h>
+#include <qor/QORMetadataOrigin.h>
+#include <qor/QORModel.h>
 #include <qor/QORModelObject.h>
-#include <qor/QORPresentationElement.h>
+#include <qor/QOROperation.h>
+#include <qor/QOROperatorNode.h>
+#include <qor/QORPhysicalObject.h>
+#include <qor/QORPredicateNode.h>
 #include <qor/QORProduct.h>
-#include <qor/QORProjection.h>
-#include <qor/QORStoredProcedure.h>
+#include <qor/QORPropertyElementTypeScope.h>
+#include <qor/QORPropertyValue.h>
+#include <qor/QORPropertyValueByPosition.h>
+#include <qor/QORReportAxis.h>
+#include <qor/QORReportItem.h>
+#include <qor/QORSQLViewAssociation.h>
+#include <qor/QORSQLViewEntity.h>
+#include <qor/QORStepPrecedence.h>
 #include <qor/QORTransformationActivity.h>
-#include <qor/QORTransformationTask.h>
+#include <qor/QORTransformationStep.h>
+#include <qor/QORType.h>
 #include <qor/QORTypeValue.h>
 #include <qor/QORTypeValueByPosition.h>
+#include <qor/QORTypeValueMap.h>
+#include <qor/QORVersion.h>
 
 using namespace table;
 
 namespace {
+
+constexpr End associatedClassOfAssociation =
+    UnaryMembers<QORAssociation, QORClass, &QORAssociation::getAssociatedClass,
+                 &QORAssociation::addAssociatedClass, &QORAssociation::removeAssociatedClass,
+                 &QORAssociation::removeAssociatedClass>::of(
+        {7, "ASSOCIATION__ASSOCIATED__CLASS", "associatedClass",
+         QORMetaLinkType::REF, true, 17, "Association", Order::NONE, Names::ANY,
+         false, 181, 11, 1},
+        MakerOf<QORAssociation>::maker);
+
+constexpr End associationOfClass =
+    UnaryMembers<QORClass, QORAssociation, &QORClass::getAssociation, &QORClass::addAssociation,
+                 &QORClass::removeAssociation, &QORClass::removeAssociation>::of(
+        {50, "CLASS__ASSOCIATION", "association",
+         QORMetaLinkType::BACK_REF, true, 13, "Class", Order::NONE, Names::ANY,
+         false, 47, 41, 12},
+        MakerOf<QORClass>::maker);
+
+constexpr End typeValueOfBusinessRule =
+    NaryMembers<QORBusinessRule, QORTypeValue, &QORBusinessRule::getTypeValueCount,
+                &QORBusinessRule::getTypeValue, &QORBusinessRule::addTypeValue,
+                &QORBusinessRule::removeTypeValue, &QORBusinessRule::removeTypeValue,
+                &QORBusinessRule::removeTypeValue, &QORBusinessRule::removeTypeValues>::of(
+        {31, "BUSINESS_RULE__TYPE_VALUE", "typeValue",
+         QORMetaLinkType::CHILD, false, 100, "BusinessRule", Order::BY_NAME, Names::UNIQUE,
+         true, 32, 83, 1},
+        MakerOf<QORBusinessRule>::maker);
+
+constexpr End businessRuleOfTypeValue =
+    UnaryMembers<QORTypeValue, QORBusinessRule, &QORTypeValue::getBusinessRule,
+                 &QORTypeValue::addBusinessRule, &QORTypeValue::removeBusinessRule,
+                 &QORTypeValue::removeBusinessRule>::of(
+        {257, "TYPE_VALUE__BUSINESS_RULE", "businessRule",
+         QORMetaLinkType::PARENT, true, 7, "TypeValue", Order::NONE, Names::ANY,
+         false, 255, 48, 1},
+        MakerOf<QORTypeValue>::maker);
+
+constexpr End groupingOfClass =
+    UnaryMembers<QORClass, QORGrouping, &QORClass::getGrouping, &QORClass::addGrouping,
+                 &QORClass::removeGrouping, &QORClass::removeGrouping>::of(
+        {49, "CLASS__GROUPING", "grouping",
+         QORMetaLinkType::CHILD, true, 13, "Class", Order::NONE, Names::ANY,
+         false, 47, 41, 11},
+        MakerOf<QORClass>::maker);
+
+constexpr End associatedClassOfGrouping =
+    UnaryMembers<QORGrouping, QORClass, &QORGrouping::getAssociatedClass, &QORGrouping::addAssociatedClass,
+                 &QORGrouping::removeAssociatedClass, &QORGrouping::removeAssociatedClass>::of(
+        {132, "GROUPING__ASSOCIATED__CLASS", "associatedClass",
+         QORMetaLinkType::PARENT, true, 65, "Grouping", Order::NONE, Names::ANY,
+         false, 135, 18, 0},
+        MakerOf<QORGrouping>::maker);
 
 constexpr End associatedJoinRoleOfClassifier =
     NaryMembers<QORClassifier, QORJoinRole, &QORClassifier::getAssociatedJoinRoleCount,
@@ -54,7 +120,7 @@ constexpr End associatedJoinRoleOfClassifier =
                 &QORClassifier::removeAssociatedJoinRole, &QORClassifier::removeAssociatedJoinRoles>::of(
         {67, "CLASSIFIER__ASSOCIATED__JOIN_ROLE", "associatedJoinRole",
          QORMetaLinkType::REF, false, 75, "Classifier", Order::BY_ADDRESS, Names::ANY,
-         false, 63, 76},
+         false, 66, 27, 4},
         MakerOf<QORAliasClassifier>::maker);
 
 constexpr End classifierOfJoinRole =
@@ -62,90 +128,8 @@ constexpr End classifierOfJoinRole =
                  &QORJoinRole::removeClassifier, &QORJoinRole::removeClassifier>::of(
         {152, "JOIN_ROLE__CLASSIFIER", "classifier",
          QORMetaLinkType::BACK_REF, true, 93, "JoinRole", Order::NONE, Names::ANY,
-         false, 185, 43},
+         false, 185, 43, 1},
         MakerOf<QORJoinRole>::maker);
-
-constexpr End featureMapOfClassifierMap =
-    NaryMembers<QORClassifierMap, QORFeatureMap, &QORClassifierMap::getFeatureMapCount,
-                &QORClassifierMap::getFeatureMap, &QORClassifierMap::addFeatureMap,
-                &QORClassifierMap::removeFeatureMap, &QORClassifierMap::removeFeatureMap,
-                &QORClassifierMap::removeFeatureMap, &QORClassifierMap::removeFeatureMaps>::of(
-        {68, "CLASSIFIER_MAP__FEATURE_MAP", "featureMap",
-         QORMetaLinkType::CHILD, false, 76, "ClassifierMap", Order::BY_NAME, Names::UNIQUE_OR_NONE,
-         false, 70, 101},
-        MakerOf<QORClassifierMap>::maker);
-
-constexpr End classifierMapOfFeatureMap =
-    UnaryMembers<QORFeatureMap, QORClassifierMap, &QORFeatureMap::getClassifierMap,
-                 &QORFeatureMap::addClassifierMap, &QORFeatureMap::removeClassifierMap,
-                 &QORFeatureMap::removeClassifierMap>::of(
-        {117, "FEATURE_MAP__CLASSIFIER_MAP", "classifierMap",
-         QORMetaLinkType::PARENT, true, 78, "FeatureMap", Order::NONE, Names::ANY,
-         false, 118, 102},
-        MakerOf<QORFeatureMap>::maker);
-
-constexpr End sourceClassifierOfClassifierMap =
-    NaryMembers<QORClassifierMap, QORClassifier, &QORClassifierMap::getSourceClassifierCount,
-                &QORClassifierMap::getSourceClassifier, &QORClassifierMap::addSourceClassifier,
-                &QORClassifierMap::removeSourceClassifier, &QORClassifierMap::removeSourceClassifier,
-                &QORClassifierMap::removeSourceClassifier, &QORClassifierMap::removeSourceClassifiers>::of(
-        {70, "CLASSIFIER_MAP__SOURCE__CLASSIFIER", "sourceClassifier",
-         QORMetaLinkType::REF, false, 76, "ClassifierMap", Order::BY_ADDRESS, Names::ANY,
-         false, 71, 101},
-        MakerOf<QORClassifierMap>::maker);
-
-constexpr End sourceOfClassifierMapOfClassifier =
-    NaryMembers<QORClassifier, QORClassifierMap, &QORClassifier::getSourceOfClassifierMapCount,
-                &QORClassifier::getSourceOfClassifierMap, &QORClassifier::addSourceOfClassifierMap,
-                &QORClassifier::removeSourceOfClassifierMap, &QORClassifier::removeSourceOfClassifierMap,
-                &QORClassifier::removeSourceOfClassifierMap,
-                &QORClassifier::removeSourceOfClassifierMaps>::of(
-        {63, "CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP", "sourceOfClassifierMap",
-         QORMetaLinkType::BACK_REF, false, 75, "Classifier", Order::BY_ADDRESS, Names::ANY,
-         false, 64, 76},
-        MakerOf<QORAliasClassifier>::maker);
-
-constexpr End destinationClassifierOfClassifierMap =
-    NaryMembers<QORClassifierMap, QORClassifier, &QORClassifierMap::getDestinationClassifierCount,
-                &QORClassifierMap::getDestinationClassifier, &QORClassifierMap::addDestinationClassifier,
-                &QORClassifierMap::removeDestinationClassifier,
-                &QORClassifierMap::removeDestinationClassifier,
-                &QORClassifierMap::removeDestinationClassifier,
-                &QORClassifierMap::removeDestinationClassifiers>::of(
-        {71, "CLASSIFIER_MAP__DESTINATION__CLASSIFIER", "destinationClassifier",
-         QORMetaLinkType::REF, false, 76, "ClassifierMap", Order::BY_ADDRESS, Names::ANY,
-         false, 70, 101},
-        MakerOf<QORClassifierMap>::maker);
-
-constexpr End destinationOfClassifierMapOfClassifier =
-    NaryMembers<QORClassifier, QORClassifierMap, &QORClassifier::getDestinationOfClassifierMapCount,
-                &QORClassifier::getDestinationOfClassifierMap, &QORClassifier::addDestinationOfClassifierMap,
-                &QORClassifier::removeDestinationOfClassifierMap,
-                &QORClassifier::removeDestinationOfClassifierMap,
-                &QORClassifier::removeDestinationOfClassifierMap,
-                &QORClassifier::removeDestinationOfClassifierMaps>::of(
-        {64, "CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP", "destinationOfClassifierMap",
-         QORMetaLinkType::BACK_REF, false, 75, "Classifier", Order::BY_ADDRESS, Names::ANY,
-         false, 63, 76},
-        MakerOf<QORAliasClassifier>::maker);
-
-constexpr End expressionOfClassifierMap =
-    UnaryMembers<QORClassifierMap, QORExpression, &QORClassifierMap::getExpression,
-                 &QORClassifierMap::addExpression, &QORClassifierMap::removeExpression,
-                 &QORClassifierMap::removeExpression>::of(
-        {270, "CLASSIFIER_MAP__EXPRESSION", "expression",
-         QORMetaLinkType::CHILD, true, 76, "ClassifierMap", Order::NONE, Names::ANY,
-         false, 70, 101},
-        MakerOf<QORClassifierMap>::maker);
-
-constexpr End classifierMapOfExpression =
-    UnaryMembers<QORExpression, QORClassifierMap, &QORExpression::getClassifierMap,
-                 &QORExpression::addClassifierMap, &QORExpression::removeClassifierMap,
-                 &QORExpression::removeClassifierMap>::of(
-        {287, "EXPRESSION__CLASSIFIER_MAP", "classifierMap",
-         QORMetaLinkType::PARENT, true, 112, "Expression", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORExpression>::maker);
 
 constexpr End referencedComponentOfComponent =
     NaryMembers<QORComponent, QORComponent, &QORComponent::getReferencedComponentCount,
@@ -154,7 +138,7 @@ constexpr End referencedComponentOfComponent =
                 &QORComponent::removeReferencedComponent, &QORComponent::removeReferencedComponents>::of(
         {73, "COMPONENT__REFERENCED__COMPONENT", "referencedComponent",
          QORMetaLinkType::REF, false, 29, "Component", Order::BY_ADDRESS, Names::ANY,
-         false, 216, 31},
+         false, 72, 30, 1},
         MakerOf<QORProduct>::maker);
 
 constexpr End referencedByComponentOfComponent =
@@ -164,143 +148,8 @@ constexpr End referencedByComponentOfComponent =
                 &QORComponent::removeReferencedByComponent, &QORComponent::removeReferencedByComponents>::of(
         {72, "COMPONENT__REFERENCED_BY__COMPONENT", "referencedByComponent",
          QORMetaLinkType::BACK_REF, false, 29, "Component", Order::BY_ADDRESS, Names::ANY,
-         false, 216, 31},
+         false, 73, 30, 0},
         MakerOf<QORProduct>::maker);
-
-constexpr End derivedTypeOfConcreteType =
-    NaryMembers<QORConcreteType, QORDerivedType, &QORConcreteType::getDerivedTypeCount,
-                &QORConcreteType::getDerivedType, &QORConcreteType::addDerivedType,
-                &QORConcreteType::removeDerivedType, &QORConcreteType::removeDerivedType,
-                &QORConcreteType::removeDerivedType, &QORConcreteType::removeDerivedTypes>::of(
-        {74, "CONCRETE_TYPE__DERIVED_TYPE", "derivedType",
-         QORMetaLinkType::REF, false, 50, "ConcreteType", Order::BY_ADDRESS, Names::ANY,
-         false, 248, 24},
-        MakerOf<QORBaseType>::maker);
-
-constexpr End derivedFromConcreteTypeOfDerivedType =
-    UnaryMembers<QORDerivedType, QORConcreteType, &QORDerivedType::getDerivedFromConcreteType,
-                 &QORDerivedType::addDerivedFromConcreteType, &QORDerivedType::removeDerivedFromConcreteType,
-                 &QORDerivedType::removeDerivedFromConcreteType>::of(
-        {84, "DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE", "derivedFromConcreteType",
-         QORMetaLinkType::BACK_REF, true, 5, "DerivedType", Order::NONE, Names::ANY,
-         false, 86, 47},
-        MakerOf<QORDerivedType>::maker);
-
-constexpr End filterOfCube =
-    NaryMembers<QORCube, QORFilter, &QORCube::getFilterCount, &QORCube::getFilter, &QORCube::addFilter,
-                &QORCube::removeFilter, &QORCube::removeFilter, &QORCube::removeFilter,
-                &QORCube::removeFilters>::of(
-        {75, "CUBE__FILTER", "filter",
-         QORMetaLinkType::REF, false, 85, "Cube", Order::BY_ADDRESS, Names::ANY,
-         false, 76, 92},
-        MakerOf<QORCube>::maker);
-
-constexpr End cubeOfFilter =
-    NaryMembers<QORFilter, QORCube, &QORFilter::getCubeCount, &QORFilter::getCube, &QORFilter::addCube,
-                &QORFilter::removeCube, &QORFilter::removeCube, &QORFilter::removeCube,
-                &QORFilter::removeCubes>::of(
-        {120, "FILTER__CUBE", "cube",
-         QORMetaLinkType::BACK_REF, false, 89, "Filter", Order::BY_ADDRESS, Names::ANY,
-         false, 63, 76},
-        MakerOf<QORFilter>::maker);
-
-constexpr End joinOfCube =
-    NaryMembers<QORCube, QORJoin, &QORCube::getJoinCount, &QORCube::getJoin, &QORCube::addJoin,
-                &QORCube::removeJoin, &QORCube::removeJoin, &QORCube::removeJoin, &QORCube::removeJoins>::of(
-        {76, "CUBE__JOIN", "join",
-         QORMetaLinkType::REF, false, 85, "Cube", Order::BY_ADDRESS, Names::ANY,
-         false, 75, 89},
-        MakerOf<QORCube>::maker);
-
-constexpr End cubeOfJoin =
-    NaryMembers<QORJoin, QORCube, &QORJoin::getCubeCount, &QORJoin::getCube, &QORJoin::addCube,
-                &QORJoin::removeCube, &QORJoin::removeCube, &QORJoin::removeCube, &QORJoin::removeCubes>::of(
-        {149, "JOIN__CUBE", "cube",
-         QORMetaLinkType::BACK_REF, false, 92, "Join", Order::BY_ADDRESS, Names::ANY,
-         false, 150, 87},
-        MakerOf<QORJoin>::maker);
-
-constexpr End cubeDimensionAssociationOfCube =
-    NaryMembers<QORCube, QORCubeDimensionAssociation, &QORCube::getCubeDimensionAssociationCount,
-                &QORCube::getCubeDimensionAssociation, &QORCube::addCubeDimensionAssociation,
-                &QORCube::removeCubeDimensionAssociation, &QORCube::removeCubeDimensionAssociation,
-                &QORCube::removeCubeDimensionAssociation, &QORCube::removeCubeDimensionAssociations>::of(
-        {77, "CUBE__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
-         QORMetaLinkType::CHILD, false, 85, "Cube", Order::BY_ADDRESS, Names::ANY,
-         false, 75, 89},
-        MakerOf<QORCube>::maker);
-
-constexpr End cubeOfCubeDimensionAssociation =
-    UnaryMembers<QORCubeDimensionAssociation, QORCube, &QORCubeDimensionAssociation::getCube,
-                 &QORCubeDimensionAssociation::addCube, &QORCubeDimensionAssociation::removeCube,
-                 &QORCubeDimensionAssociation::removeCube>::of(
-        {78, "CUBE_DIMENSION_ASSOCIATION__CUBE", "cube",
-         QORMetaLinkType::PARENT, true, 86, "CubeDimensionAssociation", Order::NONE, Names::ANY,
-         false, 79, 87},
-        MakerOf<QORCubeDimensionAssociation>::maker);
-
-constexpr End aggregationRuleOfCubeDimensionAssociation =
-    NaryMembers<QORCubeDimensionAssociation, QORAggregationRule,
-                &QORCubeDimensionAssociation::getAggregationRuleCount,
-                &QORCubeDimensionAssociation::getAggregationRule,
-                &QORCubeDimensionAssociation::addAggregationRule,
-                &QORCubeDimensionAssociation::removeAggregationRule,
-                &QORCubeDimensionAssociation::removeAggregationRule,
-                &QORCubeDimensionAssociation::removeAggregationRule,
-                &QORCubeDimensionAssociation::removeAggregationRules>::of(
-        {81, "CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE", "aggregationRule",
-         QORMetaLinkType::REF, false, 86, "CubeDimensionAssociation", Order::BY_ADDRESS, Names::ANY,
-         false, 79, 87},
-        MakerOf<QORCubeDimensionAssociation>::maker);
-
-constexpr End cubeDimensionAssociationOfAggregationRule =
-    UnaryMembers<QORAggregationRule, QORCubeDimensionAssociation,
-                 &QORAggregationRule::getCubeDimensionAssociation,
-                 &QORAggregationRule::addCubeDimensionAssociation,
-                 &QORAggregationRule::removeCubeDimensionAssociation,
-                 &QORAggregationRule::removeCubeDimensionAssociation>::of(
-        {1, "AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
-         QORMetaLinkType::BACK_REF, true, 83, "AggregationRule", Order::NONE, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End modelObjectOfDataPackage =
-    NaryMembers<QORDataPackage, QORModelObject, &QORDataPackage::getModelObjectCount,
-                &QORDataPackage::getModelObject, &QORDataPackage::addModelObject,
-                &QORDataPackage::removeModelObject, &QORDataPackage::removeModelObject,
-                &QORDataPackage::removeModelObject, &QORDataPackage::removeModelObjects>::of(
-        {232, "DATA_PACKAGE__MODEL_OBJECT", "modelObject",
-         QORMetaLinkType::REF, false, 141, "DataPackage", Order::AS_ADDED, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORDatabaseCatalog>::maker);
-
-constexpr End dataPackageOfModelObject =
-    UnaryMembers<QORModelObject, QORDataPackage, &QORModelObject::getDataPackage,
-                 &QORModelObject::addDataPackage, &QORModelObject::removeDataPackage,
-                 &QORModelObject::removeDataPackage>::of(
-        {188, "MODEL_OBJECT__DATA_PACKAGE", "dataPackage",
-         QORMetaLinkType::BACK_REF, true, 59, "ModelObject", Order::NONE, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End expressionNodeOfDelimiterNode =
-    NaryMembers<QORDelimiterNode, QORExpressionNode, &QORDelimiterNode::getExpressionNodeCount,
-                &QORDelimiterNode::getExpressionNode, &QORDelimiterNode::addExpressionNode,
-                &QORDelimiterNode::removeExpressionNode, &QORDelimiterNode::removeExpressionNode,
-                &QORDelimiterNode::removeExpressionNode, &QORDelimiterNode::removeExpressionNodes>::of(
-        {272, "DELIMITER_NODE__EXPRESSION_NODE", "expressionNode",
-         QORMetaLinkType::CHILD, false, 107, "DelimiterNode", Order::BY_ADDRESS, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORDelimiterNode>::maker);
-
-constexpr End delimiterNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORDelimiterNode, &QORExpressionNode::getDelimiterNode,
-                 &QORExpressionNode::addDelimiterNode, &QORExpressionNode::removeDelimiterNode,
-                 &QORExpressionNode::removeDelimiterNode>::of(
-        {296, "EXPRESSION_NODE__DELIMITER_NODE", "delimiterNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
 
 constexpr End typeValueOfDerivedType =
     NaryMembers<QORDerivedType, QORTypeValue, &QORDerivedType::getTypeValueCount,
@@ -309,7 +158,7 @@ constexpr End typeValueOfDerivedType =
                 &QORDerivedType::removeTypeValue, &QORDerivedType::removeTypeValues>::of(
         {85, "DERIVED_TYPE__TYPE_VALUE", "typeValue",
          QORMetaLinkType::CHILD, false, 5, "DerivedType", Order::BY_NAME, Names::UNIQUE,
-         true, 84, 4},
+         true, 84, 4, 1},
         MakerOf<QORDerivedType>::maker);
 
 constexpr End derivedTypeOfTypeValue =
@@ -317,187 +166,8 @@ constexpr End derivedTypeOfTypeValue =
                  &QORTypeValue::removeDerivedType, &QORTypeValue::removeDerivedType>::of(
         {256, "TYPE_VALUE__DERIVED_TYPE", "derivedType",
          QORMetaLinkType::PARENT, true, 7, "TypeValue", Order::NONE, Names::ANY,
-         false, 254, 48},
+         false, 255, 48, 0},
         MakerOf<QORTypeValue>::maker);
-
-constexpr End diagramOfDesignPackage =
-    NaryMembers<QORDesignPackage, QORDiagram, &QORDesignPackage::getDiagramCount,
-                &QORDesignPackage::getDiagram, &QORDesignPackage::addDiagram,
-                &QORDesignPackage::removeDiagram, &QORDesignPackage::removeDiagram,
-                &QORDesignPackage::removeDiagram, &QORDesignPackage::removeDiagrams>::of(
-        {196, "DESIGN_PACKAGE__DIAGRAM", "diagram",
-         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
-         false, 309, 11},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End designPackageOfDiagram =
-    UnaryMembers<QORDiagram, QORDesignPackage, &QORDiagram::getDesignPackage, &QORDiagram::addDesignPackage,
-                 &QORDiagram::removeDesignPackage, &QORDiagram::removeDesignPackage>::of(
-        {88, "DIAGRAM__DESIGN_PACKAGE", "designPackage",
-         QORMetaLinkType::PARENT, true, 10, "Diagram", Order::NONE, Names::ANY,
-         false, 273, 9},
-        MakerOf<QORClassDiagram>::maker);
-
-constexpr End modelElementOfDesignPackage =
-    NaryMembers<QORDesignPackage, QORModelElement, &QORDesignPackage::getModelElementCount,
-                &QORDesignPackage::getModelElement, &QORDesignPackage::addModelElement,
-                &QORDesignPackage::removeModelElement, &QORDesignPackage::removeModelElement,
-                &QORDesignPackage::removeModelElement, &QORDesignPackage::removeModelElements>::of(
-        {197, "DESIGN_PACKAGE__MODEL_ELEMENT", "modelElement",
-         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
-         false, 309, 11},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End designPackageOfModelElement =
-    UnaryMembers<QORModelElement, QORDesignPackage, &QORModelElement::getDesignPackage,
-                 &QORModelElement::addDesignPackage, &QORModelElement::removeDesignPackage,
-                 &QORModelElement::removeDesignPackage>::of(
-        {180, "MODEL_ELEMENT__DESIGN_PACKAGE", "designPackage",
-         QORMetaLinkType::PARENT, true, 12, "ModelElement", Order::NONE, Names::ANY,
-         false, 63, 76},
-        MakerOf<QORAliasClassifier>::maker);
-
-constexpr End storedProcedureOfDesignPackage =
-    NaryMembers<QORDesignPackage, QORStoredProcedure, &QORDesignPackage::getStoredProcedureCount,
-                &QORDesignPackage::getStoredProcedure, &QORDesignPackage::addStoredProcedure,
-                &QORDesignPackage::removeStoredProcedure, &QORDesignPackage::removeStoredProcedure,
-                &QORDesignPackage::removeStoredProcedure, &QORDesignPackage::removeStoredProcedures>::of(
-        {201, "DESIGN_PACKAGE__STORED_PROCEDURE", "storedProcedure",
-         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
-         false, 309, 11},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End designPackageOfStoredProcedure =
-    UnaryMembers<QORStoredProcedure, QORDesignPackage, &QORStoredProcedure::getDesignPackage,
-                 &QORStoredProcedure::addDesignPackage, &QORStoredProcedure::removeDesignPackage,
-                 &QORStoredProcedure::removeDesignPackage>::of(
-        {233, "STORED_PROCEDURE__DESIGN_PACKAGE", "designPackage",
-         QORMetaLinkType::PARENT, true, 67, "StoredProcedure", Order::NONE, Names::ANY,
-         false, 193, 6},
-        MakerOf<QORStoredProcedure>::maker);
-
-constexpr End transformationTaskOfDesignPackage =
-    NaryMembers<QORDesignPackage, QORTransformationTask, &QORDesignPackage::getTransformationTaskCount,
-                &QORDesignPackage::getTransformationTask, &QORDesignPackage::addTransformationTask,
-                &QORDesignPackage::removeTransformationTask, &QORDesignPackage::removeTransformationTask,
-                &QORDesignPackage::removeTransformationTask,
-                &QORDesignPackage::removeTransformationTasks>::of(
-        {310, "DESIGN_PACKAGE__TRANSFORMATION_TASK", "transformationTask",
-         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
-         false, 309, 11},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End designPackageOfTransformationTask =
-    UnaryMembers<QORTransformationTask, QORDesignPackage, &QORTransformationTask::getDesignPackage,
-                 &QORTransformationTask::addDesignPackage, &QORTransformationTask::removeDesignPackage,
-                 &QORTransformationTask::removeDesignPackage>::of(
-        {331, "TRANSFORMATION_TASK__DESIGN_PACKAGE", "designPackage",
-         QORMetaLinkType::PARENT, true, 137, "TransformationTask", Order::NONE, Names::ANY,
-         false, 302, 136},
-        MakerOf<QORTransformationTask>::maker);
-
-constexpr End transformationActivityOfDesignPackage =
-    NaryMembers<QORDesignPackage, QORTransformationActivity,
-                &QORDesignPackage::getTransformationActivityCount,
-                &QORDesignPackage::getTransformationActivity, &QORDesignPackage::addTransformationActivity,
-                &QORDesignPackage::removeTransformationActivity,
-                &QORDesignPackage::removeTransformationActivity,
-                &QORDesignPackage::removeTransformationActivity,
-                &QORDesignPackage::removeTransformationActivitys>::of(
-        {311, "DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY", "transformationActivity",
-         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
-         false, 309, 11},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End designPackageOfTransformationActivity =
-    UnaryMembers<QORTransformationActivity, QORDesignPackage, &QORTransformationActivity::getDesignPackage,
-                 &QORTransformationActivity::addDesignPackage,
-                 &QORTransformationActivity::removeDesignPackage,
-                 &QORTransformationActivity::removeDesignPackage>::of(
-        {327, "TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE", "designPackage",
-         QORMetaLinkType::PARENT, true, 135, "TransformationActivity", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformationActivity>::maker);
-
-constexpr End importedModelObjectOfDesignPackage =
-    NaryMembers<QORDesignPackage, QORModelObject, &QORDesignPackage::getImportedModelObjectCount,
-                &QORDesignPackage::getImportedModelObject, &QORDesignPackage::addImportedModelObject,
-                &QORDesignPackage::removeImportedModelObject, &QORDesignPackage::removeImportedModelObject,
-                &QORDesignPackage::removeImportedModelObject,
-                &QORDesignPackage::removeImportedModelObjects>::of(
-        {341, "DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT", "importedModelObject",
-         QORMetaLinkType::REF, false, 9, "DesignPackage", Order::AS_ADDED, Names::ANY,
-         false, 309, 11},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End importedByDesignPackageOfModelObject =
-    NaryMembers<QORModelObject, QORDesignPackage, &QORModelObject::getImportedByDesignPackageCount,
-                &QORModelObject::getImportedByDesignPackage, &QORModelObject::addImportedByDesignPackage,
-                &QORModelObject::removeImportedByDesignPackage,
-                &QORModelObject::removeImportedByDesignPackage,
-                &QORModelObject::removeImportedByDesignPackage,
-                &QORModelObject::removeImportedByDesignPackages>::of(
-        {342, "MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE", "importedByDesignPackage",
-         QORMetaLinkType::BACK_REF, false, 59, "ModelObject", Order::BY_ADDRESS, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End defaultOfDesignPackageOfDiagram =
-    UnaryMembers<QORDiagram, QORDesignPackage, &QORDiagram::getDefaultOfDesignPackage,
-                 &QORDiagram::addDefaultOfDesignPackage, &QORDiagram::removeDefaultOfDesignPackage,
-                 &QORDiagram::removeDefaultOfDesignPackage>::of(
-        {273, "DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE", "defaultOfDesignPackage",
-         QORMetaLinkType::REF, true, 10, "Diagram", Order::NONE, Names::ANY,
-         false, 89, 101},
-        MakerOf<QORClassDiagram>::maker);
-
-constexpr End defaultDiagramOfDesignPackage =
-    UnaryMembers<QORDesignPackage, QORDiagram, &QORDesignPackage::getDefaultDiagram,
-                 &QORDesignPackage::addDefaultDiagram, &QORDesignPackage::removeDefaultDiagram,
-                 &QORDesignPackage::removeDefaultDiagram>::of(
-        {309, "DESIGN_PACKAGE__DEFAULT__DIAGRAM", "defaultDiagram",
-         QORMetaLinkType::BACK_REF, true, 9, "DesignPackage", Order::NONE, Names::ANY,
-         false, 341, 83},
-        MakerOf<QORDesignPackage>::maker);
-
-constexpr End modelElementOfDiagram =
-    NaryMembers<QORDiagram, QORModelElement, &QORDiagram::getModelElementCount, &QORDiagram::getModelElement,
-                &QORDiagram::addModelElement, &QORDiagram::removeModelElement,
-                &QORDiagram::removeModelElement, &QORDiagram::removeModelElement,
-                &QORDiagram::removeModelElements>::of(
-        {89, "DIAGRAM__MODEL_ELEMENT", "modelElement",
-         QORMetaLinkType::REF, false, 10, "Diagram", Order::BY_ADDRESS, Names::ANY,
-         false, 273, 9},
-        MakerOf<QORClassDiagram>::maker);
-
-constexpr End diagramOfModelElement =
-    NaryMembers<QORModelElement, QORDiagram, &QORModelElement::getDiagramCount, &QORModelElement::getDiagram,
-                &QORModelElement::addDiagram, &QORModelElement::removeDiagram,
-                &QORModelElement::removeDiagram, &QORModelElement::removeDiagram,
-                &QORModelElement::removeDiagrams>::of(
-        {181, "MODEL_ELEMENT__DIAGRAM", "diagram",
-         QORMetaLinkType::BACK_REF, false, 12, "ModelElement", Order::BY_ADDRESS, Names::ANY,
-         false, 63, 76},
-        MakerOf<QORAliasClassifier>::maker);
-
-constexpr End presentationElementOfDiagram =
-    NaryMembers<QORDiagram, QORPresentationElement, &QORDiagram::getPresentationElementCount,
-                &QORDiagram::getPresentationElement, &QORDiagram::addPresentationElement,
-                &QORDiagram::removePresentationElement, &QORDiagram::removePresentationElement,
-                &QORDiagram::removePresentationElement, &QORDiagram::removePresentationElements>::of(
-        {90, "DIAGRAM__PRESENTATION_ELEMENT", "presentationElement",
-         QORMetaLinkType::CHILD, false, 10, "Diagram", Order::BY_ADDRESS, Names::ANY,
-         false, 273, 9},
-        MakerOf<QORClassDiagram>::maker);
-
-constexpr End diagramOfPresentationElement =
-    UnaryMembers<QORPresentationElement, QORDiagram, &QORPresentationElement::getDiagram,
-                 &QORPresentationElement::addDiagram, &QORPresentationElement::removeDiagram,
-                 &QORPresentationElement::removeDiagram>::of(
-        {210, "PRESENTATION_ELEMENT__DIAGRAM", "diagram",
-         QORMetaLinkType::PARENT, true, 61, "PresentationElement", Order::NONE, Names::ANY,
-         false, 211, 83},
-        MakerOf<QORProjection>::maker);
 
 constexpr End hierarchyOfDimension =
     NaryMembers<QORDimension, QORHierarchy, &QORDimension::getHierarchyCount, &QORDimension::getHierarchy,
@@ -505,7 +175,7 @@ constexpr End hierarchyOfDimension =
                 &QORDimension::removeHierarchy, &QORDimension::removeHierarchys>::of(
         {91, "DIMENSION__HIERARCHY", "hierarchy",
          QORMetaLinkType::CHILD, false, 87, "Dimension", Order::BY_NAME, Names::UNIQUE,
-         false, 92, 90},
+         false, 67, 93, 0},
         MakerOf<QORDimension>::maker);
 
 constexpr End dimensionOfHierarchy =
@@ -513,110 +183,451 @@ constexpr End dimensionOfHierarchy =
                  &QORHierarchy::removeDimension, &QORHierarchy::removeDimension>::of(
         {137, "HIERARCHY__DIMENSION", "dimension",
          QORMetaLinkType::PARENT, true, 90, "Hierarchy", Order::NONE, Names::ANY,
-         false, 138, 87},
+         false, 138, 87, 0},
         MakerOf<QORHierarchy>::maker);
 
-constexpr End levelOfDimension =
-    NaryMembers<QORDimension, QORLevel, &QORDimension::getLevelCount, &QORDimension::getLevel,
-                &QORDimension::addLevel, &QORDimension::removeLevel, &QORDimension::removeLevel,
-                &QORDimension::removeLevel, &QORDimension::removeLevels>::of(
-        {93, "DIMENSION__LEVEL", "level",
-         QORMetaLinkType::CHILD, false, 87, "Dimension", Order::BY_NAME, Names::UNIQUE,
-         false, 92, 90},
-        MakerOf<QORDimension>::maker);
+constexpr End bottomDrillPathLevelAssociationOfDrillPath =
+    NaryMembers<QORDrillPath, QORDrillPathLevelAssociation,
+                &QORDrillPath::getBottomDrillPathLevelAssociationCount,
+                &QORDrillPath::getBottomDrillPathLevelAssociation,
+                &QORDrillPath::addBottomDrillPathLevelAssociation,
+                &QORDrillPath::removeBottomDrillPathLevelAssociation,
+                &QORDrillPath::removeBottomDrillPathLevelAssociation,
+                &QORDrillPath::removeBottomDrillPathLevelAssociation,
+                &QORDrillPath::removeBottomDrillPathLevelAssociations>::of(
+        {361, "DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION", "bottomDrillPathLevelAssociation",
+         QORMetaLinkType::REF, false, 108, "DrillPath", Order::BY_ADDRESS, Names::ANY,
+         false, 359, 109, 2},
+        MakerOf<QORDrillPath>::maker);
 
-constexpr End dimensionOfLevel =
-    UnaryMembers<QORLevel, QORDimension, &QORLevel::getDimension, &QORLevel::addDimension,
-                 &QORLevel::removeDimension, &QORLevel::removeDimension>::of(
-        {161, "LEVEL__DIMENSION", "dimension",
-         QORMetaLinkType::PARENT, true, 94, "Level", Order::NONE, Names::ANY,
-         false, 163, 91},
+constexpr End bottomOfDrillPathOfDrillPathLevelAssociation =
+    UnaryMembers<QORDrillPathLevelAssociation, QORDrillPath,
+                 &QORDrillPathLevelAssociation::getBottomOfDrillPath,
+                 &QORDrillPathLevelAssociation::addBottomOfDrillPath,
+                 &QORDrillPathLevelAssociation::removeBottomOfDrillPath,
+                 &QORDrillPathLevelAssociation::removeBottomOfDrillPath>::of(
+        {362, "DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH", "bottomOfDrillPath",
+         QORMetaLinkType::BACK_REF, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
+         false, 360, 108, 4},
+        MakerOf<QORDrillPathLevelAssociation>::maker);
+
+constexpr End propertyValueOfElement =
+    NaryMembers<QORElement, QORPropertyValue, &QORElement::getPropertyValueCount,
+                &QORElement::getPropertyValue, &QORElement::addPropertyValue,
+                &QORElement::removePropertyValue, &QORElement::removePropertyValue,
+                &QORElement::removePropertyValue, &QORElement::removePropertyValues>::of(
+        {103, "ELEMENT__PROPERTY_VALUE", "propertyValue",
+         QORMetaLinkType::CHILD, false, 0, "Element", Order::AS_ADDED, Names::ANY,
+         false, 1, 86, 1},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End elementOfPropertyValue =
+    UnaryMembers<QORPropertyValue, QORElement, &QORPropertyValue::getElement, &QORPropertyValue::addElement,
+                 &QORPropertyValue::removeElement, &QORPropertyValue::removeElement>::of(
+        {223, "PROPERTY_VALUE__ELEMENT", "element",
+         QORMetaLinkType::PARENT, true, 71, "PropertyValue", Order::NONE, Names::ANY,
+         false, 222, 70, 1},
+        MakerOf<QORPropertyValue>::maker);
+
+constexpr End originalOfVersionOfFormat =
+    UnaryMembers<QORFormat, QORVersion, &QORFormat::getOriginalOfVersion, &QORFormat::addOriginalOfVersion,
+                 &QORFormat::removeOriginalOfVersion, &QORFormat::removeOriginalOfVersion>::of(
+        {127, "FORMAT__ORIGINAL_OF__VERSION", "originalOfVersion",
+         QORMetaLinkType::REF, true, 32, "Format", Order::NONE, Names::ANY,
+         false, 126, 31, 2},
+        MakerOf<QORConfigurationFormat>::maker);
+
+constexpr End originalFormatOfVersion =
+    UnaryMembers<QORVersion, QORFormat, &QORVersion::getOriginalFormat, &QORVersion::addOriginalFormat,
+                 &QORVersion::removeOriginalFormat, &QORVersion::removeOriginalFormat>::of(
+        {265, "VERSION__ORIGINAL__FORMAT", "originalFormat",
+         QORMetaLinkType::BACK_REF, true, 31, "Version", Order::NONE, Names::ANY,
+         false, 264, 150, 3},
+        MakerOf<QORVersion>::maker);
+
+constexpr End childGroupingOfGrouping =
+    NaryMembers<QORGrouping, QORGrouping, &QORGrouping::getChildGroupingCount, &QORGrouping::getChildGrouping,
+                &QORGrouping::addChildGrouping, &QORGrouping::removeChildGrouping,
+                &QORGrouping::removeChildGrouping, &QORGrouping::removeChildGrouping,
+                &QORGrouping::removeChildGroupings>::of(
+        {133, "GROUPING__CHILD__GROUPING", "childGrouping",
+         QORMetaLinkType::CHILD, false, 65, "Grouping", Order::AS_ADDED, Names::ANY,
+         false, 135, 18, 1},
+        MakerOf<QORGrouping>::maker);
+
+constexpr End parentGroupingOfGrouping =
+    UnaryMembers<QORGrouping, QORGrouping, &QORGrouping::getParentGrouping, &QORGrouping::addParentGrouping,
+                 &QORGrouping::removeParentGrouping, &QORGrouping::removeParentGrouping>::of(
+        {134, "GROUPING__PARENT__GROUPING", "parentGrouping",
+         QORMetaLinkType::PARENT, true, 65, "Grouping", Order::NONE, Names::ANY,
+         false, 135, 18, 2},
+        MakerOf<QORGrouping>::maker);
+
+constexpr End hierarchyLevelAssociationOfHierarchy =
+    NaryMembers<QORHierarchy, QORHierarchyLevelAssociation, &QORHierarchy::getHierarchyLevelAssociationCount,
+                &QORHierarchy::getHierarchyLevelAssociation, &QORHierarchy::addHierarchyLevelAssociation,
+                &QORHierarchy::removeHierarchyLevelAssociation,
+                &QORHierarchy::removeHierarchyLevelAssociation,
+                &QORHierarchy::removeHierarchyLevelAssociation,
+                &QORHierarchy::removeHierarchyLevelAssociations>::of(
+        {139, "HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION", "hierarchyLevelAssociation",
+         QORMetaLinkType::CHILD, false, 90, "Hierarchy", Order::AS_ADDED, Names::ANY,
+         false, 138, 87, 2},
+        MakerOf<QORHierarchy>::maker);
+
+constexpr End hierarchyOfHierarchyLevelAssociation =
+    UnaryMembers<QORHierarchyLevelAssociation, QORHierarchy, &QORHierarchyLevelAssociation::getHierarchy,
+                 &QORHierarchyLevelAssociation::addHierarchy, &QORHierarchyLevelAssociation::removeHierarchy,
+                 &QORHierarchyLevelAssociation::removeHierarchy>::of(
+        {141, "HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY", "hierarchy",
+         QORMetaLinkType::PARENT, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
+         false, 142, 94, 0},
+        MakerOf<QORHierarchyLevelAssociation>::maker);
+
+constexpr End keyOfIndex =
+    UnaryMembers<QORIndex, QORKey, &QORIndex::getKey, &QORIndex::addKey, &QORIndex::removeKey,
+                 &QORIndex::removeKey>::of(
+        {145, "INDEX__KEY", "key",
+         QORMetaLinkType::REF, true, 51, "Index", Order::NONE, Names::ANY,
+         false, 185, 43, 1},
+        MakerOf<QORIndex>::maker);
+
+constexpr End indexOfKey =
+    UnaryMembers<QORKey, QORIndex, &QORKey::getIndex, &QORKey::addIndex, &QORKey::removeIndex,
+                 &QORKey::removeIndex>::of(
+        {153, "KEY__INDEX", "index",
+         QORMetaLinkType::BACK_REF, true, 20, "Key", Order::NONE, Names::ANY,
+         false, 35, 13, 0},
+        MakerOf<QORCandidateKey>::maker);
+
+constexpr End destinationKeyOfKeyMap =
+    UnaryMembers<QORKeyMap, QORKey, &QORKeyMap::getDestinationKey, &QORKeyMap::addDestinationKey,
+                 &QORKeyMap::removeDestinationKey, &QORKeyMap::removeDestinationKey>::of(
+        {157, "KEY_MAP__DESTINATION__KEY", "destinationKey",
+         QORMetaLinkType::REF, true, 43, "KeyMap", Order::NONE, Names::ANY,
+         false, 119, 102, 0},
+        MakerOf<QORKeyMap>::maker);
+
+constexpr End destinationOfKeyMapOfKey =
+    NaryMembers<QORKey, QORKeyMap, &QORKey::getDestinationOfKeyMapCount, &QORKey::getDestinationOfKeyMap,
+                &QORKey::addDestinationOfKeyMap, &QORKey::removeDestinationOfKeyMap,
+                &QORKey::removeDestinationOfKeyMap, &QORKey::removeDestinationOfKeyMap,
+                &QORKey::removeDestinationOfKeyMaps>::of(
+        {154, "KEY__DESTINATION_OF__KEY_MAP", "destinationOfKeyMap",
+         QORMetaLinkType::BACK_REF, false, 20, "Key", Order::AS_ADDED, Names::ANY,
+         false, 153, 51, 2},
+        MakerOf<QORCandidateKey>::maker);
+
+constexpr End hierarchyLevelAssociationOfLevel =
+    NaryMembers<QORLevel, QORHierarchyLevelAssociation, &QORLevel::getHierarchyLevelAssociationCount,
+                &QORLevel::getHierarchyLevelAssociation, &QORLevel::addHierarchyLevelAssociation,
+                &QORLevel::removeHierarchyLevelAssociation, &QORLevel::removeHierarchyLevelAssociation,
+                &QORLevel::removeHierarchyLevelAssociation, &QORLevel::removeHierarchyLevelAssociations>::of(
+        {163, "LEVEL__HIERARCHY_LEVEL_ASSOCIATION", "hierarchyLevelAssociation",
+         QORMetaLinkType::REF, false, 94, "Level", Order::BY_ADDRESS, Names::ANY,
+         false, 67, 93, 2},
         MakerOf<QORLevel>::maker);
 
-constexpr End cubeDimensionAssociationOfDimension =
-    NaryMembers<QORDimension, QORCubeDimensionAssociation, &QORDimension::getCubeDimensionAssociationCount,
-                &QORDimension::getCubeDimensionAssociation, &QORDimension::addCubeDimensionAssociation,
-                &QORDimension::removeCubeDimensionAssociation, &QORDimension::removeCubeDimensionAssociation,
-                &QORDimension::removeCubeDimensionAssociation,
-                &QORDimension::removeCubeDimensionAssociations>::of(
-        {94, "DIMENSION__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
-         QORMetaLinkType::REF, false, 87, "Dimension", Order::BY_ADDRESS, Names::ANY,
-         false, 92, 90},
-        MakerOf<QORDimension>::maker);
+constexpr End levelOfHierarchyLevelAssociation =
+    UnaryMembers<QORHierarchyLevelAssociation, QORLevel, &QORHierarchyLevelAssociation::getLevel,
+                 &QORHierarchyLevelAssociation::addLevel, &QORHierarchyLevelAssociation::removeLevel,
+                 &QORHierarchyLevelAssociation::removeLevel>::of(
+        {142, "HIERARCHY_LEVEL_ASSOCIATION__LEVEL", "level",
+         QORMetaLinkType::BACK_REF, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
+         false, 185, 43, 1},
+        MakerOf<QORHierarchyLevelAssociation>::maker);
 
-constexpr End dimensionOfCubeDimensionAssociation =
-    UnaryMembers<QORCubeDimensionAssociation, QORDimension, &QORCubeDimensionAssociation::getDimension,
-                 &QORCubeDimensionAssociation::addDimension, &QORCubeDimensionAssociation::removeDimension,
-                 &QORCubeDimensionAssociation::removeDimension>::of(
-        {79, "CUBE_DIMENSION_ASSOCIATION__DIMENSION", "dimension",
-         QORMetaLinkType::BACK_REF, true, 86, "CubeDimensionAssociation", Order::NONE, Names::ANY,
-         false, 80, 90},
-        MakerOf<QORCubeDimensionAssociation>::maker);
+constexpr End drillPathLevelAssociationOfLevel =
+    NaryMembers<QORLevel, QORDrillPathLevelAssociation, &QORLevel::getDrillPathLevelAssociationCount,
+                &QORLevel::getDrillPathLevelAssociation, &QORLevel::addDrillPathLevelAssociation,
+                &QORLevel::removeDrillPathLevelAssociation, &QORLevel::removeDrillPathLevelAssociation,
+                &QORLevel::removeDrillPathLevelAssociation, &QORLevel::removeDrillPathLevelAssociations>::of(
+        {301, "LEVEL__DRILL_PATH_LEVEL_ASSOCIATION", "drillPathLevelAssociation",
+         QORMetaLinkType::REF, false, 94, "Level", Order::BY_ADDRESS, Names::ANY,
+         false, 281, 110, 3},
+        MakerOf<QORLevel>::maker);
 
-constexpr End joinOfDimension =
-    NaryMembers<QORDimension, QORJoin, &QORDimension::getJoinCount, &QORDimension::getJoin,
-                &QORDimension::addJoin, &QORDimension::removeJoin, &QORDimension::removeJoin,
-                &QORDimension::removeJoin, &QORDimension::removeJoins>::of(
-        {95, "DIMENSION__JOIN", "join",
-         QORMetaLinkType::REF, false, 87, "Dimension", Order::BY_ADDRESS, Names::ANY,
-         false, 92, 90},
-        MakerOf<QORDimension>::maker);
+constexpr End levelOfDrillPathLevelAssociation =
+    UnaryMembers<QORDrillPathLevelAssociation, QORLevel, &QORDrillPathLevelAssociation::getLevel,
+                 &QORDrillPathLevelAssociation::addLevel, &QORDrillPathLevelAssociation::removeLevel,
+                 &QORDrillPathLevelAssociation::removeLevel>::of(
+        {333, "DRILL_PATH_LEVEL_ASSOCIATION__LEVEL", "level",
+         QORMetaLinkType::BACK_REF, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
+         false, 332, 138, 2},
+        MakerOf<QORDrillPathLevelAssociation>::maker);
 
-constexpr End dimensionOfJoin =
-    NaryMembers<QORJoin, QORDimension, &QORJoin::getDimensionCount, &QORJoin::getDimension,
-                &QORJoin::addDimension, &QORJoin::removeDimension, &QORJoin::removeDimension,
-                &QORJoin::removeDimension, &QORJoin::removeDimensions>::of(
-        {150, "JOIN__DIMENSION", "dimension",
-         QORMetaLinkType::BACK_REF, false, 92, "Join", Order::BY_ADDRESS, Names::ANY,
-         false, 149, 85},
-        MakerOf<QORJoin>::maker);
+constexpr End mappingModelOfMappingFormat =
+    UnaryMembers<QORMappingFormat, QORMappingModel, &QORMappingFormat::getMappingModel,
+                 &QORMappingFormat::addMappingModel, &QORMappingFormat::removeMappingModel,
+                 &QORMappingFormat::removeMappingModel>::of(
+        {241, "MAPPING_FORMAT__MAPPING_MODEL", "mappingModel",
+         QORMetaLinkType::CHILD, true, 81, "MappingFormat", Order::NONE, Names::ANY,
+         false, 240, 36, 0},
+        MakerOf<QORMappingFormat>::maker);
 
-constexpr End levelAttributeOfDimensionAttribute =
-    NaryMembers<QORDimensionAttribute, QORLevelAttribute, &QORDimensionAttribute::getLevelAttributeCount,
-                &QORDimensionAttribute::getLevelAttribute, &QORDimensionAttribute::addLevelAttribute,
-                &QORDimensionAttribute::removeLevelAttribute, &QORDimensionAttribute::removeLevelAttribute,
-                &QORDimensionAttribute::removeLevelAttribute,
-                &QORDimensionAttribute::removeLevelAttributes>::of(
-        {96, "DIMENSION_ATTRIBUTE__LEVEL_ATTRIBUTE", "levelAttribute",
-         QORMetaLinkType::REF, false, 88, "DimensionAttribute", Order::BY_ADDRESS, Names::ANY,
-         false, 97, 88},
-        MakerOf<QORDimensionAttribute>::maker);
+constexpr End mappingFormatOfMappingModel =
+    UnaryMembers<QORMappingModel, QORMappingFormat, &QORMappingModel::getMappingFormat,
+                 &QORMappingModel::addMappingFormat, &QORMappingModel::removeMappingFormat,
+                 &QORMappingModel::removeMappingFormat>::of(
+        {242, "MAPPING_MODEL__MAPPING_FORMAT", "mappingFormat",
+         QORMetaLinkType::PARENT, true, 80, "MappingModel", Order::NONE, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORMappingModel>::maker);
 
-constexpr End dimensionAttributeOfLevelAttribute =
-    UnaryMembers<QORLevelAttribute, QORDimensionAttribute, &QORLevelAttribute::getDimensionAttribute,
-                 &QORLevelAttribute::addDimensionAttribute, &QORLevelAttribute::removeDimensionAttribute,
-                 &QORLevelAttribute::removeDimensionAttribute>::of(
-        {165, "LEVEL_ATTRIBUTE__DIMENSION_ATTRIBUTE", "dimensionAttribute",
-         QORMetaLinkType::BACK_REF, true, 95, "LevelAttribute", Order::NONE, Names::ANY,
-         false, 164, 96},
-        MakerOf<QORLevelAttribute>::maker);
+constexpr End metadataOriginOfMappingModel =
+    UnaryMembers<QORMappingModel, QORMetadataOrigin, &QORMappingModel::getMetadataOrigin,
+                 &QORMappingModel::addMetadataOrigin, &QORMappingModel::removeMetadataOrigin,
+                 &QORMappingModel::removeMetadataOrigin>::of(
+        {247, "MAPPING_MODEL__METADATA_ORIGIN", "metadataOrigin",
+         QORMetaLinkType::CHILD, true, 80, "MappingModel", Order::NONE, Names::ANY,
+         false, 281, 110, 5},
+        MakerOf<QORMappingModel>::maker);
 
-constexpr End descriptiveDimensionAttributeOfDimensionAttribute =
-    NaryMembers<QORDimensionAttribute, QORDimensionAttribute,
-                &QORDimensionAttribute::getDescriptiveDimensionAttributeCount,
-                &QORDimensionAttribute::getDescriptiveDimensionAttribute,
-                &QORDimensionAttribute::addDescriptiveDimensionAttribute,
-                &QORDimensionAttribute::removeDescriptiveDimensionAttribute,
-                &QORDimensionAttribute::removeDescriptiveDimensionAttribute,
-                &QORDimensionAttribute::removeDescriptiveDimensionAttribute,
-                &QORDimensionAttribute::removeDescriptiveDimensionAttributes>::of(
-        {98, "DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE", "descriptiveDimensionAttribute",
-         QORMetaLinkType::REF, false, 88, "DimensionAttribute", Order::BY_ADDRESS, Names::ANY,
-         false, 96, 95},
-        MakerOf<QORDimensionAttribute>::maker);
+constexpr End mappingModelOfMetadataOrigin =
+    UnaryMembers<QORMetadataOrigin, QORMappingModel, &QORMetadataOrigin::getMappingModel,
+                 &QORMetadataOrigin::addMappingModel, &QORMetadataOrigin::removeMappingModel,
+                 &QORMetadataOrigin::removeMappingModel>::of(
+        {170, "METADATA_ORIGIN__MAPPING_MODEL", "mappingModel",
+         QORMetaLinkType::PARENT, true, 98, "MetadataOrigin", Order::NONE, Names::ANY,
+         false, 281, 110, 1},
+        MakerOf<QORMetadataOrigin>::maker);
 
-constexpr End descriptiveOfDimensionAttributeOfDimensionAttribute =
-    UnaryMembers<QORDimensionAttribute, QORDimensionAttribute,
-                 &QORDimensionAttribute::getDescriptiveOfDimensionAttribute,
-                 &QORDimensionAttribute::addDescriptiveOfDimensionAttribute,
-                 &QORDimensionAttribute::removeDescriptiveOfDimensionAttribute,
-                 &QORDimensionAttribute::removeDescriptiveOfDimensionAttribute>::of(
-        {97, "DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE", "descriptiveOfDimensionAttribute",
-         QORMetaLinkType::BACK_REF, true, 88, "DimensionAttribute", Order::NONE, Names::ANY,
-         false, 96, 95},
-        MakerOf<QORDimensionAttribute>::maker);
+constexpr End propertyElementTypeScopeOfModel =
+    NaryMembers<QORModel, QORPropertyElementTypeScope, &QORModel::getPropertyElementTypeScopeCount,
+                &QORModel::getPropertyElementTypeScope, &QORModel::addPropertyElementTypeScope,
+                &QORModel::removePropertyElementTypeScope, &QORModel::removePropertyElementTypeScope,
+                &QORModel::removePropertyElementTypeScope, &QORModel::removePropertyElementTypeScopes>::of(
+        {175, "MODEL__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
+         QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::UNIQUE,
+         false, 185, 43, 3},
+        MakerOf<QORModel>::maker);
+
+constexpr End modelOfPropertyElementTypeScope =
+    UnaryMembers<QORPropertyElementTypeScope, QORModel, &QORPropertyElementTypeScope::getModel,
+                 &QORPropertyElementTypeScope::addModel, &QORPropertyElementTypeScope::removeModel,
+                 &QORPropertyElementTypeScope::removeModel>::of(
+        {217, "PROPERTY_ELEMENT_TYPE_SCOPE__MODEL", "model",
+         QORMetaLinkType::PARENT, true, 69, "PropertyElementTypeScope", Order::NONE, Names::ANY,
+         false, 218, 70, 0},
+        MakerOf<QORPropertyElementTypeScope>::maker);
+
+constexpr End associatedPhysicalObjectOfModelObject =
+    NaryMembers<QORModelObject, QORPhysicalObject, &QORModelObject::getAssociatedPhysicalObjectCount,
+                &QORModelObject::getAssociatedPhysicalObject, &QORModelObject::addAssociatedPhysicalObject,
+                &QORModelObject::removeAssociatedPhysicalObject,
+                &QORModelObject::removeAssociatedPhysicalObject,
+                &QORModelObject::removeAssociatedPhysicalObject,
+                &QORModelObject::removeAssociatedPhysicalObjects>::of(
+        {187, "MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT", "associatedPhysicalObject",
+         QORMetaLinkType::REF, false, 59, "ModelObject", Order::AS_ADDED, Names::ANY,
+         false, 186, 62, 2},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End modelObjectOfPhysicalObject =
+    NaryMembers<QORPhysicalObject, QORModelObject, &QORPhysicalObject::getModelObjectCount,
+                &QORPhysicalObject::getModelObject, &QORPhysicalObject::addModelObject,
+                &QORPhysicalObject::removeModelObject, &QORPhysicalObject::removeModelObject,
+                &QORPhysicalObject::removeModelObject, &QORPhysicalObject::removeModelObjects>::of(
+        {205, "PHYSICAL_OBJECT__MODEL_OBJECT", "modelObject",
+         QORMetaLinkType::BACK_REF, false, 54, "PhysicalObject", Order::AS_ADDED, Names::ANY,
+         false, 204, 56, 2},
+        MakerOf<QORPhysicalObject>::maker);
+
+constexpr End returnTypeOfOperation =
+    UnaryMembers<QOROperation, QORType, &QOROperation::getReturnType, &QOROperation::addReturnType,
+                 &QOROperation::removeReturnType, &QOROperation::removeReturnType>::of(
+        {193, "OPERATION__RETURN__TYPE", "returnType",
+         QORMetaLinkType::REF, true, 23, "Operation", Order::NONE, Names::ANY,
+         false, 189, 100, 1},
+        MakerOf<QOROperation>::maker);
+
+constexpr End operationOfType =
+    NaryMembers<QORType, QOROperation, &QORType::getOperationCount, &QORType::getOperation,
+                &QORType::addOperation, &QORType::removeOperation, &QORType::removeOperation,
+                &QORType::removeOperation, &QORType::removeOperations>::of(
+        {249, "TYPE__OPERATION", "operation",
+         QORMetaLinkType::BACK_REF, false, 3, "Type", Order::AS_ADDED, Names::ANY,
+         false, 248, 24, 3},
+        MakerOf<QORAliasType>::maker);
+
+constexpr End leftExpressionNodeOfOperatorNode =
+    UnaryMembers<QOROperatorNode, QORExpressionNode, &QOROperatorNode::getLeftExpressionNode,
+                 &QOROperatorNode::addLeftExpressionNode, &QOROperatorNode::removeLeftExpressionNode,
+                 &QOROperatorNode::removeLeftExpressionNode>::of(
+        {307, "OPERATOR_NODE__LEFT__EXPRESSION_NODE", "leftExpressionNode",
+         QORMetaLinkType::CHILD, true, 115, "OperatorNode", Order::NONE, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QOROperatorNode>::maker);
+
+constexpr End leftOfOperatorNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QOROperatorNode, &QORExpressionNode::getLeftOfOperatorNode,
+                 &QORExpressionNode::addLeftOfOperatorNode, &QORExpressionNode::removeLeftOfOperatorNode,
+                 &QORExpressionNode::removeLeftOfOperatorNode>::of(
+        {292, "EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE", "leftOfOperatorNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 3},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End expressionNodeOfPredicateNode =
+    UnaryMembers<QORPredicateNode, QORExpressionNode, &QORPredicateNode::getExpressionNode,
+                 &QORPredicateNode::addExpressionNode, &QORPredicateNode::removeExpressionNode,
+                 &QORPredicateNode::removeExpressionNode>::of(
+        {313, "PREDICATE_NODE__EXPRESSION_NODE", "expressionNode",
+         QORMetaLinkType::CHILD, true, 118, "PredicateNode", Order::NONE, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORPredicateNode>::maker);
+
+constexpr End predicateNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORPredicateNode, &QORExpressionNode::getPredicateNode,
+                 &QORExpressionNode::addPredicateNode, &QORExpressionNode::removePredicateNode,
+                 &QORExpressionNode::removePredicateNode>::of(
+        {291, "EXPRESSION_NODE__PREDICATE_NODE", "predicateNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 2},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End conditionOfReportItem =
+    NaryMembers<QORReportItem, QORCondition, &QORReportItem::getConditionCount, &QORReportItem::getCondition,
+                &QORReportItem::addCondition, &QORReportItem::removeCondition,
+                &QORReportItem::removeCondition, &QORReportItem::removeCondition,
+                &QORReportItem::removeConditions>::of(
+        {373, "REPORT_ITEM__CONDITION", "condition",
+         QORMetaLinkType::REF, false, 124, "ReportItem", Order::BY_NAME, Names::ANY,
+         false, 368, 147, 5},
+        MakerOf<QORReportAxis>::maker);
+
+constexpr End reportItemOfCondition =
+    NaryMembers<QORCondition, QORReportItem, &QORCondition::getReportItemCount, &QORCondition::getReportItem,
+                &QORCondition::addReportItem, &QORCondition::removeReportItem,
+                &QORCondition::removeReportItem, &QORCondition::removeReportItem,
+                &QORCondition::removeReportItems>::of(
+        {374, "CONDITION__REPORT_ITEM", "reportItem",
+         QORMetaLinkType::BACK_REF, false, 84, "Condition", Order::BY_ADDRESS, Names::ANY,
+         false, 342, 9, 0},
+        MakerOf<QORCondition>::maker);
+
+constexpr End destinationOfSQLViewAssociationOfSQLViewEntity =
+    NaryMembers<QORSQLViewEntity, QORSQLViewAssociation,
+                &QORSQLViewEntity::getDestinationOfSQLViewAssociationCount,
+                &QORSQLViewEntity::getDestinationOfSQLViewAssociation,
+                &QORSQLViewEntity::addDestinationOfSQLViewAssociation,
+                &QORSQLViewEntity::removeDestinationOfSQLViewAssociation,
+                &QORSQLViewEntity::removeDestinationOfSQLViewAssociation,
+                &QORSQLViewEntity::removeDestinationOfSQLViewAssociation,
+                &QORSQLViewEntity::removeDestinationOfSQLViewAssociations>::of(
+        {229, "SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION", "destinationOfSQLViewAssociation",
+         QORMetaLinkType::REF, false, 25, "SQLViewEntity", Order::BY_ADDRESS, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORSQLViewEntity>::maker);
+
+constexpr End destinationSQLViewEntityOfSQLViewAssociation =
+    UnaryMembers<QORSQLViewAssociation, QORSQLViewEntity, &QORSQLViewAssociation::getDestinationSQLViewEntity,
+                 &QORSQLViewAssociation::addDestinationSQLViewEntity,
+                 &QORSQLViewAssociation::removeDestinationSQLViewEntity,
+                 &QORSQLViewAssociation::removeDestinationSQLViewEntity>::of(
+        {226, "SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY", "destinationSQLViewEntity",
+         QORMetaLinkType::BACK_REF, true, 27, "SQLViewAssociation", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORSQLViewAssociation>::maker);
+
+constexpr End sourceTransformationStepOfStepPrecedence =
+    NaryMembers<QORStepPrecedence, QORTransformationStep,
+                &QORStepPrecedence::getSourceTransformationStepCount,
+                &QORStepPrecedence::getSourceTransformationStep,
+                &QORStepPrecedence::addSourceTransformationStep,
+                &QORStepPrecedence::removeSourceTransformationStep,
+                &QORStepPrecedence::removeSourceTransformationStep,
+                &QORStepPrecedence::removeSourceTransformationStep,
+                &QORStepPrecedence::removeSourceTransformationSteps>::of(
+        {343, "STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP", "sourceTransformationStep",
+         QORMetaLinkType::REF, false, 145, "StepPrecedence", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORStepPrecedence>::maker);
+
+constexpr End sourceOfStepPrecedenceOfTransformationStep =
+    NaryMembers<QORTransformationStep, QORStepPrecedence,
+                &QORTransformationStep::getSourceOfStepPrecedenceCount,
+                &QORTransformationStep::getSourceOfStepPrecedence,
+                &QORTransformationStep::addSourceOfStepPrecedence,
+                &QORTransformationStep::removeSourceOfStepPrecedence,
+                &QORTransformationStep::removeSourceOfStepPrecedence,
+                &QORTransformationStep::removeSourceOfStepPrecedence,
+                &QORTransformationStep::removeSourceOfStepPrecedences>::of(
+        {347, "TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE", "sourceOfStepPrecedence",
+         QORMetaLinkType::BACK_REF, false, 136, "TransformationStep", Order::BY_ADDRESS, Names::ANY,
+         false, 329, 137, 2},
+        MakerOf<QORTransformationStep>::maker);
+
+constexpr End stepPrecedenceOfTransformationActivity =
+    NaryMembers<QORTransformationActivity, QORStepPrecedence,
+                &QORTransformationActivity::getStepPrecedenceCount,
+                &QORTransformationActivity::getStepPrecedence, &QORTransformationActivity::addStepPrecedence,
+                &QORTransformationActivity::removeStepPrecedence,
+                &QORTransformationActivity::removeStepPrecedence,
+                &QORTransformationActivity::removeStepPrecedence,
+                &QORTransformationActivity::removeStepPrecedences>::of(
+        {349, "TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE", "stepPrecedence",
+         QORMetaLinkType::CHILD, false, 135, "TransformationActivity", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 2},
+        MakerOf<QORTransformationActivity>::maker);
+
+constexpr End transformationActivityOfStepPrecedence =
+    UnaryMembers<QORStepPrecedence, QORTransformationActivity, &QORStepPrecedence::getTransformationActivity,
+                 &QORStepPrecedence::addTransformationActivity,
+                 &QORStepPrecedence::removeTransformationActivity,
+                 &QORStepPrecedence::removeTransformationActivity>::of(
+        {345, "STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY", "transformationActivity",
+         QORMetaLinkType::PARENT, true, 145, "StepPrecedence", Order::NONE, Names::ANY,
+         false, 344, 136, 2},
+        MakerOf<QORStepPrecedence>::maker);
+
+constexpr End destinationTypeValueOfTypeValueMap =
+    UnaryMembers<QORTypeValueMap, QORTypeValue, &QORTypeValueMap::getDestinationTypeValue,
+                 &QORTypeValueMap::addDestinationTypeValue, &QORTypeValueMap::removeDestinationTypeValue,
+                 &QORTypeValueMap::removeDestinationTypeValue>::of(
+        {259, "TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE", "destinationTypeValue",
+         QORMetaLinkType::REF, true, 48, "TypeValueMap", Order::NONE, Names::ANY,
+         false, 258, 7, 1},
+        MakerOf<QORTypeValueMap>::maker);
+
+constexpr End destinationOfTypeValueMapOfTypeValue =
+    NaryMembers<QORTypeValue, QORTypeValueMap, &QORTypeValue::getDestinationOfTypeValueMapCount,
+                &QORTypeValue::getDestinationOfTypeValueMap, &QORTypeValue::addDestinationOfTypeValueMap,
+                &QORTypeValue::removeDestinationOfTypeValueMap,
+                &QORTypeValue::removeDestinationOfTypeValueMap,
+                &QORTypeValue::removeDestinationOfTypeValueMap,
+                &QORTypeValue::removeDestinationOfTypeValueMaps>::of(
+        {255, "TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP", "destinationOfTypeValueMap",
+         QORMetaLinkType::BACK_REF, false, 7, "TypeValue", Order::BY_ADDRESS, Names::ANY,
+         false, 254, 48, 3},
+        MakerOf<QORTypeValue>::maker);
 
 } // namespace
+
+TEST(QORAssociationByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedClassOfAssociation, associationOfClass);
+}
+
+TEST(QORClassByTable, AssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associationOfClass, associatedClassOfAssociation);
+}
+
+TEST(QORBusinessRuleByTable, TypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(typeValueOfBusinessRule, businessRuleOfTypeValue);
+    checkView(typeValueOfBusinessRule, businessRuleOfTypeValue, fillView<QORBusinessRule, QORTypeValueByPosition, &QORBusinessRule::getTypeValueByPosition>);
+}
+
+TEST(QORTypeValueByTable, BusinessRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(businessRuleOfTypeValue, typeValueOfBusinessRule);
+}
+
+TEST(QORClassByTable, GroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(groupingOfClass, associatedClassOfGrouping);
+}
+
+TEST(QORGroupingByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedClassOfGrouping, groupingOfClass);
+}
 
 TEST(QORClassifierByTable, AssociatedJoinRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(associatedJoinRoleOfClassifier, classifierOfJoinRole);
@@ -626,102 +637,12 @@ TEST(QORJoinRoleByTable, ClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(classifierOfJoinRole, associatedJoinRoleOfClassifier);
 }
 
-TEST(QORClassifierMapByTable, FeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(featureMapOfClassifierMap, classifierMapOfFeatureMap);
-    checkView(featureMapOfClassifierMap, classifierMapOfFeatureMap, fillView<QORClassifierMap, QORFeatureMapByPosition, &QORClassifierMap::getFeatureMapByPosition>);
-}
-
-TEST(QORFeatureMapByTable, ClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(classifierMapOfFeatureMap, featureMapOfClassifierMap);
-}
-
-TEST(QORClassifierMapByTable, SourceClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceClassifierOfClassifierMap, sourceOfClassifierMapOfClassifier);
-}
-
-TEST(QORClassifierByTable, SourceOfClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfClassifierMapOfClassifier, sourceClassifierOfClassifierMap);
-}
-
-TEST(QORClassifierMapByTable, DestinationClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationClassifierOfClassifierMap, destinationOfClassifierMapOfClassifier);
-}
-
-TEST(QORClassifierByTable, DestinationOfClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfClassifierMapOfClassifier, destinationClassifierOfClassifierMap);
-}
-
-TEST(QORClassifierMapByTable, ExpressionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionOfClassifierMap, classifierMapOfExpression);
-}
-
-TEST(QORExpressionByTable, ClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(classifierMapOfExpression, expressionOfClassifierMap);
-}
-
 TEST(QORComponentByTable, ReferencedComponentIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(referencedComponentOfComponent, referencedByComponentOfComponent, &MakerOf<QORProduct>::maker);
 }
 
 TEST(QORComponentByTable, ReferencedByComponentIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(referencedByComponentOfComponent, referencedComponentOfComponent, &MakerOf<QORProduct>::maker);
-}
-
-TEST(QORConcreteTypeByTable, DerivedTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(derivedTypeOfConcreteType, derivedFromConcreteTypeOfDerivedType, &MakerOf<QORDerivedType>::maker);
-}
-
-TEST(QORDerivedTypeByTable, DerivedFromConcreteTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(derivedFromConcreteTypeOfDerivedType, derivedTypeOfConcreteType, &MakerOf<QORDerivedType>::maker);
-}
-
-TEST(QORCubeByTable, FilterIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(filterOfCube, cubeOfFilter);
-}
-
-TEST(QORFilterByTable, CubeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeOfFilter, filterOfCube);
-}
-
-TEST(QORCubeByTable, JoinIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(joinOfCube, cubeOfJoin);
-}
-
-TEST(QORJoinByTable, CubeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeOfJoin, joinOfCube);
-}
-
-TEST(QORCubeByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeDimensionAssociationOfCube, cubeOfCubeDimensionAssociation);
-}
-
-TEST(QORCubeDimensionAssociationByTable, CubeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeOfCubeDimensionAssociation, cubeDimensionAssociationOfCube);
-}
-
-TEST(QORCubeDimensionAssociationByTable, AggregationRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(aggregationRuleOfCubeDimensionAssociation, cubeDimensionAssociationOfAggregationRule);
-}
-
-TEST(QORAggregationRuleByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeDimensionAssociationOfAggregationRule, aggregationRuleOfCubeDimensionAssociation);
-}
-
-TEST(QORDataPackageByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelObjectOfDataPackage, dataPackageOfModelObject, &MakerOf<QORDatabaseCatalog>::maker);
-}
-
-TEST(QORModelObjectByTable, DataPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dataPackageOfModelObject, modelObjectOfDataPackage, &MakerOf<QORDatabaseCatalog>::maker);
-}
-
-TEST(QORDelimiterNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionNodeOfDelimiterNode, delimiterNodeOfExpressionNode, &MakerOf<QORDelimiterNode>::maker);
-    checkView(expressionNodeOfDelimiterNode, delimiterNodeOfExpressionNode, fillView<QORDelimiterNode, QORExpressionNodeByPosition, &QORDelimiterNode::getExpressionNodeByPosition>);
-}
-
-TEST(QORExpressionNodeByTable, DelimiterNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(delimiterNodeOfExpressionNode, expressionNodeOfDelimiterNode, &MakerOf<QORDelimiterNode>::maker);
 }
 
 TEST(QORDerivedTypeByTable, TypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -734,78 +655,6 @@ TEST(QORTypeValueByTable, DerivedTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(derivedTypeOfTypeValue, typeValueOfDerivedType);
 }
 
-TEST(QORDesignPackageByTable, DiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(diagramOfDesignPackage, designPackageOfDiagram);
-}
-
-TEST(QORDiagramByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(designPackageOfDiagram, diagramOfDesignPackage);
-}
-
-TEST(QORDesignPackageByTable, ModelElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelElementOfDesignPackage, designPackageOfModelElement);
-}
-
-TEST(QORModelElementByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(designPackageOfModelElement, modelElementOfDesignPackage);
-}
-
-TEST(QORDesignPackageByTable, StoredProcedureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(storedProcedureOfDesignPackage, designPackageOfStoredProcedure);
-}
-
-TEST(QORStoredProcedureByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(designPackageOfStoredProcedure, storedProcedureOfDesignPackage);
-}
-
-TEST(QORDesignPackageByTable, TransformationTaskIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationTaskOfDesignPackage, designPackageOfTransformationTask);
-}
-
-TEST(QORTransformationTaskByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(designPackageOfTransformationTask, transformationTaskOfDesignPackage);
-}
-
-TEST(QORDesignPackageByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationActivityOfDesignPackage, designPackageOfTransformationActivity);
-}
-
-TEST(QORTransformationActivityByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(designPackageOfTransformationActivity, transformationActivityOfDesignPackage);
-}
-
-TEST(QORDesignPackageByTable, ImportedModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(importedModelObjectOfDesignPackage, importedByDesignPackageOfModelObject, &MakerOf<QORDesignPackage>::maker);
-}
-
-TEST(QORModelObjectByTable, ImportedByDesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(importedByDesignPackageOfModelObject, importedModelObjectOfDesignPackage, &MakerOf<QORDesignPackage>::maker);
-}
-
-TEST(QORDiagramByTable, DefaultOfDesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultOfDesignPackageOfDiagram, defaultDiagramOfDesignPackage);
-}
-
-TEST(QORDesignPackageByTable, DefaultDiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultDiagramOfDesignPackage, defaultOfDesignPackageOfDiagram);
-}
-
-TEST(QORDiagramByTable, ModelElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelElementOfDiagram, diagramOfModelElement);
-}
-
-TEST(QORModelElementByTable, DiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(diagramOfModelElement, modelElementOfDiagram);
-}
-
-TEST(QORDiagramByTable, PresentationElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(presentationElementOfDiagram, diagramOfPresentationElement);
-}
-
-TEST(QORPresentationElementByTable, DiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(diagramOfPresentationElement, presentationElementOfDiagram);
-}
-
 TEST(QORDimensionByTable, HierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(hierarchyOfDimension, dimensionOfHierarchy);
 }
@@ -814,42 +663,173 @@ TEST(QORHierarchyByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(dimensionOfHierarchy, hierarchyOfDimension);
 }
 
-TEST(QORDimensionByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelOfDimension, dimensionOfLevel);
+TEST(QORDrillPathByTable, BottomDrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(bottomDrillPathLevelAssociationOfDrillPath, bottomOfDrillPathOfDrillPathLevelAssociation);
 }
 
-TEST(QORLevelByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dimensionOfLevel, levelOfDimension);
+TEST(QORDrillPathLevelAssociationByTable, BottomOfDrillPathIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(bottomOfDrillPathOfDrillPathLevelAssociation, bottomDrillPathLevelAssociationOfDrillPath);
 }
 
-TEST(QORDimensionByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeDimensionAssociationOfDimension, dimensionOfCubeDimensionAssociation);
+TEST(QORElementByTable, PropertyValueIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyValueOfElement, elementOfPropertyValue);
+    checkView(propertyValueOfElement, elementOfPropertyValue, fillView<QORElement, QORPropertyValueByPosition, &QORElement::getPropertyValueByPosition>);
 }
 
-TEST(QORCubeDimensionAssociationByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dimensionOfCubeDimensionAssociation, cubeDimensionAssociationOfDimension);
+TEST(QORPropertyValueByTable, ElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(elementOfPropertyValue, propertyValueOfElement);
 }
 
-TEST(QORDimensionByTable, JoinIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(joinOfDimension, dimensionOfJoin);
+TEST(QORFormatByTable, OriginalOfVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(originalOfVersionOfFormat, originalFormatOfVersion);
 }
 
-TEST(QORJoinByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dimensionOfJoin, joinOfDimension);
+TEST(QORVersionByTable, OriginalFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(originalFormatOfVersion, originalOfVersionOfFormat);
 }
 
-TEST(QORDimensionAttributeByTable, LevelAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelAttributeOfDimensionAttribute, dimensionAttributeOfLevelAttribute);
+TEST(QORGroupingByTable, ChildGroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(childGroupingOfGrouping, parentGroupingOfGrouping, &MakerOf<QORGrouping>::maker);
+    checkView(childGroupingOfGrouping, parentGroupingOfGrouping, fillView<QORGrouping, QORGroupingByPosition, &QORGrouping::getChildGroupingByPosition>);
 }
 
-TEST(QORLevelAttributeByTable, DimensionAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dimensionAttributeOfLevelAttribute, levelAttributeOfDimensionAttribute);
+TEST(QORGroupingByTable, ParentGroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parentGroupingOfGrouping, childGroupingOfGrouping, &MakerOf<QORGrouping>::maker);
 }
 
-TEST(QORDimensionAttributeByTable, DescriptiveDimensionAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(descriptiveDimensionAttributeOfDimensionAttribute, descriptiveOfDimensionAttributeOfDimensionAttribute, &MakerOf<QORDimensionAttribute>::maker);
+TEST(QORHierarchyByTable, HierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(hierarchyLevelAssociationOfHierarchy, hierarchyOfHierarchyLevelAssociation);
+    checkView(hierarchyLevelAssociationOfHierarchy, hierarchyOfHierarchyLevelAssociation, fillView<QORHierarchy, QORHierarchyLevelAssociationByPosition, &QORHierarchy::getHierarchyLevelAssociationByPosition>);
 }
 
-TEST(QORDimensionAttributeByTable, DescriptiveOfDimensionAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(descriptiveOfDimensionAttributeOfDimensionAttribute, descriptiveDimensionAttributeOfDimensionAttribute, &MakerOf<QORDimensionAttribute>::maker);
+TEST(QORHierarchyLevelAssociationByTable, HierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(hierarchyOfHierarchyLevelAssociation, hierarchyLevelAssociationOfHierarchy);
+}
+
+TEST(QORIndexByTable, KeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(keyOfIndex, indexOfKey);
+}
+
+TEST(QORKeyByTable, IndexIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(indexOfKey, keyOfIndex);
+}
+
+TEST(QORKeyMapByTable, DestinationKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationKeyOfKeyMap, destinationOfKeyMapOfKey);
+}
+
+TEST(QORKeyByTable, DestinationOfKeyMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfKeyMapOfKey, destinationKeyOfKeyMap);
+}
+
+TEST(QORLevelByTable, HierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(hierarchyLevelAssociationOfLevel, levelOfHierarchyLevelAssociation);
+}
+
+TEST(QORHierarchyLevelAssociationByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelOfHierarchyLevelAssociation, hierarchyLevelAssociationOfLevel);
+}
+
+TEST(QORLevelByTable, DrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(drillPathLevelAssociationOfLevel, levelOfDrillPathLevelAssociation);
+}
+
+TEST(QORDrillPathLevelAssociationByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelOfDrillPathLevelAssociation, drillPathLevelAssociationOfLevel);
+}
+
+TEST(QORMappingFormatByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(mappingModelOfMappingFormat, mappingFormatOfMappingModel);
+}
+
+TEST(QORMappingModelByTable, MappingFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(mappingFormatOfMappingModel, mappingModelOfMappingFormat);
+}
+
+TEST(QORMappingModelByTable, MetadataOriginIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(metadataOriginOfMappingModel, mappingModelOfMetadataOrigin);
+}
+
+TEST(QORMetadataOriginByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(mappingModelOfMetadataOrigin, metadataOriginOfMappingModel);
+}
+
+TEST(QORModelByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyElementTypeScopeOfModel, modelOfPropertyElementTypeScope);
+}
+
+TEST(QORPropertyElementTypeScopeByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelOfPropertyElementTypeScope, propertyElementTypeScopeOfModel);
+}
+
+TEST(QORModelObjectByTable, AssociatedPhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedPhysicalObjectOfModelObject, modelObjectOfPhysicalObject, &MakerOf<QORPhysicalObject>::maker);
+}
+
+TEST(QORPhysicalObjectByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelObjectOfPhysicalObject, associatedPhysicalObjectOfModelObject, &MakerOf<QORPhysicalObject>::maker);
+}
+
+TEST(QOROperationByTable, ReturnTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(returnTypeOfOperation, operationOfType);
+}
+
+TEST(QORTypeByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(operationOfType, returnTypeOfOperation);
+}
+
+TEST(QOROperatorNodeByTable, LeftExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(leftExpressionNodeOfOperatorNode, leftOfOperatorNodeOfExpressionNode, &MakerOf<QOROperatorNode>::maker);
+}
+
+TEST(QORExpressionNodeByTable, LeftOfOperatorNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(leftOfOperatorNodeOfExpressionNode, leftExpressionNodeOfOperatorNode, &MakerOf<QOROperatorNode>::maker);
+}
+
+TEST(QORPredicateNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionNodeOfPredicateNode, predicateNodeOfExpressionNode, &MakerOf<QORPredicateNode>::maker);
+}
+
+TEST(QORExpressionNodeByTable, PredicateNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(predicateNodeOfExpressionNode, expressionNodeOfPredicateNode, &MakerOf<QORPredicateNode>::maker);
+}
+
+TEST(QORReportItemByTable, ConditionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(conditionOfReportItem, reportItemOfCondition);
+}
+
+TEST(QORConditionByTable, ReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(reportItemOfCondition, conditionOfReportItem);
+}
+
+TEST(QORSQLViewEntityByTable, DestinationOfSQLViewAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfSQLViewAssociationOfSQLViewEntity, destinationSQLViewEntityOfSQLViewAssociation);
+}
+
+TEST(QORSQLViewAssociationByTable, DestinationSQLViewEntityIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationSQLViewEntityOfSQLViewAssociation, destinationOfSQLViewAssociationOfSQLViewEntity);
+}
+
+TEST(QORStepPrecedenceByTable, SourceTransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceTransformationStepOfStepPrecedence, sourceOfStepPrecedenceOfTransformationStep);
+}
+
+TEST(QORTransformationStepByTable, SourceOfStepPrecedenceIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfStepPrecedenceOfTransformationStep, sourceTransformationStepOfStepPrecedence);
+}
+
+TEST(QORTransformationActivityByTable, StepPrecedenceIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(stepPrecedenceOfTransformationActivity, transformationActivityOfStepPrecedence);
+}
+
+TEST(QORStepPrecedenceByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationActivityOfStepPrecedence, stepPrecedenceOfTransformationActivity);
+}
+
+TEST(QORTypeValueMapByTable, DestinationTypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationTypeValueOfTypeValueMap, destinationOfTypeValueMapOfTypeValue);
+}
+
+TEST(QORTypeValueByTable, DestinationOfTypeValueMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfTypeValueMapOfTypeValue, destinationTypeValueOfTypeValueMap);
 }

@@ -3,155 +3,234 @@
 #include "LinkEndChecks.h"
 
 #include <qor/QORAggregationRule.h>
-#include <qor/QORAliasFeature.h>
-#include <qor/QORAliasType.h>
 #include <qor/QORAssociationRoleNameMap.h>
 #include <qor/QORAttribute.h>
+#include <qor/QORBaseType.h>
 #include <qor/QORBranchingNode.h>
+#include <qor/QORBusinessRule.h>
 #include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
-#include <qor/QORConfigurationFormat.h>
+#include <qor/QORClassType.h>
+#include <qor/QORClassifierMap.h>
+#include <qor/QORConcreteType.h>
+#include <qor/QORCubeDimensionAssociation.h>
+#include <qor/QORDataSet.h>
+#include <qor/QORDelimiterNode.h>
 #include <qor/QORDerivedType.h>
-#include <qor/QORDirectory.h>
-#include <qor/QORDrillPath.h>
+#include <qor/QORDimensionAttribute.h>
 #include <qor/QORDrillPathLevelAssociation.h>
-#include <qor/QORDrillPathLevelAssociationByPosition.h>
-#include <qor/QORElement.h>
-#include <qor/QORElementNamePart.h>
-#include <qor/QORElementNamePartByPosition.h>
-#include <qor/QORElementNode.h>
-#include <qor/QOREnumeratedAttributeMap.h>
 #include <qor/QOREnumeratedTypeMap.h>
-#include <qor/QORExpression.h>
 #include <qor/QORExpressionNode.h>
-#include <qor/QORFeature.h>
+#include <qor/QORExpressionNodeByPosition.h>
 #include <qor/QORFeatureMap.h>
+#include <qor/QORFeatureMapByPosition.h>
 #include <qor/QORForeignKey.h>
-#include <qor/QORFormat.h>
 #include <qor/QORGeneralization.h>
-#include <qor/QORGrouping.h>
-#include <qor/QORGroupingByPosition.h>
+#include <qor/QORHierarchy.h>
+#include <qor/QORHierarchyLevelAssociation.h>
+#include <qor/QORIndexMember.h>
 #include <qor/QORLevelAssociation.h>
-#include <qor/QORNote.h>
-#include <qor/QORNoteByPosition.h>
-#include <qor/QORProduct.h>
+#include <qor/QORModelObject.h>
+#include <qor/QOROperation.h>
+#include <qor/QOROperationByPosition.h>
+#include <qor/QOROperatorNode.h>
+#include <qor/QORPredicate.h>
+#include <qor/QORPredicateByPosition.h>
+#include <qor/QORPredicateNode.h>
 #include <qor/QORPropertyElementTypeScope.h>
-#include <qor/QORPropertyValue.h>
-#include <qor/QORPropertyValueByPosition.h>
-#include <qor/QORStatementNode.h>
-#include <qor/QORType.h>
+#include <qor/QORPropertyType.h>
+#include <qor/QORPropertyTypeByPosition.h>
+#include <qor/QORRealization.h>
+#include <qor/QORReportAxis.h>
+#include <qor/QORReportItem.h>
+#include <qor/QORSQLViewEntity.h>
+#include <qor/QORStepPrecedence.h>
+#include <qor/QORTransformation.h>
+#include <qor/QORTransformationStep.h>
+#include <qor/QORTransformationTask.h>
 #include <qor/QORVersion.h>
 
 using namespace table;
 
 namespace {
 
-constexpr End productOfDirectory =
-    NaryMembers<QORDirectory, QORProduct, &QORDirectory::getProductCount, &QORDirectory::getProduct,
-                &QORDirectory::addProduct, &QORDirectory::removeProduct, &QORDirectory::removeProduct,
-                &QORDirectory::removeProduct, &QORDirectory::removeProducts>::of(
-        {99, "DIRECTORY__PRODUCT", "product",
-         QORMetaLinkType::CHILD, false, 28, "Directory", Order::BY_NAME, Names::UNIQUE,
-         false, 281, 110},
-        MakerOf<QORDirectory>::maker);
+constexpr End destinationAttributeOfAssociationRoleNameMap =
+    UnaryMembers<QORAssociationRoleNameMap, QORAttribute, &QORAssociationRoleNameMap::getDestinationAttribute,
+                 &QORAssociationRoleNameMap::addDestinationAttribute,
+                 &QORAssociationRoleNameMap::removeDestinationAttribute,
+                 &QORAssociationRoleNameMap::removeDestinationAttribute>::of(
+        {14, "ASSOCIATION_ROLE_NAME_MAP__DESTINATION__ATTRIBUTE", "destinationAttribute",
+         QORMetaLinkType::REF, true, 19, "AssociationRoleNameMap", Order::NONE, Names::ANY,
+         false, 15, 14, 1},
+        MakerOf<QORAssociationRoleNameMap>::maker);
 
-constexpr End directoryOfProduct =
-    UnaryMembers<QORProduct, QORDirectory, &QORProduct::getDirectory, &QORProduct::addDirectory,
-                 &QORProduct::removeDirectory, &QORProduct::removeDirectory>::of(
-        {212, "PRODUCT__DIRECTORY", "directory",
-         QORMetaLinkType::PARENT, true, 30, "Product", Order::NONE, Names::ANY,
-         false, 216, 31},
-        MakerOf<QORProduct>::maker);
+constexpr End destinationOfAssociationRoleNameMapOfAttribute =
+    NaryMembers<QORAttribute, QORAssociationRoleNameMap,
+                &QORAttribute::getDestinationOfAssociationRoleNameMapCount,
+                &QORAttribute::getDestinationOfAssociationRoleNameMap,
+                &QORAttribute::addDestinationOfAssociationRoleNameMap,
+                &QORAttribute::removeDestinationOfAssociationRoleNameMap,
+                &QORAttribute::removeDestinationOfAssociationRoleNameMap,
+                &QORAttribute::removeDestinationOfAssociationRoleNameMap,
+                &QORAttribute::removeDestinationOfAssociationRoleNameMaps>::of(
+        {16, "ATTRIBUTE__DESTINATION_OF__ASSOCIATION_ROLE_NAME_MAP", "destinationOfAssociationRoleNameMap",
+         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
+         false, 17, 19, 0},
+        MakerOf<QORAttribute>::maker);
 
-constexpr End propertyElementTypeScopeOfDirectory =
-    NaryMembers<QORDirectory, QORPropertyElementTypeScope, &QORDirectory::getPropertyElementTypeScopeCount,
-                &QORDirectory::getPropertyElementTypeScope, &QORDirectory::addPropertyElementTypeScope,
-                &QORDirectory::removePropertyElementTypeScope, &QORDirectory::removePropertyElementTypeScope,
-                &QORDirectory::removePropertyElementTypeScope,
-                &QORDirectory::removePropertyElementTypeScopes>::of(
-        {363, "DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
-         QORMetaLinkType::CHILD, false, 28, "Directory", Order::BY_NAME, Names::UNIQUE,
-         false, 281, 110},
-        MakerOf<QORDirectory>::maker);
+constexpr End modelObjectOfBusinessRule =
+    NaryMembers<QORBusinessRule, QORModelObject, &QORBusinessRule::getModelObjectCount,
+                &QORBusinessRule::getModelObject, &QORBusinessRule::addModelObject,
+                &QORBusinessRule::removeModelObject, &QORBusinessRule::removeModelObject,
+                &QORBusinessRule::removeModelObject, &QORBusinessRule::removeModelObjects>::of(
+        {32, "BUSINESS_RULE__MODEL_OBJECT", "modelObject",
+         QORMetaLinkType::REF, false, 100, "BusinessRule", Order::AS_ADDED, Names::ANY,
+         false, 185, 43, 2},
+        MakerOf<QORBusinessRule>::maker);
 
-constexpr End directoryOfPropertyElementTypeScope =
-    UnaryMembers<QORPropertyElementTypeScope, QORDirectory, &QORPropertyElementTypeScope::getDirectory,
-                 &QORPropertyElementTypeScope::addDirectory, &QORPropertyElementTypeScope::removeDirectory,
-                 &QORPropertyElementTypeScope::removeDirectory>::of(
-        {364, "PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY", "directory",
-         QORMetaLinkType::PARENT, true, 69, "PropertyElementTypeScope", Order::NONE, Names::ANY,
-         false, 218, 70},
-        MakerOf<QORPropertyElementTypeScope>::maker);
+constexpr End associatedBusinessRuleOfModelObject =
+    NaryMembers<QORModelObject, QORBusinessRule, &QORModelObject::getAssociatedBusinessRuleCount,
+                &QORModelObject::getAssociatedBusinessRule, &QORModelObject::addAssociatedBusinessRule,
+                &QORModelObject::removeAssociatedBusinessRule, &QORModelObject::removeAssociatedBusinessRule,
+                &QORModelObject::removeAssociatedBusinessRule,
+                &QORModelObject::removeAssociatedBusinessRules>::of(
+        {189, "MODEL_OBJECT__ASSOCIATED__BUSINESS_RULE", "associatedBusinessRule",
+         QORMetaLinkType::BACK_REF, false, 59, "ModelObject", Order::BY_ADDRESS, Names::ANY,
+         false, 188, 74, 4},
+        MakerOf<QORAggregationRule>::maker);
 
-constexpr End drillPathLevelAssociationOfDrillPath =
-    NaryMembers<QORDrillPath, QORDrillPathLevelAssociation, &QORDrillPath::getDrillPathLevelAssociationCount,
-                &QORDrillPath::getDrillPathLevelAssociation, &QORDrillPath::addDrillPathLevelAssociation,
-                &QORDrillPath::removeDrillPathLevelAssociation,
-                &QORDrillPath::removeDrillPathLevelAssociation,
-                &QORDrillPath::removeDrillPathLevelAssociation,
-                &QORDrillPath::removeDrillPathLevelAssociations>::of(
-        {274, "DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION", "drillPathLevelAssociation",
-         QORMetaLinkType::CHILD, false, 108, "DrillPath", Order::AS_ADDED, Names::ANY,
-         false, 359, 109},
-        MakerOf<QORDrillPath>::maker);
+constexpr End operationOfClass =
+    NaryMembers<QORClass, QOROperation, &QORClass::getOperationCount, &QORClass::getOperation,
+                &QORClass::addOperation, &QORClass::removeOperation, &QORClass::removeOperation,
+                &QORClass::removeOperation, &QORClass::removeOperations>::of(
+        {38, "CLASS__OPERATION", "operation",
+         QORMetaLinkType::CHILD, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
+         false, 40, 16, 0},
+        MakerOf<QORClass>::maker);
 
-constexpr End drillPathOfDrillPathLevelAssociation =
-    UnaryMembers<QORDrillPathLevelAssociation, QORDrillPath, &QORDrillPathLevelAssociation::getDrillPath,
-                 &QORDrillPathLevelAssociation::addDrillPath, &QORDrillPathLevelAssociation::removeDrillPath,
-                 &QORDrillPathLevelAssociation::removeDrillPath>::of(
-        {278, "DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH", "drillPath",
-         QORMetaLinkType::PARENT, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
-         false, 332, 138},
-        MakerOf<QORDrillPathLevelAssociation>::maker);
+constexpr End associatedClassOfOperation =
+    UnaryMembers<QOROperation, QORClass, &QOROperation::getAssociatedClass, &QOROperation::addAssociatedClass,
+                 &QOROperation::removeAssociatedClass, &QOROperation::removeAssociatedClass>::of(
+        {194, "OPERATION__ASSOCIATED__CLASS", "associatedClass",
+         QORMetaLinkType::PARENT, true, 23, "Operation", Order::NONE, Names::ANY,
+         false, 193, 6, 2},
+        MakerOf<QOROperation>::maker);
 
-constexpr End topDrillPathLevelAssociationOfDrillPath =
-    NaryMembers<QORDrillPath, QORDrillPathLevelAssociation,
-                &QORDrillPath::getTopDrillPathLevelAssociationCount,
-                &QORDrillPath::getTopDrillPathLevelAssociation,
-                &QORDrillPath::addTopDrillPathLevelAssociation,
-                &QORDrillPath::removeTopDrillPathLevelAssociation,
-                &QORDrillPath::removeTopDrillPathLevelAssociation,
-                &QORDrillPath::removeTopDrillPathLevelAssociation,
-                &QORDrillPath::removeTopDrillPathLevelAssociations>::of(
-        {359, "DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION", "topDrillPathLevelAssociation",
-         QORMetaLinkType::REF, false, 108, "DrillPath", Order::BY_ADDRESS, Names::ANY,
-         false, 361, 109},
-        MakerOf<QORDrillPath>::maker);
+constexpr End realizationOfClass =
+    NaryMembers<QORClass, QORRealization, &QORClass::getRealizationCount, &QORClass::getRealization,
+                &QORClass::addRealization, &QORClass::removeRealization, &QORClass::removeRealization,
+                &QORClass::removeRealization, &QORClass::removeRealizations>::of(
+        {44, "CLASS__REALIZATION", "realization",
+         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
+         false, 43, 21, 6},
+        MakerOf<QORClass>::maker);
 
-constexpr End topOfDrillPathOfDrillPathLevelAssociation =
-    UnaryMembers<QORDrillPathLevelAssociation, QORDrillPath, &QORDrillPathLevelAssociation::getTopOfDrillPath,
-                 &QORDrillPathLevelAssociation::addTopOfDrillPath,
-                 &QORDrillPathLevelAssociation::removeTopOfDrillPath,
-                 &QORDrillPathLevelAssociation::removeTopOfDrillPath>::of(
-        {360, "DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH", "topOfDrillPath",
-         QORMetaLinkType::BACK_REF, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
-         false, 332, 138},
-        MakerOf<QORDrillPathLevelAssociation>::maker);
+constexpr End realizationClassOfRealization =
+    UnaryMembers<QORRealization, QORClass, &QORRealization::getRealizationClass,
+                 &QORRealization::addRealizationClass, &QORRealization::removeRealizationClass,
+                 &QORRealization::removeRealizationClass>::of(
+        {224, "REALIZATION__REALIZATION__CLASS", "realizationClass",
+         QORMetaLinkType::BACK_REF, true, 41, "Realization", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORRealization>::maker);
 
-constexpr End bottomDrillPathLevelAssociationOfDrillPath =
-    NaryMembers<QORDrillPath, QORDrillPathLevelAssociation,
-                &QORDrillPath::getBottomDrillPathLevelAssociationCount,
-                &QORDrillPath::getBottomDrillPathLevelAssociation,
-                &QORDrillPath::addBottomDrillPathLevelAssociation,
-                &QORDrillPath::removeBottomDrillPathLevelAssociation,
-                &QORDrillPath::removeBottomDrillPathLevelAssociation,
-                &QORDrillPath::removeBottomDrillPathLevelAssociation,
-                &QORDrillPath::removeBottomDrillPathLevelAssociations>::of(
-        {361, "DRILL_PATH__BOTTOM__DRILL_PATH_LEVEL_ASSOCIATION", "bottomDrillPathLevelAssociation",
-         QORMetaLinkType::REF, false, 108, "DrillPath", Order::BY_ADDRESS, Names::ANY,
-         false, 359, 109},
-        MakerOf<QORDrillPath>::maker);
+constexpr End associatedClassOfClassType =
+    UnaryMembers<QORClassType, QORClass, &QORClassType::getAssociatedClass, &QORClassType::addAssociatedClass,
+                 &QORClassType::removeAssociatedClass, &QORClassType::removeAssociatedClass>::of(
+        {62, "CLASS_TYPE__ASSOCIATED__CLASS", "associatedClass",
+         QORMetaLinkType::REF, true, 66, "ClassType", Order::NONE, Names::ANY,
+         false, 185, 43, 0},
+        MakerOf<QORClassType>::maker);
 
-constexpr End bottomOfDrillPathOfDrillPathLevelAssociation =
-    UnaryMembers<QORDrillPathLevelAssociation, QORDrillPath,
-                 &QORDrillPathLevelAssociation::getBottomOfDrillPath,
-                 &QORDrillPathLevelAssociation::addBottomOfDrillPath,
-                 &QORDrillPathLevelAssociation::removeBottomOfDrillPath,
-                 &QORDrillPathLevelAssociation::removeBottomOfDrillPath>::of(
-        {362, "DRILL_PATH_LEVEL_ASSOCIATION__BOTTOM_OF__DRILL_PATH", "bottomOfDrillPath",
-         QORMetaLinkType::BACK_REF, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
-         false, 332, 138},
-        MakerOf<QORDrillPathLevelAssociation>::maker);
+constexpr End classTypeOfClass =
+    UnaryMembers<QORClass, QORClassType, &QORClass::getClassType, &QORClass::addClassType,
+                 &QORClass::removeClassType, &QORClass::removeClassType>::of(
+        {51, "CLASS__CLASS_TYPE", "classType",
+         QORMetaLinkType::BACK_REF, true, 13, "Class", Order::NONE, Names::ANY,
+         false, 50, 17, 13},
+        MakerOf<QORClass>::maker);
+
+constexpr End featureMapOfClassifierMap =
+    NaryMembers<QORClassifierMap, QORFeatureMap, &QORClassifierMap::getFeatureMapCount,
+                &QORClassifierMap::getFeatureMap, &QORClassifierMap::addFeatureMap,
+                &QORClassifierMap::removeFeatureMap, &QORClassifierMap::removeFeatureMap,
+                &QORClassifierMap::removeFeatureMap, &QORClassifierMap::removeFeatureMaps>::of(
+        {68, "CLASSIFIER_MAP__FEATURE_MAP", "featureMap",
+         QORMetaLinkType::CHILD, false, 76, "ClassifierMap", Order::BY_NAME, Names::UNIQUE_OR_NONE,
+         false, 70, 101, 0},
+        MakerOf<QORClassifierMap>::maker);
+
+constexpr End classifierMapOfFeatureMap =
+    UnaryMembers<QORFeatureMap, QORClassifierMap, &QORFeatureMap::getClassifierMap,
+                 &QORFeatureMap::addClassifierMap, &QORFeatureMap::removeClassifierMap,
+                 &QORFeatureMap::removeClassifierMap>::of(
+        {117, "FEATURE_MAP__CLASSIFIER_MAP", "classifierMap",
+         QORMetaLinkType::PARENT, true, 78, "FeatureMap", Order::NONE, Names::ANY,
+         false, 118, 102, 0},
+        MakerOf<QORFeatureMap>::maker);
+
+constexpr End derivedTypeOfConcreteType =
+    NaryMembers<QORConcreteType, QORDerivedType, &QORConcreteType::getDerivedTypeCount,
+                &QORConcreteType::getDerivedType, &QORConcreteType::addDerivedType,
+                &QORConcreteType::removeDerivedType, &QORConcreteType::removeDerivedType,
+                &QORConcreteType::removeDerivedType, &QORConcreteType::removeDerivedTypes>::of(
+        {74, "CONCRETE_TYPE__DERIVED_TYPE", "derivedType",
+         QORMetaLinkType::REF, false, 50, "ConcreteType", Order::BY_ADDRESS, Names::ANY,
+         false, 185, 43, 0},
+        MakerOf<QORBaseType>::maker);
+
+constexpr End derivedFromConcreteTypeOfDerivedType =
+    UnaryMembers<QORDerivedType, QORConcreteType, &QORDerivedType::getDerivedFromConcreteType,
+                 &QORDerivedType::addDerivedFromConcreteType, &QORDerivedType::removeDerivedFromConcreteType,
+                 &QORDerivedType::removeDerivedFromConcreteType>::of(
+        {84, "DERIVED_TYPE__DERIVED_FROM__CONCRETE_TYPE", "derivedFromConcreteType",
+         QORMetaLinkType::BACK_REF, true, 5, "DerivedType", Order::NONE, Names::ANY,
+         false, 74, 5, 0},
+        MakerOf<QORDerivedType>::maker);
+
+constexpr End expressionNodeOfDelimiterNode =
+    NaryMembers<QORDelimiterNode, QORExpressionNode, &QORDelimiterNode::getExpressionNodeCount,
+                &QORDelimiterNode::getExpressionNode, &QORDelimiterNode::addExpressionNode,
+                &QORDelimiterNode::removeExpressionNode, &QORDelimiterNode::removeExpressionNode,
+                &QORDelimiterNode::removeExpressionNode, &QORDelimiterNode::removeExpressionNodes>::of(
+        {272, "DELIMITER_NODE__EXPRESSION_NODE", "expressionNode",
+         QORMetaLinkType::CHILD, false, 107, "DelimiterNode", Order::BY_ADDRESS, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORDelimiterNode>::maker);
+
+constexpr End delimiterNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORDelimiterNode, &QORExpressionNode::getDelimiterNode,
+                 &QORExpressionNode::addDelimiterNode, &QORExpressionNode::removeDelimiterNode,
+                 &QORExpressionNode::removeDelimiterNode>::of(
+        {296, "EXPRESSION_NODE__DELIMITER_NODE", "delimiterNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 7},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End descriptiveDimensionAttributeOfDimensionAttribute =
+    NaryMembers<QORDimensionAttribute, QORDimensionAttribute,
+                &QORDimensionAttribute::getDescriptiveDimensionAttributeCount,
+                &QORDimensionAttribute::getDescriptiveDimensionAttribute,
+                &QORDimensionAttribute::addDescriptiveDimensionAttribute,
+                &QORDimensionAttribute::removeDescriptiveDimensionAttribute,
+                &QORDimensionAttribute::removeDescriptiveDimensionAttribute,
+                &QORDimensionAttribute::removeDescriptiveDimensionAttribute,
+                &QORDimensionAttribute::removeDescriptiveDimensionAttributes>::of(
+        {98, "DIMENSION_ATTRIBUTE__DESCRIPTIVE__DIMENSION_ATTRIBUTE", "descriptiveDimensionAttribute",
+         QORMetaLinkType::REF, false, 88, "DimensionAttribute", Order::BY_ADDRESS, Names::ANY,
+         false, 97, 88, 2},
+        MakerOf<QORDimensionAttribute>::maker);
+
+constexpr End descriptiveOfDimensionAttributeOfDimensionAttribute =
+    UnaryMembers<QORDimensionAttribute, QORDimensionAttribute,
+                 &QORDimensionAttribute::getDescriptiveOfDimensionAttribute,
+                 &QORDimensionAttribute::addDescriptiveOfDimensionAttribute,
+                 &QORDimensionAttribute::removeDescriptiveOfDimensionAttribute,
+                 &QORDimensionAttribute::removeDescriptiveOfDimensionAttribute>::of(
+        {97, "DIMENSION_ATTRIBUTE__DESCRIPTIVE_OF__DIMENSION_ATTRIBUTE", "descriptiveOfDimensionAttribute",
+         QORMetaLinkType::BACK_REF, true, 88, "DimensionAttribute", Order::NONE, Names::ANY,
+         false, 96, 95, 1},
+        MakerOf<QORDimensionAttribute>::maker);
 
 constexpr End levelAssociationOfDrillPathLevelAssociation =
     NaryMembers<QORDrillPathLevelAssociation, QORLevelAssociation,
@@ -164,7 +243,7 @@ constexpr End levelAssociationOfDrillPathLevelAssociation =
                 &QORDrillPathLevelAssociation::removeLevelAssociations>::of(
         {332, "DRILL_PATH_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION", "levelAssociation",
          QORMetaLinkType::REF, false, 109, "DrillPathLevelAssociation", Order::BY_ADDRESS, Names::ANY,
-         false, 333, 94},
+         false, 303, 111, 1},
         MakerOf<QORDrillPathLevelAssociation>::maker);
 
 constexpr End drillPathLevelAssociationOfLevelAssociation =
@@ -178,148 +257,8 @@ constexpr End drillPathLevelAssociationOfLevelAssociation =
                 &QORLevelAssociation::removeDrillPathLevelAssociations>::of(
         {340, "LEVEL_ASSOCIATION__DRILL_PATH_LEVEL_ASSOCIATION", "drillPathLevelAssociation",
          QORMetaLinkType::BACK_REF, false, 138, "LevelAssociation", Order::BY_ADDRESS, Names::ANY,
-         false, 338, 94},
+         false, 339, 91, 3},
         MakerOf<QORLevelAssociation>::maker);
-
-constexpr End noteOfElement =
-    NaryMembers<QORElement, QORNote, &QORElement::getNoteCount, &QORElement::getNote, &QORElement::addNote,
-                &QORElement::removeNote, &QORElement::removeNote, &QORElement::removeNote,
-                &QORElement::removeNotes>::of(
-        {102, "ELEMENT__NOTE", "note",
-         QORMetaLinkType::CHILD, false, 0, "Element", Order::BY_ADDRESS, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End elementOfNote =
-    UnaryMembers<QORNote, QORElement, &QORNote::getElement, &QORNote::addElement, &QORNote::removeElement,
-                 &QORNote::removeElement>::of(
-        {191, "NOTE__ELEMENT", "element",
-         QORMetaLinkType::PARENT, true, 1, "Note", Order::NONE, Names::ANY,
-         false, -1, -1},
-        MakerOf<QORNote>::maker);
-
-constexpr End propertyValueOfElement =
-    NaryMembers<QORElement, QORPropertyValue, &QORElement::getPropertyValueCount,
-                &QORElement::getPropertyValue, &QORElement::addPropertyValue,
-                &QORElement::removePropertyValue, &QORElement::removePropertyValue,
-                &QORElement::removePropertyValue, &QORElement::removePropertyValues>::of(
-        {103, "ELEMENT__PROPERTY_VALUE", "propertyValue",
-         QORMetaLinkType::CHILD, false, 0, "Element", Order::AS_ADDED, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End elementOfPropertyValue =
-    UnaryMembers<QORPropertyValue, QORElement, &QORPropertyValue::getElement, &QORPropertyValue::addElement,
-                 &QORPropertyValue::removeElement, &QORPropertyValue::removeElement>::of(
-        {223, "PROPERTY_VALUE__ELEMENT", "element",
-         QORMetaLinkType::PARENT, true, 71, "PropertyValue", Order::NONE, Names::ANY,
-         false, 222, 70},
-        MakerOf<QORPropertyValue>::maker);
-
-constexpr End referencedByElementNamePartOfElement =
-    NaryMembers<QORElement, QORElementNamePart, &QORElement::getReferencedByElementNamePartCount,
-                &QORElement::getReferencedByElementNamePart, &QORElement::addReferencedByElementNamePart,
-                &QORElement::removeReferencedByElementNamePart,
-                &QORElement::removeReferencedByElementNamePart,
-                &QORElement::removeReferencedByElementNamePart,
-                &QORElement::removeReferencedByElementNameParts>::of(
-        {281, "ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART", "referencedByElementNamePart",
-         QORMetaLinkType::REF, false, 0, "Element", Order::BY_ADDRESS, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End referencedElementOfElementNamePart =
-    NaryMembers<QORElementNamePart, QORElement, &QORElementNamePart::getReferencedElementCount,
-                &QORElementNamePart::getReferencedElement, &QORElementNamePart::addReferencedElement,
-                &QORElementNamePart::removeReferencedElement, &QORElementNamePart::removeReferencedElement,
-                &QORElementNamePart::removeReferencedElement,
-                &QORElementNamePart::removeReferencedElements>::of(
-        {283, "ELEMENT_NAME_PART__REFERENCED__ELEMENT", "referencedElement",
-         QORMetaLinkType::BACK_REF, false, 110, "ElementNamePart", Order::BY_ADDRESS, Names::ANY,
-         false, 282, 111},
-        MakerOf<QORElementNamePart>::maker);
-
-constexpr End elementNodeOfElement =
-    NaryMembers<QORElement, QORElementNode, &QORElement::getElementNodeCount, &QORElement::getElementNode,
-                &QORElement::addElementNode, &QORElement::removeElementNode, &QORElement::removeElementNode,
-                &QORElement::removeElementNode, &QORElement::removeElementNodes>::of(
-        {303, "ELEMENT__ELEMENT_NODE", "elementNode",
-         QORMetaLinkType::REF, false, 0, "Element", Order::BY_ADDRESS, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End elementOfElementNode =
-    UnaryMembers<QORElementNode, QORElement, &QORElementNode::getElement, &QORElementNode::addElement,
-                 &QORElementNode::removeElement, &QORElementNode::removeElement>::of(
-        {284, "ELEMENT_NODE__ELEMENT", "element",
-         QORMetaLinkType::BACK_REF, true, 111, "ElementNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORElementNode>::maker);
-
-constexpr End elementNamePartOfElementNode =
-    NaryMembers<QORElementNode, QORElementNamePart, &QORElementNode::getElementNamePartCount,
-                &QORElementNode::getElementNamePart, &QORElementNode::addElementNamePart,
-                &QORElementNode::removeElementNamePart, &QORElementNode::removeElementNamePart,
-                &QORElementNode::removeElementNamePart, &QORElementNode::removeElementNameParts>::of(
-        {285, "ELEMENT_NODE__ELEMENT_NAME_PART", "elementNamePart",
-         QORMetaLinkType::CHILD, false, 111, "ElementNode", Order::AS_ADDED, Names::ANY,
-         false, 284, 83},
-        MakerOf<QORElementNode>::maker);
-
-constexpr End elementNodeOfElementNamePart =
-    UnaryMembers<QORElementNamePart, QORElementNode, &QORElementNamePart::getElementNode,
-                 &QORElementNamePart::addElementNode, &QORElementNamePart::removeElementNode,
-                 &QORElementNamePart::removeElementNode>::of(
-        {282, "ELEMENT_NAME_PART__ELEMENT_NODE", "elementNode",
-         QORMetaLinkType::PARENT, true, 110, "ElementNamePart", Order::NONE, Names::ANY,
-         false, 283, 83},
-        MakerOf<QORElementNamePart>::maker);
-
-constexpr End enumeratedTypeMapOfEnumeratedAttributeMap =
-    UnaryMembers<QOREnumeratedAttributeMap, QOREnumeratedTypeMap,
-                 &QOREnumeratedAttributeMap::getEnumeratedTypeMap,
-                 &QOREnumeratedAttributeMap::addEnumeratedTypeMap,
-                 &QOREnumeratedAttributeMap::removeEnumeratedTypeMap,
-                 &QOREnumeratedAttributeMap::removeEnumeratedTypeMap>::of(
-        {106, "ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP", "enumeratedTypeMap",
-         QORMetaLinkType::REF, true, 46, "EnumeratedAttributeMap", Order::NONE, Names::ANY,
-         false, 118, 102},
-        MakerOf<QOREnumeratedAttributeMap>::maker);
-
-constexpr End enumeratedAttributeMapOfEnumeratedTypeMap =
-    NaryMembers<QOREnumeratedTypeMap, QOREnumeratedAttributeMap,
-                &QOREnumeratedTypeMap::getEnumeratedAttributeMapCount,
-                &QOREnumeratedTypeMap::getEnumeratedAttributeMap,
-                &QOREnumeratedTypeMap::addEnumeratedAttributeMap,
-                &QOREnumeratedTypeMap::removeEnumeratedAttributeMap,
-                &QOREnumeratedTypeMap::removeEnumeratedAttributeMap,
-                &QOREnumeratedTypeMap::removeEnumeratedAttributeMap,
-                &QOREnumeratedTypeMap::removeEnumeratedAttributeMaps>::of(
-        {109, "ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP", "enumeratedAttributeMap",
-         QORMetaLinkType::BACK_REF, false, 47, "EnumeratedTypeMap", Order::BY_ADDRESS, Names::ANY,
-         false, 107, 5},
-        MakerOf<QOREnumeratedTypeMap>::maker);
-
-constexpr End sourceDerivedTypeOfEnumeratedTypeMap =
-    UnaryMembers<QOREnumeratedTypeMap, QORDerivedType, &QOREnumeratedTypeMap::getSourceDerivedType,
-                 &QOREnumeratedTypeMap::addSourceDerivedType, &QOREnumeratedTypeMap::removeSourceDerivedType,
-                 &QOREnumeratedTypeMap::removeSourceDerivedType>::of(
-        {107, "ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE", "sourceDerivedType",
-         QORMetaLinkType::REF, true, 47, "EnumeratedTypeMap", Order::NONE, Names::ANY,
-         false, 109, 46},
-        MakerOf<QOREnumeratedTypeMap>::maker);
-
-constexpr End sourceOfEnumeratedTypeMapOfDerivedType =
-    NaryMembers<QORDerivedType, QOREnumeratedTypeMap, &QORDerivedType::getSourceOfEnumeratedTypeMapCount,
-                &QORDerivedType::getSourceOfEnumeratedTypeMap, &QORDerivedType::addSourceOfEnumeratedTypeMap,
-                &QORDerivedType::removeSourceOfEnumeratedTypeMap,
-                &QORDerivedType::removeSourceOfEnumeratedTypeMap,
-                &QORDerivedType::removeSourceOfEnumeratedTypeMap,
-                &QORDerivedType::removeSourceOfEnumeratedTypeMaps>::of(
-        {86, "DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP", "sourceOfEnumeratedTypeMap",
-         QORMetaLinkType::BACK_REF, false, 5, "DerivedType", Order::BY_ADDRESS, Names::ANY,
-         false, 84, 4},
-        MakerOf<QORDerivedType>::maker);
 
 constexpr End destinationDerivedTypeOfEnumeratedTypeMap =
     UnaryMembers<QOREnumeratedTypeMap, QORDerivedType, &QOREnumeratedTypeMap::getDestinationDerivedType,
@@ -328,7 +267,7 @@ constexpr End destinationDerivedTypeOfEnumeratedTypeMap =
                  &QOREnumeratedTypeMap::removeDestinationDerivedType>::of(
         {110, "ENUMERATED_TYPE_MAP__DESTINATION__DERIVED_TYPE", "destinationDerivedType",
          QORMetaLinkType::REF, true, 47, "EnumeratedTypeMap", Order::NONE, Names::ANY,
-         false, 107, 5},
+         false, 109, 46, 2},
         MakerOf<QOREnumeratedTypeMap>::maker);
 
 constexpr End destinationOfEnumeratedTypeMapOfDerivedType =
@@ -341,119 +280,8 @@ constexpr End destinationOfEnumeratedTypeMapOfDerivedType =
                 &QORDerivedType::removeDestinationOfEnumeratedTypeMaps>::of(
         {87, "DERIVED_TYPE__DESTINATION_OF__ENUMERATED_TYPE_MAP", "destinationOfEnumeratedTypeMap",
          QORMetaLinkType::BACK_REF, false, 5, "DerivedType", Order::BY_ADDRESS, Names::ANY,
-         false, 84, 4},
+         false, 86, 47, 3},
         MakerOf<QORDerivedType>::maker);
-
-constexpr End statementNodeOfExpression =
-    NaryMembers<QORExpression, QORStatementNode, &QORExpression::getStatementNodeCount,
-                &QORExpression::getStatementNode, &QORExpression::addStatementNode,
-                &QORExpression::removeStatementNode, &QORExpression::removeStatementNode,
-                &QORExpression::removeStatementNode, &QORExpression::removeStatementNodes>::of(
-        {286, "EXPRESSION__STATEMENT_NODE", "statementNode",
-         QORMetaLinkType::CHILD, false, 112, "Expression", Order::BY_ADDRESS, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORExpression>::maker);
-
-constexpr End expressionOfStatementNode =
-    UnaryMembers<QORStatementNode, QORExpression, &QORStatementNode::getExpression,
-                 &QORStatementNode::addExpression, &QORStatementNode::removeExpression,
-                 &QORStatementNode::removeExpression>::of(
-        {324, "STATEMENT_NODE__EXPRESSION", "expression",
-         QORMetaLinkType::PARENT, true, 134, "StatementNode", Order::NONE, Names::ANY,
-         false, 353, 103},
-        MakerOf<QORStatementNode>::maker);
-
-constexpr End previousExpressionNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORExpressionNode, &QORExpressionNode::getPreviousExpressionNode,
-                 &QORExpressionNode::addPreviousExpressionNode,
-                 &QORExpressionNode::removePreviousExpressionNode,
-                 &QORExpressionNode::removePreviousExpressionNode>::of(
-        {298, "EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE", "previousExpressionNode",
-         QORMetaLinkType::REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End nextExpressionNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORExpressionNode, &QORExpressionNode::getNextExpressionNode,
-                 &QORExpressionNode::addNextExpressionNode, &QORExpressionNode::removeNextExpressionNode,
-                 &QORExpressionNode::removeNextExpressionNode>::of(
-        {299, "EXPRESSION_NODE__NEXT__EXPRESSION_NODE", "nextExpressionNode",
-         QORMetaLinkType::BACK_REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End typeOfFeature =
-    UnaryMembers<QORFeature, QORType, &QORFeature::getType, &QORFeature::addType, &QORFeature::removeType,
-                 &QORFeature::removeType>::of(
-        {114, "FEATURE__TYPE", "type",
-         QORMetaLinkType::REF, true, 77, "Feature", Order::NONE, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORAliasFeature>::maker);
-
-constexpr End featureOfType =
-    NaryMembers<QORType, QORFeature, &QORType::getFeatureCount, &QORType::getFeature, &QORType::addFeature,
-                &QORType::removeFeature, &QORType::removeFeature, &QORType::removeFeature,
-                &QORType::removeFeatures>::of(
-        {252, "TYPE__FEATURE", "feature",
-         QORMetaLinkType::BACK_REF, false, 3, "Type", Order::BY_ADDRESS, Names::ANY,
-         false, 2, 6},
-        MakerOf<QORAliasType>::maker);
-
-constexpr End sourceFeatureOfFeatureMap =
-    NaryMembers<QORFeatureMap, QORFeature, &QORFeatureMap::getSourceFeatureCount,
-                &QORFeatureMap::getSourceFeature, &QORFeatureMap::addSourceFeature,
-                &QORFeatureMap::removeSourceFeature, &QORFeatureMap::removeSourceFeature,
-                &QORFeatureMap::removeSourceFeature, &QORFeatureMap::removeSourceFeatures>::of(
-        {118, "FEATURE_MAP__SOURCE__FEATURE", "sourceFeature",
-         QORMetaLinkType::REF, false, 78, "FeatureMap", Order::BY_ADDRESS, Names::ANY,
-         false, 119, 102},
-        MakerOf<QORFeatureMap>::maker);
-
-constexpr End sourceOfFeatureMapOfFeature =
-    NaryMembers<QORFeature, QORFeatureMap, &QORFeature::getSourceOfFeatureMapCount,
-                &QORFeature::getSourceOfFeatureMap, &QORFeature::addSourceOfFeatureMap,
-                &QORFeature::removeSourceOfFeatureMap, &QORFeature::removeSourceOfFeatureMap,
-                &QORFeature::removeSourceOfFeatureMap, &QORFeature::removeSourceOfFeatureMaps>::of(
-        {112, "FEATURE__SOURCE_OF__FEATURE_MAP", "sourceOfFeatureMap",
-         QORMetaLinkType::BACK_REF, false, 77, "Feature", Order::BY_ADDRESS, Names::ANY,
-         false, 113, 78},
-        MakerOf<QORAliasFeature>::maker);
-
-constexpr End destinationFeatureOfFeatureMap =
-    NaryMembers<QORFeatureMap, QORFeature, &QORFeatureMap::getDestinationFeatureCount,
-                &QORFeatureMap::getDestinationFeature, &QORFeatureMap::addDestinationFeature,
-                &QORFeatureMap::removeDestinationFeature, &QORFeatureMap::removeDestinationFeature,
-                &QORFeatureMap::removeDestinationFeature, &QORFeatureMap::removeDestinationFeatures>::of(
-        {119, "FEATURE_MAP__DESTINATION__FEATURE", "destinationFeature",
-         QORMetaLinkType::REF, false, 78, "FeatureMap", Order::BY_ADDRESS, Names::ANY,
-         false, 118, 102},
-        MakerOf<QORFeatureMap>::maker);
-
-constexpr End destinationOfFeatureMapOfFeature =
-    NaryMembers<QORFeature, QORFeatureMap, &QORFeature::getDestinationOfFeatureMapCount,
-                &QORFeature::getDestinationOfFeatureMap, &QORFeature::addDestinationOfFeatureMap,
-                &QORFeature::removeDestinationOfFeatureMap, &QORFeature::removeDestinationOfFeatureMap,
-                &QORFeature::removeDestinationOfFeatureMap, &QORFeature::removeDestinationOfFeatureMaps>::of(
-        {113, "FEATURE__DESTINATION_OF__FEATURE_MAP", "destinationOfFeatureMap",
-         QORMetaLinkType::BACK_REF, false, 77, "Feature", Order::BY_ADDRESS, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORAliasFeature>::maker);
-
-constexpr End expressionOfFeatureMap =
-    UnaryMembers<QORFeatureMap, QORExpression, &QORFeatureMap::getExpression, &QORFeatureMap::addExpression,
-                 &QORFeatureMap::removeExpression, &QORFeatureMap::removeExpression>::of(
-        {300, "FEATURE_MAP__EXPRESSION", "expression",
-         QORMetaLinkType::CHILD, true, 78, "FeatureMap", Order::NONE, Names::ANY,
-         false, 118, 102},
-        MakerOf<QORFeatureMap>::maker);
-
-constexpr End featureMapOfExpression =
-    UnaryMembers<QORExpression, QORFeatureMap, &QORExpression::getFeatureMap, &QORExpression::addFeatureMap,
-                 &QORExpression::removeFeatureMap, &QORExpression::removeFeatureMap>::of(
-        {288, "EXPRESSION__FEATURE_MAP", "featureMap",
-         QORMetaLinkType::PARENT, true, 112, "Expression", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORExpression>::maker);
 
 constexpr End candidateKeyOfForeignKey =
     UnaryMembers<QORForeignKey, QORCandidateKey, &QORForeignKey::getCandidateKey,
@@ -461,7 +289,7 @@ constexpr End candidateKeyOfForeignKey =
                  &QORForeignKey::removeCandidateKey>::of(
         {122, "FOREIGN_KEY__CANDIDATE_KEY", "candidateKey",
          QORMetaLinkType::REF, true, 22, "ForeignKey", Order::NONE, Names::ANY,
-         false, 121, 18},
+         false, 121, 18, 1},
         MakerOf<QORForeignKey>::maker);
 
 constexpr End foreignKeyOfCandidateKey =
@@ -471,60 +299,8 @@ constexpr End foreignKeyOfCandidateKey =
                 &QORCandidateKey::removeForeignKey, &QORCandidateKey::removeForeignKeys>::of(
         {34, "CANDIDATE_KEY__FOREIGN_KEY", "foreignKey",
          QORMetaLinkType::BACK_REF, false, 21, "CandidateKey", Order::BY_ADDRESS, Names::ANY,
-         false, 35, 13},
+         false, 35, 13, 1},
         MakerOf<QORCandidateKey>::maker);
-
-constexpr End associationRoleNameMapOfForeignKey =
-    NaryMembers<QORForeignKey, QORAssociationRoleNameMap, &QORForeignKey::getAssociationRoleNameMapCount,
-                &QORForeignKey::getAssociationRoleNameMap, &QORForeignKey::addAssociationRoleNameMap,
-                &QORForeignKey::removeAssociationRoleNameMap, &QORForeignKey::removeAssociationRoleNameMap,
-                &QORForeignKey::removeAssociationRoleNameMap,
-                &QORForeignKey::removeAssociationRoleNameMaps>::of(
-        {124, "FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP", "associationRoleNameMap",
-         QORMetaLinkType::CHILD, false, 22, "ForeignKey", Order::BY_ADDRESS, Names::ANY,
-         false, 121, 18},
-        MakerOf<QORForeignKey>::maker);
-
-constexpr End foreignKeyOfAssociationRoleNameMap =
-    UnaryMembers<QORAssociationRoleNameMap, QORForeignKey, &QORAssociationRoleNameMap::getForeignKey,
-                 &QORAssociationRoleNameMap::addForeignKey, &QORAssociationRoleNameMap::removeForeignKey,
-                 &QORAssociationRoleNameMap::removeForeignKey>::of(
-        {13, "ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY", "foreignKey",
-         QORMetaLinkType::PARENT, true, 19, "AssociationRoleNameMap", Order::NONE, Names::ANY,
-         false, 14, 14},
-        MakerOf<QORAssociationRoleNameMap>::maker);
-
-constexpr End defaultOfVersionOfFormat =
-    UnaryMembers<QORFormat, QORVersion, &QORFormat::getDefaultOfVersion, &QORFormat::addDefaultOfVersion,
-                 &QORFormat::removeDefaultOfVersion, &QORFormat::removeDefaultOfVersion>::of(
-        {126, "FORMAT__DEFAULT_OF__VERSION", "defaultOfVersion",
-         QORMetaLinkType::REF, true, 32, "Format", Order::NONE, Names::ANY,
-         false, 369, 150},
-        MakerOf<QORConfigurationFormat>::maker);
-
-constexpr End defaultFormatOfVersion =
-    UnaryMembers<QORVersion, QORFormat, &QORVersion::getDefaultFormat, &QORVersion::addDefaultFormat,
-                 &QORVersion::removeDefaultFormat, &QORVersion::removeDefaultFormat>::of(
-        {264, "VERSION__DEFAULT__FORMAT", "defaultFormat",
-         QORMetaLinkType::BACK_REF, true, 31, "Version", Order::NONE, Names::ANY,
-         false, 263, 30},
-        MakerOf<QORVersion>::maker);
-
-constexpr End originalOfVersionOfFormat =
-    UnaryMembers<QORFormat, QORVersion, &QORFormat::getOriginalOfVersion, &QORFormat::addOriginalOfVersion,
-                 &QORFormat::removeOriginalOfVersion, &QORFormat::removeOriginalOfVersion>::of(
-        {127, "FORMAT__ORIGINAL_OF__VERSION", "originalOfVersion",
-         QORMetaLinkType::REF, true, 32, "Format", Order::NONE, Names::ANY,
-         false, 369, 150},
-        MakerOf<QORConfigurationFormat>::maker);
-
-constexpr End originalFormatOfVersion =
-    UnaryMembers<QORVersion, QORFormat, &QORVersion::getOriginalFormat, &QORVersion::addOriginalFormat,
-                 &QORVersion::removeOriginalFormat, &QORVersion::removeOriginalFormat>::of(
-        {265, "VERSION__ORIGINAL__FORMAT", "originalFormat",
-         QORMetaLinkType::BACK_REF, true, 31, "Version", Order::NONE, Names::ANY,
-         false, 263, 30},
-        MakerOf<QORVersion>::maker);
 
 constexpr End foreignKeyOfGeneralization =
     NaryMembers<QORGeneralization, QORForeignKey, &QORGeneralization::getForeignKeyCount,
@@ -533,7 +309,7 @@ constexpr End foreignKeyOfGeneralization =
                 &QORGeneralization::removeForeignKey, &QORGeneralization::removeForeignKeys>::of(
         {128, "GENERALIZATION__FOREIGN_KEY", "foreignKey",
          QORMetaLinkType::REF, false, 16, "Generalization", Order::BY_ADDRESS, Names::ANY,
-         false, 129, 13},
+         false, 129, 13, 0},
         MakerOf<QORGeneralization>::maker);
 
 constexpr End generalizationOfForeignKey =
@@ -542,113 +318,369 @@ constexpr End generalizationOfForeignKey =
                  &QORForeignKey::removeGeneralization>::of(
         {123, "FOREIGN_KEY__GENERALIZATION", "generalization",
          QORMetaLinkType::BACK_REF, true, 22, "ForeignKey", Order::NONE, Names::ANY,
-         false, 121, 18},
+         false, 122, 21, 2},
         MakerOf<QORForeignKey>::maker);
 
-constexpr End subtypeClassOfGeneralization =
-    NaryMembers<QORGeneralization, QORClass, &QORGeneralization::getSubtypeClassCount,
-                &QORGeneralization::getSubtypeClass, &QORGeneralization::addSubtypeClass,
-                &QORGeneralization::removeSubtypeClass, &QORGeneralization::removeSubtypeClass,
-                &QORGeneralization::removeSubtypeClass, &QORGeneralization::removeSubtypeClasss>::of(
-        {130, "GENERALIZATION__SUBTYPE__CLASS", "subtypeClass",
-         QORMetaLinkType::REF, false, 16, "Generalization", Order::AS_ADDED, Names::ANY,
-         false, 128, 22},
-        MakerOf<QORGeneralization>::maker);
+constexpr End cubeDimensionAssociationOfHierarchy =
+    NaryMembers<QORHierarchy, QORCubeDimensionAssociation, &QORHierarchy::getCubeDimensionAssociationCount,
+                &QORHierarchy::getCubeDimensionAssociation, &QORHierarchy::addCubeDimensionAssociation,
+                &QORHierarchy::removeCubeDimensionAssociation, &QORHierarchy::removeCubeDimensionAssociation,
+                &QORHierarchy::removeCubeDimensionAssociation,
+                &QORHierarchy::removeCubeDimensionAssociations>::of(
+        {140, "HIERARCHY__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
+         QORMetaLinkType::REF, false, 90, "Hierarchy", Order::BY_ADDRESS, Names::ANY,
+         false, 138, 87, 3},
+        MakerOf<QORHierarchy>::maker);
 
-constexpr End subtypeOfGeneralizationOfClass =
-    NaryMembers<QORClass, QORGeneralization, &QORClass::getSubtypeOfGeneralizationCount,
-                &QORClass::getSubtypeOfGeneralization, &QORClass::addSubtypeOfGeneralization,
-                &QORClass::removeSubtypeOfGeneralization, &QORClass::removeSubtypeOfGeneralization,
-                &QORClass::removeSubtypeOfGeneralization, &QORClass::removeSubtypeOfGeneralizations>::of(
-        {41, "CLASS__SUBTYPE_OF__GENERALIZATION", "subtypeOfGeneralization",
-         QORMetaLinkType::BACK_REF, false, 13, "Class", Order::AS_ADDED, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
+constexpr End hierarchyOfCubeDimensionAssociation =
+    UnaryMembers<QORCubeDimensionAssociation, QORHierarchy, &QORCubeDimensionAssociation::getHierarchy,
+                 &QORCubeDimensionAssociation::addHierarchy, &QORCubeDimensionAssociation::removeHierarchy,
+                 &QORCubeDimensionAssociation::removeHierarchy>::of(
+        {80, "CUBE_DIMENSION_ASSOCIATION__HIERARCHY", "hierarchy",
+         QORMetaLinkType::BACK_REF, true, 86, "CubeDimensionAssociation", Order::NONE, Names::ANY,
+         false, 79, 87, 2},
+        MakerOf<QORCubeDimensionAssociation>::maker);
 
-constexpr End discriminatorAttributeOfGeneralization =
-    NaryMembers<QORGeneralization, QORAttribute, &QORGeneralization::getDiscriminatorAttributeCount,
-                &QORGeneralization::getDiscriminatorAttribute, &QORGeneralization::addDiscriminatorAttribute,
-                &QORGeneralization::removeDiscriminatorAttribute,
-                &QORGeneralization::removeDiscriminatorAttribute,
-                &QORGeneralization::removeDiscriminatorAttribute,
-                &QORGeneralization::removeDiscriminatorAttributes>::of(
-        {131, "GENERALIZATION__DISCRIMINATOR__ATTRIBUTE", "discriminatorAttribute",
-         QORMetaLinkType::REF, false, 16, "Generalization", Order::BY_ADDRESS, Names::ANY,
-         false, 128, 22},
-        MakerOf<QORGeneralization>::maker);
+constexpr End topOfHierarchyOfHierarchyLevelAssociation =
+    UnaryMembers<QORHierarchyLevelAssociation, QORHierarchy, &QORHierarchyLevelAssociation::getTopOfHierarchy,
+                 &QORHierarchyLevelAssociation::addTopOfHierarchy,
+                 &QORHierarchyLevelAssociation::removeTopOfHierarchy,
+                 &QORHierarchyLevelAssociation::removeTopOfHierarchy>::of(
+        {356, "HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY", "topOfHierarchy",
+         QORMetaLinkType::REF, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
+         false, 342, 9, 3},
+        MakerOf<QORHierarchyLevelAssociation>::maker);
 
-constexpr End discriminatorOfGeneralizationOfAttribute =
-    NaryMembers<QORAttribute, QORGeneralization, &QORAttribute::getDiscriminatorOfGeneralizationCount,
-                &QORAttribute::getDiscriminatorOfGeneralization,
-                &QORAttribute::addDiscriminatorOfGeneralization,
-                &QORAttribute::removeDiscriminatorOfGeneralization,
-                &QORAttribute::removeDiscriminatorOfGeneralization,
-                &QORAttribute::removeDiscriminatorOfGeneralization,
-                &QORAttribute::removeDiscriminatorOfGeneralizations>::of(
-        {23, "ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION", "discriminatorOfGeneralization",
+constexpr End topHierarchyLevelAssociationOfHierarchy =
+    UnaryMembers<QORHierarchy, QORHierarchyLevelAssociation, &QORHierarchy::getTopHierarchyLevelAssociation,
+                 &QORHierarchy::addTopHierarchyLevelAssociation,
+                 &QORHierarchy::removeTopHierarchyLevelAssociation,
+                 &QORHierarchy::removeTopHierarchyLevelAssociation>::of(
+        {355, "HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION", "topHierarchyLevelAssociation",
+         QORMetaLinkType::BACK_REF, true, 90, "Hierarchy", Order::NONE, Names::ANY,
+         false, 342, 9, 4},
+        MakerOf<QORHierarchy>::maker);
+
+constexpr End attributeOfIndexMember =
+    UnaryMembers<QORIndexMember, QORAttribute, &QORIndexMember::getAttribute, &QORIndexMember::addAttribute,
+                 &QORIndexMember::removeAttribute, &QORIndexMember::removeAttribute>::of(
+        {146, "INDEX_MEMBER__ATTRIBUTE", "attribute",
+         QORMetaLinkType::REF, true, 52, "IndexMember", Order::NONE, Names::ANY,
+         false, 185, 43, 0},
+        MakerOf<QORIndexMember>::maker);
+
+constexpr End indexMemberOfAttribute =
+    NaryMembers<QORAttribute, QORIndexMember, &QORAttribute::getIndexMemberCount,
+                &QORAttribute::getIndexMember, &QORAttribute::addIndexMember,
+                &QORAttribute::removeIndexMember, &QORAttribute::removeIndexMember,
+                &QORAttribute::removeIndexMember, &QORAttribute::removeIndexMembers>::of(
+        {18, "ATTRIBUTE__INDEX_MEMBER", "indexMember",
          QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
-         false, 16, 19},
+         false, 17, 19, 2},
         MakerOf<QORAttribute>::maker);
 
-constexpr End childGroupingOfGrouping =
-    NaryMembers<QORGrouping, QORGrouping, &QORGrouping::getChildGroupingCount, &QORGrouping::getChildGrouping,
-                &QORGrouping::addChildGrouping, &QORGrouping::removeChildGrouping,
-                &QORGrouping::removeChildGrouping, &QORGrouping::removeChildGrouping,
-                &QORGrouping::removeChildGroupings>::of(
-        {133, "GROUPING__CHILD__GROUPING", "childGrouping",
-         QORMetaLinkType::CHILD, false, 65, "Grouping", Order::AS_ADDED, Names::ANY,
-         false, 135, 18},
-        MakerOf<QORGrouping>::maker);
+constexpr End rightExpressionNodeOfOperatorNode =
+    UnaryMembers<QOROperatorNode, QORExpressionNode, &QOROperatorNode::getRightExpressionNode,
+                 &QOROperatorNode::addRightExpressionNode, &QOROperatorNode::removeRightExpressionNode,
+                 &QOROperatorNode::removeRightExpressionNode>::of(
+        {308, "OPERATOR_NODE__RIGHT__EXPRESSION_NODE", "rightExpressionNode",
+         QORMetaLinkType::CHILD, true, 115, "OperatorNode", Order::NONE, Names::ANY,
+         false, 303, 111, 1},
+        MakerOf<QOROperatorNode>::maker);
 
-constexpr End parentGroupingOfGrouping =
-    UnaryMembers<QORGrouping, QORGrouping, &QORGrouping::getParentGrouping, &QORGrouping::addParentGrouping,
-                 &QORGrouping::removeParentGrouping, &QORGrouping::removeParentGrouping>::of(
-        {134, "GROUPING__PARENT__GROUPING", "parentGrouping",
-         QORMetaLinkType::PARENT, true, 65, "Grouping", Order::NONE, Names::ANY,
-         false, 135, 18},
-        MakerOf<QORGrouping>::maker);
+constexpr End rightOfOperatorNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QOROperatorNode, &QORExpressionNode::getRightOfOperatorNode,
+                 &QORExpressionNode::addRightOfOperatorNode, &QORExpressionNode::removeRightOfOperatorNode,
+                 &QORExpressionNode::removeRightOfOperatorNode>::of(
+        {293, "EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE", "rightOfOperatorNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 4},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End predicateOfPredicateNode =
+    NaryMembers<QORPredicateNode, QORPredicate, &QORPredicateNode::getPredicateCount,
+                &QORPredicateNode::getPredicate, &QORPredicateNode::addPredicate,
+                &QORPredicateNode::removePredicate, &QORPredicateNode::removePredicate,
+                &QORPredicateNode::removePredicate, &QORPredicateNode::removePredicates>::of(
+        {314, "PREDICATE_NODE__PREDICATE", "predicate",
+         QORMetaLinkType::CHILD, false, 118, "PredicateNode", Order::AS_ADDED, Names::ANY,
+         false, 303, 111, 1},
+        MakerOf<QORPredicateNode>::maker);
+
+constexpr End predicateNodeOfPredicate =
+    UnaryMembers<QORPredicate, QORPredicateNode, &QORPredicate::getPredicateNode,
+                 &QORPredicate::addPredicateNode, &QORPredicate::removePredicateNode,
+                 &QORPredicate::removePredicateNode>::of(
+        {312, "PREDICATE__PREDICATE_NODE", "predicateNode",
+         QORMetaLinkType::PARENT, true, 117, "Predicate", Order::NONE, Names::ANY,
+         false, -1, -1, 0},
+        MakerOf<QORPredicate>::maker);
+
+constexpr End propertyTypeOfPropertyElementTypeScope =
+    NaryMembers<QORPropertyElementTypeScope, QORPropertyType,
+                &QORPropertyElementTypeScope::getPropertyTypeCount,
+                &QORPropertyElementTypeScope::getPropertyType, &QORPropertyElementTypeScope::addPropertyType,
+                &QORPropertyElementTypeScope::removePropertyType,
+                &QORPropertyElementTypeScope::removePropertyType,
+                &QORPropertyElementTypeScope::removePropertyType,
+                &QORPropertyElementTypeScope::removePropertyTypes>::of(
+        {218, "PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE", "propertyType",
+         QORMetaLinkType::CHILD, false, 69, "PropertyElementTypeScope", Order::BY_NAME, Names::ANY,
+         false, 217, 2, 3},
+        MakerOf<QORPropertyElementTypeScope>::maker);
+
+constexpr End propertyElementTypeScopeOfPropertyType =
+    UnaryMembers<QORPropertyType, QORPropertyElementTypeScope, &QORPropertyType::getPropertyElementTypeScope,
+                 &QORPropertyType::addPropertyElementTypeScope,
+                 &QORPropertyType::removePropertyElementTypeScope,
+                 &QORPropertyType::removePropertyElementTypeScope>::of(
+        {220, "PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
+         QORMetaLinkType::PARENT, true, 70, "PropertyType", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORPropertyType>::maker);
+
+constexpr End referencedByReportItemOfReportItem =
+    NaryMembers<QORReportItem, QORReportItem, &QORReportItem::getReferencedByReportItemCount,
+                &QORReportItem::getReferencedByReportItem, &QORReportItem::addReferencedByReportItem,
+                &QORReportItem::removeReferencedByReportItem, &QORReportItem::removeReferencedByReportItem,
+                &QORReportItem::removeReferencedByReportItem,
+                &QORReportItem::removeReferencedByReportItems>::of(
+        {368, "REPORT_ITEM__REFERENCED_BY__REPORT_ITEM", "referencedByReportItem",
+         QORMetaLinkType::REF, false, 124, "ReportItem", Order::BY_ADDRESS, Names::ANY,
+         false, 367, 147, 4},
+        MakerOf<QORReportAxis>::maker);
+
+constexpr End referencedReportItemOfReportItem =
+    NaryMembers<QORReportItem, QORReportItem, &QORReportItem::getReferencedReportItemCount,
+                &QORReportItem::getReferencedReportItem, &QORReportItem::addReferencedReportItem,
+                &QORReportItem::removeReferencedReportItem, &QORReportItem::removeReferencedReportItem,
+                &QORReportItem::removeReferencedReportItem, &QORReportItem::removeReferencedReportItems>::of(
+        {367, "REPORT_ITEM__REFERENCED__REPORT_ITEM", "referencedReportItem",
+         QORMetaLinkType::BACK_REF, false, 124, "ReportItem", Order::BY_ADDRESS, Names::ANY,
+         false, 342, 9, 3},
+        MakerOf<QORReportAxis>::maker);
+
+constexpr End operationOfSQLViewEntity =
+    NaryMembers<QORSQLViewEntity, QOROperation, &QORSQLViewEntity::getOperationCount,
+                &QORSQLViewEntity::getOperation, &QORSQLViewEntity::addOperation,
+                &QORSQLViewEntity::removeOperation, &QORSQLViewEntity::removeOperation,
+                &QORSQLViewEntity::removeOperation, &QORSQLViewEntity::removeOperations>::of(
+        {230, "SQL_VIEW_ENTITY__OPERATION", "operation",
+         QORMetaLinkType::CHILD, false, 25, "SQLViewEntity", Order::BY_ADDRESS, Names::ANY,
+         false, 229, 27, 1},
+        MakerOf<QORSQLViewEntity>::maker);
+
+constexpr End associatedSQLViewEntityOfOperation =
+    UnaryMembers<QOROperation, QORSQLViewEntity, &QOROperation::getAssociatedSQLViewEntity,
+                 &QOROperation::addAssociatedSQLViewEntity, &QOROperation::removeAssociatedSQLViewEntity,
+                 &QOROperation::removeAssociatedSQLViewEntity>::of(
+        {195, "OPERATION__ASSOCIATED__SQL_VIEW_ENTITY", "associatedSQLViewEntity",
+         QORMetaLinkType::PARENT, true, 23, "Operation", Order::NONE, Names::ANY,
+         false, 193, 6, 3},
+        MakerOf<QOROperation>::maker);
+
+constexpr End destinationTransformationStepOfStepPrecedence =
+    NaryMembers<QORStepPrecedence, QORTransformationStep,
+                &QORStepPrecedence::getDestinationTransformationStepCount,
+                &QORStepPrecedence::getDestinationTransformationStep,
+                &QORStepPrecedence::addDestinationTransformationStep,
+                &QORStepPrecedence::removeDestinationTransformationStep,
+                &QORStepPrecedence::removeDestinationTransformationStep,
+                &QORStepPrecedence::removeDestinationTransformationStep,
+                &QORStepPrecedence::removeDestinationTransformationSteps>::of(
+        {344, "STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP", "destinationTransformationStep",
+         QORMetaLinkType::REF, false, 145, "StepPrecedence", Order::BY_ADDRESS, Names::ANY,
+         false, 343, 136, 1},
+        MakerOf<QORStepPrecedence>::maker);
+
+constexpr End destinationOfStepPrecedenceOfTransformationStep =
+    NaryMembers<QORTransformationStep, QORStepPrecedence,
+                &QORTransformationStep::getDestinationOfStepPrecedenceCount,
+                &QORTransformationStep::getDestinationOfStepPrecedence,
+                &QORTransformationStep::addDestinationOfStepPrecedence,
+                &QORTransformationStep::removeDestinationOfStepPrecedence,
+                &QORTransformationStep::removeDestinationOfStepPrecedence,
+                &QORTransformationStep::removeDestinationOfStepPrecedence,
+                &QORTransformationStep::removeDestinationOfStepPrecedences>::of(
+        {348, "TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE", "destinationOfStepPrecedence",
+         QORMetaLinkType::BACK_REF, false, 136, "TransformationStep", Order::BY_ADDRESS, Names::ANY,
+         false, 347, 145, 3},
+        MakerOf<QORTransformationStep>::maker);
+
+constexpr End classifierMapOfTransformation =
+    NaryMembers<QORTransformation, QORClassifierMap, &QORTransformation::getClassifierMapCount,
+                &QORTransformation::getClassifierMap, &QORTransformation::addClassifierMap,
+                &QORTransformation::removeClassifierMap, &QORTransformation::removeClassifierMap,
+                &QORTransformation::removeClassifierMap, &QORTransformation::removeClassifierMaps>::of(
+        {236, "TRANSFORMATION__CLASSIFIER_MAP", "classifierMap",
+         QORMetaLinkType::CHILD, false, 79, "Transformation", Order::BY_NAME, Names::UNIQUE_OR_NONE,
+         false, 281, 110, 1},
+        MakerOf<QORTransformation>::maker);
+
+constexpr End transformationOfClassifierMap =
+    UnaryMembers<QORClassifierMap, QORTransformation, &QORClassifierMap::getTransformation,
+                 &QORClassifierMap::addTransformation, &QORClassifierMap::removeTransformation,
+                 &QORClassifierMap::removeTransformation>::of(
+        {69, "CLASSIFIER_MAP__TRANSFORMATION", "transformation",
+         QORMetaLinkType::PARENT, true, 76, "ClassifierMap", Order::NONE, Names::ANY,
+         false, 70, 101, 1},
+        MakerOf<QORClassifierMap>::maker);
+
+constexpr End dataSetOfTransformation =
+    NaryMembers<QORTransformation, QORDataSet, &QORTransformation::getDataSetCount,
+                &QORTransformation::getDataSet, &QORTransformation::addDataSet,
+                &QORTransformation::removeDataSet, &QORTransformation::removeDataSet,
+                &QORTransformation::removeDataSet, &QORTransformation::removeDataSets>::of(
+        {326, "TRANSFORMATION__DATA_SET", "dataSet",
+         QORMetaLinkType::CHILD, false, 79, "Transformation", Order::BY_NAME, Names::UNIQUE,
+         false, 303, 111, 3},
+        MakerOf<QORTransformation>::maker);
+
+constexpr End transformationOfDataSet =
+    UnaryMembers<QORDataSet, QORTransformation, &QORDataSet::getTransformation,
+                 &QORDataSet::addTransformation, &QORDataSet::removeTransformation,
+                 &QORDataSet::removeTransformation>::of(
+        {271, "DATA_SET__TRANSFORMATION", "transformation",
+         QORMetaLinkType::PARENT, true, 106, "DataSet", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORDataSet>::maker);
+
+constexpr End transformationOfTransformationStep =
+    UnaryMembers<QORTransformationStep, QORTransformation, &QORTransformationStep::getTransformation,
+                 &QORTransformationStep::addTransformation, &QORTransformationStep::removeTransformation,
+                 &QORTransformationStep::removeTransformation>::of(
+        {350, "TRANSFORMATION_STEP__TRANSFORMATION", "transformation",
+         QORMetaLinkType::CHILD, true, 136, "TransformationStep", Order::NONE, Names::ANY,
+         false, 348, 145, 4},
+        MakerOf<QORTransformationStep>::maker);
+
+constexpr End transformationStepOfTransformation =
+    UnaryMembers<QORTransformation, QORTransformationStep, &QORTransformation::getTransformationStep,
+                 &QORTransformation::addTransformationStep, &QORTransformation::removeTransformationStep,
+                 &QORTransformation::removeTransformationStep>::of(
+        {346, "TRANSFORMATION__TRANSFORMATION_STEP", "transformationStep",
+         QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
+         false, 303, 111, 4},
+        MakerOf<QORTransformation>::maker);
+
+constexpr End transformationStepOfTransformationTask =
+    NaryMembers<QORTransformationTask, QORTransformationStep,
+                &QORTransformationTask::getTransformationStepCount,
+                &QORTransformationTask::getTransformationStep, &QORTransformationTask::addTransformationStep,
+                &QORTransformationTask::removeTransformationStep,
+                &QORTransformationTask::removeTransformationStep,
+                &QORTransformationTask::removeTransformationStep,
+                &QORTransformationTask::removeTransformationSteps>::of(
+        {302, "TRANSFORMATION_TASK__TRANSFORMATION_STEP", "transformationStep",
+         QORMetaLinkType::REF, false, 137, "TransformationTask", Order::BY_ADDRESS, Names::ANY,
+         false, 281, 110, 1},
+        MakerOf<QORTransformationTask>::maker);
+
+constexpr End transformationTaskOfTransformationStep =
+    UnaryMembers<QORTransformationStep, QORTransformationTask, &QORTransformationStep::getTransformationTask,
+                 &QORTransformationStep::addTransformationTask,
+                 &QORTransformationStep::removeTransformationTask,
+                 &QORTransformationStep::removeTransformationTask>::of(
+        {329, "TRANSFORMATION_STEP__TRANSFORMATION_TASK", "transformationTask",
+         QORMetaLinkType::BACK_REF, true, 136, "TransformationStep", Order::NONE, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORTransformationStep>::maker);
+
+constexpr End predecessorVersionOfVersion =
+    NaryMembers<QORVersion, QORVersion, &QORVersion::getPredecessorVersionCount,
+                &QORVersion::getPredecessorVersion, &QORVersion::addPredecessorVersion,
+                &QORVersion::removePredecessorVersion, &QORVersion::removePredecessorVersion,
+                &QORVersion::removePredecessorVersion, &QORVersion::removePredecessorVersions>::of(
+        {266, "VERSION__PREDECESSOR__VERSION", "predecessorVersion",
+         QORMetaLinkType::REF, false, 31, "Version", Order::BY_ADDRESS, Names::ANY,
+         false, 265, 150, 5},
+        MakerOf<QORVersion>::maker);
+
+constexpr End successorVersionOfVersion =
+    NaryMembers<QORVersion, QORVersion, &QORVersion::getSuccessorVersionCount,
+                &QORVersion::getSuccessorVersion, &QORVersion::addSuccessorVersion,
+                &QORVersion::removeSuccessorVersion, &QORVersion::removeSuccessorVersion,
+                &QORVersion::removeSuccessorVersion, &QORVersion::removeSuccessorVersions>::of(
+        {267, "VERSION__SUCCESSOR__VERSION", "successorVersion",
+         QORMetaLinkType::BACK_REF, false, 31, "Version", Order::BY_ADDRESS, Names::ANY,
+         false, 266, 31, 6},
+        MakerOf<QORVersion>::maker);
 
 } // namespace
 
-TEST(QORDirectoryByTable, ProductIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(productOfDirectory, directoryOfProduct);
+TEST(QORAssociationRoleNameMapByTable, DestinationAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationAttributeOfAssociationRoleNameMap, destinationOfAssociationRoleNameMapOfAttribute);
 }
 
-TEST(QORProductByTable, DirectoryIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(directoryOfProduct, productOfDirectory);
+TEST(QORAttributeByTable, DestinationOfAssociationRoleNameMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfAssociationRoleNameMapOfAttribute, destinationAttributeOfAssociationRoleNameMap);
 }
 
-TEST(QORDirectoryByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyElementTypeScopeOfDirectory, directoryOfPropertyElementTypeScope);
+TEST(QORBusinessRuleByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelObjectOfBusinessRule, associatedBusinessRuleOfModelObject, &MakerOf<QORBusinessRule>::maker);
 }
 
-TEST(QORPropertyElementTypeScopeByTable, DirectoryIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(directoryOfPropertyElementTypeScope, propertyElementTypeScopeOfDirectory);
+TEST(QORModelObjectByTable, AssociatedBusinessRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedBusinessRuleOfModelObject, modelObjectOfBusinessRule, &MakerOf<QORBusinessRule>::maker);
 }
 
-TEST(QORDrillPathByTable, DrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(drillPathLevelAssociationOfDrillPath, drillPathOfDrillPathLevelAssociation);
-    checkView(drillPathLevelAssociationOfDrillPath, drillPathOfDrillPathLevelAssociation, fillView<QORDrillPath, QORDrillPathLevelAssociationByPosition, &QORDrillPath::getDrillPathLevelAssociationByPosition>);
+TEST(QORClassByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(operationOfClass, associatedClassOfOperation);
+    checkView(operationOfClass, associatedClassOfOperation, fillView<QORClass, QOROperationByPosition, &QORClass::getOperationByPosition>);
 }
 
-TEST(QORDrillPathLevelAssociationByTable, DrillPathIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(drillPathOfDrillPathLevelAssociation, drillPathLevelAssociationOfDrillPath);
+TEST(QOROperationByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedClassOfOperation, operationOfClass);
 }
 
-TEST(QORDrillPathByTable, TopDrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(topDrillPathLevelAssociationOfDrillPath, topOfDrillPathOfDrillPathLevelAssociation);
+TEST(QORClassByTable, RealizationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(realizationOfClass, realizationClassOfRealization);
 }
 
-TEST(QORDrillPathLevelAssociationByTable, TopOfDrillPathIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(topOfDrillPathOfDrillPathLevelAssociation, topDrillPathLevelAssociationOfDrillPath);
+TEST(QORRealizationByTable, RealizationClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(realizationClassOfRealization, realizationOfClass);
 }
 
-TEST(QORDrillPathByTable, BottomDrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(bottomDrillPathLevelAssociationOfDrillPath, bottomOfDrillPathOfDrillPathLevelAssociation);
+TEST(QORClassTypeByTable, AssociatedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedClassOfClassType, classTypeOfClass);
 }
 
-TEST(QORDrillPathLevelAssociationByTable, BottomOfDrillPathIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(bottomOfDrillPathOfDrillPathLevelAssociation, bottomDrillPathLevelAssociationOfDrillPath);
+TEST(QORClassByTable, ClassTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(classTypeOfClass, associatedClassOfClassType);
+}
+
+TEST(QORClassifierMapByTable, FeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(featureMapOfClassifierMap, classifierMapOfFeatureMap);
+    checkView(featureMapOfClassifierMap, classifierMapOfFeatureMap, fillView<QORClassifierMap, QORFeatureMapByPosition, &QORClassifierMap::getFeatureMapByPosition>);
+}
+
+TEST(QORFeatureMapByTable, ClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(classifierMapOfFeatureMap, featureMapOfClassifierMap);
+}
+
+TEST(QORConcreteTypeByTable, DerivedTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(derivedTypeOfConcreteType, derivedFromConcreteTypeOfDerivedType, &MakerOf<QORDerivedType>::maker);
+}
+
+TEST(QORDerivedTypeByTable, DerivedFromConcreteTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(derivedFromConcreteTypeOfDerivedType, derivedTypeOfConcreteType, &MakerOf<QORDerivedType>::maker);
+}
+
+TEST(QORDelimiterNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionNodeOfDelimiterNode, delimiterNodeOfExpressionNode, &MakerOf<QORDelimiterNode>::maker);
+    checkView(expressionNodeOfDelimiterNode, delimiterNodeOfExpressionNode, fillView<QORDelimiterNode, QORExpressionNodeByPosition, &QORDelimiterNode::getExpressionNodeByPosition>);
+}
+
+TEST(QORExpressionNodeByTable, DelimiterNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(delimiterNodeOfExpressionNode, expressionNodeOfDelimiterNode, &MakerOf<QORDelimiterNode>::maker);
+}
+
+TEST(QORDimensionAttributeByTable, DescriptiveDimensionAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(descriptiveDimensionAttributeOfDimensionAttribute, descriptiveOfDimensionAttributeOfDimensionAttribute, &MakerOf<QORDimensionAttribute>::maker);
+}
+
+TEST(QORDimensionAttributeByTable, DescriptiveOfDimensionAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(descriptiveOfDimensionAttributeOfDimensionAttribute, descriptiveDimensionAttributeOfDimensionAttribute, &MakerOf<QORDimensionAttribute>::maker);
 }
 
 TEST(QORDrillPathLevelAssociationByTable, LevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -659,119 +691,12 @@ TEST(QORLevelAssociationByTable, DrillPathLevelAssociationIsLinkedUnlinkedAndDel
     checkEnd(drillPathLevelAssociationOfLevelAssociation, levelAssociationOfDrillPathLevelAssociation);
 }
 
-TEST(QORElementByTable, NoteIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(noteOfElement, elementOfNote);
-    checkView(noteOfElement, elementOfNote, fillView<QORElement, QORNoteByPosition, &QORElement::getNoteByPosition>);
-}
-
-TEST(QORNoteByTable, ElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(elementOfNote, noteOfElement);
-}
-
-TEST(QORElementByTable, PropertyValueIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyValueOfElement, elementOfPropertyValue);
-    checkView(propertyValueOfElement, elementOfPropertyValue, fillView<QORElement, QORPropertyValueByPosition, &QORElement::getPropertyValueByPosition>);
-}
-
-TEST(QORPropertyValueByTable, ElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(elementOfPropertyValue, propertyValueOfElement);
-}
-
-TEST(QORElementByTable, ReferencedByElementNamePartIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(referencedByElementNamePartOfElement, referencedElementOfElementNamePart);
-}
-
-TEST(QORElementNamePartByTable, ReferencedElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(referencedElementOfElementNamePart, referencedByElementNamePartOfElement);
-}
-
-TEST(QORElementByTable, ElementNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(elementNodeOfElement, elementOfElementNode, &MakerOf<QORElementNode>::maker);
-}
-
-TEST(QORElementNodeByTable, ElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(elementOfElementNode, elementNodeOfElement, &MakerOf<QORElementNode>::maker);
-}
-
-TEST(QORElementNodeByTable, ElementNamePartIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(elementNamePartOfElementNode, elementNodeOfElementNamePart);
-    checkView(elementNamePartOfElementNode, elementNodeOfElementNamePart, fillView<QORElementNode, QORElementNamePartByPosition, &QORElementNode::getElementNamePartByPosition>);
-}
-
-TEST(QORElementNamePartByTable, ElementNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(elementNodeOfElementNamePart, elementNamePartOfElementNode);
-}
-
-TEST(QOREnumeratedAttributeMapByTable, EnumeratedTypeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(enumeratedTypeMapOfEnumeratedAttributeMap, enumeratedAttributeMapOfEnumeratedTypeMap);
-}
-
-TEST(QOREnumeratedTypeMapByTable, EnumeratedAttributeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(enumeratedAttributeMapOfEnumeratedTypeMap, enumeratedTypeMapOfEnumeratedAttributeMap);
-}
-
-TEST(QOREnumeratedTypeMapByTable, SourceDerivedTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceDerivedTypeOfEnumeratedTypeMap, sourceOfEnumeratedTypeMapOfDerivedType);
-}
-
-TEST(QORDerivedTypeByTable, SourceOfEnumeratedTypeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfEnumeratedTypeMapOfDerivedType, sourceDerivedTypeOfEnumeratedTypeMap);
-}
-
 TEST(QOREnumeratedTypeMapByTable, DestinationDerivedTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(destinationDerivedTypeOfEnumeratedTypeMap, destinationOfEnumeratedTypeMapOfDerivedType);
 }
 
 TEST(QORDerivedTypeByTable, DestinationOfEnumeratedTypeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(destinationOfEnumeratedTypeMapOfDerivedType, destinationDerivedTypeOfEnumeratedTypeMap);
-}
-
-TEST(QORExpressionByTable, StatementNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(statementNodeOfExpression, expressionOfStatementNode);
-}
-
-TEST(QORStatementNodeByTable, ExpressionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionOfStatementNode, statementNodeOfExpression);
-}
-
-TEST(QORExpressionNodeByTable, PreviousExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(previousExpressionNodeOfExpressionNode, nextExpressionNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
-}
-
-TEST(QORExpressionNodeByTable, NextExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(nextExpressionNodeOfExpressionNode, previousExpressionNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
-}
-
-TEST(QORFeatureByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(typeOfFeature, featureOfType);
-}
-
-TEST(QORTypeByTable, FeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(featureOfType, typeOfFeature);
-}
-
-TEST(QORFeatureMapByTable, SourceFeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceFeatureOfFeatureMap, sourceOfFeatureMapOfFeature);
-}
-
-TEST(QORFeatureByTable, SourceOfFeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfFeatureMapOfFeature, sourceFeatureOfFeatureMap);
-}
-
-TEST(QORFeatureMapByTable, DestinationFeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationFeatureOfFeatureMap, destinationOfFeatureMapOfFeature);
-}
-
-TEST(QORFeatureByTable, DestinationOfFeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfFeatureMapOfFeature, destinationFeatureOfFeatureMap);
-}
-
-TEST(QORFeatureMapByTable, ExpressionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionOfFeatureMap, featureMapOfExpression);
-}
-
-TEST(QORExpressionByTable, FeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(featureMapOfExpression, expressionOfFeatureMap);
 }
 
 TEST(QORForeignKeyByTable, CandidateKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -782,30 +707,6 @@ TEST(QORCandidateKeyByTable, ForeignKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(foreignKeyOfCandidateKey, candidateKeyOfForeignKey);
 }
 
-TEST(QORForeignKeyByTable, AssociationRoleNameMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associationRoleNameMapOfForeignKey, foreignKeyOfAssociationRoleNameMap);
-}
-
-TEST(QORAssociationRoleNameMapByTable, ForeignKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(foreignKeyOfAssociationRoleNameMap, associationRoleNameMapOfForeignKey);
-}
-
-TEST(QORFormatByTable, DefaultOfVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultOfVersionOfFormat, defaultFormatOfVersion);
-}
-
-TEST(QORVersionByTable, DefaultFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultFormatOfVersion, defaultOfVersionOfFormat);
-}
-
-TEST(QORFormatByTable, OriginalOfVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(originalOfVersionOfFormat, originalFormatOfVersion);
-}
-
-TEST(QORVersionByTable, OriginalFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(originalFormatOfVersion, originalOfVersionOfFormat);
-}
-
 TEST(QORGeneralizationByTable, ForeignKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(foreignKeyOfGeneralization, generalizationOfForeignKey);
 }
@@ -814,27 +715,117 @@ TEST(QORForeignKeyByTable, GeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) 
     checkEnd(generalizationOfForeignKey, foreignKeyOfGeneralization);
 }
 
-TEST(QORGeneralizationByTable, SubtypeClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(subtypeClassOfGeneralization, subtypeOfGeneralizationOfClass);
+TEST(QORHierarchyByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeDimensionAssociationOfHierarchy, hierarchyOfCubeDimensionAssociation);
 }
 
-TEST(QORClassByTable, SubtypeOfGeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(subtypeOfGeneralizationOfClass, subtypeClassOfGeneralization);
+TEST(QORCubeDimensionAssociationByTable, HierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(hierarchyOfCubeDimensionAssociation, cubeDimensionAssociationOfHierarchy);
 }
 
-TEST(QORGeneralizationByTable, DiscriminatorAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(discriminatorAttributeOfGeneralization, discriminatorOfGeneralizationOfAttribute);
+TEST(QORHierarchyLevelAssociationByTable, TopOfHierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(topOfHierarchyOfHierarchyLevelAssociation, topHierarchyLevelAssociationOfHierarchy);
 }
 
-TEST(QORAttributeByTable, DiscriminatorOfGeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(discriminatorOfGeneralizationOfAttribute, discriminatorAttributeOfGeneralization);
+TEST(QORHierarchyByTable, TopHierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(topHierarchyLevelAssociationOfHierarchy, topOfHierarchyOfHierarchyLevelAssociation);
 }
 
-TEST(QORGroupingByTable, ChildGroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(childGroupingOfGrouping, parentGroupingOfGrouping, &MakerOf<QORGrouping>::maker);
-    checkView(childGroupingOfGrouping, parentGroupingOfGrouping, fillView<QORGrouping, QORGroupingByPosition, &QORGrouping::getChildGroupingByPosition>);
+TEST(QORIndexMemberByTable, AttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(attributeOfIndexMember, indexMemberOfAttribute);
 }
 
-TEST(QORGroupingByTable, ParentGroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parentGroupingOfGrouping, childGroupingOfGrouping, &MakerOf<QORGrouping>::maker);
+TEST(QORAttributeByTable, IndexMemberIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(indexMemberOfAttribute, attributeOfIndexMember);
+}
+
+TEST(QOROperatorNodeByTable, RightExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(rightExpressionNodeOfOperatorNode, rightOfOperatorNodeOfExpressionNode, &MakerOf<QOROperatorNode>::maker);
+}
+
+TEST(QORExpressionNodeByTable, RightOfOperatorNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(rightOfOperatorNodeOfExpressionNode, rightExpressionNodeOfOperatorNode, &MakerOf<QOROperatorNode>::maker);
+}
+
+TEST(QORPredicateNodeByTable, PredicateIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(predicateOfPredicateNode, predicateNodeOfPredicate);
+    checkView(predicateOfPredicateNode, predicateNodeOfPredicate, fillView<QORPredicateNode, QORPredicateByPosition, &QORPredicateNode::getPredicateByPosition>);
+}
+
+TEST(QORPredicateByTable, PredicateNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(predicateNodeOfPredicate, predicateOfPredicateNode);
+}
+
+TEST(QORPropertyElementTypeScopeByTable, PropertyTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyTypeOfPropertyElementTypeScope, propertyElementTypeScopeOfPropertyType);
+    checkView(propertyTypeOfPropertyElementTypeScope, propertyElementTypeScopeOfPropertyType, fillView<QORPropertyElementTypeScope, QORPropertyTypeByPosition, &QORPropertyElementTypeScope::getPropertyTypeByPosition>);
+}
+
+TEST(QORPropertyTypeByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyElementTypeScopeOfPropertyType, propertyTypeOfPropertyElementTypeScope);
+}
+
+TEST(QORReportItemByTable, ReferencedByReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(referencedByReportItemOfReportItem, referencedReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
+}
+
+TEST(QORReportItemByTable, ReferencedReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(referencedReportItemOfReportItem, referencedByReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
+}
+
+TEST(QORSQLViewEntityByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(operationOfSQLViewEntity, associatedSQLViewEntityOfOperation);
+    checkView(operationOfSQLViewEntity, associatedSQLViewEntityOfOperation, fillView<QORSQLViewEntity, QOROperationByPosition, &QORSQLViewEntity::getOperationByPosition>);
+}
+
+TEST(QOROperationByTable, AssociatedSQLViewEntityIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associatedSQLViewEntityOfOperation, operationOfSQLViewEntity);
+}
+
+TEST(QORStepPrecedenceByTable, DestinationTransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationTransformationStepOfStepPrecedence, destinationOfStepPrecedenceOfTransformationStep);
+}
+
+TEST(QORTransformationStepByTable, DestinationOfStepPrecedenceIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfStepPrecedenceOfTransformationStep, destinationTransformationStepOfStepPrecedence);
+}
+
+TEST(QORTransformationByTable, ClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(classifierMapOfTransformation, transformationOfClassifierMap);
+}
+
+TEST(QORClassifierMapByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationOfClassifierMap, classifierMapOfTransformation);
+}
+
+TEST(QORTransformationByTable, DataSetIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dataSetOfTransformation, transformationOfDataSet);
+}
+
+TEST(QORDataSetByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationOfDataSet, dataSetOfTransformation);
+}
+
+TEST(QORTransformationStepByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationOfTransformationStep, transformationStepOfTransformation);
+}
+
+TEST(QORTransformationByTable, TransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationStepOfTransformation, transformationOfTransformationStep);
+}
+
+TEST(QORTransformationTaskByTable, TransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationStepOfTransformationTask, transformationTaskOfTransformationStep);
+}
+
+TEST(QORTransformationStepByTable, TransformationTaskIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationTaskOfTransformationStep, transformationStepOfTransformationTask);
+}
+
+TEST(QORVersionByTable, PredecessorVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(predecessorVersionOfVersion, successorVersionOfVersion, &MakerOf<QORVersion>::maker);
+}
+
+TEST(QORVersionByTable, SuccessorVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(successorVersionOfVersion, predecessorVersionOfVersion, &MakerOf<QORVersion>::maker);
 }

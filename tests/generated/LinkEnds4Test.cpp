@@ -3,38 +3,299 @@
 #include "LinkEndChecks.h"
 
 #include <qor/QORAggregationRule.h>
+#include <qor/QORAliasType.h>
+#include <qor/QORArgument.h>
+#include <qor/QORArgumentByPosition.h>
 #include <qor/QORAssociationRole.h>
+#include <qor/QORAssociationRoleNameMap.h>
 #include <qor/QORAttribute.h>
-#include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
+#include <qor/QORClassDiagram.h>
+#include <qor/QORCube.h>
 #include <qor/QORCubeDimensionAssociation.h>
+#include <qor/QORDependency.h>
+#include <qor/QORDesignPackage.h>
+#include <qor/QORDiagram.h>
 #include <qor/QORDimension.h>
-#include <qor/QORDrillPathLevelAssociation.h>
+#include <qor/QORDirectory.h>
+#include <qor/QORElement.h>
+#include <qor/QORElementNamePart.h>
+#include <qor/QORElementNamePartByPosition.h>
+#include <qor/QORElementNode.h>
+#include <qor/QORFilter.h>
+#include <qor/QORForeignKey.h>
 #include <qor/QORGrouping.h>
 #include <qor/QORHierarchy.h>
 #include <qor/QORHierarchyLevelAssociation.h>
-#include <qor/QORHierarchyLevelAssociationByPosition.h>
-#include <qor/QORIndex.h>
-#include <qor/QORIndexMember.h>
-#include <qor/QORIndexMemberByPosition.h>
-#include <qor/QORJoin.h>
-#include <qor/QORJoinRole.h>
-#include <qor/QORKey.h>
 #include <qor/QORKeyMap.h>
 #include <qor/QORLevel.h>
-#include <qor/QORLevelAssociation.h>
-#include <qor/QORLevelAttribute.h>
-#include <qor/QORLevelKey.h>
-#include <qor/QORMappingFormat.h>
 #include <qor/QORMappingModel.h>
-#include <qor/QORModelFormat.h>
-#include <qor/QORModelObject.h>
+#include <qor/QORMetadataOrigin.h>
+#include <qor/QORModel.h>
+#include <qor/QORPhysicalObject.h>
+#include <qor/QORPhysicalRelationship.h>
+#include <qor/QORProduct.h>
 #include <qor/QORPropertyElementTypeScope.h>
+#include <qor/QORReport.h>
+#include <qor/QORReportAxis.h>
+#include <qor/QORReportItem.h>
+#include <qor/QORReportItemByPosition.h>
+#include <qor/QORStoredProcedure.h>
 #include <qor/QORTransformation.h>
+#include <qor/QORTransformationTask.h>
+#include <qor/QORType.h>
+#include <qor/QORVersion.h>
 
 using namespace table;
 
 namespace {
+
+constexpr End foreignKeyOfAssociationRole =
+    UnaryMembers<QORAssociationRole, QORForeignKey, &QORAssociationRole::getForeignKey,
+                 &QORAssociationRole::addForeignKey, &QORAssociationRole::removeForeignKey,
+                 &QORAssociationRole::removeForeignKey>::of(
+        {9, "ASSOCIATION_ROLE__FOREIGN_KEY", "foreignKey",
+         QORMetaLinkType::REF, true, 18, "AssociationRole", Order::NONE, Names::ANY,
+         false, 10, 13, 1},
+        MakerOf<QORAssociationRole>::maker);
+
+constexpr End associationRoleOfForeignKey =
+    UnaryMembers<QORForeignKey, QORAssociationRole, &QORForeignKey::getAssociationRole,
+                 &QORForeignKey::addAssociationRole, &QORForeignKey::removeAssociationRole,
+                 &QORForeignKey::removeAssociationRole>::of(
+        {121, "FOREIGN_KEY__ASSOCIATION_ROLE", "associationRole",
+         QORMetaLinkType::BACK_REF, true, 22, "ForeignKey", Order::NONE, Names::ANY,
+         false, 122, 21, 0},
+        MakerOf<QORForeignKey>::maker);
+
+constexpr End sourceAttributeOfAssociationRoleNameMap =
+    UnaryMembers<QORAssociationRoleNameMap, QORAttribute, &QORAssociationRoleNameMap::getSourceAttribute,
+                 &QORAssociationRoleNameMap::addSourceAttribute,
+                 &QORAssociationRoleNameMap::removeSourceAttribute,
+                 &QORAssociationRoleNameMap::removeSourceAttribute>::of(
+        {15, "ASSOCIATION_ROLE_NAME_MAP__SOURCE__ATTRIBUTE", "sourceAttribute",
+         QORMetaLinkType::REF, true, 19, "AssociationRoleNameMap", Order::NONE, Names::ANY,
+         false, 14, 14, 2},
+        MakerOf<QORAssociationRoleNameMap>::maker);
+
+constexpr End sourceOfAssociationRoleNameMapOfAttribute =
+    NaryMembers<QORAttribute, QORAssociationRoleNameMap,
+                &QORAttribute::getSourceOfAssociationRoleNameMapCount,
+                &QORAttribute::getSourceOfAssociationRoleNameMap,
+                &QORAttribute::addSourceOfAssociationRoleNameMap,
+                &QORAttribute::removeSourceOfAssociationRoleNameMap,
+                &QORAttribute::removeSourceOfAssociationRoleNameMap,
+                &QORAttribute::removeSourceOfAssociationRoleNameMap,
+                &QORAttribute::removeSourceOfAssociationRoleNameMaps>::of(
+        {17, "ATTRIBUTE__SOURCE_OF__ASSOCIATION_ROLE_NAME_MAP", "sourceOfAssociationRoleNameMap",
+         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
+         false, 16, 19, 1},
+        MakerOf<QORAttribute>::maker);
+
+constexpr End argumentOfClass =
+    NaryMembers<QORClass, QORArgument, &QORClass::getArgumentCount, &QORClass::getArgument,
+                &QORClass::addArgument, &QORClass::removeArgument, &QORClass::removeArgument,
+                &QORClass::removeArgument, &QORClass::removeArguments>::of(
+        {39, "CLASS__ARGUMENT", "argument",
+         QORMetaLinkType::CHILD, false, 13, "Class", Order::BY_NAME, Names::UNIQUE_OR_NONE,
+         false, 40, 16, 1},
+        MakerOf<QORClass>::maker);
+
+constexpr End parameterizedClassOfArgument =
+    UnaryMembers<QORArgument, QORClass, &QORArgument::getParameterizedClass,
+                 &QORArgument::addParameterizedClass, &QORArgument::removeParameterizedClass,
+                 &QORArgument::removeParameterizedClass>::of(
+        {5, "ARGUMENT__PARAMETERIZED__CLASS", "parameterizedClass",
+         QORMetaLinkType::PARENT, true, 24, "Argument", Order::NONE, Names::ANY,
+         false, 4, 6, 2},
+        MakerOf<QORArgument>::maker);
+
+constexpr End dependencyOfClass =
+    NaryMembers<QORClass, QORDependency, &QORClass::getDependencyCount, &QORClass::getDependency,
+                &QORClass::addDependency, &QORClass::removeDependency, &QORClass::removeDependency,
+                &QORClass::removeDependency, &QORClass::removeDependencys>::of(
+        {45, "CLASS__DEPENDENCY", "dependency",
+         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
+         false, 44, 41, 7},
+        MakerOf<QORClass>::maker);
+
+constexpr End clientClassOfDependency =
+    UnaryMembers<QORDependency, QORClass, &QORDependency::getClientClass, &QORDependency::addClientClass,
+                 &QORDependency::removeClientClass, &QORDependency::removeClientClass>::of(
+        {82, "DEPENDENCY__CLIENT__CLASS", "clientClass",
+         QORMetaLinkType::BACK_REF, true, 40, "Dependency", Order::NONE, Names::ANY,
+         false, 83, 13, 0},
+        MakerOf<QORDependency>::maker);
+
+constexpr End filterOfCube =
+    NaryMembers<QORCube, QORFilter, &QORCube::getFilterCount, &QORCube::getFilter, &QORCube::addFilter,
+                &QORCube::removeFilter, &QORCube::removeFilter, &QORCube::removeFilter,
+                &QORCube::removeFilters>::of(
+        {75, "CUBE__FILTER", "filter",
+         QORMetaLinkType::REF, false, 85, "Cube", Order::BY_ADDRESS, Names::ANY,
+         false, 67, 93, 0},
+        MakerOf<QORCube>::maker);
+
+constexpr End cubeOfFilter =
+    NaryMembers<QORFilter, QORCube, &QORFilter::getCubeCount, &QORFilter::getCube, &QORFilter::addCube,
+                &QORFilter::removeCube, &QORFilter::removeCube, &QORFilter::removeCube,
+                &QORFilter::removeCubes>::of(
+        {120, "FILTER__CUBE", "cube",
+         QORMetaLinkType::BACK_REF, false, 89, "Filter", Order::BY_ADDRESS, Names::ANY,
+         false, 67, 93, 0},
+        MakerOf<QORFilter>::maker);
+
+constexpr End aggregationRuleOfCubeDimensionAssociation =
+    NaryMembers<QORCubeDimensionAssociation, QORAggregationRule,
+                &QORCubeDimensionAssociation::getAggregationRuleCount,
+                &QORCubeDimensionAssociation::getAggregationRule,
+                &QORCubeDimensionAssociation::addAggregationRule,
+                &QORCubeDimensionAssociation::removeAggregationRule,
+                &QORCubeDimensionAssociation::removeAggregationRule,
+                &QORCubeDimensionAssociation::removeAggregationRule,
+                &QORCubeDimensionAssociation::removeAggregationRules>::of(
+        {81, "CUBE_DIMENSION_ASSOCIATION__AGGREGATION_RULE", "aggregationRule",
+         QORMetaLinkType::REF, false, 86, "CubeDimensionAssociation", Order::BY_ADDRESS, Names::ANY,
+         false, 80, 90, 3},
+        MakerOf<QORCubeDimensionAssociation>::maker);
+
+constexpr End cubeDimensionAssociationOfAggregationRule =
+    UnaryMembers<QORAggregationRule, QORCubeDimensionAssociation,
+                 &QORAggregationRule::getCubeDimensionAssociation,
+                 &QORAggregationRule::addCubeDimensionAssociation,
+                 &QORAggregationRule::removeCubeDimensionAssociation,
+                 &QORAggregationRule::removeCubeDimensionAssociation>::of(
+        {1, "AGGREGATION_RULE__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
+         QORMetaLinkType::BACK_REF, true, 83, "AggregationRule", Order::NONE, Names::ANY,
+         false, 185, 43, 1},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End storedProcedureOfDesignPackage =
+    NaryMembers<QORDesignPackage, QORStoredProcedure, &QORDesignPackage::getStoredProcedureCount,
+                &QORDesignPackage::getStoredProcedure, &QORDesignPackage::addStoredProcedure,
+                &QORDesignPackage::removeStoredProcedure, &QORDesignPackage::removeStoredProcedure,
+                &QORDesignPackage::removeStoredProcedure, &QORDesignPackage::removeStoredProcedures>::of(
+        {201, "DESIGN_PACKAGE__STORED_PROCEDURE", "storedProcedure",
+         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
+         false, 189, 100, 2},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End designPackageOfStoredProcedure =
+    UnaryMembers<QORStoredProcedure, QORDesignPackage, &QORStoredProcedure::getDesignPackage,
+                 &QORStoredProcedure::addDesignPackage, &QORStoredProcedure::removeDesignPackage,
+                 &QORStoredProcedure::removeDesignPackage>::of(
+        {233, "STORED_PROCEDURE__DESIGN_PACKAGE", "designPackage",
+         QORMetaLinkType::PARENT, true, 67, "StoredProcedure", Order::NONE, Names::ANY,
+         false, 193, 6, 0},
+        MakerOf<QORStoredProcedure>::maker);
+
+constexpr End defaultOfDesignPackageOfDiagram =
+    UnaryMembers<QORDiagram, QORDesignPackage, &QORDiagram::getDefaultOfDesignPackage,
+                 &QORDiagram::addDefaultOfDesignPackage, &QORDiagram::removeDefaultOfDesignPackage,
+                 &QORDiagram::removeDefaultOfDesignPackage>::of(
+        {273, "DIAGRAM__DEFAULT_OF__DESIGN_PACKAGE", "defaultOfDesignPackage",
+         QORMetaLinkType::REF, true, 10, "Diagram", Order::NONE, Names::ANY,
+         false, 189, 100, 1},
+        MakerOf<QORClassDiagram>::maker);
+
+constexpr End defaultDiagramOfDesignPackage =
+    UnaryMembers<QORDesignPackage, QORDiagram, &QORDesignPackage::getDefaultDiagram,
+                 &QORDesignPackage::addDefaultDiagram, &QORDesignPackage::removeDefaultDiagram,
+                 &QORDesignPackage::removeDefaultDiagram>::of(
+        {309, "DESIGN_PACKAGE__DEFAULT__DIAGRAM", "defaultDiagram",
+         QORMetaLinkType::BACK_REF, true, 9, "DesignPackage", Order::NONE, Names::ANY,
+         false, 303, 111, 3},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End levelOfDimension =
+    NaryMembers<QORDimension, QORLevel, &QORDimension::getLevelCount, &QORDimension::getLevel,
+                &QORDimension::addLevel, &QORDimension::removeLevel, &QORDimension::removeLevel,
+                &QORDimension::removeLevel, &QORDimension::removeLevels>::of(
+        {93, "DIMENSION__LEVEL", "level",
+         QORMetaLinkType::CHILD, false, 87, "Dimension", Order::BY_NAME, Names::UNIQUE,
+         false, 92, 90, 2},
+        MakerOf<QORDimension>::maker);
+
+constexpr End dimensionOfLevel =
+    UnaryMembers<QORLevel, QORDimension, &QORLevel::getDimension, &QORLevel::addDimension,
+                 &QORLevel::removeDimension, &QORLevel::removeDimension>::of(
+        {161, "LEVEL__DIMENSION", "dimension",
+         QORMetaLinkType::PARENT, true, 94, "Level", Order::NONE, Names::ANY,
+         false, 67, 93, 0},
+        MakerOf<QORLevel>::maker);
+
+constexpr End productOfDirectory =
+    NaryMembers<QORDirectory, QORProduct, &QORDirectory::getProductCount, &QORDirectory::getProduct,
+                &QORDirectory::addProduct, &QORDirectory::removeProduct, &QORDirectory::removeProduct,
+                &QORDirectory::removeProduct, &QORDirectory::removeProducts>::of(
+        {99, "DIRECTORY__PRODUCT", "product",
+         QORMetaLinkType::CHILD, false, 28, "Directory", Order::BY_NAME, Names::UNIQUE,
+         false, 281, 110, 0},
+        MakerOf<QORDirectory>::maker);
+
+constexpr End directoryOfProduct =
+    UnaryMembers<QORProduct, QORDirectory, &QORProduct::getDirectory, &QORProduct::addDirectory,
+                 &QORProduct::removeDirectory, &QORProduct::removeDirectory>::of(
+        {212, "PRODUCT__DIRECTORY", "directory",
+         QORMetaLinkType::PARENT, true, 30, "Product", Order::NONE, Names::ANY,
+         false, 73, 30, 0},
+        MakerOf<QORProduct>::maker);
+
+constexpr End propertyElementTypeScopeOfDirectory =
+    NaryMembers<QORDirectory, QORPropertyElementTypeScope, &QORDirectory::getPropertyElementTypeScopeCount,
+                &QORDirectory::getPropertyElementTypeScope, &QORDirectory::addPropertyElementTypeScope,
+                &QORDirectory::removePropertyElementTypeScope, &QORDirectory::removePropertyElementTypeScope,
+                &QORDirectory::removePropertyElementTypeScope,
+                &QORDirectory::removePropertyElementTypeScopes>::of(
+        {363, "DIRECTORY__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
+         QORMetaLinkType::CHILD, false, 28, "Directory", Order::BY_NAME, Names::UNIQUE,
+         false, 303, 111, 1},
+        MakerOf<QORDirectory>::maker);
+
+constexpr End directoryOfPropertyElementTypeScope =
+    UnaryMembers<QORPropertyElementTypeScope, QORDirectory, &QORPropertyElementTypeScope::getDirectory,
+                 &QORPropertyElementTypeScope::addDirectory, &QORPropertyElementTypeScope::removeDirectory,
+                 &QORPropertyElementTypeScope::removeDirectory>::of(
+        {364, "PROPERTY_ELEMENT_TYPE_SCOPE__DIRECTORY", "directory",
+         QORMetaLinkType::PARENT, true, 69, "PropertyElementTypeScope", Order::NONE, Names::ANY,
+         false, 218, 70, 2},
+        MakerOf<QORPropertyElementTypeScope>::maker);
+
+constexpr End elementNodeOfElement =
+    NaryMembers<QORElement, QORElementNode, &QORElement::getElementNodeCount, &QORElement::getElementNode,
+                &QORElement::addElementNode, &QORElement::removeElementNode, &QORElement::removeElementNode,
+                &QORElement::removeElementNode, &QORElement::removeElementNodes>::of(
+        {303, "ELEMENT__ELEMENT_NODE", "elementNode",
+         QORMetaLinkType::REF, false, 0, "Element", Order::BY_ADDRESS, Names::ANY,
+         false, 281, 110, 3},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End elementOfElementNode =
+    UnaryMembers<QORElementNode, QORElement, &QORElementNode::getElement, &QORElementNode::addElement,
+                 &QORElementNode::removeElement, &QORElementNode::removeElement>::of(
+        {284, "ELEMENT_NODE__ELEMENT", "element",
+         QORMetaLinkType::BACK_REF, true, 111, "ElementNode", Order::NONE, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORElementNode>::maker);
+
+constexpr End elementNamePartOfElementNode =
+    NaryMembers<QORElementNode, QORElementNamePart, &QORElementNode::getElementNamePartCount,
+                &QORElementNode::getElementNamePart, &QORElementNode::addElementNamePart,
+                &QORElementNode::removeElementNamePart, &QORElementNode::removeElementNamePart,
+                &QORElementNode::removeElementNamePart, &QORElementNode::removeElementNameParts>::of(
+        {285, "ELEMENT_NODE__ELEMENT_NAME_PART", "elementNamePart",
+         QORMetaLinkType::CHILD, false, 111, "ElementNode", Order::AS_ADDED, Names::ANY,
+         false, 284, 83, 1},
+        MakerOf<QORElementNode>::maker);
+
+constexpr End elementNodeOfElementNamePart =
+    UnaryMembers<QORElementNamePart, QORElementNode, &QORElementNamePart::getElementNode,
+                 &QORElementNamePart::addElementNode, &QORElementNamePart::removeElementNode,
+                 &QORElementNamePart::removeElementNode>::of(
+        {282, "ELEMENT_NAME_PART__ELEMENT_NODE", "elementNode",
+         QORMetaLinkType::PARENT, true, 110, "ElementNamePart", Order::NONE, Names::ANY,
+         false, 283, 83, 0},
+        MakerOf<QORElementNamePart>::maker);
 
 constexpr End leafAssociationRoleOfGrouping =
     UnaryMembers<QORGrouping, QORAssociationRole, &QORGrouping::getLeafAssociationRole,
@@ -42,7 +303,7 @@ constexpr End leafAssociationRoleOfGrouping =
                  &QORGrouping::removeLeafAssociationRole>::of(
         {135, "GROUPING__LEAF__ASSOCIATION_ROLE", "leafAssociationRole",
          QORMetaLinkType::REF, true, 65, "Grouping", Order::NONE, Names::ANY,
-         false, 136, 14},
+         false, 136, 14, 3},
         MakerOf<QORGrouping>::maker);
 
 constexpr End groupingOfAssociationRole =
@@ -52,84 +313,8 @@ constexpr End groupingOfAssociationRole =
                 &QORAssociationRole::removeGrouping, &QORAssociationRole::removeGroupings>::of(
         {12, "ASSOCIATION_ROLE__GROUPING", "grouping",
          QORMetaLinkType::BACK_REF, false, 18, "AssociationRole", Order::AS_ADDED, Names::ANY,
-         false, 9, 22},
+         false, 10, 13, 4},
         MakerOf<QORAssociationRole>::maker);
-
-constexpr End leafAttributeOfGrouping =
-    UnaryMembers<QORGrouping, QORAttribute, &QORGrouping::getLeafAttribute, &QORGrouping::addLeafAttribute,
-                 &QORGrouping::removeLeafAttribute, &QORGrouping::removeLeafAttribute>::of(
-        {136, "GROUPING__LEAF__ATTRIBUTE", "leafAttribute",
-         QORMetaLinkType::REF, true, 65, "Grouping", Order::NONE, Names::ANY,
-         false, 135, 18},
-        MakerOf<QORGrouping>::maker);
-
-constexpr End groupingOfAttribute =
-    NaryMembers<QORAttribute, QORGrouping, &QORAttribute::getGroupingCount, &QORAttribute::getGrouping,
-                &QORAttribute::addGrouping, &QORAttribute::removeGrouping, &QORAttribute::removeGrouping,
-                &QORAttribute::removeGrouping, &QORAttribute::removeGroupings>::of(
-        {22, "ATTRIBUTE__GROUPING", "grouping",
-         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
-         false, 16, 19},
-        MakerOf<QORAttribute>::maker);
-
-constexpr End defaultOfDimensionOfHierarchy =
-    UnaryMembers<QORHierarchy, QORDimension, &QORHierarchy::getDefaultOfDimension,
-                 &QORHierarchy::addDefaultOfDimension, &QORHierarchy::removeDefaultOfDimension,
-                 &QORHierarchy::removeDefaultOfDimension>::of(
-        {138, "HIERARCHY__DEFAULT_OF__DIMENSION", "defaultOfDimension",
-         QORMetaLinkType::REF, true, 90, "Hierarchy", Order::NONE, Names::ANY,
-         false, 140, 86},
-        MakerOf<QORHierarchy>::maker);
-
-constexpr End defaultHierarchyOfDimension =
-    UnaryMembers<QORDimension, QORHierarchy, &QORDimension::getDefaultHierarchy,
-                 &QORDimension::addDefaultHierarchy, &QORDimension::removeDefaultHierarchy,
-                 &QORDimension::removeDefaultHierarchy>::of(
-        {92, "DIMENSION__DEFAULT__HIERARCHY", "defaultHierarchy",
-         QORMetaLinkType::BACK_REF, true, 87, "Dimension", Order::NONE, Names::ANY,
-         false, 94, 86},
-        MakerOf<QORDimension>::maker);
-
-constexpr End hierarchyLevelAssociationOfHierarchy =
-    NaryMembers<QORHierarchy, QORHierarchyLevelAssociation, &QORHierarchy::getHierarchyLevelAssociationCount,
-                &QORHierarchy::getHierarchyLevelAssociation, &QORHierarchy::addHierarchyLevelAssociation,
-                &QORHierarchy::removeHierarchyLevelAssociation,
-                &QORHierarchy::removeHierarchyLevelAssociation,
-                &QORHierarchy::removeHierarchyLevelAssociation,
-                &QORHierarchy::removeHierarchyLevelAssociations>::of(
-        {139, "HIERARCHY__HIERARCHY_LEVEL_ASSOCIATION", "hierarchyLevelAssociation",
-         QORMetaLinkType::CHILD, false, 90, "Hierarchy", Order::AS_ADDED, Names::ANY,
-         false, 138, 87},
-        MakerOf<QORHierarchy>::maker);
-
-constexpr End hierarchyOfHierarchyLevelAssociation =
-    UnaryMembers<QORHierarchyLevelAssociation, QORHierarchy, &QORHierarchyLevelAssociation::getHierarchy,
-                 &QORHierarchyLevelAssociation::addHierarchy, &QORHierarchyLevelAssociation::removeHierarchy,
-                 &QORHierarchyLevelAssociation::removeHierarchy>::of(
-        {141, "HIERARCHY_LEVEL_ASSOCIATION__HIERARCHY", "hierarchy",
-         QORMetaLinkType::PARENT, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
-         false, 142, 94},
-        MakerOf<QORHierarchyLevelAssociation>::maker);
-
-constexpr End cubeDimensionAssociationOfHierarchy =
-    NaryMembers<QORHierarchy, QORCubeDimensionAssociation, &QORHierarchy::getCubeDimensionAssociationCount,
-                &QORHierarchy::getCubeDimensionAssociation, &QORHierarchy::addCubeDimensionAssociation,
-                &QORHierarchy::removeCubeDimensionAssociation, &QORHierarchy::removeCubeDimensionAssociation,
-                &QORHierarchy::removeCubeDimensionAssociation,
-                &QORHierarchy::removeCubeDimensionAssociations>::of(
-        {140, "HIERARCHY__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
-         QORMetaLinkType::REF, false, 90, "Hierarchy", Order::BY_ADDRESS, Names::ANY,
-         false, 138, 87},
-        MakerOf<QORHierarchy>::maker);
-
-constexpr End hierarchyOfCubeDimensionAssociation =
-    UnaryMembers<QORCubeDimensionAssociation, QORHierarchy, &QORCubeDimensionAssociation::getHierarchy,
-                 &QORCubeDimensionAssociation::addHierarchy, &QORCubeDimensionAssociation::removeHierarchy,
-                 &QORCubeDimensionAssociation::removeHierarchy>::of(
-        {80, "CUBE_DIMENSION_ASSOCIATION__HIERARCHY", "hierarchy",
-         QORMetaLinkType::BACK_REF, true, 86, "CubeDimensionAssociation", Order::NONE, Names::ANY,
-         false, 79, 87},
-        MakerOf<QORCubeDimensionAssociation>::maker);
 
 constexpr End bottomHierarchyLevelAssociationOfHierarchy =
     NaryMembers<QORHierarchy, QORHierarchyLevelAssociation,
@@ -142,7 +327,7 @@ constexpr End bottomHierarchyLevelAssociationOfHierarchy =
                 &QORHierarchy::removeBottomHierarchyLevelAssociations>::of(
         {357, "HIERARCHY__BOTTOM__HIERARCHY_LEVEL_ASSOCIATION", "bottomHierarchyLevelAssociation",
          QORMetaLinkType::REF, false, 90, "Hierarchy", Order::BY_ADDRESS, Names::ANY,
-         false, 138, 87},
+         false, 355, 91, 5},
         MakerOf<QORHierarchy>::maker);
 
 constexpr End bottomOfHierarchyOfHierarchyLevelAssociation =
@@ -153,160 +338,8 @@ constexpr End bottomOfHierarchyOfHierarchyLevelAssociation =
                  &QORHierarchyLevelAssociation::removeBottomOfHierarchy>::of(
         {358, "HIERARCHY_LEVEL_ASSOCIATION__BOTTOM_OF__HIERARCHY", "bottomOfHierarchy",
          QORMetaLinkType::BACK_REF, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
-         false, 142, 94},
+         false, 356, 90, 4},
         MakerOf<QORHierarchyLevelAssociation>::maker);
-
-constexpr End levelAssociationOfHierarchyLevelAssociation =
-    NaryMembers<QORHierarchyLevelAssociation, QORLevelAssociation,
-                &QORHierarchyLevelAssociation::getLevelAssociationCount,
-                &QORHierarchyLevelAssociation::getLevelAssociation,
-                &QORHierarchyLevelAssociation::addLevelAssociation,
-                &QORHierarchyLevelAssociation::removeLevelAssociation,
-                &QORHierarchyLevelAssociation::removeLevelAssociation,
-                &QORHierarchyLevelAssociation::removeLevelAssociation,
-                &QORHierarchyLevelAssociation::removeLevelAssociations>::of(
-        {334, "HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION", "levelAssociation",
-         QORMetaLinkType::REF, false, 91, "HierarchyLevelAssociation", Order::BY_ADDRESS, Names::ANY,
-         false, 142, 94},
-        MakerOf<QORHierarchyLevelAssociation>::maker);
-
-constexpr End hierarchyLevelAssociationOfLevelAssociation =
-    NaryMembers<QORLevelAssociation, QORHierarchyLevelAssociation,
-                &QORLevelAssociation::getHierarchyLevelAssociationCount,
-                &QORLevelAssociation::getHierarchyLevelAssociation,
-                &QORLevelAssociation::addHierarchyLevelAssociation,
-                &QORLevelAssociation::removeHierarchyLevelAssociation,
-                &QORLevelAssociation::removeHierarchyLevelAssociation,
-                &QORLevelAssociation::removeHierarchyLevelAssociation,
-                &QORLevelAssociation::removeHierarchyLevelAssociations>::of(
-        {339, "LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION", "hierarchyLevelAssociation",
-         QORMetaLinkType::BACK_REF, false, 138, "LevelAssociation", Order::BY_ADDRESS, Names::ANY,
-         false, 338, 94},
-        MakerOf<QORLevelAssociation>::maker);
-
-constexpr End topOfHierarchyOfHierarchyLevelAssociation =
-    UnaryMembers<QORHierarchyLevelAssociation, QORHierarchy, &QORHierarchyLevelAssociation::getTopOfHierarchy,
-                 &QORHierarchyLevelAssociation::addTopOfHierarchy,
-                 &QORHierarchyLevelAssociation::removeTopOfHierarchy,
-                 &QORHierarchyLevelAssociation::removeTopOfHierarchy>::of(
-        {356, "HIERARCHY_LEVEL_ASSOCIATION__TOP_OF__HIERARCHY", "topOfHierarchy",
-         QORMetaLinkType::REF, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
-         false, 142, 94},
-        MakerOf<QORHierarchyLevelAssociation>::maker);
-
-constexpr End topHierarchyLevelAssociationOfHierarchy =
-    UnaryMembers<QORHierarchy, QORHierarchyLevelAssociation, &QORHierarchy::getTopHierarchyLevelAssociation,
-                 &QORHierarchy::addTopHierarchyLevelAssociation,
-                 &QORHierarchy::removeTopHierarchyLevelAssociation,
-                 &QORHierarchy::removeTopHierarchyLevelAssociation>::of(
-        {355, "HIERARCHY__TOP__HIERARCHY_LEVEL_ASSOCIATION", "topHierarchyLevelAssociation",
-         QORMetaLinkType::BACK_REF, true, 90, "Hierarchy", Order::NONE, Names::ANY,
-         false, 138, 87},
-        MakerOf<QORHierarchy>::maker);
-
-constexpr End keyOfIndex =
-    UnaryMembers<QORIndex, QORKey, &QORIndex::getKey, &QORIndex::addKey, &QORIndex::removeKey,
-                 &QORIndex::removeKey>::of(
-        {145, "INDEX__KEY", "key",
-         QORMetaLinkType::REF, true, 51, "Index", Order::NONE, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORIndex>::maker);
-
-constexpr End indexOfKey =
-    UnaryMembers<QORKey, QORIndex, &QORKey::getIndex, &QORKey::addIndex, &QORKey::removeIndex,
-                 &QORKey::removeIndex>::of(
-        {153, "KEY__INDEX", "index",
-         QORMetaLinkType::BACK_REF, true, 20, "Key", Order::NONE, Names::ANY,
-         false, 35, 13},
-        MakerOf<QORCandidateKey>::maker);
-
-constexpr End indexMemberOfIndex =
-    NaryMembers<QORIndex, QORIndexMember, &QORIndex::getIndexMemberCount, &QORIndex::getIndexMember,
-                &QORIndex::addIndexMember, &QORIndex::removeIndexMember, &QORIndex::removeIndexMember,
-                &QORIndex::removeIndexMember, &QORIndex::removeIndexMembers>::of(
-        {144, "INDEX__INDEX_MEMBER", "indexMember",
-         QORMetaLinkType::CHILD, false, 51, "Index", Order::BY_ADDRESS, Names::ANY,
-         false, 145, 21},
-        MakerOf<QORIndex>::maker);
-
-constexpr End indexOfIndexMember =
-    UnaryMembers<QORIndexMember, QORIndex, &QORIndexMember::getIndex, &QORIndexMember::addIndex,
-                 &QORIndexMember::removeIndex, &QORIndexMember::removeIndex>::of(
-        {147, "INDEX_MEMBER__INDEX", "index",
-         QORMetaLinkType::PARENT, true, 52, "IndexMember", Order::NONE, Names::ANY,
-         false, 146, 14},
-        MakerOf<QORIndexMember>::maker);
-
-constexpr End attributeOfIndexMember =
-    UnaryMembers<QORIndexMember, QORAttribute, &QORIndexMember::getAttribute, &QORIndexMember::addAttribute,
-                 &QORIndexMember::removeAttribute, &QORIndexMember::removeAttribute>::of(
-        {146, "INDEX_MEMBER__ATTRIBUTE", "attribute",
-         QORMetaLinkType::REF, true, 52, "IndexMember", Order::NONE, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORIndexMember>::maker);
-
-constexpr End indexMemberOfAttribute =
-    NaryMembers<QORAttribute, QORIndexMember, &QORAttribute::getIndexMemberCount,
-                &QORAttribute::getIndexMember, &QORAttribute::addIndexMember,
-                &QORAttribute::removeIndexMember, &QORAttribute::removeIndexMember,
-                &QORAttribute::removeIndexMember, &QORAttribute::removeIndexMembers>::of(
-        {18, "ATTRIBUTE__INDEX_MEMBER", "indexMember",
-         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
-         false, 16, 19},
-        MakerOf<QORAttribute>::maker);
-
-constexpr End joinRoleOfJoin =
-    NaryMembers<QORJoin, QORJoinRole, &QORJoin::getJoinRoleCount, &QORJoin::getJoinRole,
-                &QORJoin::addJoinRole, &QORJoin::removeJoinRole, &QORJoin::removeJoinRole,
-                &QORJoin::removeJoinRole, &QORJoin::removeJoinRoles>::of(
-        {148, "JOIN__JOIN_ROLE", "joinRole",
-         QORMetaLinkType::CHILD, false, 92, "Join", Order::AS_ADDED, Names::ANY,
-         false, 149, 85},
-        MakerOf<QORJoin>::maker);
-
-constexpr End joinOfJoinRole =
-    UnaryMembers<QORJoinRole, QORJoin, &QORJoinRole::getJoin, &QORJoinRole::addJoin, &QORJoinRole::removeJoin,
-                 &QORJoinRole::removeJoin>::of(
-        {151, "JOIN_ROLE__JOIN", "join",
-         QORMetaLinkType::PARENT, true, 93, "JoinRole", Order::NONE, Names::ANY,
-         false, 152, 101},
-        MakerOf<QORJoinRole>::maker);
-
-constexpr End attributeOfKey =
-    NaryMembers<QORKey, QORAttribute, &QORKey::getAttributeCount, &QORKey::getAttribute,
-                &QORKey::addAttribute, &QORKey::removeAttribute, &QORKey::removeAttribute,
-                &QORKey::removeAttribute, &QORKey::removeAttributes>::of(
-        {156, "KEY__ATTRIBUTE", "attribute",
-         QORMetaLinkType::REF, false, 20, "Key", Order::BY_ADDRESS, Names::ANY,
-         false, 35, 13},
-        MakerOf<QORCandidateKey>::maker);
-
-constexpr End keyOfAttribute =
-    NaryMembers<QORAttribute, QORKey, &QORAttribute::getKeyCount, &QORAttribute::getKey,
-                &QORAttribute::addKey, &QORAttribute::removeKey, &QORAttribute::removeKey,
-                &QORAttribute::removeKey, &QORAttribute::removeKeys>::of(
-        {24, "ATTRIBUTE__KEY", "key",
-         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
-         false, 16, 19},
-        MakerOf<QORAttribute>::maker);
-
-constexpr End destinationKeyOfKeyMap =
-    UnaryMembers<QORKeyMap, QORKey, &QORKeyMap::getDestinationKey, &QORKeyMap::addDestinationKey,
-                 &QORKeyMap::removeDestinationKey, &QORKeyMap::removeDestinationKey>::of(
-        {157, "KEY_MAP__DESTINATION__KEY", "destinationKey",
-         QORMetaLinkType::REF, true, 43, "KeyMap", Order::NONE, Names::ANY,
-         false, 158, 43},
-        MakerOf<QORKeyMap>::maker);
-
-constexpr End destinationOfKeyMapOfKey =
-    NaryMembers<QORKey, QORKeyMap, &QORKey::getDestinationOfKeyMapCount, &QORKey::getDestinationOfKeyMap,
-                &QORKey::addDestinationOfKeyMap, &QORKey::removeDestinationOfKeyMap,
-                &QORKey::removeDestinationOfKeyMap, &QORKey::removeDestinationOfKeyMap,
-                &QORKey::removeDestinationOfKeyMaps>::of(
-        {154, "KEY__DESTINATION_OF__KEY_MAP", "destinationOfKeyMap",
-         QORMetaLinkType::BACK_REF, false, 20, "Key", Order::AS_ADDED, Names::ANY,
-         false, 35, 13},
-        MakerOf<QORCandidateKey>::maker);
 
 constexpr End parentKeyMapOfKeyMap =
     NaryMembers<QORKeyMap, QORKeyMap, &QORKeyMap::getParentKeyMapCount, &QORKeyMap::getParentKeyMap,
@@ -314,7 +347,7 @@ constexpr End parentKeyMapOfKeyMap =
                 &QORKeyMap::removeParentKeyMap, &QORKeyMap::removeParentKeyMaps>::of(
         {159, "KEY_MAP__PARENT__KEY_MAP", "parentKeyMap",
          QORMetaLinkType::REF, false, 43, "KeyMap", Order::AS_ADDED, Names::ANY,
-         false, 157, 21},
+         false, 158, 43, 2},
         MakerOf<QORKeyMap>::maker);
 
 constexpr End childKeyMapOfKeyMap =
@@ -323,221 +356,8 @@ constexpr End childKeyMapOfKeyMap =
                 &QORKeyMap::removeChildKeyMap, &QORKeyMap::removeChildKeyMaps>::of(
         {158, "KEY_MAP__CHILD__KEY_MAP", "childKeyMap",
          QORMetaLinkType::BACK_REF, false, 43, "KeyMap", Order::AS_ADDED, Names::ANY,
-         false, 157, 21},
+         false, 157, 21, 1},
         MakerOf<QORKeyMap>::maker);
-
-constexpr End sourceModelObjectOfKeyMap =
-    NaryMembers<QORKeyMap, QORModelObject, &QORKeyMap::getSourceModelObjectCount,
-                &QORKeyMap::getSourceModelObject, &QORKeyMap::addSourceModelObject,
-                &QORKeyMap::removeSourceModelObject, &QORKeyMap::removeSourceModelObject,
-                &QORKeyMap::removeSourceModelObject, &QORKeyMap::removeSourceModelObjects>::of(
-        {160, "KEY_MAP__SOURCE__MODEL_OBJECT", "sourceModelObject",
-         QORMetaLinkType::REF, false, 43, "KeyMap", Order::AS_ADDED, Names::ANY,
-         false, 157, 21},
-        MakerOf<QORKeyMap>::maker);
-
-constexpr End sourceOfKeyMapOfModelObject =
-    NaryMembers<QORModelObject, QORKeyMap, &QORModelObject::getSourceOfKeyMapCount,
-                &QORModelObject::getSourceOfKeyMap, &QORModelObject::addSourceOfKeyMap,
-                &QORModelObject::removeSourceOfKeyMap, &QORModelObject::removeSourceOfKeyMap,
-                &QORModelObject::removeSourceOfKeyMap, &QORModelObject::removeSourceOfKeyMaps>::of(
-        {185, "MODEL_OBJECT__SOURCE_OF__KEY_MAP", "sourceOfKeyMap",
-         QORMetaLinkType::BACK_REF, false, 59, "ModelObject", Order::AS_ADDED, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End levelKeyOfLevel =
-    UnaryMembers<QORLevel, QORLevelKey, &QORLevel::getLevelKey, &QORLevel::addLevelKey,
-                 &QORLevel::removeLevelKey, &QORLevel::removeLevelKey>::of(
-        {162, "LEVEL__LEVEL_KEY", "levelKey",
-         QORMetaLinkType::CHILD, true, 94, "Level", Order::NONE, Names::ANY,
-         false, 163, 91},
-        MakerOf<QORLevel>::maker);
-
-constexpr End levelOfLevelKey =
-    UnaryMembers<QORLevelKey, QORLevel, &QORLevelKey::getLevel, &QORLevelKey::addLevel,
-                 &QORLevelKey::removeLevel, &QORLevelKey::removeLevel>::of(
-        {166, "LEVEL_KEY__LEVEL", "level",
-         QORMetaLinkType::PARENT, true, 96, "LevelKey", Order::NONE, Names::ANY,
-         false, 167, 95},
-        MakerOf<QORLevelKey>::maker);
-
-constexpr End hierarchyLevelAssociationOfLevel =
-    NaryMembers<QORLevel, QORHierarchyLevelAssociation, &QORLevel::getHierarchyLevelAssociationCount,
-                &QORLevel::getHierarchyLevelAssociation, &QORLevel::addHierarchyLevelAssociation,
-                &QORLevel::removeHierarchyLevelAssociation, &QORLevel::removeHierarchyLevelAssociation,
-                &QORLevel::removeHierarchyLevelAssociation, &QORLevel::removeHierarchyLevelAssociations>::of(
-        {163, "LEVEL__HIERARCHY_LEVEL_ASSOCIATION", "hierarchyLevelAssociation",
-         QORMetaLinkType::REF, false, 94, "Level", Order::BY_ADDRESS, Names::ANY,
-         false, 301, 109},
-        MakerOf<QORLevel>::maker);
-
-constexpr End levelOfHierarchyLevelAssociation =
-    UnaryMembers<QORHierarchyLevelAssociation, QORLevel, &QORHierarchyLevelAssociation::getLevel,
-                 &QORHierarchyLevelAssociation::addLevel, &QORHierarchyLevelAssociation::removeLevel,
-                 &QORHierarchyLevelAssociation::removeLevel>::of(
-        {142, "HIERARCHY_LEVEL_ASSOCIATION__LEVEL", "level",
-         QORMetaLinkType::BACK_REF, true, 91, "HierarchyLevelAssociation", Order::NONE, Names::ANY,
-         false, 334, 138},
-        MakerOf<QORHierarchyLevelAssociation>::maker);
-
-constexpr End drillPathLevelAssociationOfLevel =
-    NaryMembers<QORLevel, QORDrillPathLevelAssociation, &QORLevel::getDrillPathLevelAssociationCount,
-                &QORLevel::getDrillPathLevelAssociation, &QORLevel::addDrillPathLevelAssociation,
-                &QORLevel::removeDrillPathLevelAssociation, &QORLevel::removeDrillPathLevelAssociation,
-                &QORLevel::removeDrillPathLevelAssociation, &QORLevel::removeDrillPathLevelAssociations>::of(
-        {301, "LEVEL__DRILL_PATH_LEVEL_ASSOCIATION", "drillPathLevelAssociation",
-         QORMetaLinkType::REF, false, 94, "Level", Order::BY_ADDRESS, Names::ANY,
-         false, 163, 91},
-        MakerOf<QORLevel>::maker);
-
-constexpr End levelOfDrillPathLevelAssociation =
-    UnaryMembers<QORDrillPathLevelAssociation, QORLevel, &QORDrillPathLevelAssociation::getLevel,
-                 &QORDrillPathLevelAssociation::addLevel, &QORDrillPathLevelAssociation::removeLevel,
-                 &QORDrillPathLevelAssociation::removeLevel>::of(
-        {333, "DRILL_PATH_LEVEL_ASSOCIATION__LEVEL", "level",
-         QORMetaLinkType::BACK_REF, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
-         false, 332, 138},
-        MakerOf<QORDrillPathLevelAssociation>::maker);
-
-constexpr End parentOfLevelAssociationOfLevel =
-    NaryMembers<QORLevel, QORLevelAssociation, &QORLevel::getParentOfLevelAssociationCount,
-                &QORLevel::getParentOfLevelAssociation, &QORLevel::addParentOfLevelAssociation,
-                &QORLevel::removeParentOfLevelAssociation, &QORLevel::removeParentOfLevelAssociation,
-                &QORLevel::removeParentOfLevelAssociation, &QORLevel::removeParentOfLevelAssociations>::of(
-        {335, "LEVEL__PARENT_OF__LEVEL_ASSOCIATION", "parentOfLevelAssociation",
-         QORMetaLinkType::CHILD, false, 94, "Level", Order::AS_ADDED, Names::ANY,
-         false, 163, 91},
-        MakerOf<QORLevel>::maker);
-
-constexpr End parentLevelOfLevelAssociation =
-    UnaryMembers<QORLevelAssociation, QORLevel, &QORLevelAssociation::getParentLevel,
-                 &QORLevelAssociation::addParentLevel, &QORLevelAssociation::removeParentLevel,
-                 &QORLevelAssociation::removeParentLevel>::of(
-        {337, "LEVEL_ASSOCIATION__PARENT__LEVEL", "parentLevel",
-         QORMetaLinkType::PARENT, true, 138, "LevelAssociation", Order::NONE, Names::ANY,
-         false, 338, 94},
-        MakerOf<QORLevelAssociation>::maker);
-
-constexpr End childOfLevelAssociationOfLevel =
-    NaryMembers<QORLevel, QORLevelAssociation, &QORLevel::getChildOfLevelAssociationCount,
-                &QORLevel::getChildOfLevelAssociation, &QORLevel::addChildOfLevelAssociation,
-                &QORLevel::removeChildOfLevelAssociation, &QORLevel::removeChildOfLevelAssociation,
-                &QORLevel::removeChildOfLevelAssociation, &QORLevel::removeChildOfLevelAssociations>::of(
-        {336, "LEVEL__CHILD_OF__LEVEL_ASSOCIATION", "childOfLevelAssociation",
-         QORMetaLinkType::REF, false, 94, "Level", Order::BY_ADDRESS, Names::ANY,
-         false, 163, 91},
-        MakerOf<QORLevel>::maker);
-
-constexpr End childLevelOfLevelAssociation =
-    UnaryMembers<QORLevelAssociation, QORLevel, &QORLevelAssociation::getChildLevel,
-                 &QORLevelAssociation::addChildLevel, &QORLevelAssociation::removeChildLevel,
-                 &QORLevelAssociation::removeChildLevel>::of(
-        {338, "LEVEL_ASSOCIATION__CHILD__LEVEL", "childLevel",
-         QORMetaLinkType::BACK_REF, true, 138, "LevelAssociation", Order::NONE, Names::ANY,
-         false, 339, 91},
-        MakerOf<QORLevelAssociation>::maker);
-
-constexpr End defaultOfLevelOfLevelAttribute =
-    UnaryMembers<QORLevelAttribute, QORLevel, &QORLevelAttribute::getDefaultOfLevel,
-                 &QORLevelAttribute::addDefaultOfLevel, &QORLevelAttribute::removeDefaultOfLevel,
-                 &QORLevelAttribute::removeDefaultOfLevel>::of(
-        {366, "LEVEL_ATTRIBUTE__DEFAULT_OF__LEVEL", "defaultOfLevel",
-         QORMetaLinkType::REF, true, 95, "LevelAttribute", Order::NONE, Names::ANY,
-         false, 164, 96},
-        MakerOf<QORLevelAttribute>::maker);
-
-constexpr End defaultLevelAttributeOfLevel =
-    UnaryMembers<QORLevel, QORLevelAttribute, &QORLevel::getDefaultLevelAttribute,
-                 &QORLevel::addDefaultLevelAttribute, &QORLevel::removeDefaultLevelAttribute,
-                 &QORLevel::removeDefaultLevelAttribute>::of(
-        {365, "LEVEL__DEFAULT__LEVEL_ATTRIBUTE", "defaultLevelAttribute",
-         QORMetaLinkType::BACK_REF, true, 94, "Level", Order::NONE, Names::ANY,
-         false, 163, 91},
-        MakerOf<QORLevel>::maker);
-
-constexpr End levelAttributeOfLevelKey =
-    NaryMembers<QORLevelKey, QORLevelAttribute, &QORLevelKey::getLevelAttributeCount,
-                &QORLevelKey::getLevelAttribute, &QORLevelKey::addLevelAttribute,
-                &QORLevelKey::removeLevelAttribute, &QORLevelKey::removeLevelAttribute,
-                &QORLevelKey::removeLevelAttribute, &QORLevelKey::removeLevelAttributes>::of(
-        {167, "LEVEL_KEY__LEVEL_ATTRIBUTE", "levelAttribute",
-         QORMetaLinkType::REF, false, 96, "LevelKey", Order::BY_ADDRESS, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORLevelKey>::maker);
-
-constexpr End levelKeyOfLevelAttribute =
-    UnaryMembers<QORLevelAttribute, QORLevelKey, &QORLevelAttribute::getLevelKey,
-                 &QORLevelAttribute::addLevelKey, &QORLevelAttribute::removeLevelKey,
-                 &QORLevelAttribute::removeLevelKey>::of(
-        {164, "LEVEL_ATTRIBUTE__LEVEL_KEY", "levelKey",
-         QORMetaLinkType::BACK_REF, true, 95, "LevelAttribute", Order::NONE, Names::ANY,
-         false, 165, 88},
-        MakerOf<QORLevelAttribute>::maker);
-
-constexpr End mappingModelOfMappingFormat =
-    UnaryMembers<QORMappingFormat, QORMappingModel, &QORMappingFormat::getMappingModel,
-                 &QORMappingFormat::addMappingModel, &QORMappingFormat::removeMappingModel,
-                 &QORMappingFormat::removeMappingModel>::of(
-        {241, "MAPPING_FORMAT__MAPPING_MODEL", "mappingModel",
-         QORMetaLinkType::CHILD, true, 81, "MappingFormat", Order::NONE, Names::ANY,
-         false, 239, 36},
-        MakerOf<QORMappingFormat>::maker);
-
-constexpr End mappingFormatOfMappingModel =
-    UnaryMembers<QORMappingModel, QORMappingFormat, &QORMappingModel::getMappingFormat,
-                 &QORMappingModel::addMappingFormat, &QORMappingModel::removeMappingFormat,
-                 &QORMappingModel::removeMappingFormat>::of(
-        {242, "MAPPING_MODEL__MAPPING_FORMAT", "mappingFormat",
-         QORMetaLinkType::PARENT, true, 80, "MappingModel", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORMappingModel>::maker);
-
-constexpr End sourceModelFormatOfMappingFormat =
-    NaryMembers<QORMappingFormat, QORModelFormat, &QORMappingFormat::getSourceModelFormatCount,
-                &QORMappingFormat::getSourceModelFormat, &QORMappingFormat::addSourceModelFormat,
-                &QORMappingFormat::removeSourceModelFormat, &QORMappingFormat::removeSourceModelFormat,
-                &QORMappingFormat::removeSourceModelFormat, &QORMappingFormat::removeSourceModelFormats>::of(
-        {239, "MAPPING_FORMAT__SOURCE__MODEL_FORMAT", "sourceModelFormat",
-         QORMetaLinkType::REF, false, 81, "MappingFormat", Order::BY_ADDRESS, Names::ANY,
-         false, 240, 36},
-        MakerOf<QORMappingFormat>::maker);
-
-constexpr End sourceOfMappingFormatOfModelFormat =
-    NaryMembers<QORModelFormat, QORMappingFormat, &QORModelFormat::getSourceOfMappingFormatCount,
-                &QORModelFormat::getSourceOfMappingFormat, &QORModelFormat::addSourceOfMappingFormat,
-                &QORModelFormat::removeSourceOfMappingFormat, &QORModelFormat::removeSourceOfMappingFormat,
-                &QORModelFormat::removeSourceOfMappingFormat,
-                &QORModelFormat::removeSourceOfMappingFormats>::of(
-        {182, "MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT", "sourceOfMappingFormat",
-         QORMetaLinkType::BACK_REF, false, 36, "ModelFormat", Order::BY_ADDRESS, Names::ANY,
-         false, 183, 81},
-        MakerOf<QORModelFormat>::maker);
-
-constexpr End destinationModelFormatOfMappingFormat =
-    NaryMembers<QORMappingFormat, QORModelFormat, &QORMappingFormat::getDestinationModelFormatCount,
-                &QORMappingFormat::getDestinationModelFormat, &QORMappingFormat::addDestinationModelFormat,
-                &QORMappingFormat::removeDestinationModelFormat,
-                &QORMappingFormat::removeDestinationModelFormat,
-                &QORMappingFormat::removeDestinationModelFormat,
-                &QORMappingFormat::removeDestinationModelFormats>::of(
-        {240, "MAPPING_FORMAT__DESTINATION__MODEL_FORMAT", "destinationModelFormat",
-         QORMetaLinkType::REF, false, 81, "MappingFormat", Order::BY_ADDRESS, Names::ANY,
-         false, 239, 36},
-        MakerOf<QORMappingFormat>::maker);
-
-constexpr End destinationOfMappingFormatOfModelFormat =
-    NaryMembers<QORModelFormat, QORMappingFormat, &QORModelFormat::getDestinationOfMappingFormatCount,
-                &QORModelFormat::getDestinationOfMappingFormat,
-                &QORModelFormat::addDestinationOfMappingFormat,
-                &QORModelFormat::removeDestinationOfMappingFormat,
-                &QORModelFormat::removeDestinationOfMappingFormat,
-                &QORModelFormat::removeDestinationOfMappingFormat,
-                &QORModelFormat::removeDestinationOfMappingFormats>::of(
-        {183, "MODEL_FORMAT__DESTINATION_OF__MAPPING_FORMAT", "destinationOfMappingFormat",
-         QORMetaLinkType::BACK_REF, false, 36, "ModelFormat", Order::BY_ADDRESS, Names::ANY,
-         false, 182, 81},
-        MakerOf<QORModelFormat>::maker);
 
 constexpr End transformationOfMappingModel =
     NaryMembers<QORMappingModel, QORTransformation, &QORMappingModel::getTransformationCount,
@@ -546,7 +366,7 @@ constexpr End transformationOfMappingModel =
                 &QORMappingModel::removeTransformation, &QORMappingModel::removeTransformations>::of(
         {243, "MAPPING_MODEL__TRANSFORMATION", "transformation",
          QORMetaLinkType::CHILD, false, 80, "MappingModel", Order::BY_NAME, Names::ANY,
-         false, 281, 110},
+         false, 281, 110, 1},
         MakerOf<QORMappingModel>::maker);
 
 constexpr End mappingModelOfTransformation =
@@ -555,50 +375,228 @@ constexpr End mappingModelOfTransformation =
                  &QORTransformation::removeMappingModel>::of(
         {235, "TRANSFORMATION__MAPPING_MODEL", "mappingModel",
          QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
-         false, 281, 110},
+         false, 281, 110, 0},
         MakerOf<QORTransformation>::maker);
 
-constexpr End variableClassOfMappingModel =
-    UnaryMembers<QORMappingModel, QORClass, &QORMappingModel::getVariableClass,
-                 &QORMappingModel::addVariableClass, &QORMappingModel::removeVariableClass,
-                 &QORMappingModel::removeVariableClass>::of(
-        {244, "MAPPING_MODEL__VARIABLE__CLASS", "variableClass",
-         QORMetaLinkType::CHILD, true, 80, "MappingModel", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORMappingModel>::maker);
+constexpr End typeOfModel =
+    NaryMembers<QORModel, QORType, &QORModel::getTypeCount, &QORModel::getType, &QORModel::addType,
+                &QORModel::removeType, &QORModel::removeType, &QORModel::removeType,
+                &QORModel::removeTypes>::of(
+        {171, "MODEL__TYPE", "type",
+         QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::ANY,
+         false, 185, 43, 0},
+        MakerOf<QORModel>::maker);
 
-constexpr End mappingModelOfClass =
-    UnaryMembers<QORClass, QORMappingModel, &QORClass::getMappingModel, &QORClass::addMappingModel,
-                 &QORClass::removeMappingModel, &QORClass::removeMappingModel>::of(
-        {52, "CLASS__MAPPING_MODEL", "mappingModel",
-         QORMetaLinkType::PARENT, true, 13, "Class", Order::NONE, Names::ANY,
-         false, 40, 16},
-        MakerOf<QORClass>::maker);
+constexpr End modelOfType =
+    UnaryMembers<QORType, QORModel, &QORType::getModel, &QORType::addModel, &QORType::removeModel,
+                 &QORType::removeModel>::of(
+        {251, "TYPE__MODEL", "model",
+         QORMetaLinkType::PARENT, true, 3, "Type", Order::NONE, Names::ANY,
+         false, 250, 6, 0},
+        MakerOf<QORAliasType>::maker);
 
-constexpr End propertyElementTypeScopeOfMappingModel =
-    NaryMembers<QORMappingModel, QORPropertyElementTypeScope,
-                &QORMappingModel::getPropertyElementTypeScopeCount,
-                &QORMappingModel::getPropertyElementTypeScope, &QORMappingModel::addPropertyElementTypeScope,
-                &QORMappingModel::removePropertyElementTypeScope,
-                &QORMappingModel::removePropertyElementTypeScope,
-                &QORMappingModel::removePropertyElementTypeScope,
-                &QORMappingModel::removePropertyElementTypeScopes>::of(
-        {245, "MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
-         QORMetaLinkType::CHILD, false, 80, "MappingModel", Order::BY_NAME, Names::UNIQUE,
-         false, 281, 110},
-        MakerOf<QORMappingModel>::maker);
+constexpr End metadataOriginOfModel =
+    UnaryMembers<QORModel, QORMetadataOrigin, &QORModel::getMetadataOrigin, &QORModel::addMetadataOrigin,
+                 &QORModel::removeMetadataOrigin, &QORModel::removeMetadataOrigin>::of(
+        {177, "MODEL__METADATA_ORIGIN", "metadataOrigin",
+         QORMetaLinkType::CHILD, true, 2, "Model", Order::NONE, Names::ANY,
+         false, 185, 43, 4},
+        MakerOf<QORModel>::maker);
 
-constexpr End mappingModelOfPropertyElementTypeScope =
-    UnaryMembers<QORPropertyElementTypeScope, QORMappingModel, &QORPropertyElementTypeScope::getMappingModel,
-                 &QORPropertyElementTypeScope::addMappingModel,
-                 &QORPropertyElementTypeScope::removeMappingModel,
-                 &QORPropertyElementTypeScope::removeMappingModel>::of(
-        {219, "PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL", "mappingModel",
-         QORMetaLinkType::PARENT, true, 69, "PropertyElementTypeScope", Order::NONE, Names::ANY,
-         false, 218, 70},
-        MakerOf<QORPropertyElementTypeScope>::maker);
+constexpr End modelOfMetadataOrigin =
+    UnaryMembers<QORMetadataOrigin, QORModel, &QORMetadataOrigin::getModel, &QORMetadataOrigin::addModel,
+                 &QORMetadataOrigin::removeModel, &QORMetadataOrigin::removeModel>::of(
+        {169, "METADATA_ORIGIN__MODEL", "model",
+         QORMetaLinkType::PARENT, true, 98, "MetadataOrigin", Order::NONE, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORMetadataOrigin>::maker);
+
+constexpr End destinationPhysicalObjectOfPhysicalRelationship =
+    UnaryMembers<QORPhysicalRelationship, QORPhysicalObject,
+                 &QORPhysicalRelationship::getDestinationPhysicalObject,
+                 &QORPhysicalRelationship::addDestinationPhysicalObject,
+                 &QORPhysicalRelationship::removeDestinationPhysicalObject,
+                 &QORPhysicalRelationship::removeDestinationPhysicalObject>::of(
+        {207, "PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT", "destinationPhysicalObject",
+         QORMetaLinkType::REF, true, 56, "PhysicalRelationship", Order::NONE, Names::ANY,
+         false, 206, 54, 0},
+        MakerOf<QORPhysicalRelationship>::maker);
+
+constexpr End destinationOfPhysicalRelationshipOfPhysicalObject =
+    NaryMembers<QORPhysicalObject, QORPhysicalRelationship,
+                &QORPhysicalObject::getDestinationOfPhysicalRelationshipCount,
+                &QORPhysicalObject::getDestinationOfPhysicalRelationship,
+                &QORPhysicalObject::addDestinationOfPhysicalRelationship,
+                &QORPhysicalObject::removeDestinationOfPhysicalRelationship,
+                &QORPhysicalObject::removeDestinationOfPhysicalRelationship,
+                &QORPhysicalObject::removeDestinationOfPhysicalRelationship,
+                &QORPhysicalObject::removeDestinationOfPhysicalRelationships>::of(
+        {204, "PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP", "destinationOfPhysicalRelationship",
+         QORMetaLinkType::BACK_REF, false, 54, "PhysicalObject", Order::AS_ADDED, Names::ANY,
+         false, 189, 100, 1},
+        MakerOf<QORPhysicalObject>::maker);
+
+constexpr End versionOfProduct =
+    NaryMembers<QORProduct, QORVersion, &QORProduct::getVersionCount, &QORProduct::getVersion,
+                &QORProduct::addVersion, &QORProduct::removeVersion, &QORProduct::removeVersion,
+                &QORProduct::removeVersion, &QORProduct::removeVersions>::of(
+        {213, "PRODUCT__VERSION", "version",
+         QORMetaLinkType::CHILD, false, 30, "Product", Order::BY_NAME, Names::UNIQUE,
+         false, 73, 30, 3},
+        MakerOf<QORProduct>::maker);
+
+constexpr End productOfVersion =
+    UnaryMembers<QORVersion, QORProduct, &QORVersion::getProduct, &QORVersion::addProduct,
+                 &QORVersion::removeProduct, &QORVersion::removeProduct>::of(
+        {261, "VERSION__PRODUCT", "product",
+         QORMetaLinkType::PARENT, true, 31, "Version", Order::NONE, Names::ANY,
+         false, 73, 30, 0},
+        MakerOf<QORVersion>::maker);
+
+constexpr End reportItemOfReport =
+    NaryMembers<QORReport, QORReportItem, &QORReport::getReportItemCount, &QORReport::getReportItem,
+                &QORReport::addReportItem, &QORReport::removeReportItem, &QORReport::removeReportItem,
+                &QORReport::removeReportItem, &QORReport::removeReportItems>::of(
+        {315, "REPORT__REPORT_ITEM", "reportItem",
+         QORMetaLinkType::CHILD, false, 119, "Report", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORReport>::maker);
+
+constexpr End reportOfReportItem =
+    UnaryMembers<QORReportItem, QORReport, &QORReportItem::getReport, &QORReportItem::addReport,
+                 &QORReportItem::removeReport, &QORReportItem::removeReport>::of(
+        {320, "REPORT_ITEM__REPORT", "report",
+         QORMetaLinkType::PARENT, true, 124, "ReportItem", Order::NONE, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORReportAxis>::maker);
+
+constexpr End transformationOfTransformationTask =
+    NaryMembers<QORTransformationTask, QORTransformation, &QORTransformationTask::getTransformationCount,
+                &QORTransformationTask::getTransformation, &QORTransformationTask::addTransformation,
+                &QORTransformationTask::removeTransformation, &QORTransformationTask::removeTransformation,
+                &QORTransformationTask::removeTransformation,
+                &QORTransformationTask::removeTransformations>::of(
+        {279, "TRANSFORMATION_TASK__TRANSFORMATION", "transformation",
+         QORMetaLinkType::CHILD, false, 137, "TransformationTask", Order::BY_NAME, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORTransformationTask>::maker);
+
+constexpr End transformationTaskOfTransformation =
+    UnaryMembers<QORTransformation, QORTransformationTask, &QORTransformation::getTransformationTask,
+                 &QORTransformation::addTransformationTask, &QORTransformation::removeTransformationTask,
+                 &QORTransformation::removeTransformationTask>::of(
+        {325, "TRANSFORMATION__TRANSFORMATION_TASK", "transformationTask",
+         QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
+         false, 303, 111, 2},
+        MakerOf<QORTransformation>::maker);
 
 } // namespace
+
+TEST(QORAssociationRoleByTable, ForeignKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(foreignKeyOfAssociationRole, associationRoleOfForeignKey);
+}
+
+TEST(QORForeignKeyByTable, AssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associationRoleOfForeignKey, foreignKeyOfAssociationRole);
+}
+
+TEST(QORAssociationRoleNameMapByTable, SourceAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceAttributeOfAssociationRoleNameMap, sourceOfAssociationRoleNameMapOfAttribute);
+}
+
+TEST(QORAttributeByTable, SourceOfAssociationRoleNameMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfAssociationRoleNameMapOfAttribute, sourceAttributeOfAssociationRoleNameMap);
+}
+
+TEST(QORClassByTable, ArgumentIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(argumentOfClass, parameterizedClassOfArgument);
+    checkView(argumentOfClass, parameterizedClassOfArgument, fillView<QORClass, QORArgumentByPosition, &QORClass::getArgumentByPosition>);
+}
+
+TEST(QORArgumentByTable, ParameterizedClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parameterizedClassOfArgument, argumentOfClass);
+}
+
+TEST(QORClassByTable, DependencyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dependencyOfClass, clientClassOfDependency);
+}
+
+TEST(QORDependencyByTable, ClientClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(clientClassOfDependency, dependencyOfClass);
+}
+
+TEST(QORCubeByTable, FilterIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(filterOfCube, cubeOfFilter);
+}
+
+TEST(QORFilterByTable, CubeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeOfFilter, filterOfCube);
+}
+
+TEST(QORCubeDimensionAssociationByTable, AggregationRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(aggregationRuleOfCubeDimensionAssociation, cubeDimensionAssociationOfAggregationRule);
+}
+
+TEST(QORAggregationRuleByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeDimensionAssociationOfAggregationRule, aggregationRuleOfCubeDimensionAssociation);
+}
+
+TEST(QORDesignPackageByTable, StoredProcedureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(storedProcedureOfDesignPackage, designPackageOfStoredProcedure);
+}
+
+TEST(QORStoredProcedureByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(designPackageOfStoredProcedure, storedProcedureOfDesignPackage);
+}
+
+TEST(QORDiagramByTable, DefaultOfDesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultOfDesignPackageOfDiagram, defaultDiagramOfDesignPackage);
+}
+
+TEST(QORDesignPackageByTable, DefaultDiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(defaultDiagramOfDesignPackage, defaultOfDesignPackageOfDiagram);
+}
+
+TEST(QORDimensionByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelOfDimension, dimensionOfLevel);
+}
+
+TEST(QORLevelByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dimensionOfLevel, levelOfDimension);
+}
+
+TEST(QORDirectoryByTable, ProductIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(productOfDirectory, directoryOfProduct);
+}
+
+TEST(QORProductByTable, DirectoryIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(directoryOfProduct, productOfDirectory);
+}
+
+TEST(QORDirectoryByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyElementTypeScopeOfDirectory, directoryOfPropertyElementTypeScope);
+}
+
+TEST(QORPropertyElementTypeScopeByTable, DirectoryIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(directoryOfPropertyElementTypeScope, propertyElementTypeScopeOfDirectory);
+}
+
+TEST(QORElementByTable, ElementNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(elementNodeOfElement, elementOfElementNode, &MakerOf<QORElementNode>::maker);
+}
+
+TEST(QORElementNodeByTable, ElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(elementOfElementNode, elementNodeOfElement, &MakerOf<QORElementNode>::maker);
+}
+
+TEST(QORElementNodeByTable, ElementNamePartIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(elementNamePartOfElementNode, elementNodeOfElementNamePart);
+    checkView(elementNamePartOfElementNode, elementNodeOfElementNamePart, fillView<QORElementNode, QORElementNamePartByPosition, &QORElementNode::getElementNamePartByPosition>);
+}
+
+TEST(QORElementNamePartByTable, ElementNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(elementNodeOfElementNamePart, elementNamePartOfElementNode);
+}
 
 TEST(QORGroupingByTable, LeafAssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(leafAssociationRoleOfGrouping, groupingOfAssociationRole);
@@ -606,39 +604,6 @@ TEST(QORGroupingByTable, LeafAssociationRoleIsLinkedUnlinkedAndDeletedOnBothSide
 
 TEST(QORAssociationRoleByTable, GroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(groupingOfAssociationRole, leafAssociationRoleOfGrouping);
-}
-
-TEST(QORGroupingByTable, LeafAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(leafAttributeOfGrouping, groupingOfAttribute);
-}
-
-TEST(QORAttributeByTable, GroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(groupingOfAttribute, leafAttributeOfGrouping);
-}
-
-TEST(QORHierarchyByTable, DefaultOfDimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultOfDimensionOfHierarchy, defaultHierarchyOfDimension);
-}
-
-TEST(QORDimensionByTable, DefaultHierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultHierarchyOfDimension, defaultOfDimensionOfHierarchy);
-}
-
-TEST(QORHierarchyByTable, HierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(hierarchyLevelAssociationOfHierarchy, hierarchyOfHierarchyLevelAssociation);
-    checkView(hierarchyLevelAssociationOfHierarchy, hierarchyOfHierarchyLevelAssociation, fillView<QORHierarchy, QORHierarchyLevelAssociationByPosition, &QORHierarchy::getHierarchyLevelAssociationByPosition>);
-}
-
-TEST(QORHierarchyLevelAssociationByTable, HierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(hierarchyOfHierarchyLevelAssociation, hierarchyLevelAssociationOfHierarchy);
-}
-
-TEST(QORHierarchyByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(cubeDimensionAssociationOfHierarchy, hierarchyOfCubeDimensionAssociation);
-}
-
-TEST(QORCubeDimensionAssociationByTable, HierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(hierarchyOfCubeDimensionAssociation, cubeDimensionAssociationOfHierarchy);
 }
 
 TEST(QORHierarchyByTable, BottomHierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -649,165 +614,12 @@ TEST(QORHierarchyLevelAssociationByTable, BottomOfHierarchyIsLinkedUnlinkedAndDe
     checkEnd(bottomOfHierarchyOfHierarchyLevelAssociation, bottomHierarchyLevelAssociationOfHierarchy);
 }
 
-TEST(QORHierarchyLevelAssociationByTable, LevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelAssociationOfHierarchyLevelAssociation, hierarchyLevelAssociationOfLevelAssociation);
-}
-
-TEST(QORLevelAssociationByTable, HierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(hierarchyLevelAssociationOfLevelAssociation, levelAssociationOfHierarchyLevelAssociation);
-}
-
-TEST(QORHierarchyLevelAssociationByTable, TopOfHierarchyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(topOfHierarchyOfHierarchyLevelAssociation, topHierarchyLevelAssociationOfHierarchy);
-}
-
-TEST(QORHierarchyByTable, TopHierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(topHierarchyLevelAssociationOfHierarchy, topOfHierarchyOfHierarchyLevelAssociation);
-}
-
-TEST(QORIndexByTable, KeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(keyOfIndex, indexOfKey);
-}
-
-TEST(QORKeyByTable, IndexIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(indexOfKey, keyOfIndex);
-}
-
-TEST(QORIndexByTable, IndexMemberIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(indexMemberOfIndex, indexOfIndexMember);
-    checkView(indexMemberOfIndex, indexOfIndexMember, fillView<QORIndex, QORIndexMemberByPosition, &QORIndex::getIndexMemberByPosition>);
-}
-
-TEST(QORIndexMemberByTable, IndexIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(indexOfIndexMember, indexMemberOfIndex);
-}
-
-TEST(QORIndexMemberByTable, AttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(attributeOfIndexMember, indexMemberOfAttribute);
-}
-
-TEST(QORAttributeByTable, IndexMemberIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(indexMemberOfAttribute, attributeOfIndexMember);
-}
-
-TEST(QORJoinByTable, JoinRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(joinRoleOfJoin, joinOfJoinRole);
-}
-
-TEST(QORJoinRoleByTable, JoinIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(joinOfJoinRole, joinRoleOfJoin);
-}
-
-TEST(QORKeyByTable, AttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(attributeOfKey, keyOfAttribute);
-}
-
-TEST(QORAttributeByTable, KeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(keyOfAttribute, attributeOfKey);
-}
-
-TEST(QORKeyMapByTable, DestinationKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationKeyOfKeyMap, destinationOfKeyMapOfKey);
-}
-
-TEST(QORKeyByTable, DestinationOfKeyMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfKeyMapOfKey, destinationKeyOfKeyMap);
-}
-
 TEST(QORKeyMapByTable, ParentKeyMapIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(parentKeyMapOfKeyMap, childKeyMapOfKeyMap, &MakerOf<QORKeyMap>::maker);
 }
 
 TEST(QORKeyMapByTable, ChildKeyMapIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(childKeyMapOfKeyMap, parentKeyMapOfKeyMap, &MakerOf<QORKeyMap>::maker);
-}
-
-TEST(QORKeyMapByTable, SourceModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceModelObjectOfKeyMap, sourceOfKeyMapOfModelObject);
-}
-
-TEST(QORModelObjectByTable, SourceOfKeyMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfKeyMapOfModelObject, sourceModelObjectOfKeyMap);
-}
-
-TEST(QORLevelByTable, LevelKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelKeyOfLevel, levelOfLevelKey);
-}
-
-TEST(QORLevelKeyByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelOfLevelKey, levelKeyOfLevel);
-}
-
-TEST(QORLevelByTable, HierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(hierarchyLevelAssociationOfLevel, levelOfHierarchyLevelAssociation);
-}
-
-TEST(QORHierarchyLevelAssociationByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelOfHierarchyLevelAssociation, hierarchyLevelAssociationOfLevel);
-}
-
-TEST(QORLevelByTable, DrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(drillPathLevelAssociationOfLevel, levelOfDrillPathLevelAssociation);
-}
-
-TEST(QORDrillPathLevelAssociationByTable, LevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelOfDrillPathLevelAssociation, drillPathLevelAssociationOfLevel);
-}
-
-TEST(QORLevelByTable, ParentOfLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parentOfLevelAssociationOfLevel, parentLevelOfLevelAssociation);
-}
-
-TEST(QORLevelAssociationByTable, ParentLevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parentLevelOfLevelAssociation, parentOfLevelAssociationOfLevel);
-}
-
-TEST(QORLevelByTable, ChildOfLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(childOfLevelAssociationOfLevel, childLevelOfLevelAssociation);
-}
-
-TEST(QORLevelAssociationByTable, ChildLevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(childLevelOfLevelAssociation, childOfLevelAssociationOfLevel);
-}
-
-TEST(QORLevelAttributeByTable, DefaultOfLevelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultOfLevelOfLevelAttribute, defaultLevelAttributeOfLevel);
-}
-
-TEST(QORLevelByTable, DefaultLevelAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(defaultLevelAttributeOfLevel, defaultOfLevelOfLevelAttribute);
-}
-
-TEST(QORLevelKeyByTable, LevelAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelAttributeOfLevelKey, levelKeyOfLevelAttribute);
-}
-
-TEST(QORLevelAttributeByTable, LevelKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(levelKeyOfLevelAttribute, levelAttributeOfLevelKey);
-}
-
-TEST(QORMappingFormatByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(mappingModelOfMappingFormat, mappingFormatOfMappingModel);
-}
-
-TEST(QORMappingModelByTable, MappingFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(mappingFormatOfMappingModel, mappingModelOfMappingFormat);
-}
-
-TEST(QORMappingFormatByTable, SourceModelFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceModelFormatOfMappingFormat, sourceOfMappingFormatOfModelFormat);
-}
-
-TEST(QORModelFormatByTable, SourceOfMappingFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfMappingFormatOfModelFormat, sourceModelFormatOfMappingFormat);
-}
-
-TEST(QORMappingFormatByTable, DestinationModelFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationModelFormatOfMappingFormat, destinationOfMappingFormatOfModelFormat);
-}
-
-TEST(QORModelFormatByTable, DestinationOfMappingFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfMappingFormatOfModelFormat, destinationModelFormatOfMappingFormat);
 }
 
 TEST(QORMappingModelByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -818,18 +630,51 @@ TEST(QORTransformationByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides
     checkEnd(mappingModelOfTransformation, transformationOfMappingModel);
 }
 
-TEST(QORMappingModelByTable, VariableClassIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(variableClassOfMappingModel, mappingModelOfClass);
+TEST(QORModelByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(typeOfModel, modelOfType);
 }
 
-TEST(QORClassByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(mappingModelOfClass, variableClassOfMappingModel);
+TEST(QORTypeByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelOfType, typeOfModel);
 }
 
-TEST(QORMappingModelByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyElementTypeScopeOfMappingModel, mappingModelOfPropertyElementTypeScope);
+TEST(QORModelByTable, MetadataOriginIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(metadataOriginOfModel, modelOfMetadataOrigin);
 }
 
-TEST(QORPropertyElementTypeScopeByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(mappingModelOfPropertyElementTypeScope, propertyElementTypeScopeOfMappingModel);
+TEST(QORMetadataOriginByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelOfMetadataOrigin, metadataOriginOfModel);
+}
+
+TEST(QORPhysicalRelationshipByTable, DestinationPhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationPhysicalObjectOfPhysicalRelationship, destinationOfPhysicalRelationshipOfPhysicalObject);
+}
+
+TEST(QORPhysicalObjectByTable, DestinationOfPhysicalRelationshipIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfPhysicalRelationshipOfPhysicalObject, destinationPhysicalObjectOfPhysicalRelationship);
+}
+
+TEST(QORProductByTable, VersionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(versionOfProduct, productOfVersion);
+}
+
+TEST(QORVersionByTable, ProductIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(productOfVersion, versionOfProduct);
+}
+
+TEST(QORReportByTable, ReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(reportItemOfReport, reportOfReportItem);
+    checkView(reportItemOfReport, reportOfReportItem, fillView<QORReport, QORReportItemByPosition, &QORReport::getReportItemByPosition>);
+}
+
+TEST(QORReportItemByTable, ReportIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(reportOfReportItem, reportItemOfReport);
+}
+
+TEST(QORTransformationTaskByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationOfTransformationTask, transformationTaskOfTransformation);
+}
+
+TEST(QORTransformationByTable, TransformationTaskIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationTaskOfTransformation, transformationOfTransformationTask);
 }

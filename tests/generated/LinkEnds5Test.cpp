@@ -3,39 +3,63 @@
 #include "LinkEndChecks.h"
 
 #include <qor/QORAggregationRule.h>
+#include <qor/QORAliasClassifier.h>
+#include <qor/QORAliasFeature.h>
 #include <qor/QORAliasType.h>
 #include <qor/QORArgument.h>
-#include <qor/QORArgumentByPosition.h>
+#include <qor/QORAssociationRoleNameMap.h>
+#include <qor/QORAttribute.h>
 #include <qor/QORBranchingNode.h>
 #include <qor/QORBusinessRule.h>
+#include <qor/QORClass.h>
+#include <qor/QORClassDiagram.h>
+#include <qor/QORClassifier.h>
+#include <qor/QORClassifierMap.h>
 #include <qor/QORConfigurationFormat.h>
+#include <qor/QORCube.h>
+#include <qor/QORCubeDimensionAssociation.h>
+#include <qor/QORDataPackage.h>
 #include <qor/QORDatabaseCatalog.h>
+#include <qor/QORDependency.h>
+#include <qor/QORDesignPackage.h>
+#include <qor/QORDiagram.h>
+#include <qor/QORDimension.h>
+#include <qor/QORDrillPath.h>
+#include <qor/QORDrillPathLevelAssociation.h>
+#include <qor/QORDrillPathLevelAssociationByPosition.h>
+#include <qor/QOREnumeratedAttributeMap.h>
+#include <qor/QOREnumeratedTypeMap.h>
+#include <qor/QORExpression.h>
 #include <qor/QORExpressionNode.h>
-#include <qor/QORExpressionNodeByPosition.h>
+#include <qor/QORFeature.h>
+#include <qor/QORFeatureMap.h>
+#include <qor/QORForeignKey.h>
+#include <qor/QORFormat.h>
+#include <qor/QORGeneralization.h>
+#include <qor/QORGrouping.h>
+#include <qor/QORHierarchyLevelAssociation.h>
+#include <qor/QORJoin.h>
+#include <qor/QORJoinRole.h>
+#include <qor/QORKeyMap.h>
+#include <qor/QORLevelAssociation.h>
 #include <qor/QORMappingModel.h>
-#include <qor/QORMeasure.h>
 #include <qor/QORMetadataFormat.h>
-#include <qor/QORMetadataOrigin.h>
 #include <qor/QORModel.h>
 #include <qor/QORModelFormat.h>
 #include <qor/QORModelObject.h>
 #include <qor/QOROperation.h>
 #include <qor/QOROperationNode.h>
-#include <qor/QOROperatorNode.h>
-#include <qor/QORPackage.h>
 #include <qor/QORPhysicalObject.h>
-#include <qor/QORPhysicalRelationship.h>
 #include <qor/QORPhysicalTarget.h>
-#include <qor/QORPredicate.h>
-#include <qor/QORPredicateByPosition.h>
-#include <qor/QORPredicateNode.h>
-#include <qor/QORPresentationElement.h>
-#include <qor/QORProduct.h>
-#include <qor/QORProjection.h>
-#include <qor/QORPropertyElementTypeScope.h>
-#include <qor/QORPropertyType.h>
-#include <qor/QORPropertyTypeByPosition.h>
+#include <qor/QORReportAxis.h>
+#include <qor/QORReportItem.h>
+#include <qor/QORReportItemByPosition.h>
+#include <qor/QORStatementNode.h>
 #include <qor/QORSynonym.h>
+#include <qor/QORTransformation.h>
+#include <qor/QORTransformationActivity.h>
+#include <qor/QORTransformationStep.h>
+#include <qor/QORTransformationTask.h>
 #include <qor/QORType.h>
 #include <qor/QORVersion.h>
 
@@ -43,59 +67,437 @@ using namespace table;
 
 namespace {
 
-constexpr End typeOfMappingModel =
-    NaryMembers<QORMappingModel, QORType, &QORMappingModel::getTypeCount, &QORMappingModel::getType,
-                &QORMappingModel::addType, &QORMappingModel::removeType, &QORMappingModel::removeType,
-                &QORMappingModel::removeType, &QORMappingModel::removeTypes>::of(
-        {246, "MAPPING_MODEL__TYPE", "type",
-         QORMetaLinkType::CHILD, false, 80, "MappingModel", Order::BY_NAME, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORMappingModel>::maker);
+constexpr End typeOfArgument =
+    UnaryMembers<QORArgument, QORType, &QORArgument::getType, &QORArgument::addType, &QORArgument::removeType,
+                 &QORArgument::removeType>::of(
+        {4, "ARGUMENT__TYPE", "type",
+         QORMetaLinkType::REF, true, 24, "Argument", Order::NONE, Names::ANY,
+         false, 185, 43, 1},
+        MakerOf<QORArgument>::maker);
 
-constexpr End mappingModelOfType =
-    UnaryMembers<QORType, QORMappingModel, &QORType::getMappingModel, &QORType::addMappingModel,
-                 &QORType::removeMappingModel, &QORType::removeMappingModel>::of(
-        {253, "TYPE__MAPPING_MODEL", "mappingModel",
-         QORMetaLinkType::PARENT, true, 3, "Type", Order::NONE, Names::ANY,
-         false, 2, 6},
+constexpr End argumentOfType =
+    NaryMembers<QORType, QORArgument, &QORType::getArgumentCount, &QORType::getArgument,
+                &QORType::addArgument, &QORType::removeArgument, &QORType::removeArgument,
+                &QORType::removeArgument, &QORType::removeArguments>::of(
+        {248, "TYPE__ARGUMENT", "argument",
+         QORMetaLinkType::BACK_REF, false, 3, "Type", Order::AS_ADDED, Names::ANY,
+         false, 189, 100, 2},
         MakerOf<QORAliasType>::maker);
 
-constexpr End metadataOriginOfMappingModel =
-    UnaryMembers<QORMappingModel, QORMetadataOrigin, &QORMappingModel::getMetadataOrigin,
-                 &QORMappingModel::addMetadataOrigin, &QORMappingModel::removeMetadataOrigin,
-                 &QORMappingModel::removeMetadataOrigin>::of(
-        {247, "MAPPING_MODEL__METADATA_ORIGIN", "metadataOrigin",
+constexpr End conditionExpressionNodeOfBranchingNode =
+    UnaryMembers<QORBranchingNode, QORExpressionNode, &QORBranchingNode::getConditionExpressionNode,
+                 &QORBranchingNode::addConditionExpressionNode,
+                 &QORBranchingNode::removeConditionExpressionNode,
+                 &QORBranchingNode::removeConditionExpressionNode>::of(
+        {268, "BRANCHING_NODE__CONDITION__EXPRESSION_NODE", "conditionExpressionNode",
+         QORMetaLinkType::CHILD, true, 103, "BranchingNode", Order::NONE, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End conditionOfBranchingNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORBranchingNode, &QORExpressionNode::getConditionOfBranchingNode,
+                 &QORExpressionNode::addConditionOfBranchingNode,
+                 &QORExpressionNode::removeConditionOfBranchingNode,
+                 &QORExpressionNode::removeConditionOfBranchingNode>::of(
+        {294, "EXPRESSION_NODE__CONDITION_OF__BRANCHING_NODE", "conditionOfBranchingNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 5},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End supertypeOfGeneralizationOfClass =
+    NaryMembers<QORClass, QORGeneralization, &QORClass::getSupertypeOfGeneralizationCount,
+                &QORClass::getSupertypeOfGeneralization, &QORClass::addSupertypeOfGeneralization,
+                &QORClass::removeSupertypeOfGeneralization, &QORClass::removeSupertypeOfGeneralization,
+                &QORClass::removeSupertypeOfGeneralization, &QORClass::removeSupertypeOfGeneralizations>::of(
+        {40, "CLASS__SUPERTYPE_OF__GENERALIZATION", "supertypeOfGeneralization",
+         QORMetaLinkType::REF, false, 13, "Class", Order::AS_ADDED, Names::ANY,
+         false, 41, 16, 2},
+        MakerOf<QORClass>::maker);
+
+constexpr End supertypeClassOfGeneralization =
+    NaryMembers<QORGeneralization, QORClass, &QORGeneralization::getSupertypeClassCount,
+                &QORGeneralization::getSupertypeClass, &QORGeneralization::addSupertypeClass,
+                &QORGeneralization::removeSupertypeClass, &QORGeneralization::removeSupertypeClass,
+                &QORGeneralization::removeSupertypeClass, &QORGeneralization::removeSupertypeClasss>::of(
+        {129, "GENERALIZATION__SUPERTYPE__CLASS", "supertypeClass",
+         QORMetaLinkType::BACK_REF, false, 16, "Generalization", Order::AS_ADDED, Names::ANY,
+         false, 128, 22, 1},
+        MakerOf<QORGeneralization>::maker);
+
+constexpr End supplierOfDependencyOfClass =
+    NaryMembers<QORClass, QORDependency, &QORClass::getSupplierOfDependencyCount,
+                &QORClass::getSupplierOfDependency, &QORClass::addSupplierOfDependency,
+                &QORClass::removeSupplierOfDependency, &QORClass::removeSupplierOfDependency,
+                &QORClass::removeSupplierOfDependency, &QORClass::removeSupplierOfDependencys>::of(
+        {46, "CLASS__SUPPLIER_OF__DEPENDENCY", "supplierOfDependency",
+         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
+         false, 45, 40, 8},
+        MakerOf<QORClass>::maker);
+
+constexpr End supplierClassOfDependency =
+    UnaryMembers<QORDependency, QORClass, &QORDependency::getSupplierClass, &QORDependency::addSupplierClass,
+                 &QORDependency::removeSupplierClass, &QORDependency::removeSupplierClass>::of(
+        {83, "DEPENDENCY__SUPPLIER__CLASS", "supplierClass",
+         QORMetaLinkType::BACK_REF, true, 40, "Dependency", Order::NONE, Names::ANY,
+         false, 82, 13, 1},
+        MakerOf<QORDependency>::maker);
+
+constexpr End sourceClassifierOfClassifierMap =
+    NaryMembers<QORClassifierMap, QORClassifier, &QORClassifierMap::getSourceClassifierCount,
+                &QORClassifierMap::getSourceClassifier, &QORClassifierMap::addSourceClassifier,
+                &QORClassifierMap::removeSourceClassifier, &QORClassifierMap::removeSourceClassifier,
+                &QORClassifierMap::removeSourceClassifier, &QORClassifierMap::removeSourceClassifiers>::of(
+        {70, "CLASSIFIER_MAP__SOURCE__CLASSIFIER", "sourceClassifier",
+         QORMetaLinkType::REF, false, 76, "ClassifierMap", Order::BY_ADDRESS, Names::ANY,
+         false, 71, 101, 2},
+        MakerOf<QORClassifierMap>::maker);
+
+constexpr End sourceOfClassifierMapOfClassifier =
+    NaryMembers<QORClassifier, QORClassifierMap, &QORClassifier::getSourceOfClassifierMapCount,
+                &QORClassifier::getSourceOfClassifierMap, &QORClassifier::addSourceOfClassifierMap,
+                &QORClassifier::removeSourceOfClassifierMap, &QORClassifier::removeSourceOfClassifierMap,
+                &QORClassifier::removeSourceOfClassifierMap,
+                &QORClassifier::removeSourceOfClassifierMaps>::of(
+        {63, "CLASSIFIER__SOURCE_OF__CLASSIFIER_MAP", "sourceOfClassifierMap",
+         QORMetaLinkType::BACK_REF, false, 75, "Classifier", Order::BY_ADDRESS, Names::ANY,
+         false, 64, 76, 0},
+        MakerOf<QORAliasClassifier>::maker);
+
+constexpr End joinOfCube =
+    NaryMembers<QORCube, QORJoin, &QORCube::getJoinCount, &QORCube::getJoin, &QORCube::addJoin,
+                &QORCube::removeJoin, &QORCube::removeJoin, &QORCube::removeJoin, &QORCube::removeJoins>::of(
+        {76, "CUBE__JOIN", "join",
+         QORMetaLinkType::REF, false, 85, "Cube", Order::BY_ADDRESS, Names::ANY,
+         false, 75, 89, 1},
+        MakerOf<QORCube>::maker);
+
+constexpr End cubeOfJoin =
+    NaryMembers<QORJoin, QORCube, &QORJoin::getCubeCount, &QORJoin::getCube, &QORJoin::addCube,
+                &QORJoin::removeCube, &QORJoin::removeCube, &QORJoin::removeCube, &QORJoin::removeCubes>::of(
+        {149, "JOIN__CUBE", "cube",
+         QORMetaLinkType::BACK_REF, false, 92, "Join", Order::BY_ADDRESS, Names::ANY,
+         false, 67, 93, 1},
+        MakerOf<QORJoin>::maker);
+
+constexpr End modelObjectOfDataPackage =
+    NaryMembers<QORDataPackage, QORModelObject, &QORDataPackage::getModelObjectCount,
+                &QORDataPackage::getModelObject, &QORDataPackage::addModelObject,
+                &QORDataPackage::removeModelObject, &QORDataPackage::removeModelObject,
+                &QORDataPackage::removeModelObject, &QORDataPackage::removeModelObjects>::of(
+        {232, "DATA_PACKAGE__MODEL_OBJECT", "modelObject",
+         QORMetaLinkType::REF, false, 141, "DataPackage", Order::AS_ADDED, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORDatabaseCatalog>::maker);
+
+constexpr End dataPackageOfModelObject =
+    UnaryMembers<QORModelObject, QORDataPackage, &QORModelObject::getDataPackage,
+                 &QORModelObject::addDataPackage, &QORModelObject::removeDataPackage,
+                 &QORModelObject::removeDataPackage>::of(
+        {188, "MODEL_OBJECT__DATA_PACKAGE", "dataPackage",
+         QORMetaLinkType::BACK_REF, true, 59, "ModelObject", Order::NONE, Names::ANY,
+         false, 187, 54, 3},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End diagramOfDesignPackage =
+    NaryMembers<QORDesignPackage, QORDiagram, &QORDesignPackage::getDiagramCount,
+                &QORDesignPackage::getDiagram, &QORDesignPackage::addDiagram,
+                &QORDesignPackage::removeDiagram, &QORDesignPackage::removeDiagram,
+                &QORDesignPackage::removeDiagram, &QORDesignPackage::removeDiagrams>::of(
+        {196, "DESIGN_PACKAGE__DIAGRAM", "diagram",
+         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
+         false, 189, 100, 0},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End designPackageOfDiagram =
+    UnaryMembers<QORDiagram, QORDesignPackage, &QORDiagram::getDesignPackage, &QORDiagram::addDesignPackage,
+                 &QORDiagram::removeDesignPackage, &QORDiagram::removeDesignPackage>::of(
+        {88, "DIAGRAM__DESIGN_PACKAGE", "designPackage",
+         QORMetaLinkType::PARENT, true, 10, "Diagram", Order::NONE, Names::ANY,
+         false, 89, 101, 0},
+        MakerOf<QORClassDiagram>::maker);
+
+constexpr End transformationTaskOfDesignPackage =
+    NaryMembers<QORDesignPackage, QORTransformationTask, &QORDesignPackage::getTransformationTaskCount,
+                &QORDesignPackage::getTransformationTask, &QORDesignPackage::addTransformationTask,
+                &QORDesignPackage::removeTransformationTask, &QORDesignPackage::removeTransformationTask,
+                &QORDesignPackage::removeTransformationTask,
+                &QORDesignPackage::removeTransformationTasks>::of(
+        {310, "DESIGN_PACKAGE__TRANSFORMATION_TASK", "transformationTask",
+         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
+         false, 309, 11, 4},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End designPackageOfTransformationTask =
+    UnaryMembers<QORTransformationTask, QORDesignPackage, &QORTransformationTask::getDesignPackage,
+                 &QORTransformationTask::addDesignPackage, &QORTransformationTask::removeDesignPackage,
+                 &QORTransformationTask::removeDesignPackage>::of(
+        {331, "TRANSFORMATION_TASK__DESIGN_PACKAGE", "designPackage",
+         QORMetaLinkType::PARENT, true, 137, "TransformationTask", Order::NONE, Names::ANY,
+         false, 303, 111, 2},
+        MakerOf<QORTransformationTask>::maker);
+
+constexpr End cubeDimensionAssociationOfDimension =
+    NaryMembers<QORDimension, QORCubeDimensionAssociation, &QORDimension::getCubeDimensionAssociationCount,
+                &QORDimension::getCubeDimensionAssociation, &QORDimension::addCubeDimensionAssociation,
+                &QORDimension::removeCubeDimensionAssociation, &QORDimension::removeCubeDimensionAssociation,
+                &QORDimension::removeCubeDimensionAssociation,
+                &QORDimension::removeCubeDimensionAssociations>::of(
+        {94, "DIMENSION__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
+         QORMetaLinkType::REF, false, 87, "Dimension", Order::BY_ADDRESS, Names::ANY,
+         false, 92, 90, 3},
+        MakerOf<QORDimension>::maker);
+
+constexpr End dimensionOfCubeDimensionAssociation =
+    UnaryMembers<QORCubeDimensionAssociation, QORDimension, &QORCubeDimensionAssociation::getDimension,
+                 &QORCubeDimensionAssociation::addDimension, &QORCubeDimensionAssociation::removeDimension,
+                 &QORCubeDimensionAssociation::removeDimension>::of(
+        {79, "CUBE_DIMENSION_ASSOCIATION__DIMENSION", "dimension",
+         QORMetaLinkType::BACK_REF, true, 86, "CubeDimensionAssociation", Order::NONE, Names::ANY,
+         false, 80, 90, 1},
+        MakerOf<QORCubeDimensionAssociation>::maker);
+
+constexpr End drillPathLevelAssociationOfDrillPath =
+    NaryMembers<QORDrillPath, QORDrillPathLevelAssociation, &QORDrillPath::getDrillPathLevelAssociationCount,
+                &QORDrillPath::getDrillPathLevelAssociation, &QORDrillPath::addDrillPathLevelAssociation,
+                &QORDrillPath::removeDrillPathLevelAssociation,
+                &QORDrillPath::removeDrillPathLevelAssociation,
+                &QORDrillPath::removeDrillPathLevelAssociation,
+                &QORDrillPath::removeDrillPathLevelAssociations>::of(
+        {274, "DRILL_PATH__DRILL_PATH_LEVEL_ASSOCIATION", "drillPathLevelAssociation",
+         QORMetaLinkType::CHILD, false, 108, "DrillPath", Order::AS_ADDED, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORDrillPath>::maker);
+
+constexpr End drillPathOfDrillPathLevelAssociation =
+    UnaryMembers<QORDrillPathLevelAssociation, QORDrillPath, &QORDrillPathLevelAssociation::getDrillPath,
+                 &QORDrillPathLevelAssociation::addDrillPath, &QORDrillPathLevelAssociation::removeDrillPath,
+                 &QORDrillPathLevelAssociation::removeDrillPath>::of(
+        {278, "DRILL_PATH_LEVEL_ASSOCIATION__DRILL_PATH", "drillPath",
+         QORMetaLinkType::PARENT, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
+         false, 189, 100, 0},
+        MakerOf<QORDrillPathLevelAssociation>::maker);
+
+constexpr End enumeratedTypeMapOfEnumeratedAttributeMap =
+    UnaryMembers<QOREnumeratedAttributeMap, QOREnumeratedTypeMap,
+                 &QOREnumeratedAttributeMap::getEnumeratedTypeMap,
+                 &QOREnumeratedAttributeMap::addEnumeratedTypeMap,
+                 &QOREnumeratedAttributeMap::removeEnumeratedTypeMap,
+                 &QOREnumeratedAttributeMap::removeEnumeratedTypeMap>::of(
+        {106, "ENUMERATED_ATTRIBUTE_MAP__ENUMERATED_TYPE_MAP", "enumeratedTypeMap",
+         QORMetaLinkType::REF, true, 46, "EnumeratedAttributeMap", Order::NONE, Names::ANY,
+         false, 118, 102, 0},
+        MakerOf<QOREnumeratedAttributeMap>::maker);
+
+constexpr End enumeratedAttributeMapOfEnumeratedTypeMap =
+    NaryMembers<QOREnumeratedTypeMap, QOREnumeratedAttributeMap,
+                &QOREnumeratedTypeMap::getEnumeratedAttributeMapCount,
+                &QOREnumeratedTypeMap::getEnumeratedAttributeMap,
+                &QOREnumeratedTypeMap::addEnumeratedAttributeMap,
+                &QOREnumeratedTypeMap::removeEnumeratedAttributeMap,
+                &QOREnumeratedTypeMap::removeEnumeratedAttributeMap,
+                &QOREnumeratedTypeMap::removeEnumeratedAttributeMap,
+                &QOREnumeratedTypeMap::removeEnumeratedAttributeMaps>::of(
+        {109, "ENUMERATED_TYPE_MAP__ENUMERATED_ATTRIBUTE_MAP", "enumeratedAttributeMap",
+         QORMetaLinkType::BACK_REF, false, 47, "EnumeratedTypeMap", Order::BY_ADDRESS, Names::ANY,
+         false, 107, 5, 1},
+        MakerOf<QOREnumeratedTypeMap>::maker);
+
+constexpr End statementNodeOfExpression =
+    NaryMembers<QORExpression, QORStatementNode, &QORExpression::getStatementNodeCount,
+                &QORExpression::getStatementNode, &QORExpression::addStatementNode,
+                &QORExpression::removeStatementNode, &QORExpression::removeStatementNode,
+                &QORExpression::removeStatementNode, &QORExpression::removeStatementNodes>::of(
+        {286, "EXPRESSION__STATEMENT_NODE", "statementNode",
+         QORMetaLinkType::CHILD, false, 112, "Expression", Order::BY_ADDRESS, Names::ANY,
+         false, 281, 110, 0},
+        MakerOf<QORExpression>::maker);
+
+constexpr End expressionOfStatementNode =
+    UnaryMembers<QORStatementNode, QORExpression, &QORStatementNode::getExpression,
+                 &QORStatementNode::addExpression, &QORStatementNode::removeExpression,
+                 &QORStatementNode::removeExpression>::of(
+        {324, "STATEMENT_NODE__EXPRESSION", "expression",
+         QORMetaLinkType::PARENT, true, 134, "StatementNode", Order::NONE, Names::ANY,
+         false, 303, 111, 1},
+        MakerOf<QORStatementNode>::maker);
+
+constexpr End previousExpressionNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORExpressionNode, &QORExpressionNode::getPreviousExpressionNode,
+                 &QORExpressionNode::addPreviousExpressionNode,
+                 &QORExpressionNode::removePreviousExpressionNode,
+                 &QORExpressionNode::removePreviousExpressionNode>::of(
+        {298, "EXPRESSION_NODE__PREVIOUS__EXPRESSION_NODE", "previousExpressionNode",
+         QORMetaLinkType::REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 9},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End nextExpressionNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORExpressionNode, &QORExpressionNode::getNextExpressionNode,
+                 &QORExpressionNode::addNextExpressionNode, &QORExpressionNode::removeNextExpressionNode,
+                 &QORExpressionNode::removeNextExpressionNode>::of(
+        {299, "EXPRESSION_NODE__NEXT__EXPRESSION_NODE", "nextExpressionNode",
+         QORMetaLinkType::BACK_REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 298, 103, 10},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End sourceFeatureOfFeatureMap =
+    NaryMembers<QORFeatureMap, QORFeature, &QORFeatureMap::getSourceFeatureCount,
+                &QORFeatureMap::getSourceFeature, &QORFeatureMap::addSourceFeature,
+                &QORFeatureMap::removeSourceFeature, &QORFeatureMap::removeSourceFeature,
+                &QORFeatureMap::removeSourceFeature, &QORFeatureMap::removeSourceFeatures>::of(
+        {118, "FEATURE_MAP__SOURCE__FEATURE", "sourceFeature",
+         QORMetaLinkType::REF, false, 78, "FeatureMap", Order::BY_ADDRESS, Names::ANY,
+         false, 119, 102, 1},
+        MakerOf<QORFeatureMap>::maker);
+
+constexpr End sourceOfFeatureMapOfFeature =
+    NaryMembers<QORFeature, QORFeatureMap, &QORFeature::getSourceOfFeatureMapCount,
+                &QORFeature::getSourceOfFeatureMap, &QORFeature::addSourceOfFeatureMap,
+                &QORFeature::removeSourceOfFeatureMap, &QORFeature::removeSourceOfFeatureMap,
+                &QORFeature::removeSourceOfFeatureMap, &QORFeature::removeSourceOfFeatureMaps>::of(
+        {112, "FEATURE__SOURCE_OF__FEATURE_MAP", "sourceOfFeatureMap",
+         QORMetaLinkType::BACK_REF, false, 77, "Feature", Order::BY_ADDRESS, Names::ANY,
+         false, 113, 78, 0},
+        MakerOf<QORAliasFeature>::maker);
+
+constexpr End associationRoleNameMapOfForeignKey =
+    NaryMembers<QORForeignKey, QORAssociationRoleNameMap, &QORForeignKey::getAssociationRoleNameMapCount,
+                &QORForeignKey::getAssociationRoleNameMap, &QORForeignKey::addAssociationRoleNameMap,
+                &QORForeignKey::removeAssociationRoleNameMap, &QORForeignKey::removeAssociationRoleNameMap,
+                &QORForeignKey::removeAssociationRoleNameMap,
+                &QORForeignKey::removeAssociationRoleNameMaps>::of(
+        {124, "FOREIGN_KEY__ASSOCIATION_ROLE_NAME_MAP", "associationRoleNameMap",
+         QORMetaLinkType::CHILD, false, 22, "ForeignKey", Order::BY_ADDRESS, Names::ANY,
+         false, 123, 16, 3},
+        MakerOf<QORForeignKey>::maker);
+
+constexpr End foreignKeyOfAssociationRoleNameMap =
+    UnaryMembers<QORAssociationRoleNameMap, QORForeignKey, &QORAssociationRoleNameMap::getForeignKey,
+                 &QORAssociationRoleNameMap::addForeignKey, &QORAssociationRoleNameMap::removeForeignKey,
+                 &QORAssociationRoleNameMap::removeForeignKey>::of(
+        {13, "ASSOCIATION_ROLE_NAME_MAP__FOREIGN_KEY", "foreignKey",
+         QORMetaLinkType::PARENT, true, 19, "AssociationRoleNameMap", Order::NONE, Names::ANY,
+         false, 14, 14, 0},
+        MakerOf<QORAssociationRoleNameMap>::maker);
+
+constexpr End subtypeClassOfGeneralization =
+    NaryMembers<QORGeneralization, QORClass, &QORGeneralization::getSubtypeClassCount,
+                &QORGeneralization::getSubtypeClass, &QORGeneralization::addSubtypeClass,
+                &QORGeneralization::removeSubtypeClass, &QORGeneralization::removeSubtypeClass,
+                &QORGeneralization::removeSubtypeClass, &QORGeneralization::removeSubtypeClasss>::of(
+        {130, "GENERALIZATION__SUBTYPE__CLASS", "subtypeClass",
+         QORMetaLinkType::REF, false, 16, "Generalization", Order::AS_ADDED, Names::ANY,
+         false, 129, 13, 2},
+        MakerOf<QORGeneralization>::maker);
+
+constexpr End subtypeOfGeneralizationOfClass =
+    NaryMembers<QORClass, QORGeneralization, &QORClass::getSubtypeOfGeneralizationCount,
+                &QORClass::getSubtypeOfGeneralization, &QORClass::addSubtypeOfGeneralization,
+                &QORClass::removeSubtypeOfGeneralization, &QORClass::removeSubtypeOfGeneralization,
+                &QORClass::removeSubtypeOfGeneralization, &QORClass::removeSubtypeOfGeneralizations>::of(
+        {41, "CLASS__SUBTYPE_OF__GENERALIZATION", "subtypeOfGeneralization",
+         QORMetaLinkType::BACK_REF, false, 13, "Class", Order::AS_ADDED, Names::ANY,
+         false, 40, 16, 3},
+        MakerOf<QORClass>::maker);
+
+constexpr End leafAttributeOfGrouping =
+    UnaryMembers<QORGrouping, QORAttribute, &QORGrouping::getLeafAttribute, &QORGrouping::addLeafAttribute,
+                 &QORGrouping::removeLeafAttribute, &QORGrouping::removeLeafAttribute>::of(
+        {136, "GROUPING__LEAF__ATTRIBUTE", "leafAttribute",
+         QORMetaLinkType::REF, true, 65, "Grouping", Order::NONE, Names::ANY,
+         false, 135, 18, 4},
+        MakerOf<QORGrouping>::maker);
+
+constexpr End groupingOfAttribute =
+    NaryMembers<QORAttribute, QORGrouping, &QORAttribute::getGroupingCount, &QORAttribute::getGrouping,
+                &QORAttribute::addGrouping, &QORAttribute::removeGrouping, &QORAttribute::removeGrouping,
+                &QORAttribute::removeGrouping, &QORAttribute::removeGroupings>::of(
+        {22, "ATTRIBUTE__GROUPING", "grouping",
+         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
+         false, 18, 52, 4},
+        MakerOf<QORAttribute>::maker);
+
+constexpr End levelAssociationOfHierarchyLevelAssociation =
+    NaryMembers<QORHierarchyLevelAssociation, QORLevelAssociation,
+                &QORHierarchyLevelAssociation::getLevelAssociationCount,
+                &QORHierarchyLevelAssociation::getLevelAssociation,
+                &QORHierarchyLevelAssociation::addLevelAssociation,
+                &QORHierarchyLevelAssociation::removeLevelAssociation,
+                &QORHierarchyLevelAssociation::removeLevelAssociation,
+                &QORHierarchyLevelAssociation::removeLevelAssociation,
+                &QORHierarchyLevelAssociation::removeLevelAssociations>::of(
+        {334, "HIERARCHY_LEVEL_ASSOCIATION__LEVEL_ASSOCIATION", "levelAssociation",
+         QORMetaLinkType::REF, false, 91, "HierarchyLevelAssociation", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 2},
+        MakerOf<QORHierarchyLevelAssociation>::maker);
+
+constexpr End hierarchyLevelAssociationOfLevelAssociation =
+    NaryMembers<QORLevelAssociation, QORHierarchyLevelAssociation,
+                &QORLevelAssociation::getHierarchyLevelAssociationCount,
+                &QORLevelAssociation::getHierarchyLevelAssociation,
+                &QORLevelAssociation::addHierarchyLevelAssociation,
+                &QORLevelAssociation::removeHierarchyLevelAssociation,
+                &QORLevelAssociation::removeHierarchyLevelAssociation,
+                &QORLevelAssociation::removeHierarchyLevelAssociation,
+                &QORLevelAssociation::removeHierarchyLevelAssociations>::of(
+        {339, "LEVEL_ASSOCIATION__HIERARCHY_LEVEL_ASSOCIATION", "hierarchyLevelAssociation",
+         QORMetaLinkType::BACK_REF, false, 138, "LevelAssociation", Order::BY_ADDRESS, Names::ANY,
+         false, 338, 94, 2},
+        MakerOf<QORLevelAssociation>::maker);
+
+constexpr End joinRoleOfJoin =
+    NaryMembers<QORJoin, QORJoinRole, &QORJoin::getJoinRoleCount, &QORJoin::getJoinRole,
+                &QORJoin::addJoinRole, &QORJoin::removeJoinRole, &QORJoin::removeJoinRole,
+                &QORJoin::removeJoinRole, &QORJoin::removeJoinRoles>::of(
+        {148, "JOIN__JOIN_ROLE", "joinRole",
+         QORMetaLinkType::CHILD, false, 92, "Join", Order::AS_ADDED, Names::ANY,
+         false, 67, 93, 0},
+        MakerOf<QORJoin>::maker);
+
+constexpr End joinOfJoinRole =
+    UnaryMembers<QORJoinRole, QORJoin, &QORJoinRole::getJoin, &QORJoinRole::addJoin, &QORJoinRole::removeJoin,
+                 &QORJoinRole::removeJoin>::of(
+        {151, "JOIN_ROLE__JOIN", "join",
+         QORMetaLinkType::PARENT, true, 93, "JoinRole", Order::NONE, Names::ANY,
+         false, 152, 101, 0},
+        MakerOf<QORJoinRole>::maker);
+
+constexpr End sourceModelObjectOfKeyMap =
+    NaryMembers<QORKeyMap, QORModelObject, &QORKeyMap::getSourceModelObjectCount,
+                &QORKeyMap::getSourceModelObject, &QORKeyMap::addSourceModelObject,
+                &QORKeyMap::removeSourceModelObject, &QORKeyMap::removeSourceModelObject,
+                &QORKeyMap::removeSourceModelObject, &QORKeyMap::removeSourceModelObjects>::of(
+        {160, "KEY_MAP__SOURCE__MODEL_OBJECT", "sourceModelObject",
+         QORMetaLinkType::REF, false, 43, "KeyMap", Order::AS_ADDED, Names::ANY,
+         false, 159, 43, 3},
+        MakerOf<QORKeyMap>::maker);
+
+constexpr End sourceOfKeyMapOfModelObject =
+    NaryMembers<QORModelObject, QORKeyMap, &QORModelObject::getSourceOfKeyMapCount,
+                &QORModelObject::getSourceOfKeyMap, &QORModelObject::addSourceOfKeyMap,
+                &QORModelObject::removeSourceOfKeyMap, &QORModelObject::removeSourceOfKeyMap,
+                &QORModelObject::removeSourceOfKeyMap, &QORModelObject::removeSourceOfKeyMaps>::of(
+        {185, "MODEL_OBJECT__SOURCE_OF__KEY_MAP", "sourceOfKeyMap",
+         QORMetaLinkType::BACK_REF, false, 59, "ModelObject", Order::AS_ADDED, Names::ANY,
+         false, 1, 86, 0},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End variableClassOfMappingModel =
+    UnaryMembers<QORMappingModel, QORClass, &QORMappingModel::getVariableClass,
+                 &QORMappingModel::addVariableClass, &QORMappingModel::removeVariableClass,
+                 &QORMappingModel::removeVariableClass>::of(
+        {244, "MAPPING_MODEL__VARIABLE__CLASS", "variableClass",
          QORMetaLinkType::CHILD, true, 80, "MappingModel", Order::NONE, Names::ANY,
-         false, 281, 110},
+         false, 281, 110, 2},
         MakerOf<QORMappingModel>::maker);
 
-constexpr End mappingModelOfMetadataOrigin =
-    UnaryMembers<QORMetadataOrigin, QORMappingModel, &QORMetadataOrigin::getMappingModel,
-                 &QORMetadataOrigin::addMappingModel, &QORMetadataOrigin::removeMappingModel,
-                 &QORMetadataOrigin::removeMappingModel>::of(
-        {170, "METADATA_ORIGIN__MAPPING_MODEL", "mappingModel",
-         QORMetaLinkType::PARENT, true, 98, "MetadataOrigin", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORMetadataOrigin>::maker);
-
-constexpr End aggregationRuleOfMeasure =
-    NaryMembers<QORMeasure, QORAggregationRule, &QORMeasure::getAggregationRuleCount,
-                &QORMeasure::getAggregationRule, &QORMeasure::addAggregationRule,
-                &QORMeasure::removeAggregationRule, &QORMeasure::removeAggregationRule,
-                &QORMeasure::removeAggregationRule, &QORMeasure::removeAggregationRules>::of(
-        {168, "MEASURE__AGGREGATION_RULE", "aggregationRule",
-         QORMetaLinkType::CHILD, false, 97, "Measure", Order::BY_ADDRESS, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORMeasure>::maker);
-
-constexpr End measureOfAggregationRule =
-    UnaryMembers<QORAggregationRule, QORMeasure, &QORAggregationRule::getMeasure,
-                 &QORAggregationRule::addMeasure, &QORAggregationRule::removeMeasure,
-                 &QORAggregationRule::removeMeasure>::of(
-        {0, "AGGREGATION_RULE__MEASURE", "measure",
-         QORMetaLinkType::PARENT, true, 83, "AggregationRule", Order::NONE, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
+constexpr End mappingModelOfClass =
+    UnaryMembers<QORClass, QORMappingModel, &QORClass::getMappingModel, &QORClass::addMappingModel,
+                 &QORClass::removeMappingModel, &QORClass::removeMappingModel>::of(
+        {52, "CLASS__MAPPING_MODEL", "mappingModel",
+         QORMetaLinkType::PARENT, true, 13, "Class", Order::NONE, Names::ANY,
+         false, 51, 66, 14},
+        MakerOf<QORClass>::maker);
 
 constexpr End configurationFormatOfMetadataFormat =
     NaryMembers<QORMetadataFormat, QORConfigurationFormat, &QORMetadataFormat::getConfigurationFormatCount,
@@ -105,7 +507,7 @@ constexpr End configurationFormatOfMetadataFormat =
                 &QORMetadataFormat::removeConfigurationFormats>::of(
         {370, "METADATA_FORMAT__CONFIGURATION_FORMAT", "configurationFormat",
          QORMetaLinkType::REF, false, 35, "MetadataFormat", Order::BY_NAME, Names::ANY,
-         false, 369, 150},
+         false, 369, 150, 0},
         MakerOf<QORConfigurationFormat>::maker);
 
 constexpr End metadataFormatOfConfigurationFormat =
@@ -116,78 +518,8 @@ constexpr End metadataFormatOfConfigurationFormat =
                 &QORConfigurationFormat::removeMetadataFormats>::of(
         {369, "CONFIGURATION_FORMAT__METADATA_FORMAT", "metadataFormat",
          QORMetaLinkType::BACK_REF, false, 150, "ConfigurationFormat", Order::BY_NAME, Names::ANY,
-         false, 370, 150},
+         false, 303, 111, 0},
         MakerOf<QORConfigurationFormat>::maker);
-
-constexpr End typeOfModel =
-    NaryMembers<QORModel, QORType, &QORModel::getTypeCount, &QORModel::getType, &QORModel::addType,
-                &QORModel::removeType, &QORModel::removeType, &QORModel::removeType,
-                &QORModel::removeTypes>::of(
-        {171, "MODEL__TYPE", "type",
-         QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORModel>::maker);
-
-constexpr End modelOfType =
-    UnaryMembers<QORType, QORModel, &QORType::getModel, &QORType::addModel, &QORType::removeModel,
-                 &QORType::removeModel>::of(
-        {251, "TYPE__MODEL", "model",
-         QORMetaLinkType::PARENT, true, 3, "Type", Order::NONE, Names::ANY,
-         false, 2, 6},
-        MakerOf<QORAliasType>::maker);
-
-constexpr End physicalTargetOfModel =
-    NaryMembers<QORModel, QORPhysicalTarget, &QORModel::getPhysicalTargetCount, &QORModel::getPhysicalTarget,
-                &QORModel::addPhysicalTarget, &QORModel::removePhysicalTarget,
-                &QORModel::removePhysicalTarget, &QORModel::removePhysicalTarget,
-                &QORModel::removePhysicalTargets>::of(
-        {174, "MODEL__PHYSICAL_TARGET", "physicalTarget",
-         QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::UNIQUE,
-         false, 185, 43},
-        MakerOf<QORModel>::maker);
-
-constexpr End modelOfPhysicalTarget =
-    UnaryMembers<QORPhysicalTarget, QORModel, &QORPhysicalTarget::getModel, &QORPhysicalTarget::addModel,
-                 &QORPhysicalTarget::removeModel, &QORPhysicalTarget::removeModel>::of(
-        {209, "PHYSICAL_TARGET__MODEL", "model",
-         QORMetaLinkType::PARENT, true, 53, "PhysicalTarget", Order::NONE, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORPhysicalTarget>::maker);
-
-constexpr End propertyElementTypeScopeOfModel =
-    NaryMembers<QORModel, QORPropertyElementTypeScope, &QORModel::getPropertyElementTypeScopeCount,
-                &QORModel::getPropertyElementTypeScope, &QORModel::addPropertyElementTypeScope,
-                &QORModel::removePropertyElementTypeScope, &QORModel::removePropertyElementTypeScope,
-                &QORModel::removePropertyElementTypeScope, &QORModel::removePropertyElementTypeScopes>::of(
-        {175, "MODEL__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
-         QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::UNIQUE,
-         false, 185, 43},
-        MakerOf<QORModel>::maker);
-
-constexpr End modelOfPropertyElementTypeScope =
-    UnaryMembers<QORPropertyElementTypeScope, QORModel, &QORPropertyElementTypeScope::getModel,
-                 &QORPropertyElementTypeScope::addModel, &QORPropertyElementTypeScope::removeModel,
-                 &QORPropertyElementTypeScope::removeModel>::of(
-        {217, "PROPERTY_ELEMENT_TYPE_SCOPE__MODEL", "model",
-         QORMetaLinkType::PARENT, true, 69, "PropertyElementTypeScope", Order::NONE, Names::ANY,
-         false, 218, 70},
-        MakerOf<QORPropertyElementTypeScope>::maker);
-
-constexpr End metadataOriginOfModel =
-    UnaryMembers<QORModel, QORMetadataOrigin, &QORModel::getMetadataOrigin, &QORModel::addMetadataOrigin,
-                 &QORModel::removeMetadataOrigin, &QORModel::removeMetadataOrigin>::of(
-        {177, "MODEL__METADATA_ORIGIN", "metadataOrigin",
-         QORMetaLinkType::CHILD, true, 2, "Model", Order::NONE, Names::ANY,
-         false, 185, 43},
-        MakerOf<QORModel>::maker);
-
-constexpr End modelOfMetadataOrigin =
-    UnaryMembers<QORMetadataOrigin, QORModel, &QORMetadataOrigin::getModel, &QORMetadataOrigin::addModel,
-                 &QORMetadataOrigin::removeModel, &QORMetadataOrigin::removeModel>::of(
-        {169, "METADATA_ORIGIN__MODEL", "model",
-         QORMetaLinkType::PARENT, true, 98, "MetadataOrigin", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORMetadataOrigin>::maker);
 
 constexpr End businessRuleOfModel =
     NaryMembers<QORModel, QORBusinessRule, &QORModel::getBusinessRuleCount, &QORModel::getBusinessRule,
@@ -195,7 +527,7 @@ constexpr End businessRuleOfModel =
                 &QORModel::removeBusinessRule, &QORModel::removeBusinessRules>::of(
         {178, "MODEL__BUSINESS_RULE", "businessRule",
          QORMetaLinkType::CHILD, false, 2, "Model", Order::BY_NAME, Names::ANY,
-         false, 185, 43},
+         false, 185, 43, 5},
         MakerOf<QORModel>::maker);
 
 constexpr End modelOfBusinessRule =
@@ -203,7 +535,7 @@ constexpr End modelOfBusinessRule =
                  &QORBusinessRule::removeModel, &QORBusinessRule::removeModel>::of(
         {33, "BUSINESS_RULE__MODEL", "model",
          QORMetaLinkType::PARENT, true, 100, "BusinessRule", Order::NONE, Names::ANY,
-         false, 32, 83},
+         false, 32, 83, 0},
         MakerOf<QORBusinessRule>::maker);
 
 constexpr End modelOfModelFormat =
@@ -211,7 +543,7 @@ constexpr End modelOfModelFormat =
                  &QORModelFormat::removeModel, &QORModelFormat::removeModel>::of(
         {184, "MODEL_FORMAT__MODEL", "model",
          QORMetaLinkType::CHILD, true, 36, "ModelFormat", Order::NONE, Names::ANY,
-         false, 182, 81},
+         false, 183, 81, 0},
         MakerOf<QORModelFormat>::maker);
 
 constexpr End modelFormatOfModel =
@@ -219,54 +551,8 @@ constexpr End modelFormatOfModel =
                  &QORModel::removeModelFormat, &QORModel::removeModelFormat>::of(
         {173, "MODEL__MODEL_FORMAT", "modelFormat",
          QORMetaLinkType::PARENT, true, 2, "Model", Order::NONE, Names::ANY,
-         false, 185, 43},
+         false, 185, 43, 1},
         MakerOf<QORModel>::maker);
-
-constexpr End presentationPresentationElementOfModelObject =
-    NaryMembers<QORModelObject, QORPresentationElement,
-                &QORModelObject::getPresentationPresentationElementCount,
-                &QORModelObject::getPresentationPresentationElement,
-                &QORModelObject::addPresentationPresentationElement,
-                &QORModelObject::removePresentationPresentationElement,
-                &QORModelObject::removePresentationPresentationElement,
-                &QORModelObject::removePresentationPresentationElement,
-                &QORModelObject::removePresentationPresentationElements>::of(
-        {186, "MODEL_OBJECT__PRESENTATION__PRESENTATION_ELEMENT", "presentationPresentationElement",
-         QORMetaLinkType::REF, false, 59, "ModelObject", Order::BY_ADDRESS, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End subjectModelObjectOfPresentationElement =
-    UnaryMembers<QORPresentationElement, QORModelObject, &QORPresentationElement::getSubjectModelObject,
-                 &QORPresentationElement::addSubjectModelObject,
-                 &QORPresentationElement::removeSubjectModelObject,
-                 &QORPresentationElement::removeSubjectModelObject>::of(
-        {211, "PRESENTATION_ELEMENT__SUBJECT__MODEL_OBJECT", "subjectModelObject",
-         QORMetaLinkType::BACK_REF, true, 61, "PresentationElement", Order::NONE, Names::ANY,
-         false, 210, 11},
-        MakerOf<QORProjection>::maker);
-
-constexpr End associatedPhysicalObjectOfModelObject =
-    NaryMembers<QORModelObject, QORPhysicalObject, &QORModelObject::getAssociatedPhysicalObjectCount,
-                &QORModelObject::getAssociatedPhysicalObject, &QORModelObject::addAssociatedPhysicalObject,
-                &QORModelObject::removeAssociatedPhysicalObject,
-                &QORModelObject::removeAssociatedPhysicalObject,
-                &QORModelObject::removeAssociatedPhysicalObject,
-                &QORModelObject::removeAssociatedPhysicalObjects>::of(
-        {187, "MODEL_OBJECT__ASSOCIATED__PHYSICAL_OBJECT", "associatedPhysicalObject",
-         QORMetaLinkType::REF, false, 59, "ModelObject", Order::AS_ADDED, Names::ANY,
-         false, 1, 86},
-        MakerOf<QORAggregationRule>::maker);
-
-constexpr End modelObjectOfPhysicalObject =
-    NaryMembers<QORPhysicalObject, QORModelObject, &QORPhysicalObject::getModelObjectCount,
-                &QORPhysicalObject::getModelObject, &QORPhysicalObject::addModelObject,
-                &QORPhysicalObject::removeModelObject, &QORPhysicalObject::removeModelObject,
-                &QORPhysicalObject::removeModelObject, &QORPhysicalObject::removeModelObjects>::of(
-        {205, "PHYSICAL_OBJECT__MODEL_OBJECT", "modelObject",
-         QORMetaLinkType::BACK_REF, false, 54, "PhysicalObject", Order::AS_ADDED, Names::ANY,
-         false, 204, 56},
-        MakerOf<QORPhysicalObject>::maker);
 
 constexpr End synonymOfModelObject =
     NaryMembers<QORModelObject, QORSynonym, &QORModelObject::getSynonymCount, &QORModelObject::getSynonym,
@@ -274,7 +560,7 @@ constexpr End synonymOfModelObject =
                 &QORModelObject::removeSynonym, &QORModelObject::removeSynonyms>::of(
         {190, "MODEL_OBJECT__SYNONYM", "synonym",
          QORMetaLinkType::CHILD, false, 59, "ModelObject", Order::BY_NAME, Names::UNIQUE,
-         false, 1, 86},
+         false, 189, 100, 5},
         MakerOf<QORAggregationRule>::maker);
 
 constexpr End modelObjectOfSynonym =
@@ -282,42 +568,8 @@ constexpr End modelObjectOfSynonym =
                  &QORSynonym::removeModelObject, &QORSynonym::removeModelObject>::of(
         {234, "SYNONYM__MODEL_OBJECT", "modelObject",
          QORMetaLinkType::PARENT, true, 49, "Synonym", Order::NONE, Names::ANY,
-         false, 185, 43},
+         false, 189, 100, 0},
         MakerOf<QORSynonym>::maker);
-
-constexpr End argumentOfOperation =
-    NaryMembers<QOROperation, QORArgument, &QOROperation::getArgumentCount, &QOROperation::getArgument,
-                &QOROperation::addArgument, &QOROperation::removeArgument, &QOROperation::removeArgument,
-                &QOROperation::removeArgument, &QOROperation::removeArguments>::of(
-        {192, "OPERATION__ARGUMENT", "argument",
-         QORMetaLinkType::CHILD, false, 23, "Operation", Order::BY_NAME, Names::UNIQUE_OR_NONE,
-         false, 193, 6},
-        MakerOf<QOROperation>::maker);
-
-constexpr End operationOfArgument =
-    UnaryMembers<QORArgument, QOROperation, &QORArgument::getOperation, &QORArgument::addOperation,
-                 &QORArgument::removeOperation, &QORArgument::removeOperation>::of(
-        {3, "ARGUMENT__OPERATION", "operation",
-         QORMetaLinkType::PARENT, true, 24, "Argument", Order::NONE, Names::ANY,
-         false, 4, 6},
-        MakerOf<QORArgument>::maker);
-
-constexpr End returnTypeOfOperation =
-    UnaryMembers<QOROperation, QORType, &QOROperation::getReturnType, &QOROperation::addReturnType,
-                 &QOROperation::removeReturnType, &QOROperation::removeReturnType>::of(
-        {193, "OPERATION__RETURN__TYPE", "returnType",
-         QORMetaLinkType::REF, true, 23, "Operation", Order::NONE, Names::ANY,
-         false, 304, 114},
-        MakerOf<QOROperation>::maker);
-
-constexpr End operationOfType =
-    NaryMembers<QORType, QOROperation, &QORType::getOperationCount, &QORType::getOperation,
-                &QORType::addOperation, &QORType::removeOperation, &QORType::removeOperation,
-                &QORType::removeOperation, &QORType::removeOperations>::of(
-        {249, "TYPE__OPERATION", "operation",
-         QORMetaLinkType::BACK_REF, false, 3, "Type", Order::AS_ADDED, Names::ANY,
-         false, 2, 6},
-        MakerOf<QORAliasType>::maker);
 
 constexpr End operationNodeOfOperation =
     NaryMembers<QOROperation, QOROperationNode, &QOROperation::getOperationNodeCount,
@@ -326,7 +578,7 @@ constexpr End operationNodeOfOperation =
                 &QOROperation::removeOperationNode, &QOROperation::removeOperationNodes>::of(
         {304, "OPERATION__OPERATION_NODE", "operationNode",
          QORMetaLinkType::REF, false, 23, "Operation", Order::BY_ADDRESS, Names::ANY,
-         false, 193, 6},
+         false, 303, 111, 4},
         MakerOf<QOROperation>::maker);
 
 constexpr End operationOfOperationNode =
@@ -335,131 +587,8 @@ constexpr End operationOfOperationNode =
                  &QOROperationNode::removeOperation>::of(
         {305, "OPERATION_NODE__OPERATION", "operation",
          QORMetaLinkType::BACK_REF, true, 114, "OperationNode", Order::NONE, Names::ANY,
-         false, 289, 6},
+         false, 303, 111, 0},
         MakerOf<QOROperationNode>::maker);
-
-constexpr End expressionNodeOfOperationNode =
-    NaryMembers<QOROperationNode, QORExpressionNode, &QOROperationNode::getExpressionNodeCount,
-                &QOROperationNode::getExpressionNode, &QOROperationNode::addExpressionNode,
-                &QOROperationNode::removeExpressionNode, &QOROperationNode::removeExpressionNode,
-                &QOROperationNode::removeExpressionNode, &QOROperationNode::removeExpressionNodes>::of(
-        {306, "OPERATION_NODE__EXPRESSION_NODE", "expressionNode",
-         QORMetaLinkType::CHILD, false, 114, "OperationNode", Order::BY_ADDRESS, Names::ANY,
-         false, 305, 23},
-        MakerOf<QOROperationNode>::maker);
-
-constexpr End operationNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QOROperationNode, &QORExpressionNode::getOperationNode,
-                 &QORExpressionNode::addOperationNode, &QORExpressionNode::removeOperationNode,
-                 &QORExpressionNode::removeOperationNode>::of(
-        {290, "EXPRESSION_NODE__OPERATION_NODE", "operationNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End leftExpressionNodeOfOperatorNode =
-    UnaryMembers<QOROperatorNode, QORExpressionNode, &QOROperatorNode::getLeftExpressionNode,
-                 &QOROperatorNode::addLeftExpressionNode, &QOROperatorNode::removeLeftExpressionNode,
-                 &QOROperatorNode::removeLeftExpressionNode>::of(
-        {307, "OPERATOR_NODE__LEFT__EXPRESSION_NODE", "leftExpressionNode",
-         QORMetaLinkType::CHILD, true, 115, "OperatorNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QOROperatorNode>::maker);
-
-constexpr End leftOfOperatorNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QOROperatorNode, &QORExpressionNode::getLeftOfOperatorNode,
-                 &QORExpressionNode::addLeftOfOperatorNode, &QORExpressionNode::removeLeftOfOperatorNode,
-                 &QORExpressionNode::removeLeftOfOperatorNode>::of(
-        {292, "EXPRESSION_NODE__LEFT_OF__OPERATOR_NODE", "leftOfOperatorNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End rightExpressionNodeOfOperatorNode =
-    UnaryMembers<QOROperatorNode, QORExpressionNode, &QOROperatorNode::getRightExpressionNode,
-                 &QOROperatorNode::addRightExpressionNode, &QOROperatorNode::removeRightExpressionNode,
-                 &QOROperatorNode::removeRightExpressionNode>::of(
-        {308, "OPERATOR_NODE__RIGHT__EXPRESSION_NODE", "rightExpressionNode",
-         QORMetaLinkType::CHILD, true, 115, "OperatorNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QOROperatorNode>::maker);
-
-constexpr End rightOfOperatorNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QOROperatorNode, &QORExpressionNode::getRightOfOperatorNode,
-                 &QORExpressionNode::addRightOfOperatorNode, &QORExpressionNode::removeRightOfOperatorNode,
-                 &QORExpressionNode::removeRightOfOperatorNode>::of(
-        {293, "EXPRESSION_NODE__RIGHT_OF__OPERATOR_NODE", "rightOfOperatorNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End childPackageOfPackage =
-    NaryMembers<QORPackage, QORPackage, &QORPackage::getChildPackageCount, &QORPackage::getChildPackage,
-                &QORPackage::addChildPackage, &QORPackage::removeChildPackage,
-                &QORPackage::removeChildPackage, &QORPackage::removeChildPackage,
-                &QORPackage::removeChildPackages>::of(
-        {198, "PACKAGE__CHILD__PACKAGE", "childPackage",
-         QORMetaLinkType::CHILD, false, 144, "Package", Order::BY_NAME, Names::UNIQUE,
-         false, 232, 83},
-        MakerOf<QORDatabaseCatalog>::maker);
-
-constexpr End parentPackageOfPackage =
-    UnaryMembers<QORPackage, QORPackage, &QORPackage::getParentPackage, &QORPackage::addParentPackage,
-                 &QORPackage::removeParentPackage, &QORPackage::removeParentPackage>::of(
-        {199, "PACKAGE__PARENT__PACKAGE", "parentPackage",
-         QORMetaLinkType::PARENT, true, 144, "Package", Order::NONE, Names::ANY,
-         false, 232, 83},
-        MakerOf<QORDatabaseCatalog>::maker);
-
-constexpr End sourceOfPhysicalRelationshipOfPhysicalObject =
-    NaryMembers<QORPhysicalObject, QORPhysicalRelationship,
-                &QORPhysicalObject::getSourceOfPhysicalRelationshipCount,
-                &QORPhysicalObject::getSourceOfPhysicalRelationship,
-                &QORPhysicalObject::addSourceOfPhysicalRelationship,
-                &QORPhysicalObject::removeSourceOfPhysicalRelationship,
-                &QORPhysicalObject::removeSourceOfPhysicalRelationship,
-                &QORPhysicalObject::removeSourceOfPhysicalRelationship,
-                &QORPhysicalObject::removeSourceOfPhysicalRelationships>::of(
-        {203, "PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP", "sourceOfPhysicalRelationship",
-         QORMetaLinkType::CHILD, false, 54, "PhysicalObject", Order::BY_ADDRESS, Names::ANY,
-         false, 204, 56},
-        MakerOf<QORPhysicalObject>::maker);
-
-constexpr End sourcePhysicalObjectOfPhysicalRelationship =
-    UnaryMembers<QORPhysicalRelationship, QORPhysicalObject,
-                 &QORPhysicalRelationship::getSourcePhysicalObject,
-                 &QORPhysicalRelationship::addSourcePhysicalObject,
-                 &QORPhysicalRelationship::removeSourcePhysicalObject,
-                 &QORPhysicalRelationship::removeSourcePhysicalObject>::of(
-        {206, "PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT", "sourcePhysicalObject",
-         QORMetaLinkType::PARENT, true, 56, "PhysicalRelationship", Order::NONE, Names::ANY,
-         false, 207, 54},
-        MakerOf<QORPhysicalRelationship>::maker);
-
-constexpr End destinationPhysicalObjectOfPhysicalRelationship =
-    UnaryMembers<QORPhysicalRelationship, QORPhysicalObject,
-                 &QORPhysicalRelationship::getDestinationPhysicalObject,
-                 &QORPhysicalRelationship::addDestinationPhysicalObject,
-                 &QORPhysicalRelationship::removeDestinationPhysicalObject,
-                 &QORPhysicalRelationship::removeDestinationPhysicalObject>::of(
-        {207, "PHYSICAL_RELATIONSHIP__DESTINATION__PHYSICAL_OBJECT", "destinationPhysicalObject",
-         QORMetaLinkType::REF, true, 56, "PhysicalRelationship", Order::NONE, Names::ANY,
-         false, 206, 54},
-        MakerOf<QORPhysicalRelationship>::maker);
-
-constexpr End destinationOfPhysicalRelationshipOfPhysicalObject =
-    NaryMembers<QORPhysicalObject, QORPhysicalRelationship,
-                &QORPhysicalObject::getDestinationOfPhysicalRelationshipCount,
-                &QORPhysicalObject::getDestinationOfPhysicalRelationship,
-                &QORPhysicalObject::addDestinationOfPhysicalRelationship,
-                &QORPhysicalObject::removeDestinationOfPhysicalRelationship,
-                &QORPhysicalObject::removeDestinationOfPhysicalRelationship,
-                &QORPhysicalObject::removeDestinationOfPhysicalRelationship,
-                &QORPhysicalObject::removeDestinationOfPhysicalRelationships>::of(
-        {204, "PHYSICAL_OBJECT__DESTINATION_OF__PHYSICAL_RELATIONSHIP", "destinationOfPhysicalRelationship",
-         QORMetaLinkType::BACK_REF, false, 54, "PhysicalObject", Order::AS_ADDED, Names::ANY,
-         false, 205, 83},
-        MakerOf<QORPhysicalObject>::maker);
 
 constexpr End physicalObjectOfPhysicalTarget =
     NaryMembers<QORPhysicalTarget, QORPhysicalObject, &QORPhysicalTarget::getPhysicalObjectCount,
@@ -468,7 +597,7 @@ constexpr End physicalObjectOfPhysicalTarget =
                 &QORPhysicalTarget::removePhysicalObject, &QORPhysicalTarget::removePhysicalObjects>::of(
         {208, "PHYSICAL_TARGET__PHYSICAL_OBJECT", "physicalObject",
          QORMetaLinkType::CHILD, false, 53, "PhysicalTarget", Order::BY_ADDRESS, Names::ANY,
-         false, 185, 43},
+         false, 189, 100, 1},
         MakerOf<QORPhysicalTarget>::maker);
 
 constexpr End physicalTargetOfPhysicalObject =
@@ -477,128 +606,301 @@ constexpr End physicalTargetOfPhysicalObject =
                  &QORPhysicalObject::removePhysicalTarget>::of(
         {202, "PHYSICAL_OBJECT__PHYSICAL_TARGET", "physicalTarget",
          QORMetaLinkType::PARENT, true, 54, "PhysicalObject", Order::NONE, Names::ANY,
-         false, 204, 56},
+         false, 189, 100, 0},
         MakerOf<QORPhysicalObject>::maker);
 
-constexpr End expressionNodeOfPredicateNode =
-    UnaryMembers<QORPredicateNode, QORExpressionNode, &QORPredicateNode::getExpressionNode,
-                 &QORPredicateNode::addExpressionNode, &QORPredicateNode::removeExpressionNode,
-                 &QORPredicateNode::removeExpressionNode>::of(
-        {313, "PREDICATE_NODE__EXPRESSION_NODE", "expressionNode",
-         QORMetaLinkType::CHILD, true, 118, "PredicateNode", Order::NONE, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORPredicateNode>::maker);
+constexpr End childReportItemOfReportItem =
+    NaryMembers<QORReportItem, QORReportItem, &QORReportItem::getChildReportItemCount,
+                &QORReportItem::getChildReportItem, &QORReportItem::addChildReportItem,
+                &QORReportItem::removeChildReportItem, &QORReportItem::removeChildReportItem,
+                &QORReportItem::removeChildReportItem, &QORReportItem::removeChildReportItems>::of(
+        {322, "REPORT_ITEM__CHILD__REPORT_ITEM", "childReportItem",
+         QORMetaLinkType::CHILD, false, 124, "ReportItem", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 2},
+        MakerOf<QORReportAxis>::maker);
 
-constexpr End predicateNodeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORPredicateNode, &QORExpressionNode::getPredicateNode,
-                 &QORExpressionNode::addPredicateNode, &QORExpressionNode::removePredicateNode,
-                 &QORExpressionNode::removePredicateNode>::of(
-        {291, "EXPRESSION_NODE__PREDICATE_NODE", "predicateNode",
-         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
+constexpr End parentReportItemOfReportItem =
+    UnaryMembers<QORReportItem, QORReportItem, &QORReportItem::getParentReportItem,
+                 &QORReportItem::addParentReportItem, &QORReportItem::removeParentReportItem,
+                 &QORReportItem::removeParentReportItem>::of(
+        {321, "REPORT_ITEM__PARENT__REPORT_ITEM", "parentReportItem",
+         QORMetaLinkType::PARENT, true, 124, "ReportItem", Order::NONE, Names::ANY,
+         false, 303, 111, 1},
+        MakerOf<QORReportAxis>::maker);
+
+constexpr End transformationStepOfTransformationActivity =
+    NaryMembers<QORTransformationActivity, QORTransformationStep,
+                &QORTransformationActivity::getTransformationStepCount,
+                &QORTransformationActivity::getTransformationStep,
+                &QORTransformationActivity::addTransformationStep,
+                &QORTransformationActivity::removeTransformationStep,
+                &QORTransformationActivity::removeTransformationStep,
+                &QORTransformationActivity::removeTransformationStep,
+                &QORTransformationActivity::removeTransformationSteps>::of(
+        {328, "TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP", "transformationStep",
+         QORMetaLinkType::CHILD, false, 135, "TransformationActivity", Order::BY_NAME, Names::UNIQUE,
+         false, 303, 111, 1},
+        MakerOf<QORTransformationActivity>::maker);
+
+constexpr End transformationActivityOfTransformationStep =
+    UnaryMembers<QORTransformationStep, QORTransformationActivity,
+                 &QORTransformationStep::getTransformationActivity,
+                 &QORTransformationStep::addTransformationActivity,
+                 &QORTransformationStep::removeTransformationActivity,
+                 &QORTransformationStep::removeTransformationActivity>::of(
+        {330, "TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY", "transformationActivity",
+         QORMetaLinkType::PARENT, true, 136, "TransformationStep", Order::NONE, Names::ANY,
+         false, 329, 137, 1},
+        MakerOf<QORTransformationStep>::maker);
+
+constexpr End transformationOfTransformationActivity =
+    UnaryMembers<QORTransformationActivity, QORTransformation, &QORTransformationActivity::getTransformation,
+                 &QORTransformationActivity::addTransformation,
+                 &QORTransformationActivity::removeTransformation,
+                 &QORTransformationActivity::removeTransformation>::of(
+        {352, "TRANSFORMATION_ACTIVITY__TRANSFORMATION", "transformation",
+         QORMetaLinkType::CHILD, true, 135, "TransformationActivity", Order::NONE, Names::ANY,
+         false, 303, 111, 3},
+        MakerOf<QORTransformationActivity>::maker);
+
+constexpr End transformationActivityOfTransformation =
+    UnaryMembers<QORTransformation, QORTransformationActivity, &QORTransformation::getTransformationActivity,
+                 &QORTransformation::addTransformationActivity,
+                 &QORTransformation::removeTransformationActivity,
+                 &QORTransformation::removeTransformationActivity>::of(
+        {351, "TRANSFORMATION__TRANSFORMATION_ACTIVITY", "transformationActivity",
+         QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
+         false, 303, 111, 5},
+        MakerOf<QORTransformation>::maker);
+
+constexpr End aliasTypeOfType =
+    NaryMembers<QORType, QORAliasType, &QORType::getAliasTypeCount, &QORType::getAliasType,
+                &QORType::addAliasType, &QORType::removeAliasType, &QORType::removeAliasType,
+                &QORType::removeAliasType, &QORType::removeAliasTypes>::of(
+        {250, "TYPE__ALIAS_TYPE", "aliasType",
+         QORMetaLinkType::REF, false, 3, "Type", Order::AS_ADDED, Names::ANY,
+         false, 249, 23, 4},
+        MakerOf<QORAliasType>::maker);
+
+constexpr End aliasOfTypeOfAliasType =
+    UnaryMembers<QORAliasType, QORType, &QORAliasType::getAliasOfType, &QORAliasType::addAliasOfType,
+                 &QORAliasType::removeAliasOfType, &QORAliasType::removeAliasOfType>::of(
+        {2, "ALIAS_TYPE__ALIAS_OF__TYPE", "aliasOfType",
+         QORMetaLinkType::BACK_REF, true, 6, "AliasType", Order::NONE, Names::ANY,
+         false, 185, 43, 0},
+        MakerOf<QORAliasType>::maker);
+
+constexpr End expressionNodeOfType =
+    NaryMembers<QORType, QORExpressionNode, &QORType::getExpressionNodeCount, &QORType::getExpressionNode,
+                &QORType::addExpressionNode, &QORType::removeExpressionNode, &QORType::removeExpressionNode,
+                &QORType::removeExpressionNode, &QORType::removeExpressionNodes>::of(
+        {280, "TYPE__EXPRESSION_NODE", "expressionNode",
+         QORMetaLinkType::REF, false, 3, "Type", Order::BY_ADDRESS, Names::ANY,
+         false, 252, 102, 6},
+        MakerOf<QORAliasType>::maker);
+
+constexpr End typeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORType, &QORExpressionNode::getType, &QORExpressionNode::addType,
+                 &QORExpressionNode::removeType, &QORExpressionNode::removeType>::of(
+        {289, "EXPRESSION_NODE__TYPE", "type",
+         QORMetaLinkType::BACK_REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 281, 110, 0},
         MakerOf<QORBranchingNode>::maker);
 
-constexpr End predicateOfPredicateNode =
-    NaryMembers<QORPredicateNode, QORPredicate, &QORPredicateNode::getPredicateCount,
-                &QORPredicateNode::getPredicate, &QORPredicateNode::addPredicate,
-                &QORPredicateNode::removePredicate, &QORPredicateNode::removePredicate,
-                &QORPredicateNode::removePredicate, &QORPredicateNode::removePredicates>::of(
-        {314, "PREDICATE_NODE__PREDICATE", "predicate",
-         QORMetaLinkType::CHILD, false, 118, "PredicateNode", Order::AS_ADDED, Names::ANY,
-         false, 289, 6},
-        MakerOf<QORPredicateNode>::maker);
-
-constexpr End predicateNodeOfPredicate =
-    UnaryMembers<QORPredicate, QORPredicateNode, &QORPredicate::getPredicateNode,
-                 &QORPredicate::addPredicateNode, &QORPredicate::removePredicateNode,
-                 &QORPredicate::removePredicateNode>::of(
-        {312, "PREDICATE__PREDICATE_NODE", "predicateNode",
-         QORMetaLinkType::PARENT, true, 117, "Predicate", Order::NONE, Names::ANY,
-         false, -1, -1},
-        MakerOf<QORPredicate>::maker);
-
-constexpr End versionOfProduct =
-    NaryMembers<QORProduct, QORVersion, &QORProduct::getVersionCount, &QORProduct::getVersion,
-                &QORProduct::addVersion, &QORProduct::removeVersion, &QORProduct::removeVersion,
-                &QORProduct::removeVersion, &QORProduct::removeVersions>::of(
-        {213, "PRODUCT__VERSION", "version",
-         QORMetaLinkType::CHILD, false, 30, "Product", Order::BY_NAME, Names::UNIQUE,
-         false, 216, 31},
-        MakerOf<QORProduct>::maker);
-
-constexpr End productOfVersion =
-    UnaryMembers<QORVersion, QORProduct, &QORVersion::getProduct, &QORVersion::addProduct,
-                 &QORVersion::removeProduct, &QORVersion::removeProduct>::of(
-        {261, "VERSION__PRODUCT", "product",
-         QORMetaLinkType::PARENT, true, 31, "Version", Order::NONE, Names::ANY,
-         false, 263, 30},
+constexpr End formatOfVersion =
+    NaryMembers<QORVersion, QORFormat, &QORVersion::getFormatCount, &QORVersion::getFormat,
+                &QORVersion::addFormat, &QORVersion::removeFormat, &QORVersion::removeFormat,
+                &QORVersion::removeFormat, &QORVersion::removeFormats>::of(
+        {262, "VERSION__FORMAT", "format",
+         QORMetaLinkType::CHILD, false, 31, "Version", Order::BY_NAME, Names::UNIQUE,
+         false, 73, 30, 4},
         MakerOf<QORVersion>::maker);
 
-constexpr End childProductOfProduct =
-    NaryMembers<QORProduct, QORProduct, &QORProduct::getChildProductCount, &QORProduct::getChildProduct,
-                &QORProduct::addChildProduct, &QORProduct::removeChildProduct,
-                &QORProduct::removeChildProduct, &QORProduct::removeChildProduct,
-                &QORProduct::removeChildProducts>::of(
-        {215, "PRODUCT__CHILD__PRODUCT", "childProduct",
-         QORMetaLinkType::CHILD, false, 30, "Product", Order::BY_NAME, Names::UNIQUE,
-         false, 216, 31},
-        MakerOf<QORProduct>::maker);
-
-constexpr End parentProductOfProduct =
-    UnaryMembers<QORProduct, QORProduct, &QORProduct::getParentProduct, &QORProduct::addParentProduct,
-                 &QORProduct::removeParentProduct, &QORProduct::removeParentProduct>::of(
-        {214, "PRODUCT__PARENT__PRODUCT", "parentProduct",
-         QORMetaLinkType::PARENT, true, 30, "Product", Order::NONE, Names::ANY,
-         false, 216, 31},
-        MakerOf<QORProduct>::maker);
-
-constexpr End propertyTypeOfPropertyElementTypeScope =
-    NaryMembers<QORPropertyElementTypeScope, QORPropertyType,
-                &QORPropertyElementTypeScope::getPropertyTypeCount,
-                &QORPropertyElementTypeScope::getPropertyType, &QORPropertyElementTypeScope::addPropertyType,
-                &QORPropertyElementTypeScope::removePropertyType,
-                &QORPropertyElementTypeScope::removePropertyType,
-                &QORPropertyElementTypeScope::removePropertyType,
-                &QORPropertyElementTypeScope::removePropertyTypes>::of(
-        {218, "PROPERTY_ELEMENT_TYPE_SCOPE__PROPERTY_TYPE", "propertyType",
-         QORMetaLinkType::CHILD, false, 69, "PropertyElementTypeScope", Order::BY_NAME, Names::ANY,
-         false, 217, 2},
-        MakerOf<QORPropertyElementTypeScope>::maker);
-
-constexpr End propertyElementTypeScopeOfPropertyType =
-    UnaryMembers<QORPropertyType, QORPropertyElementTypeScope, &QORPropertyType::getPropertyElementTypeScope,
-                 &QORPropertyType::addPropertyElementTypeScope,
-                 &QORPropertyType::removePropertyElementTypeScope,
-                 &QORPropertyType::removePropertyElementTypeScope>::of(
-        {220, "PROPERTY_TYPE__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
-         QORMetaLinkType::PARENT, true, 70, "PropertyType", Order::NONE, Names::ANY,
-         false, 221, 71},
-        MakerOf<QORPropertyType>::maker);
+constexpr End versionOfFormat =
+    UnaryMembers<QORFormat, QORVersion, &QORFormat::getVersion, &QORFormat::addVersion,
+                 &QORFormat::removeVersion, &QORFormat::removeVersion>::of(
+        {125, "FORMAT__VERSION", "version",
+         QORMetaLinkType::PARENT, true, 32, "Format", Order::NONE, Names::ANY,
+         false, 126, 31, 0},
+        MakerOf<QORConfigurationFormat>::maker);
 
 } // namespace
 
-TEST(QORMappingModelByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(typeOfMappingModel, mappingModelOfType);
+TEST(QORArgumentByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(typeOfArgument, argumentOfType);
 }
 
-TEST(QORTypeByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(mappingModelOfType, typeOfMappingModel);
+TEST(QORTypeByTable, ArgumentIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(argumentOfType, typeOfArgument);
 }
 
-TEST(QORMappingModelByTable, MetadataOriginIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(metadataOriginOfMappingModel, mappingModelOfMetadataOrigin);
+TEST(QORBranchingNodeByTable, ConditionExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(conditionExpressionNodeOfBranchingNode, conditionOfBranchingNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
 }
 
-TEST(QORMetadataOriginByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(mappingModelOfMetadataOrigin, metadataOriginOfMappingModel);
+TEST(QORExpressionNodeByTable, ConditionOfBranchingNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(conditionOfBranchingNodeOfExpressionNode, conditionExpressionNodeOfBranchingNode, &MakerOf<QORBranchingNode>::maker);
 }
 
-TEST(QORMeasureByTable, AggregationRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(aggregationRuleOfMeasure, measureOfAggregationRule);
+TEST(QORClassByTable, SupertypeOfGeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(supertypeOfGeneralizationOfClass, supertypeClassOfGeneralization);
 }
 
-TEST(QORAggregationRuleByTable, MeasureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(measureOfAggregationRule, aggregationRuleOfMeasure);
+TEST(QORGeneralizationByTable, SupertypeClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(supertypeClassOfGeneralization, supertypeOfGeneralizationOfClass);
+}
+
+TEST(QORClassByTable, SupplierOfDependencyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(supplierOfDependencyOfClass, supplierClassOfDependency);
+}
+
+TEST(QORDependencyByTable, SupplierClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(supplierClassOfDependency, supplierOfDependencyOfClass);
+}
+
+TEST(QORClassifierMapByTable, SourceClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceClassifierOfClassifierMap, sourceOfClassifierMapOfClassifier);
+}
+
+TEST(QORClassifierByTable, SourceOfClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfClassifierMapOfClassifier, sourceClassifierOfClassifierMap);
+}
+
+TEST(QORCubeByTable, JoinIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(joinOfCube, cubeOfJoin);
+}
+
+TEST(QORJoinByTable, CubeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeOfJoin, joinOfCube);
+}
+
+TEST(QORDataPackageByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelObjectOfDataPackage, dataPackageOfModelObject, &MakerOf<QORDatabaseCatalog>::maker);
+}
+
+TEST(QORModelObjectByTable, DataPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dataPackageOfModelObject, modelObjectOfDataPackage, &MakerOf<QORDatabaseCatalog>::maker);
+}
+
+TEST(QORDesignPackageByTable, DiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(diagramOfDesignPackage, designPackageOfDiagram);
+}
+
+TEST(QORDiagramByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(designPackageOfDiagram, diagramOfDesignPackage);
+}
+
+TEST(QORDesignPackageByTable, TransformationTaskIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationTaskOfDesignPackage, designPackageOfTransformationTask);
+}
+
+TEST(QORTransformationTaskByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(designPackageOfTransformationTask, transformationTaskOfDesignPackage);
+}
+
+TEST(QORDimensionByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeDimensionAssociationOfDimension, dimensionOfCubeDimensionAssociation);
+}
+
+TEST(QORCubeDimensionAssociationByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dimensionOfCubeDimensionAssociation, cubeDimensionAssociationOfDimension);
+}
+
+TEST(QORDrillPathByTable, DrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(drillPathLevelAssociationOfDrillPath, drillPathOfDrillPathLevelAssociation);
+    checkView(drillPathLevelAssociationOfDrillPath, drillPathOfDrillPathLevelAssociation, fillView<QORDrillPath, QORDrillPathLevelAssociationByPosition, &QORDrillPath::getDrillPathLevelAssociationByPosition>);
+}
+
+TEST(QORDrillPathLevelAssociationByTable, DrillPathIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(drillPathOfDrillPathLevelAssociation, drillPathLevelAssociationOfDrillPath);
+}
+
+TEST(QOREnumeratedAttributeMapByTable, EnumeratedTypeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(enumeratedTypeMapOfEnumeratedAttributeMap, enumeratedAttributeMapOfEnumeratedTypeMap);
+}
+
+TEST(QOREnumeratedTypeMapByTable, EnumeratedAttributeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(enumeratedAttributeMapOfEnumeratedTypeMap, enumeratedTypeMapOfEnumeratedAttributeMap);
+}
+
+TEST(QORExpressionByTable, StatementNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(statementNodeOfExpression, expressionOfStatementNode);
+}
+
+TEST(QORStatementNodeByTable, ExpressionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionOfStatementNode, statementNodeOfExpression);
+}
+
+TEST(QORExpressionNodeByTable, PreviousExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(previousExpressionNodeOfExpressionNode, nextExpressionNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
+}
+
+TEST(QORExpressionNodeByTable, NextExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(nextExpressionNodeOfExpressionNode, previousExpressionNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
+}
+
+TEST(QORFeatureMapByTable, SourceFeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceFeatureOfFeatureMap, sourceOfFeatureMapOfFeature);
+}
+
+TEST(QORFeatureByTable, SourceOfFeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfFeatureMapOfFeature, sourceFeatureOfFeatureMap);
+}
+
+TEST(QORForeignKeyByTable, AssociationRoleNameMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(associationRoleNameMapOfForeignKey, foreignKeyOfAssociationRoleNameMap);
+}
+
+TEST(QORAssociationRoleNameMapByTable, ForeignKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(foreignKeyOfAssociationRoleNameMap, associationRoleNameMapOfForeignKey);
+}
+
+TEST(QORGeneralizationByTable, SubtypeClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(subtypeClassOfGeneralization, subtypeOfGeneralizationOfClass);
+}
+
+TEST(QORClassByTable, SubtypeOfGeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(subtypeOfGeneralizationOfClass, subtypeClassOfGeneralization);
+}
+
+TEST(QORGroupingByTable, LeafAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(leafAttributeOfGrouping, groupingOfAttribute);
+}
+
+TEST(QORAttributeByTable, GroupingIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(groupingOfAttribute, leafAttributeOfGrouping);
+}
+
+TEST(QORHierarchyLevelAssociationByTable, LevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelAssociationOfHierarchyLevelAssociation, hierarchyLevelAssociationOfLevelAssociation);
+}
+
+TEST(QORLevelAssociationByTable, HierarchyLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(hierarchyLevelAssociationOfLevelAssociation, levelAssociationOfHierarchyLevelAssociation);
+}
+
+TEST(QORJoinByTable, JoinRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(joinRoleOfJoin, joinOfJoinRole);
+}
+
+TEST(QORJoinRoleByTable, JoinIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(joinOfJoinRole, joinRoleOfJoin);
+}
+
+TEST(QORKeyMapByTable, SourceModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceModelObjectOfKeyMap, sourceOfKeyMapOfModelObject);
+}
+
+TEST(QORModelObjectByTable, SourceOfKeyMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfKeyMapOfModelObject, sourceModelObjectOfKeyMap);
+}
+
+TEST(QORMappingModelByTable, VariableClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(variableClassOfMappingModel, mappingModelOfClass);
+}
+
+TEST(QORClassByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(mappingModelOfClass, variableClassOfMappingModel);
 }
 
 TEST(QORMetadataFormatByTable, ConfigurationFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -607,38 +909,6 @@ TEST(QORMetadataFormatByTable, ConfigurationFormatIsLinkedUnlinkedAndDeletedOnBo
 
 TEST(QORConfigurationFormatByTable, MetadataFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(metadataFormatOfConfigurationFormat, configurationFormatOfMetadataFormat, &MakerOf<QORConfigurationFormat>::maker);
-}
-
-TEST(QORModelByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(typeOfModel, modelOfType);
-}
-
-TEST(QORTypeByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelOfType, typeOfModel);
-}
-
-TEST(QORModelByTable, PhysicalTargetIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(physicalTargetOfModel, modelOfPhysicalTarget);
-}
-
-TEST(QORPhysicalTargetByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelOfPhysicalTarget, physicalTargetOfModel);
-}
-
-TEST(QORModelByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyElementTypeScopeOfModel, modelOfPropertyElementTypeScope);
-}
-
-TEST(QORPropertyElementTypeScopeByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelOfPropertyElementTypeScope, propertyElementTypeScopeOfModel);
-}
-
-TEST(QORModelByTable, MetadataOriginIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(metadataOriginOfModel, modelOfMetadataOrigin);
-}
-
-TEST(QORMetadataOriginByTable, ModelIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelOfMetadataOrigin, metadataOriginOfModel);
 }
 
 TEST(QORModelByTable, BusinessRuleIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -657,45 +927,12 @@ TEST(QORModelByTable, ModelFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(modelFormatOfModel, modelOfModelFormat);
 }
 
-TEST(QORModelObjectByTable, PresentationPresentationElementIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(presentationPresentationElementOfModelObject, subjectModelObjectOfPresentationElement);
-}
-
-TEST(QORPresentationElementByTable, SubjectModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(subjectModelObjectOfPresentationElement, presentationPresentationElementOfModelObject);
-}
-
-TEST(QORModelObjectByTable, AssociatedPhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedPhysicalObjectOfModelObject, modelObjectOfPhysicalObject, &MakerOf<QORPhysicalObject>::maker);
-}
-
-TEST(QORPhysicalObjectByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(modelObjectOfPhysicalObject, associatedPhysicalObjectOfModelObject, &MakerOf<QORPhysicalObject>::maker);
-}
-
 TEST(QORModelObjectByTable, SynonymIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(synonymOfModelObject, modelObjectOfSynonym, &MakerOf<QORSynonym>::maker);
 }
 
 TEST(QORSynonymByTable, ModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(modelObjectOfSynonym, synonymOfModelObject, &MakerOf<QORSynonym>::maker);
-}
-
-TEST(QOROperationByTable, ArgumentIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(argumentOfOperation, operationOfArgument);
-    checkView(argumentOfOperation, operationOfArgument, fillView<QOROperation, QORArgumentByPosition, &QOROperation::getArgumentByPosition>);
-}
-
-TEST(QORArgumentByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(operationOfArgument, argumentOfOperation);
-}
-
-TEST(QOROperationByTable, ReturnTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(returnTypeOfOperation, operationOfType);
-}
-
-TEST(QORTypeByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(operationOfType, returnTypeOfOperation);
 }
 
 TEST(QOROperationByTable, OperationNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -706,55 +943,6 @@ TEST(QOROperationNodeByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(operationOfOperationNode, operationNodeOfOperation);
 }
 
-TEST(QOROperationNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionNodeOfOperationNode, operationNodeOfExpressionNode, &MakerOf<QOROperationNode>::maker);
-    checkView(expressionNodeOfOperationNode, operationNodeOfExpressionNode, fillView<QOROperationNode, QORExpressionNodeByPosition, &QOROperationNode::getExpressionNodeByPosition>);
-}
-
-TEST(QORExpressionNodeByTable, OperationNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(operationNodeOfExpressionNode, expressionNodeOfOperationNode, &MakerOf<QOROperationNode>::maker);
-}
-
-TEST(QOROperatorNodeByTable, LeftExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(leftExpressionNodeOfOperatorNode, leftOfOperatorNodeOfExpressionNode, &MakerOf<QOROperatorNode>::maker);
-}
-
-TEST(QORExpressionNodeByTable, LeftOfOperatorNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(leftOfOperatorNodeOfExpressionNode, leftExpressionNodeOfOperatorNode, &MakerOf<QOROperatorNode>::maker);
-}
-
-TEST(QOROperatorNodeByTable, RightExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(rightExpressionNodeOfOperatorNode, rightOfOperatorNodeOfExpressionNode, &MakerOf<QOROperatorNode>::maker);
-}
-
-TEST(QORExpressionNodeByTable, RightOfOperatorNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(rightOfOperatorNodeOfExpressionNode, rightExpressionNodeOfOperatorNode, &MakerOf<QOROperatorNode>::maker);
-}
-
-TEST(QORPackageByTable, ChildPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(childPackageOfPackage, parentPackageOfPackage, &MakerOf<QORDatabaseCatalog>::maker);
-}
-
-TEST(QORPackageByTable, ParentPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parentPackageOfPackage, childPackageOfPackage, &MakerOf<QORDatabaseCatalog>::maker);
-}
-
-TEST(QORPhysicalObjectByTable, SourceOfPhysicalRelationshipIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfPhysicalRelationshipOfPhysicalObject, sourcePhysicalObjectOfPhysicalRelationship);
-}
-
-TEST(QORPhysicalRelationshipByTable, SourcePhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourcePhysicalObjectOfPhysicalRelationship, sourceOfPhysicalRelationshipOfPhysicalObject);
-}
-
-TEST(QORPhysicalRelationshipByTable, DestinationPhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationPhysicalObjectOfPhysicalRelationship, destinationOfPhysicalRelationshipOfPhysicalObject);
-}
-
-TEST(QORPhysicalObjectByTable, DestinationOfPhysicalRelationshipIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfPhysicalRelationshipOfPhysicalObject, destinationPhysicalObjectOfPhysicalRelationship);
-}
-
 TEST(QORPhysicalTargetByTable, PhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(physicalObjectOfPhysicalTarget, physicalTargetOfPhysicalObject);
 }
@@ -763,44 +951,51 @@ TEST(QORPhysicalObjectByTable, PhysicalTargetIsLinkedUnlinkedAndDeletedOnBothSid
     checkEnd(physicalTargetOfPhysicalObject, physicalObjectOfPhysicalTarget);
 }
 
-TEST(QORPredicateNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionNodeOfPredicateNode, predicateNodeOfExpressionNode, &MakerOf<QORPredicateNode>::maker);
+TEST(QORReportItemByTable, ChildReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(childReportItemOfReportItem, parentReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
+    checkView(childReportItemOfReportItem, parentReportItemOfReportItem, fillView<QORReportItem, QORReportItemByPosition, &QORReportItem::getChildReportItemByPosition>);
 }
 
-TEST(QORExpressionNodeByTable, PredicateNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(predicateNodeOfExpressionNode, expressionNodeOfPredicateNode, &MakerOf<QORPredicateNode>::maker);
+TEST(QORReportItemByTable, ParentReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parentReportItemOfReportItem, childReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
 }
 
-TEST(QORPredicateNodeByTable, PredicateIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(predicateOfPredicateNode, predicateNodeOfPredicate);
-    checkView(predicateOfPredicateNode, predicateNodeOfPredicate, fillView<QORPredicateNode, QORPredicateByPosition, &QORPredicateNode::getPredicateByPosition>);
+TEST(QORTransformationActivityByTable, TransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationStepOfTransformationActivity, transformationActivityOfTransformationStep);
 }
 
-TEST(QORPredicateByTable, PredicateNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(predicateNodeOfPredicate, predicateOfPredicateNode);
+TEST(QORTransformationStepByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationActivityOfTransformationStep, transformationStepOfTransformationActivity);
 }
 
-TEST(QORProductByTable, VersionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(versionOfProduct, productOfVersion);
+TEST(QORTransformationActivityByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationOfTransformationActivity, transformationActivityOfTransformation);
 }
 
-TEST(QORVersionByTable, ProductIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(productOfVersion, versionOfProduct);
+TEST(QORTransformationByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationActivityOfTransformation, transformationOfTransformationActivity);
 }
 
-TEST(QORProductByTable, ChildProductIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(childProductOfProduct, parentProductOfProduct, &MakerOf<QORProduct>::maker);
+TEST(QORTypeByTable, AliasTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(aliasTypeOfType, aliasOfTypeOfAliasType, &MakerOf<QORAliasType>::maker);
 }
 
-TEST(QORProductByTable, ParentProductIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parentProductOfProduct, childProductOfProduct, &MakerOf<QORProduct>::maker);
+TEST(QORAliasTypeByTable, AliasOfTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(aliasOfTypeOfAliasType, aliasTypeOfType, &MakerOf<QORAliasType>::maker);
 }
 
-TEST(QORPropertyElementTypeScopeByTable, PropertyTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyTypeOfPropertyElementTypeScope, propertyElementTypeScopeOfPropertyType);
-    checkView(propertyTypeOfPropertyElementTypeScope, propertyElementTypeScopeOfPropertyType, fillView<QORPropertyElementTypeScope, QORPropertyTypeByPosition, &QORPropertyElementTypeScope::getPropertyTypeByPosition>);
+TEST(QORTypeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionNodeOfType, typeOfExpressionNode);
 }
 
-TEST(QORPropertyTypeByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyElementTypeScopeOfPropertyType, propertyTypeOfPropertyElementTypeScope);
+TEST(QORExpressionNodeByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(typeOfExpressionNode, expressionNodeOfType);
+}
+
+TEST(QORVersionByTable, FormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(formatOfVersion, versionOfFormat);
+}
+
+TEST(QORFormatByTable, VersionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(versionOfFormat, formatOfVersion);
 }

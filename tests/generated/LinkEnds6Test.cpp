@@ -2,86 +2,560 @@
 // clang-format off
 #include "LinkEndChecks.h"
 
+#include <qor/QORAggregationRule.h>
 #include <qor/QORAliasClassifier.h>
 #include <qor/QORAliasFeature.h>
-#include <qor/QORAliasType.h>
+#include <qor/QORAssociationRole.h>
+#include <qor/QORAttribute.h>
+#include <qor/QORAttributeByPosition.h>
 #include <qor/QORBranchingNode.h>
+#include <qor/QORCandidateKey.h>
+#include <qor/QORClass.h>
+#include <qor/QORClassDiagram.h>
+#include <qor/QORClassMap.h>
 #include <qor/QORClassifier.h>
 #include <qor/QORClassifierMap.h>
-#include <qor/QORCondition.h>
-#include <qor/QORConfigurationFormat.h>
-#include <qor/QORDataSet.h>
+#include <qor/QORCube.h>
+#include <qor/QORCubeDimensionAssociation.h>
+#include <qor/QORDerivedType.h>
+#include <qor/QORDesignPackage.h>
+#include <qor/QORDiagram.h>
+#include <qor/QORDimension.h>
+#include <qor/QORDrillPath.h>
+#include <qor/QORDrillPathLevelAssociation.h>
+#include <qor/QORElement.h>
+#include <qor/QORElementNamePart.h>
+#include <qor/QOREnumeratedTypeMap.h>
 #include <qor/QORExpressionNode.h>
 #include <qor/QORExpressionNodeByPosition.h>
 #include <qor/QORFeature.h>
-#include <qor/QORFormat.h>
-#include <qor/QOROperation.h>
-#include <qor/QOROperationByPosition.h>
+#include <qor/QORFeatureByPosition.h>
+#include <qor/QORFeatureMap.h>
+#include <qor/QORGeneralization.h>
+#include <qor/QORJoin.h>
+#include <qor/QORLevel.h>
+#include <qor/QORLevelAssociation.h>
+#include <qor/QORLevelAttribute.h>
+#include <qor/QORLevelKey.h>
+#include <qor/QORMappingFormat.h>
+#include <qor/QORMappingModel.h>
+#include <qor/QORModelElement.h>
+#include <qor/QORModelFormat.h>
+#include <qor/QORModelObject.h>
+#include <qor/QORPhysicalObject.h>
+#include <qor/QORPhysicalRelationship.h>
 #include <qor/QORProduct.h>
-#include <qor/QORPropertyType.h>
-#include <qor/QORPropertyValue.h>
+#include <qor/QORPropertyElementTypeScope.h>
+#include <qor/QORRealization.h>
 #include <qor/QORReport.h>
 #include <qor/QORReportAttribute.h>
-#include <qor/QORReportAxis.h>
 #include <qor/QORReportField.h>
-#include <qor/QORReportItem.h>
-#include <qor/QORReportItemByPosition.h>
-#include <qor/QORSQLViewAssociation.h>
-#include <qor/QORSQLViewAttribute.h>
-#include <qor/QORSQLViewEntity.h>
 #include <qor/QORStatementNode.h>
-#include <qor/QORStepPrecedence.h>
-#include <qor/QORTransformation.h>
 #include <qor/QORTransformationActivity.h>
-#include <qor/QORTransformationStep.h>
-#include <qor/QORTransformationTask.h>
-#include <qor/QORType.h>
-#include <qor/QORTypeValue.h>
-#include <qor/QORTypeValueMap.h>
 #include <qor/QORVersion.h>
 
 using namespace table;
 
 namespace {
 
-constexpr End propertyTypeOfPropertyValue =
-    UnaryMembers<QORPropertyValue, QORPropertyType, &QORPropertyValue::getPropertyType,
-                 &QORPropertyValue::addPropertyType, &QORPropertyValue::removePropertyType,
-                 &QORPropertyValue::removePropertyType>::of(
-        {222, "PROPERTY_VALUE__PROPERTY_TYPE", "propertyType",
-         QORMetaLinkType::REF, true, 71, "PropertyValue", Order::NONE, Names::ANY,
-         false, 223, 83},
-        MakerOf<QORPropertyValue>::maker);
+constexpr End qualifierAttributeOfAssociationRole =
+    NaryMembers<QORAssociationRole, QORAttribute, &QORAssociationRole::getQualifierAttributeCount,
+                &QORAssociationRole::getQualifierAttribute, &QORAssociationRole::addQualifierAttribute,
+                &QORAssociationRole::removeQualifierAttribute, &QORAssociationRole::removeQualifierAttribute,
+                &QORAssociationRole::removeQualifierAttribute,
+                &QORAssociationRole::removeQualifierAttributes>::of(
+        {11, "ASSOCIATION_ROLE__QUALIFIER__ATTRIBUTE", "qualifierAttribute",
+         QORMetaLinkType::CHILD, false, 18, "AssociationRole", Order::BY_NAME, Names::UNIQUE,
+         false, 10, 13, 3},
+        MakerOf<QORAssociationRole>::maker);
 
-constexpr End instanciatedPropertyValueOfPropertyType =
-    NaryMembers<QORPropertyType, QORPropertyValue, &QORPropertyType::getInstanciatedPropertyValueCount,
-                &QORPropertyType::getInstanciatedPropertyValue,
-                &QORPropertyType::addInstanciatedPropertyValue,
-                &QORPropertyType::removeInstanciatedPropertyValue,
-                &QORPropertyType::removeInstanciatedPropertyValue,
-                &QORPropertyType::removeInstanciatedPropertyValue,
-                &QORPropertyType::removeInstanciatedPropertyValues>::of(
-        {221, "PROPERTY_TYPE__INSTANCIATED__PROPERTY_VALUE", "instanciatedPropertyValue",
-         QORMetaLinkType::BACK_REF, false, 70, "PropertyType", Order::AS_ADDED, Names::ANY,
-         false, 84, 4},
-        MakerOf<QORPropertyType>::maker);
+constexpr End qualifierOfAssociationRoleOfAttribute =
+    UnaryMembers<QORAttribute, QORAssociationRole, &QORAttribute::getQualifierOfAssociationRole,
+                 &QORAttribute::addQualifierOfAssociationRole,
+                 &QORAttribute::removeQualifierOfAssociationRole,
+                 &QORAttribute::removeQualifierOfAssociationRole>::of(
+        {19, "ATTRIBUTE__QUALIFIER_OF__ASSOCIATION_ROLE", "qualifierOfAssociationRole",
+         QORMetaLinkType::PARENT, true, 14, "Attribute", Order::NONE, Names::ANY,
+         false, 18, 52, 3},
+        MakerOf<QORAttribute>::maker);
 
-constexpr End reportItemOfReport =
-    NaryMembers<QORReport, QORReportItem, &QORReport::getReportItemCount, &QORReport::getReportItem,
-                &QORReport::addReportItem, &QORReport::removeReportItem, &QORReport::removeReportItem,
-                &QORReport::removeReportItem, &QORReport::removeReportItems>::of(
-        {315, "REPORT__REPORT_ITEM", "reportItem",
-         QORMetaLinkType::CHILD, false, 119, "Report", Order::BY_ADDRESS, Names::ANY,
-         false, 181, 11},
-        MakerOf<QORReport>::maker);
+constexpr End expressionNodeOfBranchingNode =
+    NaryMembers<QORBranchingNode, QORExpressionNode, &QORBranchingNode::getExpressionNodeCount,
+                &QORBranchingNode::getExpressionNode, &QORBranchingNode::addExpressionNode,
+                &QORBranchingNode::removeExpressionNode, &QORBranchingNode::removeExpressionNode,
+                &QORBranchingNode::removeExpressionNode, &QORBranchingNode::removeExpressionNodes>::of(
+        {269, "BRANCHING_NODE__EXPRESSION_NODE", "expressionNode",
+         QORMetaLinkType::CHILD, false, 103, "BranchingNode", Order::BY_ADDRESS, Names::ANY,
+         false, 281, 110, 1},
+        MakerOf<QORBranchingNode>::maker);
 
-constexpr End reportOfReportItem =
-    UnaryMembers<QORReportItem, QORReport, &QORReportItem::getReport, &QORReportItem::addReport,
-                 &QORReportItem::removeReport, &QORReportItem::removeReport>::of(
-        {320, "REPORT_ITEM__REPORT", "report",
-         QORMetaLinkType::PARENT, true, 124, "ReportItem", Order::NONE, Names::ANY,
-         false, 367, 147},
-        MakerOf<QORReportAxis>::maker);
+constexpr End branchingNodeOfExpressionNode =
+    UnaryMembers<QORExpressionNode, QORBranchingNode, &QORExpressionNode::getBranchingNode,
+                 &QORExpressionNode::addBranchingNode, &QORExpressionNode::removeBranchingNode,
+                 &QORExpressionNode::removeBranchingNode>::of(
+        {295, "EXPRESSION_NODE__BRANCHING_NODE", "branchingNode",
+         QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
+         false, 289, 6, 6},
+        MakerOf<QORBranchingNode>::maker);
+
+constexpr End primaryOfClassOfCandidateKey =
+    UnaryMembers<QORCandidateKey, QORClass, &QORCandidateKey::getPrimaryOfClass,
+                 &QORCandidateKey::addPrimaryOfClass, &QORCandidateKey::removePrimaryOfClass,
+                 &QORCandidateKey::removePrimaryOfClass>::of(
+        {35, "CANDIDATE_KEY__PRIMARY_OF__CLASS", "primaryOfClass",
+         QORMetaLinkType::REF, true, 21, "CandidateKey", Order::NONE, Names::ANY,
+         false, 34, 22, 0},
+        MakerOf<QORCandidateKey>::maker);
+
+constexpr End primaryCandidateKeyOfClass =
+    UnaryMembers<QORClass, QORCandidateKey, &QORClass::getPrimaryCandidateKey,
+                 &QORClass::addPrimaryCandidateKey, &QORClass::removePrimaryCandidateKey,
+                 &QORClass::removePrimaryCandidateKey>::of(
+        {43, "CLASS__PRIMARY__CANDIDATE_KEY", "primaryCandidateKey",
+         QORMetaLinkType::BACK_REF, true, 13, "Class", Order::NONE, Names::ANY,
+         false, 42, 18, 5},
+        MakerOf<QORClass>::maker);
+
+constexpr End specificationOfRealizationOfClass =
+    NaryMembers<QORClass, QORRealization, &QORClass::getSpecificationOfRealizationCount,
+                &QORClass::getSpecificationOfRealization, &QORClass::addSpecificationOfRealization,
+                &QORClass::removeSpecificationOfRealization, &QORClass::removeSpecificationOfRealization,
+                &QORClass::removeSpecificationOfRealization,
+                &QORClass::removeSpecificationOfRealizations>::of(
+        {47, "CLASS__SPECIFICATION_OF__REALIZATION", "specificationOfRealization",
+         QORMetaLinkType::REF, false, 13, "Class", Order::BY_ADDRESS, Names::ANY,
+         false, 46, 40, 9},
+        MakerOf<QORClass>::maker);
+
+constexpr End specificationClassOfRealization =
+    UnaryMembers<QORRealization, QORClass, &QORRealization::getSpecificationClass,
+                 &QORRealization::addSpecificationClass, &QORRealization::removeSpecificationClass,
+                 &QORRealization::removeSpecificationClass>::of(
+        {225, "REALIZATION__SPECIFICATION__CLASS", "specificationClass",
+         QORMetaLinkType::BACK_REF, true, 41, "Realization", Order::NONE, Names::ANY,
+         false, 224, 13, 1},
+        MakerOf<QORRealization>::maker);
+
+constexpr End sourceAttributeOfClassMap =
+    NaryMembers<QORClassMap, QORAttribute, &QORClassMap::getSourceAttributeCount,
+                &QORClassMap::getSourceAttribute, &QORClassMap::addSourceAttribute,
+                &QORClassMap::removeSourceAttribute, &QORClassMap::removeSourceAttribute,
+                &QORClassMap::removeSourceAttribute, &QORClassMap::removeSourceAttributes>::of(
+        {59, "CLASS_MAP__SOURCE__ATTRIBUTE", "sourceAttribute",
+         QORMetaLinkType::REF, false, 42, "ClassMap", Order::BY_ADDRESS, Names::ANY,
+         false, 60, 14, 0},
+        MakerOf<QORClassMap>::maker);
+
+constexpr End sourceOfClassMapOfAttribute =
+    NaryMembers<QORAttribute, QORClassMap, &QORAttribute::getSourceOfClassMapCount,
+                &QORAttribute::getSourceOfClassMap, &QORAttribute::addSourceOfClassMap,
+                &QORAttribute::removeSourceOfClassMap, &QORAttribute::removeSourceOfClassMap,
+                &QORAttribute::removeSourceOfClassMap, &QORAttribute::removeSourceOfClassMaps>::of(
+        {27, "ATTRIBUTE__SOURCE_OF__CLASS_MAP", "sourceOfClassMap",
+         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::BY_ADDRESS, Names::ANY,
+         false, 24, 21, 7},
+        MakerOf<QORAttribute>::maker);
+
+constexpr End featureOfClassifier =
+    NaryMembers<QORClassifier, QORFeature, &QORClassifier::getFeatureCount, &QORClassifier::getFeature,
+                &QORClassifier::addFeature, &QORClassifier::removeFeature, &QORClassifier::removeFeature,
+                &QORClassifier::removeFeature, &QORClassifier::removeFeatures>::of(
+        {65, "CLASSIFIER__FEATURE", "feature",
+         QORMetaLinkType::CHILD, false, 75, "Classifier", Order::BY_NAME, Names::UNIQUE,
+         false, 64, 76, 2},
+        MakerOf<QORAliasClassifier>::maker);
+
+constexpr End classifierOfFeature =
+    UnaryMembers<QORFeature, QORClassifier, &QORFeature::getClassifier, &QORFeature::addClassifier,
+                 &QORFeature::removeClassifier, &QORFeature::removeClassifier>::of(
+        {115, "FEATURE__CLASSIFIER", "classifier",
+         QORMetaLinkType::PARENT, true, 77, "Feature", Order::NONE, Names::ANY,
+         false, 114, 6, 3},
+        MakerOf<QORAliasFeature>::maker);
+
+constexpr End destinationClassifierOfClassifierMap =
+    NaryMembers<QORClassifierMap, QORClassifier, &QORClassifierMap::getDestinationClassifierCount,
+                &QORClassifierMap::getDestinationClassifier, &QORClassifierMap::addDestinationClassifier,
+                &QORClassifierMap::removeDestinationClassifier,
+                &QORClassifierMap::removeDestinationClassifier,
+                &QORClassifierMap::removeDestinationClassifier,
+                &QORClassifierMap::removeDestinationClassifiers>::of(
+        {71, "CLASSIFIER_MAP__DESTINATION__CLASSIFIER", "destinationClassifier",
+         QORMetaLinkType::REF, false, 76, "ClassifierMap", Order::BY_ADDRESS, Names::ANY,
+         false, 70, 101, 3},
+        MakerOf<QORClassifierMap>::maker);
+
+constexpr End destinationOfClassifierMapOfClassifier =
+    NaryMembers<QORClassifier, QORClassifierMap, &QORClassifier::getDestinationOfClassifierMapCount,
+                &QORClassifier::getDestinationOfClassifierMap, &QORClassifier::addDestinationOfClassifierMap,
+                &QORClassifier::removeDestinationOfClassifierMap,
+                &QORClassifier::removeDestinationOfClassifierMap,
+                &QORClassifier::removeDestinationOfClassifierMap,
+                &QORClassifier::removeDestinationOfClassifierMaps>::of(
+        {64, "CLASSIFIER__DESTINATION_OF__CLASSIFIER_MAP", "destinationOfClassifierMap",
+         QORMetaLinkType::BACK_REF, false, 75, "Classifier", Order::BY_ADDRESS, Names::ANY,
+         false, 63, 76, 1},
+        MakerOf<QORAliasClassifier>::maker);
+
+constexpr End cubeDimensionAssociationOfCube =
+    NaryMembers<QORCube, QORCubeDimensionAssociation, &QORCube::getCubeDimensionAssociationCount,
+                &QORCube::getCubeDimensionAssociation, &QORCube::addCubeDimensionAssociation,
+                &QORCube::removeCubeDimensionAssociation, &QORCube::removeCubeDimensionAssociation,
+                &QORCube::removeCubeDimensionAssociation, &QORCube::removeCubeDimensionAssociations>::of(
+        {77, "CUBE__CUBE_DIMENSION_ASSOCIATION", "cubeDimensionAssociation",
+         QORMetaLinkType::CHILD, false, 85, "Cube", Order::BY_ADDRESS, Names::ANY,
+         false, 76, 92, 2},
+        MakerOf<QORCube>::maker);
+
+constexpr End cubeOfCubeDimensionAssociation =
+    UnaryMembers<QORCubeDimensionAssociation, QORCube, &QORCubeDimensionAssociation::getCube,
+                 &QORCubeDimensionAssociation::addCube, &QORCubeDimensionAssociation::removeCube,
+                 &QORCubeDimensionAssociation::removeCube>::of(
+        {78, "CUBE_DIMENSION_ASSOCIATION__CUBE", "cube",
+         QORMetaLinkType::PARENT, true, 86, "CubeDimensionAssociation", Order::NONE, Names::ANY,
+         false, 79, 87, 0},
+        MakerOf<QORCubeDimensionAssociation>::maker);
+
+constexpr End modelElementOfDesignPackage =
+    NaryMembers<QORDesignPackage, QORModelElement, &QORDesignPackage::getModelElementCount,
+                &QORDesignPackage::getModelElement, &QORDesignPackage::addModelElement,
+                &QORDesignPackage::removeModelElement, &QORDesignPackage::removeModelElement,
+                &QORDesignPackage::removeModelElement, &QORDesignPackage::removeModelElements>::of(
+        {197, "DESIGN_PACKAGE__MODEL_ELEMENT", "modelElement",
+         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
+         false, 189, 100, 1},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End designPackageOfModelElement =
+    UnaryMembers<QORModelElement, QORDesignPackage, &QORModelElement::getDesignPackage,
+                 &QORModelElement::addDesignPackage, &QORModelElement::removeDesignPackage,
+                 &QORModelElement::removeDesignPackage>::of(
+        {180, "MODEL_ELEMENT__DESIGN_PACKAGE", "designPackage",
+         QORMetaLinkType::PARENT, true, 12, "ModelElement", Order::NONE, Names::ANY,
+         false, 67, 93, 0},
+        MakerOf<QORAliasClassifier>::maker);
+
+constexpr End transformationActivityOfDesignPackage =
+    NaryMembers<QORDesignPackage, QORTransformationActivity,
+                &QORDesignPackage::getTransformationActivityCount,
+                &QORDesignPackage::getTransformationActivity, &QORDesignPackage::addTransformationActivity,
+                &QORDesignPackage::removeTransformationActivity,
+                &QORDesignPackage::removeTransformationActivity,
+                &QORDesignPackage::removeTransformationActivity,
+                &QORDesignPackage::removeTransformationActivitys>::of(
+        {311, "DESIGN_PACKAGE__TRANSFORMATION_ACTIVITY", "transformationActivity",
+         QORMetaLinkType::CHILD, false, 9, "DesignPackage", Order::BY_NAME, Names::UNIQUE,
+         false, 309, 11, 5},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End designPackageOfTransformationActivity =
+    UnaryMembers<QORTransformationActivity, QORDesignPackage, &QORTransformationActivity::getDesignPackage,
+                 &QORTransformationActivity::addDesignPackage,
+                 &QORTransformationActivity::removeDesignPackage,
+                 &QORTransformationActivity::removeDesignPackage>::of(
+        {327, "TRANSFORMATION_ACTIVITY__DESIGN_PACKAGE", "designPackage",
+         QORMetaLinkType::PARENT, true, 135, "TransformationActivity", Order::NONE, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORTransformationActivity>::maker);
+
+constexpr End importedModelObjectOfDesignPackage =
+    NaryMembers<QORDesignPackage, QORModelObject, &QORDesignPackage::getImportedModelObjectCount,
+                &QORDesignPackage::getImportedModelObject, &QORDesignPackage::addImportedModelObject,
+                &QORDesignPackage::removeImportedModelObject, &QORDesignPackage::removeImportedModelObject,
+                &QORDesignPackage::removeImportedModelObject,
+                &QORDesignPackage::removeImportedModelObjects>::of(
+        {341, "DESIGN_PACKAGE__IMPORTED__MODEL_OBJECT", "importedModelObject",
+         QORMetaLinkType::REF, false, 9, "DesignPackage", Order::AS_ADDED, Names::ANY,
+         false, 309, 11, 6},
+        MakerOf<QORDesignPackage>::maker);
+
+constexpr End importedByDesignPackageOfModelObject =
+    NaryMembers<QORModelObject, QORDesignPackage, &QORModelObject::getImportedByDesignPackageCount,
+                &QORModelObject::getImportedByDesignPackage, &QORModelObject::addImportedByDesignPackage,
+                &QORModelObject::removeImportedByDesignPackage,
+                &QORModelObject::removeImportedByDesignPackage,
+                &QORModelObject::removeImportedByDesignPackage,
+                &QORModelObject::removeImportedByDesignPackages>::of(
+        {342, "MODEL_OBJECT__IMPORTED_BY__DESIGN_PACKAGE", "importedByDesignPackage",
+         QORMetaLinkType::BACK_REF, false, 59, "ModelObject", Order::BY_ADDRESS, Names::ANY,
+         false, 303, 111, 6},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End modelElementOfDiagram =
+    NaryMembers<QORDiagram, QORModelElement, &QORDiagram::getModelElementCount, &QORDiagram::getModelElement,
+                &QORDiagram::addModelElement, &QORDiagram::removeModelElement,
+                &QORDiagram::removeModelElement, &QORDiagram::removeModelElement,
+                &QORDiagram::removeModelElements>::of(
+        {89, "DIAGRAM__MODEL_ELEMENT", "modelElement",
+         QORMetaLinkType::REF, false, 10, "Diagram", Order::BY_ADDRESS, Names::ANY,
+         false, 185, 43, 2},
+        MakerOf<QORClassDiagram>::maker);
+
+constexpr End diagramOfModelElement =
+    NaryMembers<QORModelElement, QORDiagram, &QORModelElement::getDiagramCount, &QORModelElement::getDiagram,
+                &QORModelElement::addDiagram, &QORModelElement::removeDiagram,
+                &QORModelElement::removeDiagram, &QORModelElement::removeDiagram,
+                &QORModelElement::removeDiagrams>::of(
+        {181, "MODEL_ELEMENT__DIAGRAM", "diagram",
+         QORMetaLinkType::BACK_REF, false, 12, "ModelElement", Order::BY_ADDRESS, Names::ANY,
+         false, 67, 93, 1},
+        MakerOf<QORAliasClassifier>::maker);
+
+constexpr End joinOfDimension =
+    NaryMembers<QORDimension, QORJoin, &QORDimension::getJoinCount, &QORDimension::getJoin,
+                &QORDimension::addJoin, &QORDimension::removeJoin, &QORDimension::removeJoin,
+                &QORDimension::removeJoin, &QORDimension::removeJoins>::of(
+        {95, "DIMENSION__JOIN", "join",
+         QORMetaLinkType::REF, false, 87, "Dimension", Order::BY_ADDRESS, Names::ANY,
+         false, 94, 86, 4},
+        MakerOf<QORDimension>::maker);
+
+constexpr End dimensionOfJoin =
+    NaryMembers<QORJoin, QORDimension, &QORJoin::getDimensionCount, &QORJoin::getDimension,
+                &QORJoin::addDimension, &QORJoin::removeDimension, &QORJoin::removeDimension,
+                &QORJoin::removeDimension, &QORJoin::removeDimensions>::of(
+        {150, "JOIN__DIMENSION", "dimension",
+         QORMetaLinkType::BACK_REF, false, 92, "Join", Order::BY_ADDRESS, Names::ANY,
+         false, 149, 85, 2},
+        MakerOf<QORJoin>::maker);
+
+constexpr End topDrillPathLevelAssociationOfDrillPath =
+    NaryMembers<QORDrillPath, QORDrillPathLevelAssociation,
+                &QORDrillPath::getTopDrillPathLevelAssociationCount,
+                &QORDrillPath::getTopDrillPathLevelAssociation,
+                &QORDrillPath::addTopDrillPathLevelAssociation,
+                &QORDrillPath::removeTopDrillPathLevelAssociation,
+                &QORDrillPath::removeTopDrillPathLevelAssociation,
+                &QORDrillPath::removeTopDrillPathLevelAssociation,
+                &QORDrillPath::removeTopDrillPathLevelAssociations>::of(
+        {359, "DRILL_PATH__TOP__DRILL_PATH_LEVEL_ASSOCIATION", "topDrillPathLevelAssociation",
+         QORMetaLinkType::REF, false, 108, "DrillPath", Order::BY_ADDRESS, Names::ANY,
+         false, 342, 9, 1},
+        MakerOf<QORDrillPath>::maker);
+
+constexpr End topOfDrillPathOfDrillPathLevelAssociation =
+    UnaryMembers<QORDrillPathLevelAssociation, QORDrillPath, &QORDrillPathLevelAssociation::getTopOfDrillPath,
+                 &QORDrillPathLevelAssociation::addTopOfDrillPath,
+                 &QORDrillPathLevelAssociation::removeTopOfDrillPath,
+                 &QORDrillPathLevelAssociation::removeTopOfDrillPath>::of(
+        {360, "DRILL_PATH_LEVEL_ASSOCIATION__TOP_OF__DRILL_PATH", "topOfDrillPath",
+         QORMetaLinkType::BACK_REF, true, 109, "DrillPathLevelAssociation", Order::NONE, Names::ANY,
+         false, 342, 9, 3},
+        MakerOf<QORDrillPathLevelAssociation>::maker);
+
+constexpr End referencedByElementNamePartOfElement =
+    NaryMembers<QORElement, QORElementNamePart, &QORElement::getReferencedByElementNamePartCount,
+                &QORElement::getReferencedByElementNamePart, &QORElement::addReferencedByElementNamePart,
+                &QORElement::removeReferencedByElementNamePart,
+                &QORElement::removeReferencedByElementNamePart,
+                &QORElement::removeReferencedByElementNamePart,
+                &QORElement::removeReferencedByElementNameParts>::of(
+        {281, "ELEMENT__REFERENCED_BY__ELEMENT_NAME_PART", "referencedByElementNamePart",
+         QORMetaLinkType::REF, false, 0, "Element", Order::BY_ADDRESS, Names::ANY,
+         false, 189, 100, 2},
+        MakerOf<QORAggregationRule>::maker);
+
+constexpr End referencedElementOfElementNamePart =
+    NaryMembers<QORElementNamePart, QORElement, &QORElementNamePart::getReferencedElementCount,
+                &QORElementNamePart::getReferencedElement, &QORElementNamePart::addReferencedElement,
+                &QORElementNamePart::removeReferencedElement, &QORElementNamePart::removeReferencedElement,
+                &QORElementNamePart::removeReferencedElement,
+                &QORElementNamePart::removeReferencedElements>::of(
+        {283, "ELEMENT_NAME_PART__REFERENCED__ELEMENT", "referencedElement",
+         QORMetaLinkType::BACK_REF, false, 110, "ElementNamePart", Order::BY_ADDRESS, Names::ANY,
+         false, 282, 111, 1},
+        MakerOf<QORElementNamePart>::maker);
+
+constexpr End sourceDerivedTypeOfEnumeratedTypeMap =
+    UnaryMembers<QOREnumeratedTypeMap, QORDerivedType, &QOREnumeratedTypeMap::getSourceDerivedType,
+                 &QOREnumeratedTypeMap::addSourceDerivedType, &QOREnumeratedTypeMap::removeSourceDerivedType,
+                 &QOREnumeratedTypeMap::removeSourceDerivedType>::of(
+        {107, "ENUMERATED_TYPE_MAP__SOURCE__DERIVED_TYPE", "sourceDerivedType",
+         QORMetaLinkType::REF, true, 47, "EnumeratedTypeMap", Order::NONE, Names::ANY,
+         false, 71, 101, 0},
+        MakerOf<QOREnumeratedTypeMap>::maker);
+
+constexpr End sourceOfEnumeratedTypeMapOfDerivedType =
+    NaryMembers<QORDerivedType, QOREnumeratedTypeMap, &QORDerivedType::getSourceOfEnumeratedTypeMapCount,
+                &QORDerivedType::getSourceOfEnumeratedTypeMap, &QORDerivedType::addSourceOfEnumeratedTypeMap,
+                &QORDerivedType::removeSourceOfEnumeratedTypeMap,
+                &QORDerivedType::removeSourceOfEnumeratedTypeMap,
+                &QORDerivedType::removeSourceOfEnumeratedTypeMap,
+                &QORDerivedType::removeSourceOfEnumeratedTypeMaps>::of(
+        {86, "DERIVED_TYPE__SOURCE_OF__ENUMERATED_TYPE_MAP", "sourceOfEnumeratedTypeMap",
+         QORMetaLinkType::BACK_REF, false, 5, "DerivedType", Order::BY_ADDRESS, Names::ANY,
+         false, 84, 4, 2},
+        MakerOf<QORDerivedType>::maker);
+
+constexpr End destinationFeatureOfFeatureMap =
+    NaryMembers<QORFeatureMap, QORFeature, &QORFeatureMap::getDestinationFeatureCount,
+                &QORFeatureMap::getDestinationFeature, &QORFeatureMap::addDestinationFeature,
+                &QORFeatureMap::removeDestinationFeature, &QORFeatureMap::removeDestinationFeature,
+                &QORFeatureMap::removeDestinationFeature, &QORFeatureMap::removeDestinationFeatures>::of(
+        {119, "FEATURE_MAP__DESTINATION__FEATURE", "destinationFeature",
+         QORMetaLinkType::REF, false, 78, "FeatureMap", Order::BY_ADDRESS, Names::ANY,
+         false, 118, 102, 2},
+        MakerOf<QORFeatureMap>::maker);
+
+constexpr End destinationOfFeatureMapOfFeature =
+    NaryMembers<QORFeature, QORFeatureMap, &QORFeature::getDestinationOfFeatureMapCount,
+                &QORFeature::getDestinationOfFeatureMap, &QORFeature::addDestinationOfFeatureMap,
+                &QORFeature::removeDestinationOfFeatureMap, &QORFeature::removeDestinationOfFeatureMap,
+                &QORFeature::removeDestinationOfFeatureMap, &QORFeature::removeDestinationOfFeatureMaps>::of(
+        {113, "FEATURE__DESTINATION_OF__FEATURE_MAP", "destinationOfFeatureMap",
+         QORMetaLinkType::BACK_REF, false, 77, "Feature", Order::BY_ADDRESS, Names::ANY,
+         false, 112, 78, 1},
+        MakerOf<QORAliasFeature>::maker);
+
+constexpr End discriminatorAttributeOfGeneralization =
+    NaryMembers<QORGeneralization, QORAttribute, &QORGeneralization::getDiscriminatorAttributeCount,
+                &QORGeneralization::getDiscriminatorAttribute, &QORGeneralization::addDiscriminatorAttribute,
+                &QORGeneralization::removeDiscriminatorAttribute,
+                &QORGeneralization::removeDiscriminatorAttribute,
+                &QORGeneralization::removeDiscriminatorAttribute,
+                &QORGeneralization::removeDiscriminatorAttributes>::of(
+        {131, "GENERALIZATION__DISCRIMINATOR__ATTRIBUTE", "discriminatorAttribute",
+         QORMetaLinkType::REF, false, 16, "Generalization", Order::BY_ADDRESS, Names::ANY,
+         false, 130, 13, 3},
+        MakerOf<QORGeneralization>::maker);
+
+constexpr End discriminatorOfGeneralizationOfAttribute =
+    NaryMembers<QORAttribute, QORGeneralization, &QORAttribute::getDiscriminatorOfGeneralizationCount,
+                &QORAttribute::getDiscriminatorOfGeneralization,
+                &QORAttribute::addDiscriminatorOfGeneralization,
+                &QORAttribute::removeDiscriminatorOfGeneralization,
+                &QORAttribute::removeDiscriminatorOfGeneralization,
+                &QORAttribute::removeDiscriminatorOfGeneralization,
+                &QORAttribute::removeDiscriminatorOfGeneralizations>::of(
+        {23, "ATTRIBUTE__DISCRIMINATOR_OF__GENERALIZATION", "discriminatorOfGeneralization",
+         QORMetaLinkType::BACK_REF, false, 14, "Attribute", Order::AS_ADDED, Names::ANY,
+         false, 22, 65, 5},
+        MakerOf<QORAttribute>::maker);
+
+constexpr End parentOfLevelAssociationOfLevel =
+    NaryMembers<QORLevel, QORLevelAssociation, &QORLevel::getParentOfLevelAssociationCount,
+                &QORLevel::getParentOfLevelAssociation, &QORLevel::addParentOfLevelAssociation,
+                &QORLevel::removeParentOfLevelAssociation, &QORLevel::removeParentOfLevelAssociation,
+                &QORLevel::removeParentOfLevelAssociation, &QORLevel::removeParentOfLevelAssociations>::of(
+        {335, "LEVEL__PARENT_OF__LEVEL_ASSOCIATION", "parentOfLevelAssociation",
+         QORMetaLinkType::CHILD, false, 94, "Level", Order::AS_ADDED, Names::ANY,
+         false, 303, 111, 4},
+        MakerOf<QORLevel>::maker);
+
+constexpr End parentLevelOfLevelAssociation =
+    UnaryMembers<QORLevelAssociation, QORLevel, &QORLevelAssociation::getParentLevel,
+                 &QORLevelAssociation::addParentLevel, &QORLevelAssociation::removeParentLevel,
+                 &QORLevelAssociation::removeParentLevel>::of(
+        {337, "LEVEL_ASSOCIATION__PARENT__LEVEL", "parentLevel",
+         QORMetaLinkType::PARENT, true, 138, "LevelAssociation", Order::NONE, Names::ANY,
+         false, 303, 111, 0},
+        MakerOf<QORLevelAssociation>::maker);
+
+constexpr End levelAttributeOfLevelKey =
+    NaryMembers<QORLevelKey, QORLevelAttribute, &QORLevelKey::getLevelAttributeCount,
+                &QORLevelKey::getLevelAttribute, &QORLevelKey::addLevelAttribute,
+                &QORLevelKey::removeLevelAttribute, &QORLevelKey::removeLevelAttribute,
+                &QORLevelKey::removeLevelAttribute, &QORLevelKey::removeLevelAttributes>::of(
+        {167, "LEVEL_KEY__LEVEL_ATTRIBUTE", "levelAttribute",
+         QORMetaLinkType::REF, false, 96, "LevelKey", Order::BY_ADDRESS, Names::ANY,
+         false, 185, 43, 1},
+        MakerOf<QORLevelKey>::maker);
+
+constexpr End levelKeyOfLevelAttribute =
+    UnaryMembers<QORLevelAttribute, QORLevelKey, &QORLevelAttribute::getLevelKey,
+                 &QORLevelAttribute::addLevelKey, &QORLevelAttribute::removeLevelKey,
+                 &QORLevelAttribute::removeLevelKey>::of(
+        {164, "LEVEL_ATTRIBUTE__LEVEL_KEY", "levelKey",
+         QORMetaLinkType::BACK_REF, true, 95, "LevelAttribute", Order::NONE, Names::ANY,
+         false, 116, 26, 0},
+        MakerOf<QORLevelAttribute>::maker);
+
+constexpr End sourceModelFormatOfMappingFormat =
+    NaryMembers<QORMappingFormat, QORModelFormat, &QORMappingFormat::getSourceModelFormatCount,
+                &QORMappingFormat::getSourceModelFormat, &QORMappingFormat::addSourceModelFormat,
+                &QORMappingFormat::removeSourceModelFormat, &QORMappingFormat::removeSourceModelFormat,
+                &QORMappingFormat::removeSourceModelFormat, &QORMappingFormat::removeSourceModelFormats>::of(
+        {239, "MAPPING_FORMAT__SOURCE__MODEL_FORMAT", "sourceModelFormat",
+         QORMetaLinkType::REF, false, 81, "MappingFormat", Order::BY_ADDRESS, Names::ANY,
+         false, 127, 31, 1},
+        MakerOf<QORMappingFormat>::maker);
+
+constexpr End sourceOfMappingFormatOfModelFormat =
+    NaryMembers<QORModelFormat, QORMappingFormat, &QORModelFormat::getSourceOfMappingFormatCount,
+                &QORModelFormat::getSourceOfMappingFormat, &QORModelFormat::addSourceOfMappingFormat,
+                &QORModelFormat::removeSourceOfMappingFormat, &QORModelFormat::removeSourceOfMappingFormat,
+                &QORModelFormat::removeSourceOfMappingFormat,
+                &QORModelFormat::removeSourceOfMappingFormats>::of(
+        {182, "MODEL_FORMAT__SOURCE_OF__MAPPING_FORMAT", "sourceOfMappingFormat",
+         QORMetaLinkType::BACK_REF, false, 36, "ModelFormat", Order::BY_ADDRESS, Names::ANY,
+         false, 127, 31, 1},
+        MakerOf<QORModelFormat>::maker);
+
+constexpr End propertyElementTypeScopeOfMappingModel =
+    NaryMembers<QORMappingModel, QORPropertyElementTypeScope,
+                &QORMappingModel::getPropertyElementTypeScopeCount,
+                &QORMappingModel::getPropertyElementTypeScope, &QORMappingModel::addPropertyElementTypeScope,
+                &QORMappingModel::removePropertyElementTypeScope,
+                &QORMappingModel::removePropertyElementTypeScope,
+                &QORMappingModel::removePropertyElementTypeScope,
+                &QORMappingModel::removePropertyElementTypeScopes>::of(
+        {245, "MAPPING_MODEL__PROPERTY_ELEMENT_TYPE_SCOPE", "propertyElementTypeScope",
+         QORMetaLinkType::CHILD, false, 80, "MappingModel", Order::BY_NAME, Names::UNIQUE,
+         false, 281, 110, 3},
+        MakerOf<QORMappingModel>::maker);
+
+constexpr End mappingModelOfPropertyElementTypeScope =
+    UnaryMembers<QORPropertyElementTypeScope, QORMappingModel, &QORPropertyElementTypeScope::getMappingModel,
+                 &QORPropertyElementTypeScope::addMappingModel,
+                 &QORPropertyElementTypeScope::removeMappingModel,
+                 &QORPropertyElementTypeScope::removeMappingModel>::of(
+        {219, "PROPERTY_ELEMENT_TYPE_SCOPE__MAPPING_MODEL", "mappingModel",
+         QORMetaLinkType::PARENT, true, 69, "PropertyElementTypeScope", Order::NONE, Names::ANY,
+         false, 218, 70, 1},
+        MakerOf<QORPropertyElementTypeScope>::maker);
+
+constexpr End sourceOfPhysicalRelationshipOfPhysicalObject =
+    NaryMembers<QORPhysicalObject, QORPhysicalRelationship,
+                &QORPhysicalObject::getSourceOfPhysicalRelationshipCount,
+                &QORPhysicalObject::getSourceOfPhysicalRelationship,
+                &QORPhysicalObject::addSourceOfPhysicalRelationship,
+                &QORPhysicalObject::removeSourceOfPhysicalRelationship,
+                &QORPhysicalObject::removeSourceOfPhysicalRelationship,
+                &QORPhysicalObject::removeSourceOfPhysicalRelationship,
+                &QORPhysicalObject::removeSourceOfPhysicalRelationships>::of(
+        {203, "PHYSICAL_OBJECT__SOURCE_OF__PHYSICAL_RELATIONSHIP", "sourceOfPhysicalRelationship",
+         QORMetaLinkType::CHILD, false, 54, "PhysicalObject", Order::BY_ADDRESS, Names::ANY,
+         false, 189, 100, 3},
+        MakerOf<QORPhysicalObject>::maker);
+
+constexpr End sourcePhysicalObjectOfPhysicalRelationship =
+    UnaryMembers<QORPhysicalRelationship, QORPhysicalObject,
+                 &QORPhysicalRelationship::getSourcePhysicalObject,
+                 &QORPhysicalRelationship::addSourcePhysicalObject,
+                 &QORPhysicalRelationship::removeSourcePhysicalObject,
+                 &QORPhysicalRelationship::removeSourcePhysicalObject>::of(
+        {206, "PHYSICAL_RELATIONSHIP__SOURCE__PHYSICAL_OBJECT", "sourcePhysicalObject",
+         QORMetaLinkType::PARENT, true, 56, "PhysicalRelationship", Order::NONE, Names::ANY,
+         false, 207, 54, 1},
+        MakerOf<QORPhysicalRelationship>::maker);
+
+constexpr End childProductOfProduct =
+    NaryMembers<QORProduct, QORProduct, &QORProduct::getChildProductCount, &QORProduct::getChildProduct,
+                &QORProduct::addChildProduct, &QORProduct::removeChildProduct,
+                &QORProduct::removeChildProduct, &QORProduct::removeChildProduct,
+                &QORProduct::removeChildProducts>::of(
+        {215, "PRODUCT__CHILD__PRODUCT", "childProduct",
+         QORMetaLinkType::CHILD, false, 30, "Product", Order::BY_NAME, Names::UNIQUE,
+         false, 73, 30, 4},
+        MakerOf<QORProduct>::maker);
+
+constexpr End parentProductOfProduct =
+    UnaryMembers<QORProduct, QORProduct, &QORProduct::getParentProduct, &QORProduct::addParentProduct,
+                 &QORProduct::removeParentProduct, &QORProduct::removeParentProduct>::of(
+        {214, "PRODUCT__PARENT__PRODUCT", "parentProduct",
+         QORMetaLinkType::PARENT, true, 30, "Product", Order::NONE, Names::ANY,
+         false, 73, 30, 1},
+        MakerOf<QORProduct>::maker);
 
 constexpr End classifierOfReport =
     NaryMembers<QORReport, QORClassifier, &QORReport::getClassifierCount, &QORReport::getClassifier,
@@ -89,7 +563,7 @@ constexpr End classifierOfReport =
                 &QORReport::removeClassifier, &QORReport::removeClassifiers>::of(
         {371, "REPORT__CLASSIFIER", "classifier",
          QORMetaLinkType::CHILD, false, 119, "Report", Order::BY_NAME, Names::ANY,
-         false, 181, 11},
+         false, 342, 9, 1},
         MakerOf<QORReport>::maker);
 
 constexpr End reportOfClassifier =
@@ -97,7 +571,7 @@ constexpr End reportOfClassifier =
                  &QORClassifier::removeReport, &QORClassifier::removeReport>::of(
         {372, "CLASSIFIER__REPORT", "report",
          QORMetaLinkType::PARENT, true, 75, "Classifier", Order::NONE, Names::ANY,
-         false, 63, 76},
+         false, 342, 9, 5},
         MakerOf<QORAliasClassifier>::maker);
 
 constexpr End reportFieldOfReportAttribute =
@@ -107,7 +581,7 @@ constexpr End reportFieldOfReportAttribute =
                 &QORReportAttribute::removeReportField, &QORReportAttribute::removeReportFields>::of(
         {317, "REPORT_ATTRIBUTE__REPORT_FIELD", "reportField",
          QORMetaLinkType::REF, false, 120, "ReportAttribute", Order::BY_ADDRESS, Names::ANY,
-         false, 112, 78},
+         false, 303, 111, 0},
         MakerOf<QORReportAttribute>::maker);
 
 constexpr End reportAttributeOfReportField =
@@ -116,131 +590,8 @@ constexpr End reportAttributeOfReportField =
                  &QORReportField::removeReportAttribute>::of(
         {319, "REPORT_FIELD__REPORT_ATTRIBUTE", "reportAttribute",
          QORMetaLinkType::BACK_REF, true, 123, "ReportField", Order::NONE, Names::ANY,
-         false, 367, 147},
+         false, 303, 111, 0},
         MakerOf<QORReportField>::maker);
-
-constexpr End childReportItemOfReportItem =
-    NaryMembers<QORReportItem, QORReportItem, &QORReportItem::getChildReportItemCount,
-                &QORReportItem::getChildReportItem, &QORReportItem::addChildReportItem,
-                &QORReportItem::removeChildReportItem, &QORReportItem::removeChildReportItem,
-                &QORReportItem::removeChildReportItem, &QORReportItem::removeChildReportItems>::of(
-        {322, "REPORT_ITEM__CHILD__REPORT_ITEM", "childReportItem",
-         QORMetaLinkType::CHILD, false, 124, "ReportItem", Order::BY_ADDRESS, Names::ANY,
-         false, 367, 147},
-        MakerOf<QORReportAxis>::maker);
-
-constexpr End parentReportItemOfReportItem =
-    UnaryMembers<QORReportItem, QORReportItem, &QORReportItem::getParentReportItem,
-                 &QORReportItem::addParentReportItem, &QORReportItem::removeParentReportItem,
-                 &QORReportItem::removeParentReportItem>::of(
-        {321, "REPORT_ITEM__PARENT__REPORT_ITEM", "parentReportItem",
-         QORMetaLinkType::PARENT, true, 124, "ReportItem", Order::NONE, Names::ANY,
-         false, 367, 147},
-        MakerOf<QORReportAxis>::maker);
-
-constexpr End referencedByReportItemOfReportItem =
-    NaryMembers<QORReportItem, QORReportItem, &QORReportItem::getReferencedByReportItemCount,
-                &QORReportItem::getReferencedByReportItem, &QORReportItem::addReferencedByReportItem,
-                &QORReportItem::removeReferencedByReportItem, &QORReportItem::removeReferencedByReportItem,
-                &QORReportItem::removeReferencedByReportItem,
-                &QORReportItem::removeReferencedByReportItems>::of(
-        {368, "REPORT_ITEM__REFERENCED_BY__REPORT_ITEM", "referencedByReportItem",
-         QORMetaLinkType::REF, false, 124, "ReportItem", Order::BY_ADDRESS, Names::ANY,
-         false, 367, 147},
-        MakerOf<QORReportAxis>::maker);
-
-constexpr End referencedReportItemOfReportItem =
-    NaryMembers<QORReportItem, QORReportItem, &QORReportItem::getReferencedReportItemCount,
-                &QORReportItem::getReferencedReportItem, &QORReportItem::addReferencedReportItem,
-                &QORReportItem::removeReferencedReportItem, &QORReportItem::removeReferencedReportItem,
-                &QORReportItem::removeReferencedReportItem, &QORReportItem::removeReferencedReportItems>::of(
-        {367, "REPORT_ITEM__REFERENCED__REPORT_ITEM", "referencedReportItem",
-         QORMetaLinkType::BACK_REF, false, 124, "ReportItem", Order::BY_ADDRESS, Names::ANY,
-         false, 368, 147},
-        MakerOf<QORReportAxis>::maker);
-
-constexpr End conditionOfReportItem =
-    NaryMembers<QORReportItem, QORCondition, &QORReportItem::getConditionCount, &QORReportItem::getCondition,
-                &QORReportItem::addCondition, &QORReportItem::removeCondition,
-                &QORReportItem::removeCondition, &QORReportItem::removeCondition,
-                &QORReportItem::removeConditions>::of(
-        {373, "REPORT_ITEM__CONDITION", "condition",
-         QORMetaLinkType::REF, false, 124, "ReportItem", Order::BY_NAME, Names::ANY,
-         false, 367, 147},
-        MakerOf<QORReportAxis>::maker);
-
-constexpr End reportItemOfCondition =
-    NaryMembers<QORCondition, QORReportItem, &QORCondition::getReportItemCount, &QORCondition::getReportItem,
-                &QORCondition::addReportItem, &QORCondition::removeReportItem,
-                &QORCondition::removeReportItem, &QORCondition::removeReportItem,
-                &QORCondition::removeReportItems>::of(
-        {374, "CONDITION__REPORT_ITEM", "reportItem",
-         QORMetaLinkType::BACK_REF, false, 84, "Condition", Order::BY_ADDRESS, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORCondition>::maker);
-
-constexpr End sourceFeatureOfSQLViewAttribute =
-    UnaryMembers<QORSQLViewAttribute, QORFeature, &QORSQLViewAttribute::getSourceFeature,
-                 &QORSQLViewAttribute::addSourceFeature, &QORSQLViewAttribute::removeSourceFeature,
-                 &QORSQLViewAttribute::removeSourceFeature>::of(
-        {228, "SQL_VIEW_ATTRIBUTE__SOURCE__FEATURE", "sourceFeature",
-         QORMetaLinkType::REF, true, 26, "SQLViewAttribute", Order::NONE, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORSQLViewAttribute>::maker);
-
-constexpr End sourceOfSQLViewAttributeOfFeature =
-    NaryMembers<QORFeature, QORSQLViewAttribute, &QORFeature::getSourceOfSQLViewAttributeCount,
-                &QORFeature::getSourceOfSQLViewAttribute, &QORFeature::addSourceOfSQLViewAttribute,
-                &QORFeature::removeSourceOfSQLViewAttribute, &QORFeature::removeSourceOfSQLViewAttribute,
-                &QORFeature::removeSourceOfSQLViewAttribute,
-                &QORFeature::removeSourceOfSQLViewAttributes>::of(
-        {116, "FEATURE__SOURCE_OF__SQL_VIEW_ATTRIBUTE", "sourceOfSQLViewAttribute",
-         QORMetaLinkType::BACK_REF, false, 77, "Feature", Order::BY_ADDRESS, Names::ANY,
-         false, 112, 78},
-        MakerOf<QORAliasFeature>::maker);
-
-constexpr End destinationOfSQLViewAssociationOfSQLViewEntity =
-    NaryMembers<QORSQLViewEntity, QORSQLViewAssociation,
-                &QORSQLViewEntity::getDestinationOfSQLViewAssociationCount,
-                &QORSQLViewEntity::getDestinationOfSQLViewAssociation,
-                &QORSQLViewEntity::addDestinationOfSQLViewAssociation,
-                &QORSQLViewEntity::removeDestinationOfSQLViewAssociation,
-                &QORSQLViewEntity::removeDestinationOfSQLViewAssociation,
-                &QORSQLViewEntity::removeDestinationOfSQLViewAssociation,
-                &QORSQLViewEntity::removeDestinationOfSQLViewAssociations>::of(
-        {229, "SQL_VIEW_ENTITY__DESTINATION_OF__SQL_VIEW_ASSOCIATION", "destinationOfSQLViewAssociation",
-         QORMetaLinkType::REF, false, 25, "SQLViewEntity", Order::BY_ADDRESS, Names::ANY,
-         false, 63, 76},
-        MakerOf<QORSQLViewEntity>::maker);
-
-constexpr End destinationSQLViewEntityOfSQLViewAssociation =
-    UnaryMembers<QORSQLViewAssociation, QORSQLViewEntity, &QORSQLViewAssociation::getDestinationSQLViewEntity,
-                 &QORSQLViewAssociation::addDestinationSQLViewEntity,
-                 &QORSQLViewAssociation::removeDestinationSQLViewEntity,
-                 &QORSQLViewAssociation::removeDestinationSQLViewEntity>::of(
-        {226, "SQL_VIEW_ASSOCIATION__DESTINATION__SQL_VIEW_ENTITY", "destinationSQLViewEntity",
-         QORMetaLinkType::BACK_REF, true, 27, "SQLViewAssociation", Order::NONE, Names::ANY,
-         false, 227, 101},
-        MakerOf<QORSQLViewAssociation>::maker);
-
-constexpr End operationOfSQLViewEntity =
-    NaryMembers<QORSQLViewEntity, QOROperation, &QORSQLViewEntity::getOperationCount,
-                &QORSQLViewEntity::getOperation, &QORSQLViewEntity::addOperation,
-                &QORSQLViewEntity::removeOperation, &QORSQLViewEntity::removeOperation,
-                &QORSQLViewEntity::removeOperation, &QORSQLViewEntity::removeOperations>::of(
-        {230, "SQL_VIEW_ENTITY__OPERATION", "operation",
-         QORMetaLinkType::CHILD, false, 25, "SQLViewEntity", Order::BY_ADDRESS, Names::ANY,
-         false, 229, 27},
-        MakerOf<QORSQLViewEntity>::maker);
-
-constexpr End associatedSQLViewEntityOfOperation =
-    UnaryMembers<QOROperation, QORSQLViewEntity, &QOROperation::getAssociatedSQLViewEntity,
-                 &QOROperation::addAssociatedSQLViewEntity, &QOROperation::removeAssociatedSQLViewEntity,
-                 &QOROperation::removeAssociatedSQLViewEntity>::of(
-        {195, "OPERATION__ASSOCIATED__SQL_VIEW_ENTITY", "associatedSQLViewEntity",
-         QORMetaLinkType::PARENT, true, 23, "Operation", Order::NONE, Names::ANY,
-         false, 193, 6},
-        MakerOf<QOROperation>::maker);
 
 constexpr End expressionNodeOfStatementNode =
     NaryMembers<QORStatementNode, QORExpressionNode, &QORStatementNode::getExpressionNodeCount,
@@ -249,7 +600,7 @@ constexpr End expressionNodeOfStatementNode =
                 &QORStatementNode::removeExpressionNode, &QORStatementNode::removeExpressionNodes>::of(
         {323, "STATEMENT_NODE__EXPRESSION_NODE", "expressionNode",
          QORMetaLinkType::CHILD, false, 134, "StatementNode", Order::BY_ADDRESS, Names::ANY,
-         false, 353, 103},
+         false, 303, 111, 0},
         MakerOf<QORStatementNode>::maker);
 
 constexpr End statementNodeOfExpressionNode =
@@ -258,7 +609,7 @@ constexpr End statementNodeOfExpressionNode =
                  &QORExpressionNode::removeStatementNode>::of(
         {297, "EXPRESSION_NODE__STATEMENT_NODE", "statementNode",
          QORMetaLinkType::PARENT, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
+         false, 289, 6, 8},
         MakerOf<QORBranchingNode>::maker);
 
 constexpr End referencedExpressionNodeOfStatementNode =
@@ -268,7 +619,7 @@ constexpr End referencedExpressionNodeOfStatementNode =
                  &QORStatementNode::removeReferencedExpressionNode>::of(
         {353, "STATEMENT_NODE__REFERENCED__EXPRESSION_NODE", "referencedExpressionNode",
          QORMetaLinkType::REF, true, 134, "StatementNode", Order::NONE, Names::ANY,
-         false, 289, 6},
+         false, 303, 111, 2},
         MakerOf<QORStatementNode>::maker);
 
 constexpr End referencedByStatementNodeOfExpressionNode =
@@ -278,312 +629,15 @@ constexpr End referencedByStatementNodeOfExpressionNode =
                  &QORExpressionNode::removeReferencedByStatementNode>::of(
         {354, "EXPRESSION_NODE__REFERENCED_BY__STATEMENT_NODE", "referencedByStatementNode",
          QORMetaLinkType::BACK_REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 289, 6},
+         false, 303, 111, 11},
         MakerOf<QORBranchingNode>::maker);
-
-constexpr End sourceTransformationStepOfStepPrecedence =
-    NaryMembers<QORStepPrecedence, QORTransformationStep,
-                &QORStepPrecedence::getSourceTransformationStepCount,
-                &QORStepPrecedence::getSourceTransformationStep,
-                &QORStepPrecedence::addSourceTransformationStep,
-                &QORStepPrecedence::removeSourceTransformationStep,
-                &QORStepPrecedence::removeSourceTransformationStep,
-                &QORStepPrecedence::removeSourceTransformationStep,
-                &QORStepPrecedence::removeSourceTransformationSteps>::of(
-        {343, "STEP_PRECEDENCE__SOURCE__TRANSFORMATION_STEP", "sourceTransformationStep",
-         QORMetaLinkType::REF, false, 145, "StepPrecedence", Order::BY_ADDRESS, Names::ANY,
-         false, 344, 136},
-        MakerOf<QORStepPrecedence>::maker);
-
-constexpr End sourceOfStepPrecedenceOfTransformationStep =
-    NaryMembers<QORTransformationStep, QORStepPrecedence,
-                &QORTransformationStep::getSourceOfStepPrecedenceCount,
-                &QORTransformationStep::getSourceOfStepPrecedence,
-                &QORTransformationStep::addSourceOfStepPrecedence,
-                &QORTransformationStep::removeSourceOfStepPrecedence,
-                &QORTransformationStep::removeSourceOfStepPrecedence,
-                &QORTransformationStep::removeSourceOfStepPrecedence,
-                &QORTransformationStep::removeSourceOfStepPrecedences>::of(
-        {347, "TRANSFORMATION_STEP__SOURCE_OF__STEP_PRECEDENCE", "sourceOfStepPrecedence",
-         QORMetaLinkType::BACK_REF, false, 136, "TransformationStep", Order::BY_ADDRESS, Names::ANY,
-         false, 329, 137},
-        MakerOf<QORTransformationStep>::maker);
-
-constexpr End destinationTransformationStepOfStepPrecedence =
-    NaryMembers<QORStepPrecedence, QORTransformationStep,
-                &QORStepPrecedence::getDestinationTransformationStepCount,
-                &QORStepPrecedence::getDestinationTransformationStep,
-                &QORStepPrecedence::addDestinationTransformationStep,
-                &QORStepPrecedence::removeDestinationTransformationStep,
-                &QORStepPrecedence::removeDestinationTransformationStep,
-                &QORStepPrecedence::removeDestinationTransformationStep,
-                &QORStepPrecedence::removeDestinationTransformationSteps>::of(
-        {344, "STEP_PRECEDENCE__DESTINATION__TRANSFORMATION_STEP", "destinationTransformationStep",
-         QORMetaLinkType::REF, false, 145, "StepPrecedence", Order::BY_ADDRESS, Names::ANY,
-         false, 343, 136},
-        MakerOf<QORStepPrecedence>::maker);
-
-constexpr End destinationOfStepPrecedenceOfTransformationStep =
-    NaryMembers<QORTransformationStep, QORStepPrecedence,
-                &QORTransformationStep::getDestinationOfStepPrecedenceCount,
-                &QORTransformationStep::getDestinationOfStepPrecedence,
-                &QORTransformationStep::addDestinationOfStepPrecedence,
-                &QORTransformationStep::removeDestinationOfStepPrecedence,
-                &QORTransformationStep::removeDestinationOfStepPrecedence,
-                &QORTransformationStep::removeDestinationOfStepPrecedence,
-                &QORTransformationStep::removeDestinationOfStepPrecedences>::of(
-        {348, "TRANSFORMATION_STEP__DESTINATION_OF__STEP_PRECEDENCE", "destinationOfStepPrecedence",
-         QORMetaLinkType::BACK_REF, false, 136, "TransformationStep", Order::BY_ADDRESS, Names::ANY,
-         false, 329, 137},
-        MakerOf<QORTransformationStep>::maker);
-
-constexpr End classifierMapOfTransformation =
-    NaryMembers<QORTransformation, QORClassifierMap, &QORTransformation::getClassifierMapCount,
-                &QORTransformation::getClassifierMap, &QORTransformation::addClassifierMap,
-                &QORTransformation::removeClassifierMap, &QORTransformation::removeClassifierMap,
-                &QORTransformation::removeClassifierMap, &QORTransformation::removeClassifierMaps>::of(
-        {236, "TRANSFORMATION__CLASSIFIER_MAP", "classifierMap",
-         QORMetaLinkType::CHILD, false, 79, "Transformation", Order::BY_NAME, Names::UNIQUE_OR_NONE,
-         false, 281, 110},
-        MakerOf<QORTransformation>::maker);
-
-constexpr End transformationOfClassifierMap =
-    UnaryMembers<QORClassifierMap, QORTransformation, &QORClassifierMap::getTransformation,
-                 &QORClassifierMap::addTransformation, &QORClassifierMap::removeTransformation,
-                 &QORClassifierMap::removeTransformation>::of(
-        {69, "CLASSIFIER_MAP__TRANSFORMATION", "transformation",
-         QORMetaLinkType::PARENT, true, 76, "ClassifierMap", Order::NONE, Names::ANY,
-         false, 70, 101},
-        MakerOf<QORClassifierMap>::maker);
-
-constexpr End dataSetOfTransformation =
-    NaryMembers<QORTransformation, QORDataSet, &QORTransformation::getDataSetCount,
-                &QORTransformation::getDataSet, &QORTransformation::addDataSet,
-                &QORTransformation::removeDataSet, &QORTransformation::removeDataSet,
-                &QORTransformation::removeDataSet, &QORTransformation::removeDataSets>::of(
-        {326, "TRANSFORMATION__DATA_SET", "dataSet",
-         QORMetaLinkType::CHILD, false, 79, "Transformation", Order::BY_NAME, Names::UNIQUE,
-         false, 281, 110},
-        MakerOf<QORTransformation>::maker);
-
-constexpr End transformationOfDataSet =
-    UnaryMembers<QORDataSet, QORTransformation, &QORDataSet::getTransformation,
-                 &QORDataSet::addTransformation, &QORDataSet::removeTransformation,
-                 &QORDataSet::removeTransformation>::of(
-        {271, "DATA_SET__TRANSFORMATION", "transformation",
-         QORMetaLinkType::PARENT, true, 106, "DataSet", Order::NONE, Names::ANY,
-         false, 63, 76},
-        MakerOf<QORDataSet>::maker);
-
-constexpr End transformationStepOfTransformationActivity =
-    NaryMembers<QORTransformationActivity, QORTransformationStep,
-                &QORTransformationActivity::getTransformationStepCount,
-                &QORTransformationActivity::getTransformationStep,
-                &QORTransformationActivity::addTransformationStep,
-                &QORTransformationActivity::removeTransformationStep,
-                &QORTransformationActivity::removeTransformationStep,
-                &QORTransformationActivity::removeTransformationStep,
-                &QORTransformationActivity::removeTransformationSteps>::of(
-        {328, "TRANSFORMATION_ACTIVITY__TRANSFORMATION_STEP", "transformationStep",
-         QORMetaLinkType::CHILD, false, 135, "TransformationActivity", Order::BY_NAME, Names::UNIQUE,
-         false, 281, 110},
-        MakerOf<QORTransformationActivity>::maker);
-
-constexpr End transformationActivityOfTransformationStep =
-    UnaryMembers<QORTransformationStep, QORTransformationActivity,
-                 &QORTransformationStep::getTransformationActivity,
-                 &QORTransformationStep::addTransformationActivity,
-                 &QORTransformationStep::removeTransformationActivity,
-                 &QORTransformationStep::removeTransformationActivity>::of(
-        {330, "TRANSFORMATION_STEP__TRANSFORMATION_ACTIVITY", "transformationActivity",
-         QORMetaLinkType::PARENT, true, 136, "TransformationStep", Order::NONE, Names::ANY,
-         false, 329, 137},
-        MakerOf<QORTransformationStep>::maker);
-
-constexpr End stepPrecedenceOfTransformationActivity =
-    NaryMembers<QORTransformationActivity, QORStepPrecedence,
-                &QORTransformationActivity::getStepPrecedenceCount,
-                &QORTransformationActivity::getStepPrecedence, &QORTransformationActivity::addStepPrecedence,
-                &QORTransformationActivity::removeStepPrecedence,
-                &QORTransformationActivity::removeStepPrecedence,
-                &QORTransformationActivity::removeStepPrecedence,
-                &QORTransformationActivity::removeStepPrecedences>::of(
-        {349, "TRANSFORMATION_ACTIVITY__STEP_PRECEDENCE", "stepPrecedence",
-         QORMetaLinkType::CHILD, false, 135, "TransformationActivity", Order::BY_ADDRESS, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformationActivity>::maker);
-
-constexpr End transformationActivityOfStepPrecedence =
-    UnaryMembers<QORStepPrecedence, QORTransformationActivity, &QORStepPrecedence::getTransformationActivity,
-                 &QORStepPrecedence::addTransformationActivity,
-                 &QORStepPrecedence::removeTransformationActivity,
-                 &QORStepPrecedence::removeTransformationActivity>::of(
-        {345, "STEP_PRECEDENCE__TRANSFORMATION_ACTIVITY", "transformationActivity",
-         QORMetaLinkType::PARENT, true, 145, "StepPrecedence", Order::NONE, Names::ANY,
-         false, 343, 136},
-        MakerOf<QORStepPrecedence>::maker);
-
-constexpr End transformationOfTransformationActivity =
-    UnaryMembers<QORTransformationActivity, QORTransformation, &QORTransformationActivity::getTransformation,
-                 &QORTransformationActivity::addTransformation,
-                 &QORTransformationActivity::removeTransformation,
-                 &QORTransformationActivity::removeTransformation>::of(
-        {352, "TRANSFORMATION_ACTIVITY__TRANSFORMATION", "transformation",
-         QORMetaLinkType::CHILD, true, 135, "TransformationActivity", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformationActivity>::maker);
-
-constexpr End transformationActivityOfTransformation =
-    UnaryMembers<QORTransformation, QORTransformationActivity, &QORTransformation::getTransformationActivity,
-                 &QORTransformation::addTransformationActivity,
-                 &QORTransformation::removeTransformationActivity,
-                 &QORTransformation::removeTransformationActivity>::of(
-        {351, "TRANSFORMATION__TRANSFORMATION_ACTIVITY", "transformationActivity",
-         QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformation>::maker);
-
-constexpr End transformationOfTransformationStep =
-    UnaryMembers<QORTransformationStep, QORTransformation, &QORTransformationStep::getTransformation,
-                 &QORTransformationStep::addTransformation, &QORTransformationStep::removeTransformation,
-                 &QORTransformationStep::removeTransformation>::of(
-        {350, "TRANSFORMATION_STEP__TRANSFORMATION", "transformation",
-         QORMetaLinkType::CHILD, true, 136, "TransformationStep", Order::NONE, Names::ANY,
-         false, 329, 137},
-        MakerOf<QORTransformationStep>::maker);
-
-constexpr End transformationStepOfTransformation =
-    UnaryMembers<QORTransformation, QORTransformationStep, &QORTransformation::getTransformationStep,
-                 &QORTransformation::addTransformationStep, &QORTransformation::removeTransformationStep,
-                 &QORTransformation::removeTransformationStep>::of(
-        {346, "TRANSFORMATION__TRANSFORMATION_STEP", "transformationStep",
-         QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformation>::maker);
-
-constexpr End transformationOfTransformationTask =
-    NaryMembers<QORTransformationTask, QORTransformation, &QORTransformationTask::getTransformationCount,
-                &QORTransformationTask::getTransformation, &QORTransformationTask::addTransformation,
-                &QORTransformationTask::removeTransformation, &QORTransformationTask::removeTransformation,
-                &QORTransformationTask::removeTransformation,
-                &QORTransformationTask::removeTransformations>::of(
-        {279, "TRANSFORMATION_TASK__TRANSFORMATION", "transformation",
-         QORMetaLinkType::CHILD, false, 137, "TransformationTask", Order::BY_NAME, Names::ANY,
-         false, 302, 136},
-        MakerOf<QORTransformationTask>::maker);
-
-constexpr End transformationTaskOfTransformation =
-    UnaryMembers<QORTransformation, QORTransformationTask, &QORTransformation::getTransformationTask,
-                 &QORTransformation::addTransformationTask, &QORTransformation::removeTransformationTask,
-                 &QORTransformation::removeTransformationTask>::of(
-        {325, "TRANSFORMATION__TRANSFORMATION_TASK", "transformationTask",
-         QORMetaLinkType::PARENT, true, 79, "Transformation", Order::NONE, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformation>::maker);
-
-constexpr End transformationStepOfTransformationTask =
-    NaryMembers<QORTransformationTask, QORTransformationStep,
-                &QORTransformationTask::getTransformationStepCount,
-                &QORTransformationTask::getTransformationStep, &QORTransformationTask::addTransformationStep,
-                &QORTransformationTask::removeTransformationStep,
-                &QORTransformationTask::removeTransformationStep,
-                &QORTransformationTask::removeTransformationStep,
-                &QORTransformationTask::removeTransformationSteps>::of(
-        {302, "TRANSFORMATION_TASK__TRANSFORMATION_STEP", "transformationStep",
-         QORMetaLinkType::REF, false, 137, "TransformationTask", Order::BY_ADDRESS, Names::ANY,
-         false, 281, 110},
-        MakerOf<QORTransformationTask>::maker);
-
-constexpr End transformationTaskOfTransformationStep =
-    UnaryMembers<QORTransformationStep, QORTransformationTask, &QORTransformationStep::getTransformationTask,
-                 &QORTransformationStep::addTransformationTask,
-                 &QORTransformationStep::removeTransformationTask,
-                 &QORTransformationStep::removeTransformationTask>::of(
-        {329, "TRANSFORMATION_STEP__TRANSFORMATION_TASK", "transformationTask",
-         QORMetaLinkType::BACK_REF, true, 136, "TransformationStep", Order::NONE, Names::ANY,
-         false, 347, 145},
-        MakerOf<QORTransformationStep>::maker);
-
-constexpr End aliasTypeOfType =
-    NaryMembers<QORType, QORAliasType, &QORType::getAliasTypeCount, &QORType::getAliasType,
-                &QORType::addAliasType, &QORType::removeAliasType, &QORType::removeAliasType,
-                &QORType::removeAliasType, &QORType::removeAliasTypes>::of(
-        {250, "TYPE__ALIAS_TYPE", "aliasType",
-         QORMetaLinkType::REF, false, 3, "Type", Order::AS_ADDED, Names::ANY,
-         false, 2, 6},
-        MakerOf<QORAliasType>::maker);
-
-constexpr End aliasOfTypeOfAliasType =
-    UnaryMembers<QORAliasType, QORType, &QORAliasType::getAliasOfType, &QORAliasType::addAliasOfType,
-                 &QORAliasType::removeAliasOfType, &QORAliasType::removeAliasOfType>::of(
-        {2, "ALIAS_TYPE__ALIAS_OF__TYPE", "aliasOfType",
-         QORMetaLinkType::BACK_REF, true, 6, "AliasType", Order::NONE, Names::ANY,
-         false, 248, 24},
-        MakerOf<QORAliasType>::maker);
-
-constexpr End expressionNodeOfType =
-    NaryMembers<QORType, QORExpressionNode, &QORType::getExpressionNodeCount, &QORType::getExpressionNode,
-                &QORType::addExpressionNode, &QORType::removeExpressionNode, &QORType::removeExpressionNode,
-                &QORType::removeExpressionNode, &QORType::removeExpressionNodes>::of(
-        {280, "TYPE__EXPRESSION_NODE", "expressionNode",
-         QORMetaLinkType::REF, false, 3, "Type", Order::BY_ADDRESS, Names::ANY,
-         false, 2, 6},
-        MakerOf<QORAliasType>::maker);
-
-constexpr End typeOfExpressionNode =
-    UnaryMembers<QORExpressionNode, QORType, &QORExpressionNode::getType, &QORExpressionNode::addType,
-                 &QORExpressionNode::removeType, &QORExpressionNode::removeType>::of(
-        {289, "EXPRESSION_NODE__TYPE", "type",
-         QORMetaLinkType::BACK_REF, true, 113, "ExpressionNode", Order::NONE, Names::ANY,
-         false, 298, 103},
-        MakerOf<QORBranchingNode>::maker);
-
-constexpr End sourceTypeValueOfTypeValueMap =
-    UnaryMembers<QORTypeValueMap, QORTypeValue, &QORTypeValueMap::getSourceTypeValue,
-                 &QORTypeValueMap::addSourceTypeValue, &QORTypeValueMap::removeSourceTypeValue,
-                 &QORTypeValueMap::removeSourceTypeValue>::of(
-        {258, "TYPE_VALUE_MAP__SOURCE__TYPE_VALUE", "sourceTypeValue",
-         QORMetaLinkType::REF, true, 48, "TypeValueMap", Order::NONE, Names::ANY,
-         false, 259, 7},
-        MakerOf<QORTypeValueMap>::maker);
-
-constexpr End sourceOfTypeValueMapOfTypeValue =
-    NaryMembers<QORTypeValue, QORTypeValueMap, &QORTypeValue::getSourceOfTypeValueMapCount,
-                &QORTypeValue::getSourceOfTypeValueMap, &QORTypeValue::addSourceOfTypeValueMap,
-                &QORTypeValue::removeSourceOfTypeValueMap, &QORTypeValue::removeSourceOfTypeValueMap,
-                &QORTypeValue::removeSourceOfTypeValueMap, &QORTypeValue::removeSourceOfTypeValueMaps>::of(
-        {254, "TYPE_VALUE__SOURCE_OF__TYPE_VALUE_MAP", "sourceOfTypeValueMap",
-         QORMetaLinkType::BACK_REF, false, 7, "TypeValue", Order::BY_ADDRESS, Names::ANY,
-         false, 255, 48},
-        MakerOf<QORTypeValue>::maker);
-
-constexpr End destinationTypeValueOfTypeValueMap =
-    UnaryMembers<QORTypeValueMap, QORTypeValue, &QORTypeValueMap::getDestinationTypeValue,
-                 &QORTypeValueMap::addDestinationTypeValue, &QORTypeValueMap::removeDestinationTypeValue,
-                 &QORTypeValueMap::removeDestinationTypeValue>::of(
-        {259, "TYPE_VALUE_MAP__DESTINATION__TYPE_VALUE", "destinationTypeValue",
-         QORMetaLinkType::REF, true, 48, "TypeValueMap", Order::NONE, Names::ANY,
-         false, 258, 7},
-        MakerOf<QORTypeValueMap>::maker);
-
-constexpr End destinationOfTypeValueMapOfTypeValue =
-    NaryMembers<QORTypeValue, QORTypeValueMap, &QORTypeValue::getDestinationOfTypeValueMapCount,
-                &QORTypeValue::getDestinationOfTypeValueMap, &QORTypeValue::addDestinationOfTypeValueMap,
-                &QORTypeValue::removeDestinationOfTypeValueMap,
-                &QORTypeValue::removeDestinationOfTypeValueMap,
-                &QORTypeValue::removeDestinationOfTypeValueMap,
-                &QORTypeValue::removeDestinationOfTypeValueMaps>::of(
-        {255, "TYPE_VALUE__DESTINATION_OF__TYPE_VALUE_MAP", "destinationOfTypeValueMap",
-         QORMetaLinkType::BACK_REF, false, 7, "TypeValue", Order::BY_ADDRESS, Names::ANY,
-         false, 254, 48},
-        MakerOf<QORTypeValue>::maker);
 
 constexpr End defaultOfProductOfVersion =
     UnaryMembers<QORVersion, QORProduct, &QORVersion::getDefaultOfProduct, &QORVersion::addDefaultOfProduct,
                  &QORVersion::removeDefaultOfProduct, &QORVersion::removeDefaultOfProduct>::of(
         {263, "VERSION__DEFAULT_OF__PRODUCT", "defaultOfProduct",
          QORMetaLinkType::REF, true, 31, "Version", Order::NONE, Names::ANY,
-         false, 264, 150},
+         false, 73, 30, 1},
         MakerOf<QORVersion>::maker);
 
 constexpr End defaultVersionOfProduct =
@@ -591,63 +645,204 @@ constexpr End defaultVersionOfProduct =
                  &QORProduct::removeDefaultVersion, &QORProduct::removeDefaultVersion>::of(
         {216, "PRODUCT__DEFAULT__VERSION", "defaultVersion",
          QORMetaLinkType::BACK_REF, true, 30, "Product", Order::NONE, Names::ANY,
-         false, 72, 30},
+         false, 73, 30, 2},
         MakerOf<QORProduct>::maker);
-
-constexpr End formatOfVersion =
-    NaryMembers<QORVersion, QORFormat, &QORVersion::getFormatCount, &QORVersion::getFormat,
-                &QORVersion::addFormat, &QORVersion::removeFormat, &QORVersion::removeFormat,
-                &QORVersion::removeFormat, &QORVersion::removeFormats>::of(
-        {262, "VERSION__FORMAT", "format",
-         QORMetaLinkType::CHILD, false, 31, "Version", Order::BY_NAME, Names::UNIQUE,
-         false, 263, 30},
-        MakerOf<QORVersion>::maker);
-
-constexpr End versionOfFormat =
-    UnaryMembers<QORFormat, QORVersion, &QORFormat::getVersion, &QORFormat::addVersion,
-                 &QORFormat::removeVersion, &QORFormat::removeVersion>::of(
-        {125, "FORMAT__VERSION", "version",
-         QORMetaLinkType::PARENT, true, 32, "Format", Order::NONE, Names::ANY,
-         false, 369, 150},
-        MakerOf<QORConfigurationFormat>::maker);
-
-constexpr End predecessorVersionOfVersion =
-    NaryMembers<QORVersion, QORVersion, &QORVersion::getPredecessorVersionCount,
-                &QORVersion::getPredecessorVersion, &QORVersion::addPredecessorVersion,
-                &QORVersion::removePredecessorVersion, &QORVersion::removePredecessorVersion,
-                &QORVersion::removePredecessorVersion, &QORVersion::removePredecessorVersions>::of(
-        {266, "VERSION__PREDECESSOR__VERSION", "predecessorVersion",
-         QORMetaLinkType::REF, false, 31, "Version", Order::BY_ADDRESS, Names::ANY,
-         false, 263, 30},
-        MakerOf<QORVersion>::maker);
-
-constexpr End successorVersionOfVersion =
-    NaryMembers<QORVersion, QORVersion, &QORVersion::getSuccessorVersionCount,
-                &QORVersion::getSuccessorVersion, &QORVersion::addSuccessorVersion,
-                &QORVersion::removeSuccessorVersion, &QORVersion::removeSuccessorVersion,
-                &QORVersion::removeSuccessorVersion, &QORVersion::removeSuccessorVersions>::of(
-        {267, "VERSION__SUCCESSOR__VERSION", "successorVersion",
-         QORMetaLinkType::BACK_REF, false, 31, "Version", Order::BY_ADDRESS, Names::ANY,
-         false, 263, 30},
-        MakerOf<QORVersion>::maker);
 
 } // namespace
 
-TEST(QORPropertyValueByTable, PropertyTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(propertyTypeOfPropertyValue, instanciatedPropertyValueOfPropertyType);
+TEST(QORAssociationRoleByTable, QualifierAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(qualifierAttributeOfAssociationRole, qualifierOfAssociationRoleOfAttribute);
+    checkView(qualifierAttributeOfAssociationRole, qualifierOfAssociationRoleOfAttribute, fillView<QORAssociationRole, QORAttributeByPosition, &QORAssociationRole::getQualifierAttributeByPosition>);
 }
 
-TEST(QORPropertyTypeByTable, InstanciatedPropertyValueIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(instanciatedPropertyValueOfPropertyType, propertyTypeOfPropertyValue);
+TEST(QORAttributeByTable, QualifierOfAssociationRoleIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(qualifierOfAssociationRoleOfAttribute, qualifierAttributeOfAssociationRole);
 }
 
-TEST(QORReportByTable, ReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(reportItemOfReport, reportOfReportItem);
-    checkView(reportItemOfReport, reportOfReportItem, fillView<QORReport, QORReportItemByPosition, &QORReport::getReportItemByPosition>);
+TEST(QORBranchingNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(expressionNodeOfBranchingNode, branchingNodeOfExpressionNode, &MakerOf<QORBranchingNode>::maker);
+    checkView(expressionNodeOfBranchingNode, branchingNodeOfExpressionNode, fillView<QORBranchingNode, QORExpressionNodeByPosition, &QORBranchingNode::getExpressionNodeByPosition>);
 }
 
-TEST(QORReportItemByTable, ReportIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(reportOfReportItem, reportItemOfReport);
+TEST(QORExpressionNodeByTable, BranchingNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(branchingNodeOfExpressionNode, expressionNodeOfBranchingNode, &MakerOf<QORBranchingNode>::maker);
+}
+
+TEST(QORCandidateKeyByTable, PrimaryOfClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(primaryOfClassOfCandidateKey, primaryCandidateKeyOfClass);
+}
+
+TEST(QORClassByTable, PrimaryCandidateKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(primaryCandidateKeyOfClass, primaryOfClassOfCandidateKey);
+}
+
+TEST(QORClassByTable, SpecificationOfRealizationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(specificationOfRealizationOfClass, specificationClassOfRealization);
+}
+
+TEST(QORRealizationByTable, SpecificationClassIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(specificationClassOfRealization, specificationOfRealizationOfClass);
+}
+
+TEST(QORClassMapByTable, SourceAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceAttributeOfClassMap, sourceOfClassMapOfAttribute);
+}
+
+TEST(QORAttributeByTable, SourceOfClassMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfClassMapOfAttribute, sourceAttributeOfClassMap);
+}
+
+TEST(QORClassifierByTable, FeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(featureOfClassifier, classifierOfFeature);
+    checkView(featureOfClassifier, classifierOfFeature, fillView<QORClassifier, QORFeatureByPosition, &QORClassifier::getFeatureByPosition>);
+}
+
+TEST(QORFeatureByTable, ClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(classifierOfFeature, featureOfClassifier);
+}
+
+TEST(QORClassifierMapByTable, DestinationClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationClassifierOfClassifierMap, destinationOfClassifierMapOfClassifier);
+}
+
+TEST(QORClassifierByTable, DestinationOfClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfClassifierMapOfClassifier, destinationClassifierOfClassifierMap);
+}
+
+TEST(QORCubeByTable, CubeDimensionAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeDimensionAssociationOfCube, cubeOfCubeDimensionAssociation);
+}
+
+TEST(QORCubeDimensionAssociationByTable, CubeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(cubeOfCubeDimensionAssociation, cubeDimensionAssociationOfCube);
+}
+
+TEST(QORDesignPackageByTable, ModelElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelElementOfDesignPackage, designPackageOfModelElement);
+}
+
+TEST(QORModelElementByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(designPackageOfModelElement, modelElementOfDesignPackage);
+}
+
+TEST(QORDesignPackageByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(transformationActivityOfDesignPackage, designPackageOfTransformationActivity);
+}
+
+TEST(QORTransformationActivityByTable, DesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(designPackageOfTransformationActivity, transformationActivityOfDesignPackage);
+}
+
+TEST(QORDesignPackageByTable, ImportedModelObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(importedModelObjectOfDesignPackage, importedByDesignPackageOfModelObject, &MakerOf<QORDesignPackage>::maker);
+}
+
+TEST(QORModelObjectByTable, ImportedByDesignPackageIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(importedByDesignPackageOfModelObject, importedModelObjectOfDesignPackage, &MakerOf<QORDesignPackage>::maker);
+}
+
+TEST(QORDiagramByTable, ModelElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(modelElementOfDiagram, diagramOfModelElement);
+}
+
+TEST(QORModelElementByTable, DiagramIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(diagramOfModelElement, modelElementOfDiagram);
+}
+
+TEST(QORDimensionByTable, JoinIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(joinOfDimension, dimensionOfJoin);
+}
+
+TEST(QORJoinByTable, DimensionIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(dimensionOfJoin, joinOfDimension);
+}
+
+TEST(QORDrillPathByTable, TopDrillPathLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(topDrillPathLevelAssociationOfDrillPath, topOfDrillPathOfDrillPathLevelAssociation);
+}
+
+TEST(QORDrillPathLevelAssociationByTable, TopOfDrillPathIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(topOfDrillPathOfDrillPathLevelAssociation, topDrillPathLevelAssociationOfDrillPath);
+}
+
+TEST(QORElementByTable, ReferencedByElementNamePartIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(referencedByElementNamePartOfElement, referencedElementOfElementNamePart);
+}
+
+TEST(QORElementNamePartByTable, ReferencedElementIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(referencedElementOfElementNamePart, referencedByElementNamePartOfElement);
+}
+
+TEST(QOREnumeratedTypeMapByTable, SourceDerivedTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceDerivedTypeOfEnumeratedTypeMap, sourceOfEnumeratedTypeMapOfDerivedType);
+}
+
+TEST(QORDerivedTypeByTable, SourceOfEnumeratedTypeMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfEnumeratedTypeMapOfDerivedType, sourceDerivedTypeOfEnumeratedTypeMap);
+}
+
+TEST(QORFeatureMapByTable, DestinationFeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationFeatureOfFeatureMap, destinationOfFeatureMapOfFeature);
+}
+
+TEST(QORFeatureByTable, DestinationOfFeatureMapIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(destinationOfFeatureMapOfFeature, destinationFeatureOfFeatureMap);
+}
+
+TEST(QORGeneralizationByTable, DiscriminatorAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(discriminatorAttributeOfGeneralization, discriminatorOfGeneralizationOfAttribute);
+}
+
+TEST(QORAttributeByTable, DiscriminatorOfGeneralizationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(discriminatorOfGeneralizationOfAttribute, discriminatorAttributeOfGeneralization);
+}
+
+TEST(QORLevelByTable, ParentOfLevelAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parentOfLevelAssociationOfLevel, parentLevelOfLevelAssociation);
+}
+
+TEST(QORLevelAssociationByTable, ParentLevelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parentLevelOfLevelAssociation, parentOfLevelAssociationOfLevel);
+}
+
+TEST(QORLevelKeyByTable, LevelAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelAttributeOfLevelKey, levelKeyOfLevelAttribute);
+}
+
+TEST(QORLevelAttributeByTable, LevelKeyIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(levelKeyOfLevelAttribute, levelAttributeOfLevelKey);
+}
+
+TEST(QORMappingFormatByTable, SourceModelFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceModelFormatOfMappingFormat, sourceOfMappingFormatOfModelFormat);
+}
+
+TEST(QORModelFormatByTable, SourceOfMappingFormatIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfMappingFormatOfModelFormat, sourceModelFormatOfMappingFormat);
+}
+
+TEST(QORMappingModelByTable, PropertyElementTypeScopeIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(propertyElementTypeScopeOfMappingModel, mappingModelOfPropertyElementTypeScope);
+}
+
+TEST(QORPropertyElementTypeScopeByTable, MappingModelIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(mappingModelOfPropertyElementTypeScope, propertyElementTypeScopeOfMappingModel);
+}
+
+TEST(QORPhysicalObjectByTable, SourceOfPhysicalRelationshipIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourceOfPhysicalRelationshipOfPhysicalObject, sourcePhysicalObjectOfPhysicalRelationship);
+}
+
+TEST(QORPhysicalRelationshipByTable, SourcePhysicalObjectIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(sourcePhysicalObjectOfPhysicalRelationship, sourceOfPhysicalRelationshipOfPhysicalObject);
+}
+
+TEST(QORProductByTable, ChildProductIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(childProductOfProduct, parentProductOfProduct, &MakerOf<QORProduct>::maker);
+}
+
+TEST(QORProductByTable, ParentProductIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(parentProductOfProduct, childProductOfProduct, &MakerOf<QORProduct>::maker);
 }
 
 TEST(QORReportByTable, ClassifierIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -664,56 +859,6 @@ TEST(QORReportAttributeByTable, ReportFieldIsLinkedUnlinkedAndDeletedOnBothSides
 
 TEST(QORReportFieldByTable, ReportAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(reportAttributeOfReportField, reportFieldOfReportAttribute);
-}
-
-TEST(QORReportItemByTable, ChildReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(childReportItemOfReportItem, parentReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
-    checkView(childReportItemOfReportItem, parentReportItemOfReportItem, fillView<QORReportItem, QORReportItemByPosition, &QORReportItem::getChildReportItemByPosition>);
-}
-
-TEST(QORReportItemByTable, ParentReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(parentReportItemOfReportItem, childReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
-}
-
-TEST(QORReportItemByTable, ReferencedByReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(referencedByReportItemOfReportItem, referencedReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
-}
-
-TEST(QORReportItemByTable, ReferencedReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(referencedReportItemOfReportItem, referencedByReportItemOfReportItem, &MakerOf<QORReportAxis>::maker);
-}
-
-TEST(QORReportItemByTable, ConditionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(conditionOfReportItem, reportItemOfCondition);
-}
-
-TEST(QORConditionByTable, ReportItemIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(reportItemOfCondition, conditionOfReportItem);
-}
-
-TEST(QORSQLViewAttributeByTable, SourceFeatureIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceFeatureOfSQLViewAttribute, sourceOfSQLViewAttributeOfFeature, &MakerOf<QORSQLViewAttribute>::maker);
-}
-
-TEST(QORFeatureByTable, SourceOfSQLViewAttributeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfSQLViewAttributeOfFeature, sourceFeatureOfSQLViewAttribute, &MakerOf<QORSQLViewAttribute>::maker);
-}
-
-TEST(QORSQLViewEntityByTable, DestinationOfSQLViewAssociationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfSQLViewAssociationOfSQLViewEntity, destinationSQLViewEntityOfSQLViewAssociation);
-}
-
-TEST(QORSQLViewAssociationByTable, DestinationSQLViewEntityIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationSQLViewEntityOfSQLViewAssociation, destinationOfSQLViewAssociationOfSQLViewEntity);
-}
-
-TEST(QORSQLViewEntityByTable, OperationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(operationOfSQLViewEntity, associatedSQLViewEntityOfOperation);
-    checkView(operationOfSQLViewEntity, associatedSQLViewEntityOfOperation, fillView<QORSQLViewEntity, QOROperationByPosition, &QORSQLViewEntity::getOperationByPosition>);
-}
-
-TEST(QOROperationByTable, AssociatedSQLViewEntityIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(associatedSQLViewEntityOfOperation, operationOfSQLViewEntity);
 }
 
 TEST(QORStatementNodeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
@@ -733,138 +878,10 @@ TEST(QORExpressionNodeByTable, ReferencedByStatementNodeIsLinkedUnlinkedAndDelet
     checkEnd(referencedByStatementNodeOfExpressionNode, referencedExpressionNodeOfStatementNode, &MakerOf<QORStatementNode>::maker);
 }
 
-TEST(QORStepPrecedenceByTable, SourceTransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceTransformationStepOfStepPrecedence, sourceOfStepPrecedenceOfTransformationStep);
-}
-
-TEST(QORTransformationStepByTable, SourceOfStepPrecedenceIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfStepPrecedenceOfTransformationStep, sourceTransformationStepOfStepPrecedence);
-}
-
-TEST(QORStepPrecedenceByTable, DestinationTransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationTransformationStepOfStepPrecedence, destinationOfStepPrecedenceOfTransformationStep);
-}
-
-TEST(QORTransformationStepByTable, DestinationOfStepPrecedenceIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfStepPrecedenceOfTransformationStep, destinationTransformationStepOfStepPrecedence);
-}
-
-TEST(QORTransformationByTable, ClassifierMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(classifierMapOfTransformation, transformationOfClassifierMap);
-}
-
-TEST(QORClassifierMapByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationOfClassifierMap, classifierMapOfTransformation);
-}
-
-TEST(QORTransformationByTable, DataSetIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(dataSetOfTransformation, transformationOfDataSet);
-}
-
-TEST(QORDataSetByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationOfDataSet, dataSetOfTransformation);
-}
-
-TEST(QORTransformationActivityByTable, TransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationStepOfTransformationActivity, transformationActivityOfTransformationStep);
-}
-
-TEST(QORTransformationStepByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationActivityOfTransformationStep, transformationStepOfTransformationActivity);
-}
-
-TEST(QORTransformationActivityByTable, StepPrecedenceIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(stepPrecedenceOfTransformationActivity, transformationActivityOfStepPrecedence);
-}
-
-TEST(QORStepPrecedenceByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationActivityOfStepPrecedence, stepPrecedenceOfTransformationActivity);
-}
-
-TEST(QORTransformationActivityByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationOfTransformationActivity, transformationActivityOfTransformation);
-}
-
-TEST(QORTransformationByTable, TransformationActivityIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationActivityOfTransformation, transformationOfTransformationActivity);
-}
-
-TEST(QORTransformationStepByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationOfTransformationStep, transformationStepOfTransformation);
-}
-
-TEST(QORTransformationByTable, TransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationStepOfTransformation, transformationOfTransformationStep);
-}
-
-TEST(QORTransformationTaskByTable, TransformationIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationOfTransformationTask, transformationTaskOfTransformation);
-}
-
-TEST(QORTransformationByTable, TransformationTaskIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationTaskOfTransformation, transformationOfTransformationTask);
-}
-
-TEST(QORTransformationTaskByTable, TransformationStepIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationStepOfTransformationTask, transformationTaskOfTransformationStep);
-}
-
-TEST(QORTransformationStepByTable, TransformationTaskIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(transformationTaskOfTransformationStep, transformationStepOfTransformationTask);
-}
-
-TEST(QORTypeByTable, AliasTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(aliasTypeOfType, aliasOfTypeOfAliasType, &MakerOf<QORAliasType>::maker);
-}
-
-TEST(QORAliasTypeByTable, AliasOfTypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(aliasOfTypeOfAliasType, aliasTypeOfType, &MakerOf<QORAliasType>::maker);
-}
-
-TEST(QORTypeByTable, ExpressionNodeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(expressionNodeOfType, typeOfExpressionNode);
-}
-
-TEST(QORExpressionNodeByTable, TypeIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(typeOfExpressionNode, expressionNodeOfType);
-}
-
-TEST(QORTypeValueMapByTable, SourceTypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceTypeValueOfTypeValueMap, sourceOfTypeValueMapOfTypeValue);
-}
-
-TEST(QORTypeValueByTable, SourceOfTypeValueMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(sourceOfTypeValueMapOfTypeValue, sourceTypeValueOfTypeValueMap);
-}
-
-TEST(QORTypeValueMapByTable, DestinationTypeValueIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationTypeValueOfTypeValueMap, destinationOfTypeValueMapOfTypeValue);
-}
-
-TEST(QORTypeValueByTable, DestinationOfTypeValueMapIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(destinationOfTypeValueMapOfTypeValue, destinationTypeValueOfTypeValueMap);
-}
-
 TEST(QORVersionByTable, DefaultOfProductIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(defaultOfProductOfVersion, defaultVersionOfProduct);
 }
 
 TEST(QORProductByTable, DefaultVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
     checkEnd(defaultVersionOfProduct, defaultOfProductOfVersion);
-}
-
-TEST(QORVersionByTable, FormatIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(formatOfVersion, versionOfFormat);
-}
-
-TEST(QORFormatByTable, VersionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(versionOfFormat, formatOfVersion);
-}
-
-TEST(QORVersionByTable, PredecessorVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(predecessorVersionOfVersion, successorVersionOfVersion, &MakerOf<QORVersion>::maker);
-}
-
-TEST(QORVersionByTable, SuccessorVersionIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(successorVersionOfVersion, predecessorVersionOfVersion, &MakerOf<QORVersion>::maker);
 }

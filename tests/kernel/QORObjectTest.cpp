@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <new>
@@ -201,7 +202,7 @@ TEST(QORObject, RootAnswersOfTheVirtualOperations) {
 
 TEST(QORObject, IsInstanceOfObjectOnly) {
     QORObject const object;
-    for (int type = -1; type <= 151; ++type)
+    for (int type = -1; type <= static_cast<int>(std::size(QorElementTypeStringArray)); ++type)
         EXPECT_EQ(type == QORElementType::OBJECT, object.isInstanceOf(static_cast<QORElementType>(type)))
             << type;
 }

@@ -303,6 +303,11 @@ TEST_F(QORMetaRepositoryTest, IsOne) {
     EXPECT_EQ(QORMetaRepository::getMetaRepository(), &repository);
 }
 
+/// The accessors by number are compiled into callers' programs.
+TEST_F(QORMetaRepositoryTest, HoldsNoArrayThatGrowsWithAVocabulary) {
+    EXPECT_EQ(sizeof(QORMetaRepository), 4 * sizeof(void*));
+}
+
 TEST_F(QORMetaRepositoryTest, KnowsEachRecordByIdOnceItIsMade) {
     QORMetaClass& root = newClass(nullptr, QORElementType::CONFIGURATION_FORMAT, "ByIdRoot");
     EXPECT_EQ(repository.getMetaClassByID(QORElementType::CONFIGURATION_FORMAT), &root);

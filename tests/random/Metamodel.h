@@ -9,7 +9,8 @@
 
 #include <vector>
 
-/// The class tables as constant data, for the model of the random test: nothing of it comes from the library.
+/// The class tables as constant data, for the model of the random test and for what the checks of classes
+/// share: nothing of it comes from the library.
 namespace metamodel {
 
 enum class Container {
@@ -65,6 +66,7 @@ struct Attribute {
     bool compared;
     bool assigned;
     char const* const* enumerators; ///< texts by value, closed by null; an empty one is retired
+    int place;                      ///< of its record among those of the class
 };
 
 /// A class with what it declares itself, in the order of its fields.
@@ -86,6 +88,10 @@ struct Class {
 std::vector<Class> const& classes();
 /// All link ends, by number.
 std::vector<End> const& ends();
+/// The attributes that a class declares itself, in the order of its fields.
+std::vector<Attribute> attributesOf(int classId);
+/// The numbers of the ends that a class declares itself, in the order of its fields.
+std::vector<int> endsOf(int classId);
 
 // ---- how the tables reach the typed members ---------------------------------------------------------------
 

@@ -2,8 +2,12 @@
 
 #include "Model.h"
 
+#include <qor/QORAssociationType.h>
+#include <qor/QORElementType.h>
+
 #include <array>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace model {
@@ -52,12 +56,17 @@ char const* describe(Kind kind);
 bool concernsEnd(Kind kind);
 std::string describe(Step const& step);
 
-/// How often each thing was done, over many universes.
+/// The number of texts in a vocabulary's array, which a null pointer closes.
+template <class Texts>
+constexpr std::size_t placesIn = std::extent_v<Texts> - 1;
+
+/// How often each thing was done, over many universes, in memory that processes share.
 struct Coverage {
-    std::array<long, static_cast<std::size_t>(Kind::COUNT)> steps; ///< that did something
-    std::array<long, 151> created;                                 ///< objects by class
-    std::array<long, 375> linked;                                  ///< links made by end
-    std::array<std::array<long, 4>, 375> removed;                  ///< removals by end and form
+    std::array<long, static_cast<std::size_t>(Kind::COUNT)> steps;              ///< that did something
+    std::array<long, placesIn<decltype(QorElementTypeStringArray)>> created;    ///< objects by class
+    std::array<long, placesIn<decltype(QorAssociationTypeStringArray)>> linked; ///< links made by end
+    /// Removals by end and form.
+    std::array<std::array<long, 4>, placesIn<decltype(QorAssociationTypeStringArray)>> removed;
     std::array<long, static_cast<std::size_t>(Container::NAME_VECTOR) + 1> elements; ///< added, by container
     long largestTree;
     long largestVector;

@@ -43,6 +43,7 @@ struct LinkRow {
     bool leftToDestructor;
     int companionId;    ///< another end of the objects that have this one, -1 if there is none
     int companionClass; ///< what is to be linked there
+    int place;          ///< among the ends that the class declares itself
 };
 
 /// An end with its typed members. Those of the other shape are null.
@@ -176,6 +177,9 @@ inline void checkLinkRecord(End const& end) {
     EXPECT_EQ(row.type, record.getType());
     ASSERT_NE(nullptr, record.getMetaClass());
     EXPECT_EQ(row.ownerId, static_cast<int>(record.getMetaClass()->getId()));
+    QORVector const& records = record.getMetaClass()->getMetaLinks();
+    QORMetaClass const* const base = record.getMetaClass()->getParent();
+    EXPECT_EQ(&record, records[(base ? base->getMetaLinks().size : 0) + row.place]);
     Subject object(end.maker, false);
     EXPECT_EQ(&record, object->getMetaClass()->getMetaLinkByRoleName(row.role));
     EXPECT_EQ(&record, object->getMetaClass()->getMetaLinkByName(row.text));

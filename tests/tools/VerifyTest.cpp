@@ -101,6 +101,7 @@ TEST(Verify, FindsNothingAtAnyLinkThatTheLibraryMakes) {
         auto const linkId = static_cast<QORAssociationType>(id);
         QORMetaLink* const link = QORMetaRepository::getMetaRepository()->getMetaLinkByID(linkId);
         if (!link) {
+            EXPECT_STREQ("", QorAssociationTypeStringArray[id]) << "only a retired end has no record";
             continue;
         }
         SCOPED_TRACE(link->getName().chars);
@@ -113,7 +114,7 @@ TEST(Verify, FindsNothingAtAnyLinkThatTheLibraryMakes) {
         EXPECT_THAT(verify(*near), IsEmpty());
         ++links;
     }
-    EXPECT_EQ(links, 342);
+    EXPECT_GT(links, 0);
 }
 
 TEST(Verify, FindsNothingInAModelWithManyLinks) {

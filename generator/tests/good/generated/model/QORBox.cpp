@@ -52,15 +52,15 @@ QORMetaClass* QORBox::getMetaClass() const {
 }
 
 bool QORBox::_addStandsOnBox(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[0], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BOX__STANDS_ON__BOX], far);
 }
 
 bool QORBox::addStandsOnBox(QORBox* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[0], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BOX__STANDS_ON__BOX], far);
 }
 
 bool QORBox::removeStandsOnBox(QORBox* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[0], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BOX__STANDS_ON__BOX], far);
 }
 
 QORBox* QORBox::getStandsOnBox() const {
@@ -68,35 +68,35 @@ QORBox* QORBox::getStandsOnBox() const {
 }
 
 bool QORBox::removeStandsOnBox() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[0]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::BOX__STANDS_ON__BOX]);
 }
 
 bool QORBox::_addCarriesBox(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[1], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX], far);
 }
 
 bool QORBox::addCarriesBox(QORBox* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[1], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX], far);
 }
 
 bool QORBox::removeCarriesBox(QORBox* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[1], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX], far);
 }
 
 QORBox* QORBox::getCarriesBox(int index) const {
-    return static_cast<QORBox*>(QORRecipe::at(*this, QORMetamodel::ends[1], index));
+    return static_cast<QORBox*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX], index));
 }
 
 bool QORBox::removeCarriesBox(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[1], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX], index);
 }
 
 bool QORBox::removeCarriesBox(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[1], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX], wanted, cursor);
 }
 
 void QORBox::removeCarriesBoxs() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[1]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::BOX__CARRIES__BOX]);
 }
 
 QORMetaClass* QORBox::getStaticMetaClass() {
@@ -115,9 +115,9 @@ QORMetaClass* QORBox::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::BOX__STANDS_ON__BOX, "standsOnBox", 0,
+        {QORAssociationType::BOX__STANDS_ON__BOX, "standsOnBox",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBox::_addStandsOnBox)},
-        {QORAssociationType::BOX__CARRIES__BOX, "carriesBox", 1,
+        {QORAssociationType::BOX__CARRIES__BOX, "carriesBox",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORBox::_addCarriesBox)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::BOX), QORThing::getStaticMetaClass(), false,

@@ -67,48 +67,48 @@ QORMetaClass* QORShelf::getMetaClass() const {
 }
 
 bool QORShelf::_addThing(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], far);
 }
 
 bool QORShelf::addThing(QORThing* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], far);
 }
 
 bool QORShelf::removeThing(QORThing* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], far);
 }
 
 QORThing* QORShelf::getThing(int index) const {
-    return static_cast<QORThing*>(QORRecipe::at(*this, QORMetamodel::ends[2], index));
+    return static_cast<QORThing*>(QORRecipe::at(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], index));
 }
 
 bool QORShelf::removeThing(int index) {
-    return QORRecipe::removeAt(*this, QORMetamodel::ends[2], index);
+    return QORRecipe::removeAt(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], index);
 }
 
 bool QORShelf::removeThing(QORString const& wanted, int* cursor) {
-    return QORRecipe::removeNamed(*this, QORMetamodel::ends[2], wanted, cursor);
+    return QORRecipe::removeNamed(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], wanted, cursor);
 }
 
 void QORShelf::removeThings() {
-    QORRecipe::removeAll(*this, QORMetamodel::ends[2]);
+    QORRecipe::removeAll(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING]);
 }
 
 QORThing* QORShelf::getThing(QORString const& wanted, int* cursor) const {
-    return static_cast<QORThing*>(QORRecipe::find(*this, QORMetamodel::ends[2], wanted, cursor));
+    return static_cast<QORThing*>(QORRecipe::find(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], wanted, cursor));
 }
 
 bool QORShelf::containsThing(QORThing const* far) const {
-    return QORRecipe::contains(*this, QORMetamodel::ends[2], far);
+    return QORRecipe::contains(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], far);
 }
 
 void QORShelf::getThingByPosition(QORThingByPosition& view) const {
-    QORRecipe::fill(*this, QORMetamodel::ends[2], view);
+    QORRecipe::fill(*this, QORMetamodel::ends[QORAssociationType::SHELF__THING], view);
 }
 
 QORMetaClass* QORShelf::getStaticMetaClass() {
     static QORLinkEntry const links[] = {
-        {QORAssociationType::SHELF__THING, "thing", 2,
+        {QORAssociationType::SHELF__THING, "thing",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORShelf::_addThing)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::SHELF), QORObject::getStaticMetaClass(), false,

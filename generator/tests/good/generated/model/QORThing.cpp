@@ -71,15 +71,15 @@ QORMetaClass* QORThing::getMetaClass() const {
 }
 
 bool QORThing::_addShelf(QORObject* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[3], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::THING__SHELF], far);
 }
 
 bool QORThing::addShelf(QORShelf* far) {
-    return QORRecipe::link(*this, QORMetamodel::ends[3], far);
+    return QORRecipe::link(*this, QORMetamodel::ends[QORAssociationType::THING__SHELF], far);
 }
 
 bool QORThing::removeShelf(QORShelf* far) {
-    return QORRecipe::unlink(*this, QORMetamodel::ends[3], far);
+    return QORRecipe::unlink(*this, QORMetamodel::ends[QORAssociationType::THING__SHELF], far);
 }
 
 QORShelf* QORThing::getShelf() const {
@@ -87,7 +87,7 @@ QORShelf* QORThing::getShelf() const {
 }
 
 bool QORThing::removeShelf() {
-    return QORRecipe::remove(*this, QORMetamodel::ends[3]);
+    return QORRecipe::remove(*this, QORMetamodel::ends[QORAssociationType::THING__SHELF]);
 }
 
 QORMetaClass* QORThing::getStaticMetaClass() {
@@ -102,7 +102,7 @@ QORMetaClass* QORThing::getStaticMetaClass() {
          {}, {}},
     };
     static QORLinkEntry const links[] = {
-        {QORAssociationType::THING__SHELF, "shelf", 3,
+        {QORAssociationType::THING__SHELF, "shelf",
          static_cast<bool (QORObject::*)(QORObject*)>(&QORThing::_addShelf)},
     };
     static QORClassRecords records(QORMetamodel::description(QORElementType::THING), QORObject::getStaticMetaClass(), true,

@@ -12,42 +12,19 @@
 namespace metamodel {
 namespace {
 
-constexpr char const* const textsOfColourType[] = {
-    "RED", "", "NULL",
-    nullptr};
-
 std::vector<Class> makeClasses() {
-    std::vector<Class> rows(151);
-    rows[0] = {0, "QORObject", -1, false, {
-        {0, "id", QORMetaAttributeType::INT, "0", true, true, nullptr},
-        {1, "name", QORMetaAttributeType::STRING, "", true, true, nullptr},
-    },
-        {},
+    std::vector<Class> rows(7);
+    rows[0] = {0, "QORObject", -1, false, attributesOf(0), endsOf(0),
         nullptr, nullptr, nullptr, nullptr};
-    rows[1] = {1, "QORShelf", 0, false, {
-    },
-        {0},
+    rows[1] = {1, "QORShelf", 0, false, attributesOf(1), endsOf(1),
         Made<QORShelf>::make, Made<QORShelf>::makeWatched, Made<QORShelf>::copy, Made<QORShelf>::assign};
-    rows[3] = {3, "QORThing", 0, true, {
-        {3, "label", QORMetaAttributeType::STRING, "", false, true, nullptr},
-        {2, "position", QORMetaAttributeType::SHORT, "0", true, true, nullptr},
-    },
-        {1},
+    rows[3] = {3, "QORThing", 0, true, attributesOf(3), endsOf(3),
         nullptr, nullptr, nullptr, nullptr};
-    rows[4] = {4, "QORBox", 3, false, {
-        {5, "colour", QORMetaAttributeType::ENUM, "NULL", true, true, textsOfColourType},
-        {6, "packedAt", QORMetaAttributeType::DATE, "00:00:00 ", false, false, nullptr},
-        {7, "weight", QORMetaAttributeType::INT, "-1", true, true, nullptr},
-    },
-        {2, 3},
+    rows[4] = {4, "QORBox", 3, false, attributesOf(4), endsOf(4),
         Made<QORBox>::make, Made<QORBox>::makeWatched, Made<QORBox>::copy, Made<QORBox>::assign};
-    rows[5] = {5, "QORVase", 3, false, {
-    },
-        {},
+    rows[5] = {5, "QORVase", 3, false, attributesOf(5), endsOf(5),
         Made<QORVase>::make, Made<QORVase>::makeWatched, Made<QORVase>::copy, Made<QORVase>::assign};
-    rows[6] = {6, "QORFluid", 3, true, {
-    },
-        {},
+    rows[6] = {6, "QORFluid", 3, true, attributesOf(6), endsOf(6),
         nullptr, nullptr, nullptr, nullptr};
     return rows;
 }

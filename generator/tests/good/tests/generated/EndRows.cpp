@@ -14,7 +14,7 @@ namespace metamodel {
 namespace {
 
 std::vector<End> makeEnds() {
-    std::vector<End> rows(375);
+    std::vector<End> rows(4);
     rows[0] = end<Nary<QORShelf, QORThing, &QORShelf::getThingCount, &QORShelf::getThing, &QORShelf::addThing, &QORShelf::removeThing, &QORShelf::removeThing, &QORShelf::removeThing, &QORShelf::removeThings>, Finding<QORShelf, QORThing, &QORShelf::getThing, &QORShelf::containsThing>, ByPosition<QORShelf, QORThingByPosition, &QORShelf::getThingByPosition>>(
         {0, "QORShelf", "thing", 1, 1, QORMetaLinkType::CHILD, Container::NAME_TREE, true,
          nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr});
@@ -35,6 +35,19 @@ std::vector<End> makeEnds() {
 std::vector<End> const& ends() {
     static std::vector<End> const rows = makeEnds();
     return rows;
+}
+
+std::vector<int> endsOf(int classId) {
+    switch (classId) {
+    case 1:
+        return {0};
+    case 3:
+        return {1};
+    case 4:
+        return {2, 3};
+    default:
+        return {};
+    }
 }
 
 } // namespace metamodel

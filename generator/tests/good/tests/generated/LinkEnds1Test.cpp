@@ -3,34 +3,39 @@
 #include "LinkEndChecks.h"
 
 #include <qor/QORBox.h>
+#include <qor/QORShelf.h>
+#include <qor/QORThing.h>
+#include <qor/QORThingByPosition.h>
 
 using namespace table;
 
 namespace {
 
-constexpr End standsOnBoxOfBox =
-    UnaryMembers<QORBox, QORBox, &QORBox::getStandsOnBox, &QORBox::addStandsOnBox, &QORBox::removeStandsOnBox,
-                 &QORBox::removeStandsOnBox>::of(
-        {2, "BOX__STANDS_ON__BOX", "standsOnBox",
-         QORMetaLinkType::REF, true, 4, "Box", Order::NONE, Names::ANY,
-         false, 3, 4},
-        MakerOf<QORBox>::maker);
+constexpr End thingOfShelf =
+    NaryMembers<QORShelf, QORThing, &QORShelf::getThingCount, &QORShelf::getThing, &QORShelf::addThing,
+                &QORShelf::removeThing, &QORShelf::removeThing, &QORShelf::removeThing,
+                &QORShelf::removeThings>::of(
+        {0, "SHELF__THING", "thing",
+         QORMetaLinkType::CHILD, false, 1, "Shelf", Order::BY_NAME, Names::UNIQUE,
+         true, -1, -1, 0},
+        MakerOf<QORShelf>::maker);
 
-constexpr End carriesBoxOfBox =
-    NaryMembers<QORBox, QORBox, &QORBox::getCarriesBoxCount, &QORBox::getCarriesBox, &QORBox::addCarriesBox,
-                &QORBox::removeCarriesBox, &QORBox::removeCarriesBox, &QORBox::removeCarriesBox,
-                &QORBox::removeCarriesBoxs>::of(
-        {3, "BOX__CARRIES__BOX", "carriesBox",
-         QORMetaLinkType::BACK_REF, false, 4, "Box", Order::AS_ADDED, Names::ANY,
-         false, 2, 4},
+constexpr End shelfOfThing =
+    UnaryMembers<QORThing, QORShelf, &QORThing::getShelf, &QORThing::addShelf, &QORThing::removeShelf,
+                 &QORThing::removeShelf>::of(
+        {1, "THING__SHELF", "shelf",
+         QORMetaLinkType::PARENT, true, 3, "Thing", Order::NONE, Names::ANY,
+         false, 2, 4, 0},
         MakerOf<QORBox>::maker);
 
 } // namespace
 
-TEST(QORBoxByTable, StandsOnBoxIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(standsOnBoxOfBox, carriesBoxOfBox, &MakerOf<QORBox>::maker);
+TEST(QORShelfByTable, ThingIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(thingOfShelf, shelfOfThing);
+    checkView(thingOfShelf, shelfOfThing, fillView<QORShelf, QORThingByPosition, &QORShelf::getThingByPosition>);
+    checkFinding<QORShelf, QORThing, &QORShelf::getThing, &QORShelf::containsThing>(thingOfShelf, shelfOfThing);
 }
 
-TEST(QORBoxByTable, CarriesBoxIsLinkedUnlinkedAndDeletedOnBothSides) {
-    checkEnd(carriesBoxOfBox, standsOnBoxOfBox, &MakerOf<QORBox>::maker);
+TEST(QORThingByTable, ShelfIsLinkedUnlinkedAndDeletedOnBothSides) {
+    checkEnd(shelfOfThing, thingOfShelf);
 }
