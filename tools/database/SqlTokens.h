@@ -51,8 +51,8 @@ std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t ope
 /// Whether both names are equal but for the case of ASCII letters.
 bool equalIgnoringCase(std::string_view left, std::string_view right);
 
-/// Whether the character is white space in SQL: a space, or an ASCII character from tab to carriage return. The
-/// locale doesn't matter.
+/// Whether the character is white space in SQL: a space, or an ASCII character from tab to carriage return.
+/// The locale doesn't matter.
 bool isBlank(char character);
 
 /// ASCII letters in upper case.
