@@ -7,11 +7,11 @@
 
 namespace database {
 
-/// An index as JSON on one line, its columns by name, for where there can be no object.
+/// An index as JSON on one line, its columns by name, for places that can have no object.
 std::string writeIndexText(Index const& index, Table const& table);
 
-/// The index of a table again, without its number; nothing if the text isn't one, or names a column that
-/// there isn't.
+/// Reads the index of a table back, without its number. Returns nothing if the text isn't one, or names a
+/// column that doesn't exist.
 std::optional<Index> readIndexText(std::string const& text, Table const& table);
 
 } // namespace database

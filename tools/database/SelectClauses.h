@@ -6,7 +6,7 @@
 
 namespace database {
 
-/// What a SELECT is made of, apart from its columns and tables. A clause that it hasn't is empty.
+/// The clauses of a SELECT, apart from its columns and tables. A missing clause is empty.
 struct SelectClauses {
     std::string quantifier; ///< "ALL", "DISTINCT" or nothing
     std::string where;

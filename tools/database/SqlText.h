@@ -4,7 +4,7 @@
 
 namespace database {
 
-/// Whether a text is SQL: it begins with a statement, or holds nothing but comments.
+/// Whether a text is SQL: it begins with a statement, or contains only comments.
 bool isSqlText(std::istream& in);
 
 } // namespace database

@@ -9,7 +9,7 @@ namespace database {
 enum class TokenKind {
     WORD,        ///< a keyword or a name without quotation marks
     QUOTED_NAME, ///< in double quotation marks, backticks or square brackets
-    STRING,      ///< in apostrophes or between dollar signs, with what belongs to it in front, as in X'00'
+    STRING,      ///< in apostrophes or between dollar signs, with its prefix, as in X'00'
     NUMBER,
     SYMBOL, ///< anything else: one character, or a cast's "::"
 };
@@ -17,18 +17,18 @@ enum class TokenKind {
 /// A piece of SQL text, which lives as long as the text.
 struct Token {
     TokenKind kind;
-    std::string_view text; ///< as it stands
+    std::string_view text; ///< as written
 
-    /// Whether this is a keyword, whatever the case; `upper` is in upper case.
+    /// Whether this is that keyword, whatever the case; `upper` is in upper case.
     bool is(std::string_view upper) const;
     bool isSymbol(char character) const {
         return kind == TokenKind::SYMBOL && text.size() == 1 && text[0] == character;
     }
-    /// The name that a word, a quoted name or a plain string stands for, without quotation marks.
+    /// The name that a word, a quoted name or a plain string means, without quotation marks.
     std::string name() const;
 };
 
-/// What square brackets stand around.
+/// The contents of square brackets.
 enum class Brackets {
     NAME,  ///< a name, up to the first closing one
     VALUES ///< the elements of an array or a place in it, which may hold texts and brackets; one SYMBOL
@@ -41,14 +41,14 @@ std::vector<Token> tokenize(std::string_view sql, Brackets brackets = Brackets::
 /// The text from one token to another, both included; they must be of the same text.
 std::string_view textBetween(Token const& first, Token const& last);
 
-/// The text from its first token to its last: without comments at its ends, so that what is put after it is
-/// no part of one.
+/// The text from its first token to its last: without comments at its ends, so that text appended to it isn't
+/// part of one.
 std::string trimmedSql(std::string_view sql);
 
 /// The position of the token that closes the parenthesis at `open`, or that of the last token if none does.
 std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open);
 
-/// Whether both names are equal but for the case of ASCII letters.
+/// Whether both names are equal except for the case of ASCII letters.
 bool equalIgnoringCase(std::string_view left, std::string_view right);
 
 /// Whether the character is white space in SQL: a space, or an ASCII character from tab to carriage return.

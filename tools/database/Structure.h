@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-/// What a database is made of, whatever system runs it: the reader of each system fills these records,
-/// `buildModel` makes a model of them, `readModel` gets them back from a model, and the writer of each system
+/// The structure of a database, whatever its system: the reader of each system fills these records,
+/// `buildModel` makes a model of them, `readModel` returns them from a model, and the writer of each system
 /// prints them as SQL. All texts are UTF-8. Records refer to each other by index into the vectors of
 /// Structure, -1 for none.
 namespace database {
@@ -27,7 +27,7 @@ inline std::string const* findExtra(Extras const& extras, std::string_view name)
     return nullptr;
 }
 
-/// What every named thing has.
+/// The members of every named object.
 struct Named {
     std::string name;
     std::string comment;
@@ -108,7 +108,7 @@ struct Key : Named {
     int table = -1;
     std::vector<int> columns; ///< into the columns of the table, in the order of the key
     /// Of a foreign key. If the database has no such table (-1) or not all of the columns (then
-    /// `referredColumns` is empty), Extra "references" has what stands after REFERENCES.
+    /// `referredColumns` is empty), Extra "references" has the text after REFERENCES.
     int referredTable = -1;
     std::vector<int> referredColumns;
     Action onUpdate = Action::NO_ACTION;
@@ -129,7 +129,7 @@ struct IndexMember {
     Extras extras; ///< such as "collation", "opclass", "nulls"
 };
 
-/// An index, those aside that only carry out a key. It can be one of a materialized view.
+/// An index, other than those that only implement a key. It may belong to a materialized view.
 struct Index : Named {
     int table = -1;
     bool unique = false;
@@ -166,12 +166,12 @@ struct Routine : Named {
     std::string statement; ///< the whole CREATE FUNCTION or CREATE PROCEDURE
 };
 
-/// A sequence; what it counts by stands in its extras.
+/// A sequence; its settings are in its extras.
 struct Sequence : Named {
     int schema = -1;
 };
 
-/// What the reader of a database has to say of an object: what it couldn't learn, or what the object needs.
+/// A remark of a reader about an object: what it couldn't read, or what the object needs.
 struct Remark {
     std::string object; ///< such as "index by_name"
     std::string text;
@@ -189,7 +189,7 @@ struct Structure {
     std::vector<Trigger> triggers;
     std::vector<Routine> routines;
     std::vector<Sequence> sequences;
-    /// Whether it means something in which order the keys and checks of a table stand.
+    /// Whether the order of the keys and checks of a table is significant.
     bool keepsKeyOrder = false;
     std::vector<Remark> remarks; ///< no part of the model, where each is the comment of its object
 };

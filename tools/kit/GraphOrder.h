@@ -16,8 +16,8 @@ std::vector<QORObject*> elementsOf(QORObject& object, QORMetaLink const& link);
 /// An order of the objects of link ends that doesn't depend on where they lie in memory: by `position`, where
 /// their class has that attribute, then by name, class, and what the objects and all that they own hold.
 ///
-/// It remembers what it has found out about a graph, so a graph that has changed since needs a new one. Any
-/// depth of graph is fine.
+/// It caches facts about a graph, so a graph that has changed since needs a new one. The graph may have any
+/// depth.
 class GraphOrder {
 public:
     /// The objects of an end in this order.

@@ -11,13 +11,13 @@ class QORObject;
 
 namespace kit {
 
-/// Numbers a graph: an object, all that it owns, depth first, and then whatever else can be reached over
-/// links of any kind, each from its topmost owner on. The numbers follow from the graph alone and not from
-/// where its objects lie in memory. Where objects are alike in all that they hold, the one numbered first
+/// Numbers a graph: an object, all that it owns, depth first, and then all else that links of any
+/// kind reach, each from its topmost owner on. The numbers depend only on the graph and not on
+/// the addresses of its objects. Where objects are alike in all that they hold, the one numbered first
 /// makes the difference for those linked with it, so that equal graphs get equal numbers but for rare
 /// symmetric ones.
 ///
-/// It remembers the graph, so a graph that has changed since needs a new one. Any depth of graph is fine.
+/// It remembers the graph, so a graph that has changed since needs a new one. The graph may have any depth.
 /// Copies share what they remember.
 class Numbering {
 public:

@@ -13,8 +13,8 @@ namespace kit {
 
 class Numbering;
 
-/// Names each object of a graph by a path from the root: the names of its owners and its own with slashes
-/// between. Where siblings share a name, or there is none, the class goes before it, "Class:name", and where
+/// Names each object of a graph by a path from the root: the names of its owners and its own, separated by
+/// slashes. Where siblings share a name, or there is none, the class goes before it, "Class:name", and where
 /// that isn't enough, a number after it, "Class:name#2". Slashes, colons, number signs and backslashes in a
 /// name have a backslash before them. The root is "/"; what it doesn't own starts with a slash. An object
 /// with several owners has its place below the first one.
@@ -29,14 +29,14 @@ public:
     std::string pathOf(QORObject const& object) const;
     /// The same from one of its owners, near or far, on; empty if the two are the same.
     std::string pathFrom(QORObject const& owner, QORObject const& object) const;
-    /// The objects that a path stands for, none or one; or all of that name, where each step leads on from
-    /// one object and the last step is a plain name.
+    /// The objects of a path, none or one; or all of that name, if each step starts from one object and
+    /// the last step is a plain name.
     std::vector<QORObject*> find(std::string_view path) const;
-    /// The one object that a path stands for. What doesn't lead on from the root may be the end of a path:
+    /// The one object of a path. A path that doesn't start at the root may be the end of one:
     /// "invoice/total" is enough if no other path ends like this. Throws kit::ToolError about `subject`, with
-    /// the part of the path that isn't found, or with two of the objects that it stands for.
+    /// the part of the path that isn't found, or with two of its objects.
     QORObject& only(std::string_view path, std::string const& subject) const;
-    /// What the paths lead along.
+    /// The links that paths follow.
     Owners const& owners() const { return forest; }
 
 private:
@@ -69,7 +69,7 @@ private:
 
     Owners forest;
     std::vector<Place> places;
-    mutable std::vector<Number> byName; ///< without the root; filled at first need
+    mutable std::vector<Number> byName; ///< without the root; filled on first use
 };
 
 } // namespace kit

@@ -9,8 +9,8 @@ class QORObject;
 
 namespace kit {
 
-/// Makes a forest of a graph, with each object at one place, below its first owner. What has no owner is a
-/// top, and so is the root; of owners that form a ring, the first one of a Numbering.
+/// Makes a forest of a graph, with each object at one place, below its first owner. An object without an
+/// owner is a top, and so is the root; of owners that form a ring, the first one of a Numbering is a top.
 class Owners {
 public:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);

@@ -8,7 +8,7 @@ class QORObject;
 
 namespace kit {
 
-/// How many objects of which class a graph holds.
+/// The number of objects of each class in a graph.
 struct Statistics {
     std::map<std::string, int> objectsByClass; ///< by the display name of the class; none is 0
     int objects = 0;                           ///< of all classes

@@ -48,10 +48,10 @@ void addShowVerb(CLI::App& program, Session& session) {
         verb->add_flag("--tree", options->tree, "Print each object below its owner (the default)");
     verb->add_flag("--stats", options->statistics, "Print the number of objects of each class instead")
         ->excludes(tree);
-    verb->add_option("--path", options->path,
-                     "Print only this object: the names of its owners and its own, separated by slashes; the "
-                     "end of a path is\n"
-                     "enough if only one object's path ends like this");
+    verb->add_option(
+        "--path", options->path,
+        "Print only this object and what it owns: the names of its owners and its own, separated by\n"
+        "slashes; the end of a path is enough if only one object's path ends like this");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer(
         "\nWhere siblings share a name, the class distinguishes them: DesignPackage:orchard/member.\n"

@@ -16,7 +16,7 @@ struct ColumnText {
         extras; ///< "collation", "conflict", "generated", "not null constraint", "default constraint"
 };
 
-/// A key as it stands in CREATE TABLE. The columns are identified by name, since SQLite takes foreign keys to
+/// A key as written in CREATE TABLE. The columns are identified by name, since SQLite accepts foreign keys to
 /// anything.
 struct KeyText {
     database::KeyKind kind = database::KeyKind::PRIMARY;
@@ -50,7 +50,7 @@ struct MemberText {
 struct IndexText {
     std::vector<MemberText> members;
     std::string where;
-    std::string all; ///< the members and the condition as they stand
+    std::string all; ///< the members and the condition as written
 };
 
 struct ViewText {
@@ -64,11 +64,11 @@ struct TriggerText {
     bool onUpdate = false;
     bool onDelete = false;
     std::vector<std::string> columns; ///< after UPDATE OF
-    std::string body;                 ///< what stands after the event
+    std::string body;                 ///< the text after the event
 };
 
-/// Each reads a statement that SQLite has accepted, as its schema keeps it. What isn't understood is passed
-/// over, so that any text has a result.
+/// Each reads a statement that SQLite has accepted, as its schema keeps it. Unknown text is
+/// skipped, so that any text has a result.
 TableText readCreateTable(std::string_view statement);
 IndexText readCreateIndex(std::string_view statement);
 ViewText readCreateView(std::string_view statement);

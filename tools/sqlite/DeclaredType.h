@@ -4,16 +4,16 @@
 
 namespace sqlite {
 
-/// What a column's declared type, such as "VARCHAR(40)", stands for.
+/// The meaning of a column's declared type, such as "VARCHAR(40)".
 struct DeclaredType {
-    char const* dataType; ///< a key of QorDataTypeName, such as "SQL_VARCHAR"; lives for ever
+    char const* dataType; ///< a key of QorDataTypeName, such as "SQL_VARCHAR"; never deleted
     int length;           ///< the first number in parentheses, 0 without one
     int scale;            ///< the second one, likewise
 };
 
-/// Reads a declared type. What is well known goes by its name, whatever the case and the blanks. Every other
-/// name follows the affinity that SQLite assigns to it. A column without a declared type, or declared as ANY,
-/// holds anything: that is "undefined".
+/// Reads a declared type. A well-known type is recognised by its name, whatever the case and the blanks.
+/// Every other name follows the affinity that SQLite assigns to it. A column without a declared type, or
+/// declared as ANY, may hold anything: its data type is "undefined".
 DeclaredType readDeclaredType(std::string_view declared);
 
 } // namespace sqlite

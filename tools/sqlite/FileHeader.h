@@ -13,7 +13,7 @@ struct FileHeader {
     std::uint32_t writerVersion = 0; ///< of SQLite, as 3040001 for 3.40.1; 0 if unknown
 };
 
-/// Reads the header of a file. Throws kit::ToolError, which calls the file `name`, if that isn't a regular
+/// Reads the header of a file. Throws kit::ToolError, which names the file `name`, if that isn't a regular
 /// file, can't be read or doesn't begin like an SQLite database.
 FileHeader readFileHeader(std::string const& path, std::string const& name);
 

@@ -6,10 +6,10 @@
 
 namespace sqlite {
 
-/// A name as it can stand in SQL: in quotation marks where it is no plain word, or a keyword.
+/// A name as SQL: in quotation marks if it is a keyword or isn't a plain word.
 std::string quoteName(std::string_view name);
 
-/// Names with commas between, each quoted if needed.
+/// Names separated by commas, each quoted if needed.
 std::string quoteNames(std::vector<std::string> const& names);
 
 /// A text as a literal.

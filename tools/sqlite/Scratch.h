@@ -12,12 +12,12 @@ class Scratch {
 public:
     Scratch();
 
-    /// Runs a statement. Returns what SQLite says against it, and leaves the database as it was; empty if it
-    /// says nothing.
+    /// Runs a statement. If SQLite refuses it, returns SQLite's message and leaves the database as it was;
+    /// otherwise returns an empty text.
     std::string take(std::string const& sql);
-    /// The same, and the database is left as it was in any case.
+    /// The same, but always leaves the database as it was.
     std::string check(std::string const& sql);
-    /// Runs the statement that makes a view, and refuses it as well if the view can't be used.
+    /// Runs the statement that creates a view, and also refuses it if the view can't be used.
     std::string takeView(std::string const& sql, std::string const& name);
 
 private:

@@ -13,34 +13,34 @@ struct sqlite3_stmt;
 
 namespace sqlite {
 
-/// A query that SQLite refuses although the file is whole, such as one of a view whose table is gone.
+/// A query that SQLite refuses although the file is intact, such as one of a view whose table is missing.
 class QueryError : public kit::ToolError {
 public:
     QueryError(std::string const& file, std::string const& message)
         : ToolError(file, message), problem(message) {}
 
-    std::string const problem; ///< what SQLite says
+    std::string const problem; ///< SQLite's message
 };
 
 /// An SQLite database file, opened to be read in one transaction and never written. Every operation, and
 /// every one of a Query on it, throws kit::ToolError when the file can't be read.
 class Database {
 public:
-    /// Opens a file that exists, can be read, is whole and has a sound schema. An empty file is a database
-    /// without tables. The schema is all that is checked: what the tables hold doesn't matter here.
+    /// Opens a file that must exist, be readable and intact, and have a valid schema. An empty file is a
+    /// database without tables. Only the schema is checked, not the contents of the tables.
     explicit Database(std::string const& path);
     Database(Database const&) = delete;
     Database& operator=(Database const&) = delete;
 
-    /// Makes statements that call a function of the application which wrote the file, and that can't be run
-    /// here, statements that SQLite understands.
+    /// Makes SQLite accept statements that call a function of the application which wrote the file; they
+    /// can't be run here.
     void standInFor(std::string const& function, bool aggregate);
-    /// The functions that have been stood in for, in lower case.
+    /// The functions with a placeholder, in lower case.
     std::set<std::string> const& standIns() const { return stoodIn; }
-    /// The collations that SQLite has by itself, likewise.
+    /// The collations that are built into SQLite, likewise.
     std::set<std::string> const& ownCollations() const { return collations; }
 
-    /// The path as it was given.
+    /// The path as passed to the constructor.
     std::string const& path() const { return file; }
     /// The version of SQLite that wrote the file last, such as "3.40.1"; empty if unknown.
     std::string const& writerVersion() const { return writer; }
@@ -68,7 +68,7 @@ private:
     std::unique_ptr<sqlite3, Closer> connection;
 };
 
-/// A statement and the row on which it stands. Beside SQLite's own functions it can call `qor_module_of`,
+/// A statement and its current row. In addition to SQLite's own functions it can call `qor_module_of`,
 /// which returns the module of a virtual table from the statement that created it.
 class Query {
 public:

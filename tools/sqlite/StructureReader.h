@@ -6,8 +6,8 @@ namespace sqlite {
 
 class Database;
 
-/// Reads what a database is made of: tables with their columns, types, keys and checks, indexes, views and
-/// triggers. SQLite's own tables are omitted. Throws kit::ToolError when the database turns out to be
+/// Reads the structure of a database: tables with their columns, types, keys and checks, indexes, views and
+/// triggers. SQLite's own tables are omitted. Throws kit::ToolError if the database is
 /// damaged.
 database::Structure readStructure(Database& database);
 

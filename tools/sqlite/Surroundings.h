@@ -8,16 +8,17 @@ namespace sqlite {
 
 class Database;
 
-/// What SQLite has by itself, and with that what a piece of SQL needs of the application that wrote it.
+/// The functions, collations and modules built into SQLite, and thus what else a piece of SQL needs from its
+/// application.
 class Surroundings {
 public:
     explicit Surroundings(Database& database);
 
     /// A sentence that names the functions and collations which SQLite doesn't have; empty if there are none.
     std::string missingIn(std::string_view sql) const;
-    /// The same of a column's collation.
+    /// The same for a column's collation.
     std::string missingCollation(std::string const& name) const;
-    /// Stands in for the functions that a statement needs, so that SQLite understands it.
+    /// Defines placeholders for the functions that a statement needs, so that SQLite accepts it.
     void completeFor(std::string_view sql);
 
 private:

@@ -5,7 +5,7 @@
 
 namespace sqlite {
 
-/// The module of a virtual table, by the statement that made it as the schema keeps it: "fts5" for
+/// The module of a virtual table, from its CREATE statement in the schema: "fts5" for
 /// `CREATE VIRTUAL TABLE notes USING fts5(text)`. Empty for any other statement.
 std::string moduleOf(std::string_view createStatement);
 
