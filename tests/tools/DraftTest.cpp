@@ -34,6 +34,8 @@ protected:
         pid_t const child = fork();
         if (child == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
+            for (int const each : {SIGINT, SIGTERM, SIGHUP, SIGQUIT})
+                signal(each, SIG_DFL); // a process in the background inherits some of them as ignored
             kit::Draft draft(folder.file("half"));
             draft.write([&](std::ostream& out) {
                 out << "half" << std::flush;
