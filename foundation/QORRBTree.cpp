@@ -61,7 +61,7 @@ bool QORRBTree::liesBefore(QORRBTreeNode const* a, QORRBTreeNode const* b) {
         a = a->parent;
         b = b->parent;
     }
-    // `a` is now the lowest common node; the side on which each one hangs tells the order.
+    // `a` is now the lowest common node; the side on which each one hangs is the order.
     if (!belowA)
         return b->right == belowB;
     return a->left == belowA;

@@ -17,7 +17,7 @@ INDEX_FROM = 32
 
 
 class TableError(Exception):
-    """A table that can't be used. Tells the file, the entry in it and the reason."""
+    """A table that can't be used. Names the file, the entry in it and the reason."""
 
     def __init__(self, path, entry, reason):
         super().__init__(f"{path}: {entry}: {reason}")
@@ -111,9 +111,9 @@ def _header(enumeration) -> str:
     lines += ["};", f"}} // namespace {name}s", f"using {name} = {name}s::Type;", ""]
     lines += _table_comment(name, "" in texts)
     lines += [f"extern QOR_API char const* const Qor{x}StringArray[{len(texts) + 1}];", ""]
-    lines += ["/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it."]
+    lines += ["/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it."]
     lines += [f"QOR_API char const* get{x}Name({name} value);", ""]
-    lines += ["/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null."]
+    lines += ["/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null."]
     lines += [f"QOR_API {name} get{x}ByName(char const* name);"]
     return "\n".join(lines) + "\n"
 

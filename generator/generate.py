@@ -4,7 +4,7 @@
 usage: generate.py [--check] [ROOT]
 
 With --check, writes nothing and fails when a file in these folders isn't what the tables give.
-Nothing at all is written when a table is wrong: the error tells the file, the entry and the reason.
+Nothing at all is written when a table is wrong: the error names the file, the entry and the reason.
 """
 
 import argparse

@@ -10,8 +10,7 @@
 
 namespace {
 
-/// Gives an element copies of another one's notes, beside those that it has; all of them or, if memory ends,
-/// none.
+/// Adds copies of another element's notes to those that an element has: all of them or, if memory ends, none.
 void copyNotes(QORElement const& from, QORElement& to) {
     std::vector<std::unique_ptr<QORNote>> copies;
     for (int i = 0, count = from.getNoteCount(); i < count; ++i)

@@ -83,7 +83,7 @@ int QORLinkTree::_moveTo(QORRBTreeNode const* node) const {
     return position = place;
 }
 
-/// Steps over `steps` nodes, ahead if positive. Gives null when the tree ends earlier.
+/// Steps over `steps` nodes, ahead if positive. Returns null when the tree ends earlier.
 QORRBTreeNode* QORLinkTree::walk(QORRBTreeNode* from, int steps) const {
     if (from && (steps > fewSteps || steps < -fewSteps) && hasPlaces())
         return nodeAt(placeOf(from) + steps);
@@ -120,7 +120,7 @@ QORRBTreeNode* QORLinkTree::_moveTo(int index) const {
     return current;
 }
 
-/// Brings the cursor's position up to date after `node` has been added. The tree's shape tells the order, so
+/// Brings the cursor's position up to date after `node` has been added. The tree's shape shows the order, so
 /// that this holds too where keys have changed since elements were added.
 void QORLinkTree::noteAdded(QORRBTreeNode* node) {
     if (position == -1)

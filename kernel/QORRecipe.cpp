@@ -522,7 +522,7 @@ bool QORRecipe::rekey(QORObject& object, QORLinkEnd const& parentEnd, void (*cha
     }
 }
 
-/// Gives an object under an owner the other name. Allocates nothing unless the owner refuses it.
+/// Renames an object under an owner to the other name. Allocates nothing unless the owner refuses it.
 void QORRecipe::rename(QORObject& object, QORLinkEnd const& parentEnd, QORString&& name) {
     struct Names {
         QORString& held;
@@ -862,7 +862,7 @@ struct QORRecipe::WalkFrame {
         }
     }
 
-    /// A child that comes soon, if that is easily told.
+    /// A child that comes soon, if that is easily found.
     QORContainerItem* ahead() const {
         if (walking == QOREndShape::TREE)
             return inTree.ahead(prefetchDistance);

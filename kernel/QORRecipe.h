@@ -9,8 +9,8 @@ class QORException;
 class QORVector;
 class QORLinkTree;
 
-/// What all classes of the metamodel do alike, told once over their descriptions. The generated members are
-/// one call each into this class; it knows no class by name.
+/// What all classes of the metamodel do alike, written once over their descriptions. The generated members
+/// are one call each into this class; it knows no class by name.
 ///
 /// An `end` is always one of the object's class; a description names the class level whose form is meant, so
 /// that a class-qualified call does what its qualifier says.

@@ -21,8 +21,8 @@ using QORAggregationOperatorType = QORAggregationOperatorTypes::Type;
 /// The texts of QORAggregationOperatorType by value, closed by a null pointer.
 extern QOR_API char const* const QorAggregationOperatorTypeStringArray[9];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getAggregationOperatorTypeName(QORAggregationOperatorType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORAggregationOperatorType getAggregationOperatorTypeByName(char const* name);

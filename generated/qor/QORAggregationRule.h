@@ -7,7 +7,7 @@
 class QORCubeDimensionAssociation;
 class QORMeasure;
 
-/// Tells how a measure is aggregated, if need be along a certain dimension of a cube.
+/// How a measure is aggregated, optionally along one dimension of a cube.
 class QOR_API QORAggregationRule : public QORModelObject {
 public:
     /// A new object with the first values of its attributes and without links.

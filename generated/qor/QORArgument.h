@@ -38,7 +38,7 @@ public:
     /// Whether the attributes that count and the names are equal, whatever the classes of both.
     bool finalEquals(QORArgument const& other) const;
 
-    /// Value taken when a caller gives none, as text.
+    /// Value used when a caller passes none, as text.
     QORString const& getDefaultValue() const { return defaultValue_; }
     void setDefaultValue(QORString const& value) { defaultValue_ = value; }
 

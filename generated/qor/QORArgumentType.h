@@ -18,8 +18,8 @@ using QORArgumentType = QORArgumentTypes::Type;
 /// The texts of QORArgumentType by value, closed by a null pointer.
 extern QOR_API char const* const QorArgumentTypeStringArray[6];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getArgumentTypeName(QORArgumentType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORArgumentType getArgumentTypeByName(char const* name);

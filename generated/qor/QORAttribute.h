@@ -135,7 +135,7 @@ public:
     /// Unlinks all elements and deletes each one that nothing else refers to.
     void removeGroupings();
 
-    /// Generalizations whose subtypes are told apart by this attribute.
+    /// Generalizations whose subtypes this attribute distinguishes.
     QORGeneralization* getDiscriminatorOfGeneralization(int index) const;
     int getDiscriminatorOfGeneralizationCount() const { return discriminatorOfGeneralization_.size; }
     /// Links both ends; false, with nothing changed, if either end refuses.

@@ -41,7 +41,7 @@ public:
     /// Unlinks and deletes nothing; false if `far` isn't what is linked.
     bool removeConditionExpressionNode(QORExpressionNode* far);
 
-    /// Branches of the choice, owned; their order is told by their positions.
+    /// Branches of the choice, owned; ordered by their positions.
     QORExpressionNode* getExpressionNode(int index) const;
     int getExpressionNodeCount() const { return expressionNode_.size; }
     /// Empties `view` and adds each element of the end to it.

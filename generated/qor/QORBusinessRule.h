@@ -41,7 +41,7 @@ public:
     /// Whether the attributes that count and the names are equal, whatever the classes of both.
     bool finalEquals(QORBusinessRule const& other) const;
 
-    /// Kind of constraint, which tells which of the other values count.
+    /// Kind of constraint, which decides which of the other values count.
     QORBusinessRuleType getType() const { return type_; }
     void setType(QORBusinessRuleType value) { type_ = value; }
 

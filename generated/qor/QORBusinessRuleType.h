@@ -18,8 +18,8 @@ using QORBusinessRuleType = QORBusinessRuleTypes::Type;
 /// The texts of QORBusinessRuleType by value, closed by a null pointer.
 extern QOR_API char const* const QorBusinessRuleTypeStringArray[6];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getBusinessRuleTypeName(QORBusinessRuleType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORBusinessRuleType getBusinessRuleTypeByName(char const* name);

@@ -24,8 +24,8 @@ using QORClassCategoryType = QORClassCategoryTypes::Type;
 /// The texts of QORClassCategoryType by value, closed by a null pointer.
 extern QOR_API char const* const QorClassCategoryTypeStringArray[12];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getClassCategoryTypeName(QORClassCategoryType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORClassCategoryType getClassCategoryTypeByName(char const* name);

@@ -96,7 +96,7 @@ public:
     /// Unlinks all elements and deletes each one that nothing else refers to.
     void removeSourceClassifiers();
 
-    /// Classifiers to which the data go, ordered by address; the first gives the display name.
+    /// Classifiers to which the data go, ordered by address; the display name is that of the first.
     QORClassifier* getDestinationClassifier(int index) const;
     int getDestinationClassifierCount() const { return destinationClassifier_.size; }
     /// Links both ends; false, with nothing changed, if either end refuses.

@@ -38,7 +38,7 @@ public:
     QORString const& getDelimiter() const { return delimiter_; }
     void setDelimiter(QORString const& value) { delimiter_ = value; }
 
-    /// Members of the list, owned; their order is told by their positions.
+    /// Members of the list, owned; ordered by their positions.
     QORExpressionNode* getExpressionNode(int index) const;
     int getExpressionNodeCount() const { return expressionNode_.size; }
     /// Empties `view` and adds each element of the end to it.

@@ -16,8 +16,8 @@ using QORDesignLevelType = QORDesignLevelTypes::Type;
 /// The texts of QORDesignLevelType by value, closed by a null pointer.
 extern QOR_API char const* const QorDesignLevelTypeStringArray[4];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getDesignLevelTypeName(QORDesignLevelType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORDesignLevelType getDesignLevelTypeByName(char const* name);

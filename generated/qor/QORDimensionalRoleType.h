@@ -19,8 +19,8 @@ using QORDimensionalRoleType = QORDimensionalRoleTypes::Type;
 /// The texts of QORDimensionalRoleType by value, closed by a null pointer.
 extern QOR_API char const* const QorDimensionalRoleTypeStringArray[7];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getDimensionalRoleTypeName(QORDimensionalRoleType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORDimensionalRoleType getDimensionalRoleTypeByName(char const* name);

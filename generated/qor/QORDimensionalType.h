@@ -17,8 +17,8 @@ using QORDimensionalType = QORDimensionalTypes::Type;
 /// The texts of QORDimensionalType by value, closed by a null pointer.
 extern QOR_API char const* const QorDimensionalTypeStringArray[5];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getDimensionalTypeName(QORDimensionalType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORDimensionalType getDimensionalTypeByName(char const* name);

@@ -43,7 +43,7 @@ public:
     int getStatus() const { return status_; }
     void setStatus(int value) { status_ = value; }
 
-    /// Statements of the rule, owned; their order is told by their positions.
+    /// Statements of the rule, owned; ordered by their positions.
     QORStatementNode* getStatementNode(int index) const;
     int getStatementNodeCount() const { return statementNode_.size; }
     /// Links both ends; false, with nothing changed, if either end refuses.

@@ -80,7 +80,7 @@ public:
     /// Unlinks all elements and deletes each one that nothing else refers to.
     void removeSourceFeatures();
 
-    /// Features that receive the values, ordered by address; the first gives the display name.
+    /// Features that receive the values, ordered by address; the display name is that of the first.
     QORFeature* getDestinationFeature(int index) const;
     int getDestinationFeatureCount() const { return destinationFeature_.size; }
     /// Links both ends; false, with nothing changed, if either end refuses.

@@ -16,8 +16,8 @@ using QORHierarchyType = QORHierarchyTypes::Type;
 /// The texts of QORHierarchyType by value, closed by a null pointer.
 extern QOR_API char const* const QorHierarchyTypeStringArray[4];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getHierarchyTypeName(QORHierarchyType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORHierarchyType getHierarchyTypeByName(char const* name);

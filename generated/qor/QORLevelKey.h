@@ -7,7 +7,7 @@
 class QORLevel;
 class QORLevelAttribute;
 
-/// The attributes by which the members of a level are told apart.
+/// The attributes that distinguish the members of a level.
 class QOR_API QORLevelKey : public QORModelObject {
 public:
     /// A new object with the first values of its attributes and without links.

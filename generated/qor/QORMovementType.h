@@ -19,8 +19,8 @@ using QORMovementType = QORMovementTypes::Type;
 /// The texts of QORMovementType by value, closed by a null pointer.
 extern QOR_API char const* const QorMovementTypeStringArray[7];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getMovementTypeName(QORMovementType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORMovementType getMovementTypeByName(char const* name);

@@ -40,7 +40,7 @@ public:
     /// Whether the attributes that count and the names are equal, whatever the classes of both.
     bool finalEquals(QORPhysicalObject const& other) const;
 
-    /// Kind of storage, which also gives the display name.
+    /// Kind of storage, which is also the display name.
     QORPhysicalObjectType getObjectType() const { return objectType_; }
     void setObjectType(QORPhysicalObjectType value) { objectType_ = value; }
 

@@ -22,8 +22,8 @@ using QORPhysicalObjectType = QORPhysicalObjectTypes::Type;
 /// The texts of QORPhysicalObjectType by value, closed by a null pointer.
 extern QOR_API char const* const QorPhysicalObjectTypeStringArray[10];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getPhysicalObjectTypeName(QORPhysicalObjectType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORPhysicalObjectType getPhysicalObjectTypeByName(char const* name);

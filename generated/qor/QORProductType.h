@@ -54,8 +54,8 @@ using QORProductType = QORProductTypes::Type;
 /// The texts of QORProductType by value, closed by a null pointer.
 extern QOR_API char const* const QorProductTypeStringArray[42];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getProductTypeName(QORProductType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORProductType getProductTypeByName(char const* name);

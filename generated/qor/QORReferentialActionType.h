@@ -19,8 +19,8 @@ using QORReferentialActionType = QORReferentialActionTypes::Type;
 /// The texts of QORReferentialActionType by value, closed by a null pointer.
 extern QOR_API char const* const QorReferentialActionTypeStringArray[7];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getReferentialActionTypeName(QORReferentialActionType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORReferentialActionType getReferentialActionTypeByName(char const* name);

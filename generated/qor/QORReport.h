@@ -34,7 +34,7 @@ public:
     /// The reflection record of this class.
     static QORMetaClass* getStaticMetaClass();
 
-    /// Top-level items, owned; their order is told by their positions.
+    /// Top-level items, owned; ordered by their positions.
     QORReportItem* getReportItem(int index) const;
     int getReportItemCount() const { return reportItem_.size; }
     /// Empties `view` and adds each element of the end to it.

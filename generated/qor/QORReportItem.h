@@ -62,7 +62,7 @@ public:
     /// Unlinks and deletes nothing; false if `far` isn't what is linked.
     bool removeParentReportItem(QORReportItem* far);
 
-    /// Nested items, owned; their order is told by their positions.
+    /// Nested items, owned; ordered by their positions.
     QORReportItem* getChildReportItem(int index) const;
     int getChildReportItemCount() const { return childReportItem_.size; }
     /// Empties `view` and adds each element of the end to it.

@@ -44,7 +44,7 @@ public:
     QORStatementNodeType getStatementType() const { return statementType_; }
     void setStatementType(QORStatementNodeType value) { statementType_ = value; }
 
-    /// Members of the statement, owned; their order is told by their positions.
+    /// Members of the statement, owned; ordered by their positions.
     QORExpressionNode* getExpressionNode(int index) const;
     int getExpressionNodeCount() const { return expressionNode_.size; }
     /// Empties `view` and adds each element of the end to it.

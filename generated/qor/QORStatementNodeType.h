@@ -20,8 +20,8 @@ using QORStatementNodeType = QORStatementNodeTypes::Type;
 /// The texts of QORStatementNodeType by value, closed by a null pointer.
 extern QOR_API char const* const QorStatementNodeTypeStringArray[8];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getStatementNodeTypeName(QORStatementNodeType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORStatementNodeType getStatementNodeTypeByName(char const* name);

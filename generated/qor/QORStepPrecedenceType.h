@@ -14,8 +14,8 @@ using QORStepPrecedenceType = QORStepPrecedenceTypes::Type;
 /// The texts of QORStepPrecedenceType by value, closed by a null pointer.
 extern QOR_API char const* const QorStepPrecedenceTypeStringArray[2];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getStepPrecedenceTypeName(QORStepPrecedenceType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORStepPrecedenceType getStepPrecedenceTypeByName(char const* name);

@@ -23,8 +23,8 @@ using QORTransformationType = QORTransformationTypes::Type;
 /// The texts of QORTransformationType by value, closed by a null pointer.
 extern QOR_API char const* const QorTransformationTypeStringArray[11];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getTransformationTypeName(QORTransformationType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORTransformationType getTransformationTypeByName(char const* name);

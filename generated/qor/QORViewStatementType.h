@@ -16,8 +16,8 @@ using QORViewStatementType = QORViewStatementTypes::Type;
 /// The texts of QORViewStatementType by value, closed by a null pointer.
 extern QOR_API char const* const QorViewStatementTypeStringArray[4];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getViewStatementTypeName(QORViewStatementType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORViewStatementType getViewStatementTypeByName(char const* name);

@@ -17,8 +17,8 @@ using QORViewType = QORViewTypes::Type;
 /// The texts of QORViewType by value, closed by a null pointer.
 extern QOR_API char const* const QorViewTypeStringArray[5];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getViewTypeName(QORViewType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORViewType getViewTypeByName(char const* name);

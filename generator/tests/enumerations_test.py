@@ -35,10 +35,10 @@ using QORColourType = QORColourTypes::Type;
 /// The texts of QORColourType by value, closed by a null pointer; a retired value has the empty text.
 extern QOR_API char const* const QorColourTypeStringArray[6];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getColourTypeName(QORColourType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORColourType getColourTypeByName(char const* name);
 """
 

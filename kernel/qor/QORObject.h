@@ -99,13 +99,13 @@ public:
     virtual QORObject& setFrom(QORObject const& other);
     /// Takes the object out of its owner, deletes what it owns and undoes all its links.
     virtual ~QORObject();
-    /// Unlinks the object from its first owner; gives that owner, or null.
+    /// Unlinks the object from its first owner; returns that owner, or null.
     virtual QORObject* removeAggregationAssembly();
-    /// Deletes what the object owns and undoes its links. Gives false and does nothing while an owner is set;
-    /// otherwise true: the caller may delete the object.
+    /// Deletes what the object owns and undoes its links. Returns false and does nothing while an owner is
+    /// set; otherwise true: the caller may delete the object.
     virtual bool recursiveDelete();
     /// Undoes all links. With `deleteUnreferenced`, deletes each far object that is then left without any
-    /// link. Gives this object.
+    /// link. Returns this object.
     virtual QORObject* isolate(bool deleteUnreferenced);
     /// Whether the object's class is the one of that number or derives from it.
     virtual bool isInstanceOf(QORElementType type) const;
@@ -126,7 +126,7 @@ public:
     virtual void transcode(QOREncodingConverter* from, QOREncodingConverter* to, int& firstCounter,
                            int& errorCounter);
     /// Walks the object and all that it owns, owners before children: `pre_process`, the children,
-    /// `post_process`. Gives false if `pre_process` does, which cuts off the subtree. What the operation
+    /// `post_process`. Returns false if `pre_process` does, which cuts off the subtree. What the operation
     /// throws arrives at the caller.
     virtual bool depthTraversal(QORTraversalOperation& operation, void* data);
     /// Names the object. Throws the "Illegal Argument" message, with nothing changed, when the owner already
@@ -159,7 +159,7 @@ public:
     /// throws. `base` itself isn't tried. Throws only if there is no memory for a candidate.
     void setUniqueName(QORString const& base, char separator = '_');
     /// Renames `other` to its name, the separator and 1, 2, 3 ..., calling `add` with it each time until that
-    /// gives true; the suffixes accumulate. Passes on every exception.
+    /// returns true; the suffixes accumulate. Passes on every exception.
     void addLinkUniqueName(bool (QORObject::*add)(QORObject*), QORObject* other, char separator = '_');
     /// Sets the caller's number for the object.
     void setID(long number) { id = number; }
@@ -169,21 +169,21 @@ public:
     static QORMetaClass* getStaticMetaClass();
 
 protected:
-    /// Links two nary ends: `own` of this object, `far` of `other`. Gives false, with nothing changed, for a
-    /// self-link and when either end refuses. `setName` reorders the ends of the library's classes alone: in
-    /// a caller's end that is ordered by name, an object must keep its name while it is linked.
+    /// Links two nary ends: `own` of this object, `far` of `other`. Returns false, with nothing changed, for
+    /// a self-link and when either end refuses. `setName` reorders the ends of the library's classes alone:
+    /// in a caller's end that is ordered by name, an object must keep its name while it is linked.
     bool _addnn(QORContainer* own, QORContainer* far, QORObject* other);
-    /// Links the nary end `own` of this object with the unary end `far` of `other`. Gives false when `far` is
-    /// taken or `own` refuses. A self-link gives false and yet leaves this object in its own end.
+    /// Links the nary end `own` of this object with the unary end `far` of `other`. Returns false when `far`
+    /// is taken or `own` refuses. A self-link returns false and yet leaves this object in its own end.
     bool _addnu(QORContainer* own, QORObject** far, QORObject* other);
-    /// Links two unary ends. Gives false, with nothing changed, for a self-link and when either is taken.
+    /// Links two unary ends. Returns false, with nothing changed, for a self-link and when either is taken.
     bool _adduu(QORObject** own, QORObject** far, QORObject* other);
     /// Reads an element by name; `cursor` is the position at which the search resumes and takes that of the
     /// match.
     QORObject* _getn(QORArrayInterface const* end, QORString const& key, int* cursor) const;
     /// Takes an element out by name, as `_getn` finds it; the far end is the caller's matter.
     QORObject* _removen(QORArrayInterface* end, QORString const& key, int* cursor);
-    /// Takes this very object out of an end; gives whether it was in it.
+    /// Takes this very object out of an end; returns whether it was in it.
     bool _removen(QORContainer* end, QORObject* item);
 
     QORElementType elementType = QORElementType::OBJECT; ///< each concrete class's constructors write it

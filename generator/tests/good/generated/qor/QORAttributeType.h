@@ -20,8 +20,8 @@ using QORAttributeType = QORAttributeTypes::Type;
 /// The texts of QORAttributeType by value, closed by a null pointer; a retired value has the empty text.
 extern QOR_API char const* const QorAttributeTypeStringArray[9];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getAttributeTypeName(QORAttributeType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORAttributeType getAttributeTypeByName(char const* name);

@@ -19,8 +19,8 @@ using QORElementType = QORElementTypes::Type;
 /// The texts of QORElementType by value, closed by a null pointer; a retired value has the empty text.
 extern QOR_API char const* const QorElementTypeStringArray[8];
 
-/// Gives the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
+/// Returns the text of `value`, null for -1. Any other value must be one of the table's places: nothing tests it.
 QOR_API char const* getElementTypeName(QORElementType value);
 
-/// Gives the first value whose text is `name`, case included, or -1 if none is or `name` is null.
+/// Returns the first value whose text is `name`, case included, or -1 if none is or `name` is null.
 QOR_API QORElementType getElementTypeByName(char const* name);
