@@ -65,7 +65,39 @@ void expectError(ProgramResult const& result, std::string const& problem) {
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
 }
 
+/// What a shell prints for a command that names the program qor by QOR.
+ProgramResult shell(std::string const& command) {
+    return runProgram({"/bin/sh", "-c", "QOR='" QOR_TOOL "'; " + command});
+}
+
 // ---- import, and what all verbs share -------------------------------------------------------------------
+
+TEST_F(QorVerbs, DashIsAGraphOnTheStandardInput) {
+    std::string const graph = json();
+    ProgramResult const shown = qor({"show", graph});
+    for (std::string const& command :
+         {"$QOR show - < " + graph, "cat " + graph + " | $QOR show -", "$QOR show /dev/stdin < " + graph}) {
+        ProgramResult const result = shell(command);
+        expectSuccess(result);
+        EXPECT_EQ(result.out, shown.out) << command;
+    }
+    expectSuccess(shell("$QOR diff - " + graph + " < " + graph));
+    expectSuccess(shell("$QOR diff " + folder.file("shop.sqlite") + " - < " + graph));
+}
+
+TEST_F(QorVerbs, StandardInputThatIsNoGraphIsAnError) {
+    expectError(shell("$QOR show - < /dev/null"), "the standard input: ");
+    expectError(shell("$QOR show - <&-"), "the standard input: ");
+    expectError(shell("$QOR show - < " + database()), "the standard input: line 1");
+    expectError(shell("$QOR diff - - < /dev/null"), "the standard input can be read only once");
+}
+
+TEST_F(QorVerbs, OutputNeverReplacesTheFileOnTheStandardInput) {
+    std::string const graph = json();
+    std::string const before = contentOf(graph);
+    expectError(shell("$QOR import - -o " + graph + " < " + graph), graph);
+    EXPECT_EQ(contentOf(graph), before);
+}
 
 TEST_F(QorVerbs, ImportKeepsTheGraphAsJsonThatEachVerbReads) {
     std::string const path = json();

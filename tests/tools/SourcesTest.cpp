@@ -23,6 +23,8 @@ TEST(Sources, ConsistOfTheirFile) {
     EXPECT_THAT(filesOfSource("x.sqlite"), Contains("x.sqlite"));
     EXPECT_THAT(filesOfSource("x.sqlite"), Contains("x.sqlite-wal"));
     EXPECT_THAT(filesOfSource("postgresql://h/x.json"), IsEmpty());
+    EXPECT_THAT(filesOfSource("-"), ElementsAre("/dev/stdin"));
+    EXPECT_THAT(filesOfSource("./-"), Contains("./-"));
 }
 
 TEST(Sources, AddressOfAnotherSchemeIsNone) {

@@ -89,6 +89,9 @@ diff::Options optionsFrom(DiffOptions const& given) {
 }
 
 void compareSources(DiffOptions const& options, Session& session) {
+    if (options.before == options.after && isStandardInput(options.before)) {
+        throw kit::ToolError("-", "the standard input can be read only once");
+    }
     std::vector<std::string> sources{options.before, options.after};
     if (!options.renamesFile.empty()) {
         sources.push_back(options.renamesFile);

@@ -16,8 +16,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
+#include <ext/stdio_filebuf.h>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 namespace qorprogram {
 namespace {
@@ -42,7 +46,19 @@ kit::Graph loadGraph(std::string const& path, Session&) {
     return exchange::readJsonFile(path);
 }
 
-/// What the reader found worth saying is told once the model stands.
+/// Reads the descriptor itself, which may be a socket. std::cin would read it character by character.
+kit::Graph loadStandardInput(std::string const&, Session&) {
+    constexpr char const* subject = "the standard input";
+    int const descriptor = dup(STDIN_FILENO);
+    if (descriptor < 0) {
+        throw kit::ToolError(subject, std::string("can't be read: ") + std::strerror(errno));
+    }
+    __gnu_cxx::stdio_filebuf<char> buffer(descriptor, std::ios::in | std::ios::binary);
+    std::istream in(&buffer);
+    return exchange::readJson(in, subject);
+}
+
+/// Builds the model first, so that a structure that can't be built has no remarks.
 kit::Graph modelOf(database::Structure const& structure, Session& session) {
     kit::Graph graph;
     graph.adoptTree(database::buildModel(structure).release());
@@ -74,8 +90,9 @@ struct SourceKind {
 };
 
 /// The first that recognises a source reads it. A further kind is one more line.
-std::array<SourceKind, 3> const kinds = {
-    {{[](std::string const& source) { return postgres::isPostgresUrl(source); }, loadPostgres,
+std::array<SourceKind, 4> const kinds = {
+    {{isStandardInput, loadStandardInput, [](std::string const&) { return Files{"/dev/stdin"}; }, nullptr},
+     {[](std::string const& source) { return postgres::isPostgresUrl(source); }, loadPostgres,
       [](std::string const&) { return Files(); },
       [](std::string const& address) { return postgres::withoutPassword(address); }},
      {isJson, loadGraph, [](std::string const& path) { return Files{path}; }, nullptr},
@@ -93,6 +110,10 @@ SourceKind const& kindOf(std::string const& source) {
 }
 
 } // namespace
+
+bool isStandardInput(std::string const& source) {
+    return source == "-";
+}
 
 kit::Graph loadSource(std::string const& source, Session& session) {
     return kindOf(source).load(source, session);
