@@ -7,10 +7,21 @@
 
 class QORObject;
 
-/// A nary link end kept as a sorted tree of `QORObject*`. It never owns its elements. A cursor, a node and
-/// its position, makes a walk by ascending positions cost one step per element.
+/// A nary link end kept as a sorted tree of `QORObject*`. It never owns its elements.
 ///
-/// Reading by position moves the cursor: a link tree belongs to one thread at a time, reads included.
+/// The tree has one **cursor**: a node, `current`, and its place in tree order, `position`.
+///
+/// - Reading by position moves the cursor there, from the cursor, the first or the last node. A loop over
+///   ascending positions takes one step for each element. A link tree belongs to one thread at a time,
+///   reads included.
+/// - A search that finds an element sets the cursor on it; one that finds none unsets it, or leaves it
+///   where the search began.
+/// - When an element is added or removed before the cursor, the cursor stays on its element and its position
+///   changes. When the element itself is removed, the cursor goes to the next one, or to the previous one if
+///   there is no next one.
+/// - Emptying, draining and copying unset the cursor: `position` is -1.
+/// - In a tree by address, a search by name walks from element to element, yet the position changes by
+///   one for each match. It may then be less than the place of the node.
 class QOR_API QORLinkTree : public QORRBTree, public QORArrayInterface {
 public:
     QORLinkTree() = default;

@@ -25,6 +25,24 @@ struct QORHeldEnd {
     QORRBTreeNode* node = nullptr;
 };
 
+/// @page links Links and owners
+///
+/// A **link** joins two objects and has an end in each. A **unary** end holds one object, a **nary** end any
+/// number, in the order of its container. Both ends change together, or neither does.
+///
+/// - **Linking**: `addX(far)` returns false, and changes nothing, if `far` is null, if the far end is unary
+///   and taken, or if either container refuses: a tree by name, for instance, refuses a second element of the
+///   same name. A link of an object with itself is the exception: see `_addnu`.
+/// - **Owning**: at a `child` end an object owns what is linked there; the far end is its `parent` end.
+///   An object may have several owners, of which `getParent` returns the first. `ref` and `back-ref` ends
+///   own nothing.
+/// - **Unlinking**: `removeX(far)` deletes nothing. All other forms (by position, by name, of a unary end,
+///   the plural) delete the far object if `isReferenced` returns false afterwards.
+/// - **Deleting** an object deletes what it owns, but for objects with another owner. It clears every
+///   link that leads to the object, and deletes far objects that nothing refers to any more.
+/// - **Renaming** moves the object within the ends of its owner. If the owner refuses the name, the old one
+///   stays and `setName` throws.
+
 /// @page callbacks What a callback may do to the objects under way
 ///
 /// The library calls its callers while it works: the operation of a walk, overrides of the virtual
@@ -72,8 +90,9 @@ struct QORHeldEnd {
 /// through which every two-way link is made and broken.
 ///
 /// A link is two ends, one in each object: a pointer (unary end) or a link container (nary end). An object
-/// owns what hangs on its `child` ends and dies with its owner. A graph belongs to one thread at a time. What
-/// overrides, operations of walks and destructors may do while the library works: see @ref callbacks.
+/// owns what hangs on its `child` ends and dies with its owner: see @ref links. A graph belongs to one thread
+/// at a time. What overrides, operations of walks and destructors may do while the library works: see @ref
+/// callbacks.
 ///
 /// Deleting, walking and re-encoding need a small stack however deep a graph of the library's own classes is.
 /// An object of a caller's class is asked through its virtual operations, as it may override them: where such
