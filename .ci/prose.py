@@ -90,25 +90,31 @@ def texts():
             yield Text(name, comments(path.read_text(), "#"))
 
 
-def phrases(text):
+def refused_phrases():
+    """The pattern of each phrase of docs/phrases.txt, and what to write instead."""
     for line in pathlib.Path("docs/phrases.txt").read_text().split("\n"):
         if line and not line.startswith("#"):
             phrase, instead = line.split("=")
-            pattern = r"\b" + r"\s+".join(phrase.split()) + r"\b"
-            for match in re.finditer(pattern, text.prose, flags=re.IGNORECASE):
-                said = " ".join(match.group(0).split())
-                yield f"{text.place(match.start())}: \"{said}\": write {instead.strip()}"
+            yield re.compile(r"\b" + r"\s+".join(phrase.split()) + r"\b", re.IGNORECASE), instead.strip()
+
+
+def phrases(text, refused):
+    for pattern, instead in refused:
+        for match in pattern.finditer(text.prose):
+            said = " ".join(match.group(0).split())
+            yield f"{text.place(match.start())}: \"{said}\": write {instead}"
 
 
 def main():
     checked = list(texts())
     unknown = misspelt(sorted({word for text in checked for word, _ in text.words()}))
+    refused = list(refused_phrases())
     problems = []
     for text in checked:
         problems += [f"{text.place(offset)}: {word} is misspelt, or missing in docs/words.txt"
                      for word, offset in text.words() if word in unknown]
         if text.path.endswith(".md"):
-            problems += phrases(text)
+            problems += phrases(text, refused)
     print("\n".join(problems + [f"{len(checked)} texts, {len(problems)} problems"]))
     return 1 if problems or not checked else 0
 

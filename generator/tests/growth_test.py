@@ -11,6 +11,7 @@ ROOT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "generator"))
 
 import classes  # noqa: E402
+from classes_test import files_below  # noqa: E402
 
 # What the generator reads and writes.
 FOLDERS = (*classes.FOLDERS, "foundation/qor", "meta", "generated", "tests/generated")
@@ -36,10 +37,6 @@ far = "{far}"
 {container}doc = "For a test."
 """
 TREE = 'container = "QORPtrLinkTree"\n'
-
-
-def files_below(root):
-    return {str(p.relative_to(root)): p.read_bytes() for p in root.rglob("*") if p.is_file()}
 
 
 class GrowthTest(unittest.TestCase):

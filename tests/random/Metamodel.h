@@ -27,9 +27,9 @@ enum class Container {
     NAME_VECTOR
 };
 
-/// What each object's death is told to, of those made by `makeWatched`.
+/// What the destructor of each object made by `makeWatched` calls.
 extern void (*whenWatchedDies)(QORObject* object);
-/// What each call of a virtual operation of those is told to first; it may throw.
+/// What each virtual operation of those calls first; it may throw.
 extern void (*whenWatchedIsAsked)(QORObject const* object);
 
 /// A link end with its typed members; those that it lacks are null.
