@@ -25,8 +25,10 @@ function(qor_add_library target)
                    VISIBILITY_INLINES_HIDDEN ON
                    INSTALL_RPATH "$ORIGIN")
     target_compile_features(${target} PUBLIC cxx_std_17)
-    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    # Calls of another library go through its table of addresses straight away.
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition -fno-plt)
     qor_set_warnings(${target})
+    qor_harden(${target})
 
     set(hiddenSymbols ${PROJECT_SOURCE_DIR}/cmake/hide-standard-library.map)
     target_link_options(${target} PRIVATE -Wl,--version-script,${hiddenSymbols})

@@ -5,6 +5,8 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# What is built holds no path of this machine.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 find_program(QOR_CCACHE ccache DOC "Compiler cache, used if found")
 if(QOR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)

@@ -691,8 +691,14 @@ void QORRecipe::isolate(QORObject& object, QORClassDescription const& level, boo
 }
 
 void QORRecipe::destroy(QORObject& object, QORClassDescription const& level) noexcept {
-    if (!(object.linked & (level.linkBits | lookAtEnds)))
-        return;
+    if (object.linked & (level.linkBits | lookAtEnds))
+        destroyLinked(object, level);
+}
+
+// Out of line, as each class's destructor asks and few find a link: what is below needs a frame with a stack
+// protector.
+[[gnu::noinline]] void QORRecipe::destroyLinked(QORObject& object,
+                                                QORClassDescription const& level) noexcept {
     prefetch(&object, level); // the texts, whose destructors come next
     object.linked |= spare;
     Interruption interruption; // which a destructor can't pass on

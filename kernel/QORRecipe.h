@@ -110,6 +110,7 @@ private:
     static void prefetch(void const* object, QORClassDescription const& level);
     static bool isSpared(QORObject const& object);
     static void disposeUnreferenced(QORObject& far, QORObject const& object);
+    static void destroyLinked(QORObject& object, QORClassDescription const& level) noexcept;
     static void removeFar(QORObject& object, QORLinkEnd const& end);
     static QORObject* drain(QORObject& object, QORLinkEnd const& end);
     static void endDraining(QORObject& object, QORLinkEnd const& end);

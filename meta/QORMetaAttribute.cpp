@@ -14,7 +14,8 @@ Wrapper ifSuited(Wrapper const& wrapper, QORMetaAttributeType type) {
     return wrapper.isFilled() && wrapper.getType() == type ? wrapper : Wrapper();
 }
 
-void writeNumber(long value, QORString& room) {
+// Out of line, so that the reading of other attributes needs no room for digits.
+[[gnu::noinline]] void writeNumber(long value, QORString& room) {
     char digits[24];
     char const* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     room.init(digits, static_cast<int>(end - digits));
