@@ -89,6 +89,7 @@ def comment(text, indent="    "):
 def header(model, cls):
     includes = {cls.base.name} | {a.type for a in cls.attributes if a.is_enum or a.type == "QORDate"}
     includes |= {link.container for link in cls.links if link.container}
+    includes |= {"QORNoDestructor"} if any(link.container for link in cls.links) else set()
     forwards = {link.far_class for link in cls.links} | {link.view for link in cls.links if link.view}
     for entry in cls.custom:
         mentioned = declared_classes(model, entry.get("declare", ""))
@@ -162,8 +163,8 @@ def unary_field(link):
 
 
 def container_field(link):
-    """A container in a union has no destructor run: it is empty when its object dies, and then holds no memory."""
-    return f"    union {{\n        {link.container} {link.field}{{}};\n    }};"
+    """A container is empty when its object dies, and then holds no memory: its destructor needn't run."""
+    return f"    QORNoDestructor<{link.container}> {link.field};"
 
 
 def declared_classes(model, declaration):
@@ -261,7 +262,7 @@ def link_members(link):
         ]
     out += [
         f"    {far}* get{x}(int index) const;",
-        f"    int get{x}Count() const {{ return {link.field}.size; }}",
+        f"    int get{x}Count() const {{ return {link.field}->size; }}",
     ]
     if link.find:
         out += [

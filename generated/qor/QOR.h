@@ -146,6 +146,7 @@
 #include <qor/QORNameLinkTree.h>
 #include <qor/QORNameLinkVector.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORNote.h>
 #include <qor/QORNoteByPosition.h>
 #include <qor/QORObject.h>
