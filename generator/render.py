@@ -21,6 +21,7 @@ def render(model, public_headers) -> dict:
     files["generated/kernel/QORByPosition.cpp"] = views_source(model)
     files["generated/kernel/QORMetamodel.cpp"] = metamodel_source(model)
     files["generated/meta/QORAllClasses.cpp"] = factory_source(model)
+    files["generated/meta/QOREnumTexts.cpp"] = enum_texts_source(model)
     files["generated/meta/QORMetaRepositoryInit.cpp"] = init_source(model)
     generated = {path.removeprefix("generated/qor/") for path in files if path.startswith("generated/qor/")}
     files["generated/qor/QOR.h"] = umbrella(sorted(generated | public_headers))
@@ -635,6 +636,16 @@ def init_source(model):
     out += ["", "QORMetaRepositoryInit::QORMetaRepositoryInit() {", "    QORMetaRepository::getMetaRepository();"]
     out += [f"    {c.name}::getStaticMetaClass();" for c in classes]
     out += ["}", "", "namespace {", "", "QORMetaRepositoryInit const atLoad;", "", "} // namespace"]
+    return "\n".join(out) + "\n"
+
+
+def enum_texts_source(model):
+    stems = [name.removeprefix("QOR") for name in sorted(model.enumerations)]
+    out = [HEADING + '#include "meta/QOREnumTexts.h"\n']
+    out += [f"#include <qor/QOR{x}.h>" for x in stems]
+    out += ["", "QOREnumTexts const QOREnumTexts::all[] = {"]
+    out += [f"    {{QORGetEnumNameByIDWrapper::of<&get{x}Name>(), Qor{x}StringArray}}," for x in stems]
+    out += ["    {{}, nullptr},", "};"]
     return "\n".join(out) + "\n"
 
 
