@@ -115,6 +115,7 @@
 #include <qor/QORLevelAssociation.h>
 #include <qor/QORLevelAttribute.h>
 #include <qor/QORLevelKey.h>
+#include <qor/QORLibraryVersion.h>
 #include <qor/QORLinkTree.h>
 #include <qor/QORLog.h>
 #include <qor/QORLogEvent.h>
