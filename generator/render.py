@@ -21,6 +21,7 @@ def render(model, public_headers) -> dict:
     files["generated/kernel/QORByPosition.cpp"] = views_source(model)
     files["generated/kernel/QORMetamodel.cpp"] = metamodel_source(model)
     files["generated/meta/QORAllClasses.cpp"] = factory_source(model)
+    files["generated/meta/QORDebugTypes.cpp"] = debug_types_source(model)
     files["generated/meta/QOREnumTexts.cpp"] = enum_texts_source(model)
     files["generated/meta/QORMetaRepositoryInit.cpp"] = init_source(model)
     generated = {path.removeprefix("generated/qor/") for path in files if path.startswith("generated/qor/")}
@@ -646,6 +647,15 @@ def enum_texts_source(model):
     out += ["", "QOREnumTexts const QOREnumTexts::all[] = {"]
     out += [f"    {{QORGetEnumNameByIDWrapper::of<&get{x}Name>(), Qor{x}StringArray}}," for x in stems]
     out += ["    {{}, nullptr},", "};"]
+    return "\n".join(out) + "\n"
+
+
+def debug_types_source(model):
+    out = [HEADING + "// Compiled with debug information, which then describes each class: debugger/libQOR-gdb.py reads it.\n"]
+    out += [f"#include <qor/{cls.name}.h>" for cls in model.classes]
+    out += ["", "namespace {", "", "struct QORDebugTypes {"]
+    out += [f"    {cls.name}* of{cls.display};" for cls in model.classes]
+    out += ["};", "", "[[gnu::used]] QORDebugTypes const* const debugTypes = nullptr;", "", "} // namespace"]
     return "\n".join(out) + "\n"
 
 
