@@ -15,6 +15,13 @@ install(
     FILES_MATCHING
     PATTERN "*.h")
 
+# Where gdb looks for what belongs to a library, if the prefix is that of gdb.
+install(
+    FILES debugger/libQOR-gdb.py
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR}
+    RENAME libQOR.so.${PROJECT_VERSION}-gdb.py
+    COMPONENT Development)
+
 configure_package_config_file(cmake/QORConfig.cmake.in cmake/QORConfig.cmake INSTALL_DESTINATION ${packageDir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/cmake/QORConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(

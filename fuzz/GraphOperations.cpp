@@ -1,6 +1,5 @@
 #include "GraphOperations.h"
 
-#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 #include "kit/Verify.h"
 
@@ -300,7 +299,7 @@ void GraphOperations::link(Bytes& bytes) {
     if (links.empty())
         return;
     QORMetaLink const& link = *links[bytes.below(links.size())];
-    QORElementType const farClass = kit::farClassOf(link);
+    QORElementType const farClass = link.getFarMetaClass()->getId();
     std::size_t const start = bytes.below(made.size());
     for (std::size_t i = 0; i < made.size(); ++i) {
         QORObject* const far = made[(start + i) % made.size()];

@@ -1,6 +1,5 @@
 #include "ModelOperations.h"
 
-#include "kit/LinkEnds.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
 
@@ -162,7 +161,8 @@ void attempt(Operation operation) {
 QORMetaLink const* owningEnd(QORObject const& owner, QORObject const& object, Bytes& bytes) {
     std::vector<QORMetaLink const*> ends;
     for (QORMetaLink const* link : kit::linksOf(owner)) {
-        if (link->getType() == QORMetaLinkType::CHILD && object.isInstanceOf(kit::farClassOf(*link))) {
+        if (link->getType() == QORMetaLinkType::CHILD &&
+            object.isInstanceOf(link->getFarMetaClass()->getId())) {
             ends.push_back(link);
         }
     }
@@ -261,7 +261,7 @@ void ModelOperations::refer(Bytes& bytes) {
     std::vector<QORObject*> all;
     std::vector<QORObject*> related;
     for (QORObject* object : made) {
-        if (object == near || !object->isInstanceOf(kit::farClassOf(end)))
+        if (object == near || !object->isInstanceOf(end.getFarMetaClass()->getId()))
             continue;
         all.push_back(object);
         if (object->getParent() && object->getParent() == near->getParent())

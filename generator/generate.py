@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Writes generated/ and tests/generated/ from the tables: meta/enumerations.toml and <folder>/QORX.toml of each class.
+The version comes from CMakeLists.txt.
 
 usage: generate.py [--check] [ROOT]
 
@@ -15,6 +16,7 @@ import classes
 import enumerations
 import render
 import render_tests
+import version
 
 FOLDERS = ("generated", "tests/generated")
 PUBLIC = ("foundation/qor", "kernel/qor", "meta/qor")
@@ -25,6 +27,7 @@ def contents(root) -> dict:
     table = enumerations.load(root / "meta/enumerations.toml")
     files = enumerations.render(table)
     model = classes.load(root, table)
+    files |= version.render(version.load(root / "CMakeLists.txt"))
     public = {path.name for folder in PUBLIC for path in (root / folder).glob("*.h")}
     public |= {Path(path).name for path in files if path.startswith("generated/qor/")}
     return files | render.render(model, public) | render_tests.render(model)

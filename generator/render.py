@@ -21,6 +21,8 @@ def render(model, public_headers) -> dict:
     files["generated/kernel/QORByPosition.cpp"] = views_source(model)
     files["generated/kernel/QORMetamodel.cpp"] = metamodel_source(model)
     files["generated/meta/QORAllClasses.cpp"] = factory_source(model)
+    files["generated/meta/QORDebugTypes.cpp"] = debug_types_source(model)
+    files["generated/meta/QOREnumTexts.cpp"] = enum_texts_source(model)
     files["generated/meta/QORMetaRepositoryInit.cpp"] = init_source(model)
     generated = {path.removeprefix("generated/qor/") for path in files if path.startswith("generated/qor/")}
     files["generated/qor/QOR.h"] = umbrella(sorted(generated | public_headers))
@@ -89,6 +91,7 @@ def comment(text, indent="    "):
 def header(model, cls):
     includes = {cls.base.name} | {a.type for a in cls.attributes if a.is_enum or a.type == "QORDate"}
     includes |= {link.container for link in cls.links if link.container}
+    includes |= {"QORNoDestructor"} if any(link.container for link in cls.links) else set()
     forwards = {link.far_class for link in cls.links} | {link.view for link in cls.links if link.view}
     for entry in cls.custom:
         mentioned = declared_classes(model, entry.get("declare", ""))
@@ -162,8 +165,8 @@ def unary_field(link):
 
 
 def container_field(link):
-    """A container in a union has no destructor run: it is empty when its object dies, and then holds no memory."""
-    return f"    union {{\n        {link.container} {link.field}{{}};\n    }};"
+    """A container is empty when its object dies, and then holds no memory: its destructor needn't run."""
+    return f"    QORNoDestructor<{link.container}> {link.field};"
 
 
 def declared_classes(model, declaration):
@@ -261,7 +264,7 @@ def link_members(link):
         ]
     out += [
         f"    {far}* get{x}(int index) const;",
-        f"    int get{x}Count() const {{ return {link.field}.size; }}",
+        f"    int get{x}Count() const {{ return {link.field}->size; }}",
     ]
     if link.find:
         out += [
@@ -634,6 +637,25 @@ def init_source(model):
     out += ["", "QORMetaRepositoryInit::QORMetaRepositoryInit() {", "    QORMetaRepository::getMetaRepository();"]
     out += [f"    {c.name}::getStaticMetaClass();" for c in classes]
     out += ["}", "", "namespace {", "", "QORMetaRepositoryInit const atLoad;", "", "} // namespace"]
+    return "\n".join(out) + "\n"
+
+
+def enum_texts_source(model):
+    stems = [name.removeprefix("QOR") for name in sorted(model.enumerations)]
+    out = [HEADING + '#include "meta/QOREnumTexts.h"\n']
+    out += [f"#include <qor/QOR{x}.h>" for x in stems]
+    out += ["", "QOREnumTexts const QOREnumTexts::all[] = {"]
+    out += [f"    {{QORGetEnumNameByIDWrapper::of<&get{x}Name>(), Qor{x}StringArray}}," for x in stems]
+    out += ["    {{}, nullptr},", "};"]
+    return "\n".join(out) + "\n"
+
+
+def debug_types_source(model):
+    out = [HEADING + "// Compiled with debug information, which then describes each class: debugger/libQOR-gdb.py reads it.\n"]
+    out += [f"#include <qor/{cls.name}.h>" for cls in model.classes]
+    out += ["", "namespace {", "", "struct QORDebugTypes {"]
+    out += [f"    {cls.name}* of{cls.display};" for cls in model.classes]
+    out += ["};", "", "[[gnu::used]] QORDebugTypes const* const debugTypes = nullptr;", "", "} // namespace"]
     return "\n".join(out) + "\n"
 
 

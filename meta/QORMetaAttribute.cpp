@@ -1,5 +1,7 @@
 #include <qor/QORMetaAttribute.h>
 
+#include "QOREnumTexts.h"
+
 #include <qor/QORMetaClass.h>
 #include <qor/QORMetaRepository.h>
 
@@ -43,6 +45,15 @@ QORMetaAttribute::QORMetaAttribute(QORMetaClass* ofClass, QORAttributeType ofId,
     if (metaClass)
         metaClass->addAttribute(this);
     QORMetaRepository::getMetaRepository()->addMetaAttribute(this);
+}
+
+char const* const* QORMetaAttribute::getEnumTexts() const {
+    for (QOREnumTexts const* each = QOREnumTexts::all; type == QORMetaAttributeType::ENUM && each->texts;
+         ++each) {
+        if (each->names == enumWriter)
+            return each->texts;
+    }
+    return nullptr;
 }
 
 QORString QORMetaAttribute::getValue(QORObject* object) const {

@@ -1,8 +1,20 @@
 #include <qor/QORMetaLink.h>
 
+#include "kernel/QORClassDescription.h"
+
 #include <qor/QORMetaClass.h>
 #include <qor/QORMetaRepository.h>
 #include <qor/QORObject.h>
+
+namespace {
+
+/// The description of an end; null for a caller's record, which reads something else.
+QORLinkEnd const* descriptionOf(QORAssociationType id, QORGetLinkWrapper const& get) {
+    QORLinkEnd const* const end = &QORMetamodel::ends[id];
+    return get.getEnd() == end ? end : nullptr;
+}
+
+} // namespace
 
 QORMetaLink::QORMetaLink(QORMetaClass* ofClass, QORAssociationType ofId, QORString role, bool isUnaryEnd,
                          QORMetaLinkType ofType, QORGetLinkWrapper getLinkOf, QORGetLinkCountWrapper countOf,
@@ -12,6 +24,23 @@ QORMetaLink::QORMetaLink(QORMetaClass* ofClass, QORAssociationType ofId, QORStri
     if (metaClass)
         metaClass->addLink(this);
     QORMetaRepository::getMetaRepository()->addMetaLink(this);
+}
+
+QORMetaClass* QORMetaLink::getFarMetaClass() const {
+    QORMetaLink const* const far = getFarMetaLink();
+    return far ? far->metaClass : nullptr;
+}
+
+QORMetaLink* QORMetaLink::getFarMetaLink() const {
+    QORLinkEnd const* const end = descriptionOf(id, get);
+    if (!end)
+        return nullptr;
+    return QORMetaRepository::getMetaRepository()->getMetaLinkByID(static_cast<QORAssociationType>(end->far));
+}
+
+bool QORMetaLink::isOrdered() const {
+    QORLinkEnd const* const end = descriptionOf(id, get);
+    return end && end->shape == QOREndShape::VECTOR;
 }
 
 bool QORMetaLink::addLink(QORObject* object, QORObject* other) const {

@@ -31,7 +31,7 @@ int QORClass::getAttributeCount() const {
 }
 
 bool QORClass::containsAttribute(QORAttribute const* attribute) const {
-    return attribute && feature_.contains(static_cast<QORObject const*>(attribute), nullptr);
+    return attribute && feature_->contains(static_cast<QORObject const*>(attribute), nullptr);
 }
 
 // Every feature counts as an attribute here: the object's class isn't looked at, so the casts are unchecked.
@@ -42,5 +42,5 @@ QORAttribute* QORClass::getAttribute(int index) const {
 QORAttribute* QORClass::getAttribute(QORString const& wanted, int* cursor) const {
     if (cursor)
         return reinterpret_cast<QORAttribute*>(_getn(&feature_, wanted, cursor));
-    return static_cast<QORAttribute*>(feature_.findFirst(&wanted, nullptr));
+    return static_cast<QORAttribute*>(feature_->findFirst(&wanted, nullptr));
 }

@@ -31,7 +31,7 @@ int QORSQLViewEntity::getSQLViewAttributeCount() const {
 }
 
 bool QORSQLViewEntity::containsSQLViewAttribute(QORSQLViewAttribute const* attribute) const {
-    return attribute && feature_.contains(static_cast<QORObject const*>(attribute), nullptr);
+    return attribute && feature_->contains(static_cast<QORObject const*>(attribute), nullptr);
 }
 
 // Every feature counts as a column here: the object's class isn't looked at, so the casts are unchecked.
@@ -42,5 +42,5 @@ QORSQLViewAttribute* QORSQLViewEntity::getSQLViewAttribute(int index) const {
 QORSQLViewAttribute* QORSQLViewEntity::getSQLViewAttribute(QORString const& wanted, int* cursor) const {
     if (cursor)
         return reinterpret_cast<QORSQLViewAttribute*>(_getn(&feature_, wanted, cursor));
-    return static_cast<QORSQLViewAttribute*>(feature_.findFirst(&wanted, nullptr));
+    return static_cast<QORSQLViewAttribute*>(feature_->findFirst(&wanted, nullptr));
 }

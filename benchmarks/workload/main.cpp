@@ -46,7 +46,7 @@ bool isRenamed(QORObject& object, QORString const& name) {
 /// Opens the elements of a package to a search by name.
 struct PackageElements : QORDesignPackage {
     static QORObject* find(QORDesignPackage const& package, QORString const& name) {
-        QORModelElementLinkTree const& elements = package.*(&PackageElements::modelElement_);
+        QORModelElementLinkTree const& elements = *(package.*(&PackageElements::modelElement_));
         return static_cast<QORObject*>(elements.findFirst(&name, nullptr));
     }
 };

@@ -115,6 +115,7 @@
 #include <qor/QORLevelAssociation.h>
 #include <qor/QORLevelAttribute.h>
 #include <qor/QORLevelKey.h>
+#include <qor/QORLibraryVersion.h>
 #include <qor/QORLinkTree.h>
 #include <qor/QORLog.h>
 #include <qor/QORLogEvent.h>
@@ -146,6 +147,7 @@
 #include <qor/QORNameLinkTree.h>
 #include <qor/QORNameLinkVector.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORNote.h>
 #include <qor/QORNoteByPosition.h>
 #include <qor/QORObject.h>

@@ -5,6 +5,7 @@
 #include <qor/QORContainmentType.h>
 #include <qor/QORModelObject.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 #include <qor/QORReferentialActionType.h>
 #include <qor/QORVisibilityType.h>
@@ -127,7 +128,7 @@ public:
 
     /// Attributes that select among the objects of the end, owned.
     QORAttribute* getQualifierAttribute(int index) const;
-    int getQualifierAttributeCount() const { return qualifierAttribute_.size; }
+    int getQualifierAttributeCount() const { return qualifierAttribute_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getQualifierAttributeByPosition(QORAttributeByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -144,7 +145,7 @@ public:
 
     /// Leaves of groupings that stand for this role.
     QORGrouping* getGrouping(int index) const;
-    int getGroupingCount() const { return grouping_.size; }
+    int getGroupingCount() const { return grouping_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addGrouping(QORGrouping* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -176,12 +177,8 @@ protected:
     QORObject* association_ = nullptr;
     QORObject* foreignKey_ = nullptr;
     QORHeldEnd associatedClass_;
-    union {
-        QORNameLinkTree qualifierAttribute_{};
-    };
-    union {
-        QORPtrLinkVector grouping_{};
-    };
+    QORNoDestructor<QORNameLinkTree> qualifierAttribute_;
+    QORNoDestructor<QORPtrLinkVector> grouping_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORContainmentType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 #include <qor/QORStructuralFeature.h>
@@ -68,7 +69,7 @@ public:
 
     /// Name maps of foreign keys that have this attribute as destination.
     QORAssociationRoleNameMap* getDestinationOfAssociationRoleNameMap(int index) const;
-    int getDestinationOfAssociationRoleNameMapCount() const { return destinationOfAssociationRoleNameMap_.size; }
+    int getDestinationOfAssociationRoleNameMapCount() const { return destinationOfAssociationRoleNameMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfAssociationRoleNameMap(QORAssociationRoleNameMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -83,7 +84,7 @@ public:
 
     /// Name maps of foreign keys that have this attribute as source.
     QORAssociationRoleNameMap* getSourceOfAssociationRoleNameMap(int index) const;
-    int getSourceOfAssociationRoleNameMapCount() const { return sourceOfAssociationRoleNameMap_.size; }
+    int getSourceOfAssociationRoleNameMapCount() const { return sourceOfAssociationRoleNameMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfAssociationRoleNameMap(QORAssociationRoleNameMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -98,7 +99,7 @@ public:
 
     /// Places of this attribute in indexes.
     QORIndexMember* getIndexMember(int index) const;
-    int getIndexMemberCount() const { return indexMember_.size; }
+    int getIndexMemberCount() const { return indexMember_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addIndexMember(QORIndexMember* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -122,7 +123,7 @@ public:
 
     /// Leaves of groupings that stand for this attribute.
     QORGrouping* getGrouping(int index) const;
-    int getGroupingCount() const { return grouping_.size; }
+    int getGroupingCount() const { return grouping_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addGrouping(QORGrouping* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -137,7 +138,7 @@ public:
 
     /// Generalizations whose subtypes this attribute distinguishes.
     QORGeneralization* getDiscriminatorOfGeneralization(int index) const;
-    int getDiscriminatorOfGeneralizationCount() const { return discriminatorOfGeneralization_.size; }
+    int getDiscriminatorOfGeneralizationCount() const { return discriminatorOfGeneralization_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDiscriminatorOfGeneralization(QORGeneralization* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -152,7 +153,7 @@ public:
 
     /// Keys of which this attribute is a part.
     QORKey* getKey(int index) const;
-    int getKeyCount() const { return key_.size; }
+    int getKeyCount() const { return key_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addKey(QORKey* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -167,7 +168,7 @@ public:
 
     /// Class maps that read this attribute.
     QORClassMap* getSourceOfClassMap(int index) const;
-    int getSourceOfClassMapCount() const { return sourceOfClassMap_.size; }
+    int getSourceOfClassMapCount() const { return sourceOfClassMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfClassMap(QORClassMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -182,7 +183,7 @@ public:
 
     /// Class maps that write this attribute.
     QORClassMap* getDestinationOfClassMap(int index) const;
-    int getDestinationOfClassMapCount() const { return destinationOfClassMap_.size; }
+    int getDestinationOfClassMapCount() const { return destinationOfClassMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfClassMap(QORClassMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -210,30 +211,14 @@ protected:
     bool cppDerived_ = false;
     QORString extraConstraint_;
     QORHeldEnd qualifierOfAssociationRole_;
-    union {
-        QORPtrLinkVector destinationOfAssociationRoleNameMap_{};
-    };
-    union {
-        QORPtrLinkVector sourceOfAssociationRoleNameMap_{};
-    };
-    union {
-        QORPtrLinkVector indexMember_{};
-    };
-    union {
-        QORPtrLinkVector grouping_{};
-    };
-    union {
-        QORPtrLinkVector discriminatorOfGeneralization_{};
-    };
-    union {
-        QORPtrLinkVector key_{};
-    };
-    union {
-        QORPtrLinkTree sourceOfClassMap_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfClassMap_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> destinationOfAssociationRoleNameMap_;
+    QORNoDestructor<QORPtrLinkVector> sourceOfAssociationRoleNameMap_;
+    QORNoDestructor<QORPtrLinkVector> indexMember_;
+    QORNoDestructor<QORPtrLinkVector> grouping_;
+    QORNoDestructor<QORPtrLinkVector> discriminatorOfGeneralization_;
+    QORNoDestructor<QORPtrLinkVector> key_;
+    QORNoDestructor<QORPtrLinkTree> sourceOfClassMap_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfClassMap_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORBusinessRuleType.h>
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 #include <qor/QORTypeValueLinkTree.h>
 
@@ -68,7 +69,7 @@ public:
 
     /// Allowed values, owned. Copies of the rule get copies of them.
     QORTypeValue* getTypeValue(int index) const;
-    int getTypeValueCount() const { return typeValue_.size; }
+    int getTypeValueCount() const { return typeValue_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getTypeValueByPosition(QORTypeValueByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -85,7 +86,7 @@ public:
 
     /// Objects that the rule constrains, in the order of adding.
     QORModelObject* getModelObject(int index) const;
-    int getModelObjectCount() const { return modelObject_.size; }
+    int getModelObjectCount() const { return modelObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addModelObject(QORModelObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -104,12 +105,8 @@ protected:
     QORString lowerBound_;
     QORString upperBound_;
     QORHeldEnd model_;
-    union {
-        QORTypeValueLinkTree typeValue_{};
-    };
-    union {
-        QORPtrLinkVector modelObject_{};
-    };
+    QORNoDestructor<QORTypeValueLinkTree> typeValue_;
+    QORNoDestructor<QORPtrLinkVector> modelObject_;
 
 private:
     friend struct QORMetamodel;

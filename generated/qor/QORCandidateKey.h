@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORKey.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClass;
@@ -46,7 +47,7 @@ public:
 
     /// Foreign keys that refer to this key.
     QORForeignKey* getForeignKey(int index) const;
-    int getForeignKeyCount() const { return foreignKey_.size; }
+    int getForeignKeyCount() const { return foreignKey_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addForeignKey(QORForeignKey* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -62,9 +63,7 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    union {
-        QORPtrLinkTree foreignKey_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> foreignKey_;
     bool uniqueKey_ = false;
     QORObject* primaryOfClass_ = nullptr;
 

@@ -7,6 +7,7 @@
 #include <qor/QORConcurrencyType.h>
 #include <qor/QORDimensionalRoleType.h>
 #include <qor/QORDimensionalType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QOROptionalNameLinkTree.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
@@ -98,7 +99,7 @@ public:
 
     /// Operations, owned.
     QOROperation* getOperation(int index) const;
-    int getOperationCount() const { return operation_.size; }
+    int getOperationCount() const { return operation_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getOperationByPosition(QOROperationByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -115,7 +116,7 @@ public:
 
     /// Template arguments, owned, if the class is parameterized.
     QORArgument* getArgument(int index) const;
-    int getArgumentCount() const { return argument_.size; }
+    int getArgumentCount() const { return argument_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getArgumentByPosition(QORArgumentByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -132,7 +133,7 @@ public:
 
     /// Generalizations in which this class is the general side.
     QORGeneralization* getSupertypeOfGeneralization(int index) const;
-    int getSupertypeOfGeneralizationCount() const { return supertypeOfGeneralization_.size; }
+    int getSupertypeOfGeneralizationCount() const { return supertypeOfGeneralization_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSupertypeOfGeneralization(QORGeneralization* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -147,7 +148,7 @@ public:
 
     /// Generalizations in which this class is the special side.
     QORGeneralization* getSubtypeOfGeneralization(int index) const;
-    int getSubtypeOfGeneralizationCount() const { return subtypeOfGeneralization_.size; }
+    int getSubtypeOfGeneralizationCount() const { return subtypeOfGeneralization_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSubtypeOfGeneralization(QORGeneralization* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -162,7 +163,7 @@ public:
 
     /// Ends of associations at which this class stands.
     QORAssociationRole* getAssociationRole(int index) const;
-    int getAssociationRoleCount() const { return associationRole_.size; }
+    int getAssociationRoleCount() const { return associationRole_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAssociationRole(QORAssociationRole* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -186,7 +187,7 @@ public:
 
     /// Realizations by which this class fulfils a specification.
     QORRealization* getRealization(int index) const;
-    int getRealizationCount() const { return realization_.size; }
+    int getRealizationCount() const { return realization_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addRealization(QORRealization* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -201,7 +202,7 @@ public:
 
     /// Dependencies of this class on others.
     QORDependency* getDependency(int index) const;
-    int getDependencyCount() const { return dependency_.size; }
+    int getDependencyCount() const { return dependency_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDependency(QORDependency* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -216,7 +217,7 @@ public:
 
     /// Dependencies of others on this class.
     QORDependency* getSupplierOfDependency(int index) const;
-    int getSupplierOfDependencyCount() const { return supplierOfDependency_.size; }
+    int getSupplierOfDependencyCount() const { return supplierOfDependency_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSupplierOfDependency(QORDependency* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -231,7 +232,7 @@ public:
 
     /// Realizations in which this class is what others fulfil.
     QORRealization* getSpecificationOfRealization(int index) const;
-    int getSpecificationOfRealizationCount() const { return specificationOfRealization_.size; }
+    int getSpecificationOfRealizationCount() const { return specificationOfRealization_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSpecificationOfRealization(QORRealization* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -246,7 +247,7 @@ public:
 
     /// Indexes, owned.
     QORIndex* getIndex(int index) const;
-    int getIndexCount() const { return index_.size; }
+    int getIndexCount() const { return index_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addIndex(QORIndex* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -297,7 +298,7 @@ public:
 
     /// Candidate and foreign keys, owned.
     QORKey* getKey(int index) const;
-    int getKeyCount() const { return key_.size; }
+    int getKeyCount() const { return key_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addKey(QORKey* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -345,39 +346,17 @@ protected:
     QORObject* association_ = nullptr;
     QORObject* classType_ = nullptr;
     QORObject* mappingModel_ = nullptr;
-    union {
-        QORPtrLinkTree operation_{};
-    };
-    union {
-        QOROptionalNameLinkTree argument_{};
-    };
-    union {
-        QORPtrLinkVector supertypeOfGeneralization_{};
-    };
-    union {
-        QORPtrLinkVector subtypeOfGeneralization_{};
-    };
-    union {
-        QORPtrLinkTree associationRole_{};
-    };
-    union {
-        QORPtrLinkTree realization_{};
-    };
-    union {
-        QORPtrLinkTree dependency_{};
-    };
-    union {
-        QORPtrLinkTree supplierOfDependency_{};
-    };
-    union {
-        QORPtrLinkTree specificationOfRealization_{};
-    };
-    union {
-        QORPtrLinkTree index_{};
-    };
-    union {
-        QORPtrLinkTree key_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> operation_;
+    QORNoDestructor<QOROptionalNameLinkTree> argument_;
+    QORNoDestructor<QORPtrLinkVector> supertypeOfGeneralization_;
+    QORNoDestructor<QORPtrLinkVector> subtypeOfGeneralization_;
+    QORNoDestructor<QORPtrLinkTree> associationRole_;
+    QORNoDestructor<QORPtrLinkTree> realization_;
+    QORNoDestructor<QORPtrLinkTree> dependency_;
+    QORNoDestructor<QORPtrLinkTree> supplierOfDependency_;
+    QORNoDestructor<QORPtrLinkTree> specificationOfRealization_;
+    QORNoDestructor<QORPtrLinkTree> index_;
+    QORNoDestructor<QORPtrLinkTree> key_;
 
 private:
     friend struct QORMetamodel;

@@ -4,6 +4,7 @@
 #include <qor/QORClassifierMap.h>
 #include <qor/QORCommitType.h>
 #include <qor/QORMovementType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORAttribute;
@@ -60,7 +61,7 @@ public:
 
     /// Attributes read by the map as a whole, kept apart from the source classifiers.
     QORAttribute* getSourceAttribute(int index) const;
-    int getSourceAttributeCount() const { return sourceAttribute_.size; }
+    int getSourceAttributeCount() const { return sourceAttribute_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceAttribute(QORAttribute* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -75,7 +76,7 @@ public:
 
     /// Attributes written by the map as a whole, kept apart from the destination classifiers.
     QORAttribute* getDestinationAttribute(int index) const;
-    int getDestinationAttributeCount() const { return destinationAttribute_.size; }
+    int getDestinationAttributeCount() const { return destinationAttribute_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationAttribute(QORAttribute* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -89,12 +90,8 @@ public:
     void removeDestinationAttributes();
 
 protected:
-    union {
-        QORPtrLinkTree sourceAttribute_{};
-    };
-    union {
-        QORPtrLinkTree destinationAttribute_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceAttribute_;
+    QORNoDestructor<QORPtrLinkTree> destinationAttribute_;
     QORCommitType commitType_ = QORCommitType::ROW;
     QORMovementType movementType_ = QORMovementType::INSERT;
     int volumetrics_ = 0;

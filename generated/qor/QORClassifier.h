@@ -3,6 +3,7 @@
 
 #include <qor/QORModelElement.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClassifierMap;
@@ -43,7 +44,7 @@ public:
 
     /// Maps that take data from this classifier.
     QORClassifierMap* getSourceOfClassifierMap(int index) const;
-    int getSourceOfClassifierMapCount() const { return sourceOfClassifierMap_.size; }
+    int getSourceOfClassifierMapCount() const { return sourceOfClassifierMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfClassifierMap(QORClassifierMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -58,7 +59,7 @@ public:
 
     /// Maps that deliver data to this classifier.
     QORClassifierMap* getDestinationOfClassifierMap(int index) const;
-    int getDestinationOfClassifierMapCount() const { return destinationOfClassifierMap_.size; }
+    int getDestinationOfClassifierMapCount() const { return destinationOfClassifierMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfClassifierMap(QORClassifierMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -73,7 +74,7 @@ public:
 
     /// Features, owned, no two of one name.
     QORFeature* getFeature(int index) const;
-    int getFeatureCount() const { return feature_.size; }
+    int getFeatureCount() const { return feature_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getFeatureByPosition(QORFeatureByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -90,7 +91,7 @@ public:
 
     /// Associations that bring this classifier into an SQL view.
     QORSQLViewAssociation* getSourceOfSQLViewAssociation(int index) const;
-    int getSourceOfSQLViewAssociationCount() const { return sourceOfSQLViewAssociation_.size; }
+    int getSourceOfSQLViewAssociationCount() const { return sourceOfSQLViewAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfSQLViewAssociation(QORSQLViewAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -105,7 +106,7 @@ public:
 
     /// Roles in which this classifier takes part in joins.
     QORJoinRole* getAssociatedJoinRole(int index) const;
-    int getAssociatedJoinRoleCount() const { return associatedJoinRole_.size; }
+    int getAssociatedJoinRoleCount() const { return associatedJoinRole_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAssociatedJoinRole(QORJoinRole* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -128,21 +129,11 @@ public:
     bool removeReport(QORReport* far);
 
 protected:
-    union {
-        QORPtrLinkTree sourceOfClassifierMap_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfClassifierMap_{};
-    };
-    union {
-        QORNameLinkTree feature_{};
-    };
-    union {
-        QORPtrLinkTree sourceOfSQLViewAssociation_{};
-    };
-    union {
-        QORPtrLinkTree associatedJoinRole_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceOfClassifierMap_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfClassifierMap_;
+    QORNoDestructor<QORNameLinkTree> feature_;
+    QORNoDestructor<QORPtrLinkTree> sourceOfSQLViewAssociation_;
+    QORNoDestructor<QORPtrLinkTree> associatedJoinRole_;
     QORHeldEnd report_;
 
 private:

@@ -3,6 +3,7 @@
 
 #include <qor/QORMappingObject.h>
 #include <qor/QORMappingType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QOROptionalNameLinkTree.h>
 #include <qor/QORPtrLinkTree.h>
 
@@ -57,7 +58,7 @@ public:
 
     /// Feature-level maps, owned; unique by name as far as they have one.
     QORFeatureMap* getFeatureMap(int index) const;
-    int getFeatureMapCount() const { return featureMap_.size; }
+    int getFeatureMapCount() const { return featureMap_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getFeatureMapByPosition(QORFeatureMapByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -83,7 +84,7 @@ public:
 
     /// Classifiers from which the data come, ordered by address.
     QORClassifier* getSourceClassifier(int index) const;
-    int getSourceClassifierCount() const { return sourceClassifier_.size; }
+    int getSourceClassifierCount() const { return sourceClassifier_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceClassifier(QORClassifier* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -98,7 +99,7 @@ public:
 
     /// Classifiers to which the data go, ordered by address; the display name is that of the first.
     QORClassifier* getDestinationClassifier(int index) const;
-    int getDestinationClassifierCount() const { return destinationClassifier_.size; }
+    int getDestinationClassifierCount() const { return destinationClassifier_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationClassifier(QORClassifier* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -128,15 +129,9 @@ protected:
     QORString operationDescription_;
     QORHeldEnd transformation_;
     QORObject* expression_ = nullptr;
-    union {
-        QOROptionalNameLinkTree featureMap_{};
-    };
-    union {
-        QORPtrLinkTree sourceClassifier_{};
-    };
-    union {
-        QORPtrLinkTree destinationClassifier_{};
-    };
+    QORNoDestructor<QOROptionalNameLinkTree> featureMap_;
+    QORNoDestructor<QORPtrLinkTree> sourceClassifier_;
+    QORNoDestructor<QORPtrLinkTree> destinationClassifier_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORMetadataFormat.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 
 /// A format for configuration data that go with other metadata.
 class QOR_API QORConfigurationFormat : public QORMetadataFormat {
@@ -28,7 +29,7 @@ public:
 
     /// Formats to which the configuration applies, sorted by name; not owned.
     QORMetadataFormat* getMetadataFormat(int index) const;
-    int getMetadataFormatCount() const { return metadataFormat_.size; }
+    int getMetadataFormatCount() const { return metadataFormat_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addMetadataFormat(QORMetadataFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -44,9 +45,7 @@ public:
     void setFormatType(QORString const& value) override;
 
 protected:
-    union {
-        QORNamePtrLinkTree metadataFormat_{};
-    };
+    QORNoDestructor<QORNamePtrLinkTree> metadataFormat_;
 
 private:
     friend struct QORMetamodel;

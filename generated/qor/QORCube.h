@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORClassifier.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORCubeDimensionAssociation;
@@ -35,7 +36,7 @@ public:
 
     /// Filters on the data of the cube.
     QORFilter* getFilter(int index) const;
-    int getFilterCount() const { return filter_.size; }
+    int getFilterCount() const { return filter_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addFilter(QORFilter* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -50,7 +51,7 @@ public:
 
     /// Joins that bring the data of the cube together.
     QORJoin* getJoin(int index) const;
-    int getJoinCount() const { return join_.size; }
+    int getJoinCount() const { return join_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addJoin(QORJoin* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -65,7 +66,7 @@ public:
 
     /// Uses of dimensions, owned.
     QORCubeDimensionAssociation* getCubeDimensionAssociation(int index) const;
-    int getCubeDimensionAssociationCount() const { return cubeDimensionAssociation_.size; }
+    int getCubeDimensionAssociationCount() const { return cubeDimensionAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCubeDimensionAssociation(QORCubeDimensionAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -79,15 +80,9 @@ public:
     void removeCubeDimensionAssociations();
 
 protected:
-    union {
-        QORPtrLinkTree filter_{};
-    };
-    union {
-        QORPtrLinkTree join_{};
-    };
-    union {
-        QORPtrLinkTree cubeDimensionAssociation_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> filter_;
+    QORNoDestructor<QORPtrLinkTree> join_;
+    QORNoDestructor<QORPtrLinkTree> cubeDimensionAssociation_;
 
 private:
     friend struct QORMetamodel;

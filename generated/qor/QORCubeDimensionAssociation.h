@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORAggregationRule;
@@ -64,7 +65,7 @@ public:
 
     /// Rules for aggregating along this dimension; their owners are the measures.
     QORAggregationRule* getAggregationRule(int index) const;
-    int getAggregationRuleCount() const { return aggregationRule_.size; }
+    int getAggregationRuleCount() const { return aggregationRule_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAggregationRule(QORAggregationRule* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -81,9 +82,7 @@ protected:
     QORHeldEnd cube_;
     QORHeldEnd dimension_;
     QORHeldEnd hierarchy_;
-    union {
-        QORPtrLinkTree aggregationRule_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> aggregationRule_;
 
 private:
     friend struct QORMetamodel;

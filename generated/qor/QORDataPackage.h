@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORDirectionType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPackage.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -37,7 +38,7 @@ public:
 
     /// Objects found in the store, in the order of adding; they have their owners elsewhere.
     QORModelObject* getModelObject(int index) const;
-    int getModelObjectCount() const { return modelObject_.size; }
+    int getModelObjectCount() const { return modelObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addModelObject(QORModelObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -51,9 +52,7 @@ public:
     void removeModelObjects();
 
 protected:
-    union {
-        QORPtrLinkVector modelObject_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> modelObject_;
     QORDirectionType direction_ = QORDirectionType::SOURCE_DESTINATION;
 
 private:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORConcreteType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORTypeValueLinkTree.h>
 
@@ -75,7 +76,7 @@ public:
 
     /// Allowed values, owned. Copies of the type get copies of them.
     QORTypeValue* getTypeValue(int index) const override;
-    int getTypeValueCount() const override { return typeValue_.size; }
+    int getTypeValueCount() const override { return typeValue_->size; }
     /// The element of that name or, with a cursor, the next one from there on; null if there is none.
     QORTypeValue* getTypeValue(QORString const& wanted, int* cursor) const override;
     /// Whether an element compares equal.
@@ -96,7 +97,7 @@ public:
 
     /// Maps that translate the values of this type.
     QOREnumeratedTypeMap* getSourceOfEnumeratedTypeMap(int index) const;
-    int getSourceOfEnumeratedTypeMapCount() const { return sourceOfEnumeratedTypeMap_.size; }
+    int getSourceOfEnumeratedTypeMapCount() const { return sourceOfEnumeratedTypeMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfEnumeratedTypeMap(QOREnumeratedTypeMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -111,7 +112,7 @@ public:
 
     /// Maps that translate into the values of this type.
     QOREnumeratedTypeMap* getDestinationOfEnumeratedTypeMap(int index) const;
-    int getDestinationOfEnumeratedTypeMapCount() const { return destinationOfEnumeratedTypeMap_.size; }
+    int getDestinationOfEnumeratedTypeMapCount() const { return destinationOfEnumeratedTypeMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfEnumeratedTypeMap(QOREnumeratedTypeMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -133,15 +134,9 @@ protected:
     QORString nativeDataType_;
     QORString nativeLogicalDataType_;
     QORHeldEnd derivedFromConcreteType_;
-    union {
-        QORTypeValueLinkTree typeValue_{};
-    };
-    union {
-        QORPtrLinkTree sourceOfEnumeratedTypeMap_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfEnumeratedTypeMap_{};
-    };
+    QORNoDestructor<QORTypeValueLinkTree> typeValue_;
+    QORNoDestructor<QORPtrLinkTree> sourceOfEnumeratedTypeMap_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfEnumeratedTypeMap_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORModelElementLinkTree.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPackage.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -46,7 +47,7 @@ public:
 
     /// Diagrams, owned.
     QORDiagram* getDiagram(int index) const;
-    int getDiagramCount() const { return diagram_.size; }
+    int getDiagramCount() const { return diagram_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDiagram(QORDiagram* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -61,7 +62,7 @@ public:
 
     /// Classes, relationships, reports and other elements of the design, owned.
     QORModelElement* getModelElement(int index) const;
-    int getModelElementCount() const { return modelElement_.size; }
+    int getModelElementCount() const { return modelElement_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addModelElement(QORModelElement* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -76,7 +77,7 @@ public:
 
     /// Stored procedures, owned.
     QORStoredProcedure* getStoredProcedure(int index) const;
-    int getStoredProcedureCount() const { return storedProcedure_.size; }
+    int getStoredProcedureCount() const { return storedProcedure_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addStoredProcedure(QORStoredProcedure* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -100,7 +101,7 @@ public:
 
     /// Transformation tasks, owned.
     QORTransformationTask* getTransformationTask(int index) const;
-    int getTransformationTaskCount() const { return transformationTask_.size; }
+    int getTransformationTaskCount() const { return transformationTask_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTransformationTask(QORTransformationTask* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -115,7 +116,7 @@ public:
 
     /// Transformation activities, owned.
     QORTransformationActivity* getTransformationActivity(int index) const;
-    int getTransformationActivityCount() const { return transformationActivity_.size; }
+    int getTransformationActivityCount() const { return transformationActivity_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTransformationActivity(QORTransformationActivity* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -130,7 +131,7 @@ public:
 
     /// Objects that the package uses although they live elsewhere.
     QORModelObject* getImportedModelObject(int index) const;
-    int getImportedModelObjectCount() const { return importedModelObject_.size; }
+    int getImportedModelObjectCount() const { return importedModelObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addImportedModelObject(QORModelObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -144,24 +145,12 @@ public:
     void removeImportedModelObjects();
 
 protected:
-    union {
-        QORNameLinkTree diagram_{};
-    };
-    union {
-        QORModelElementLinkTree modelElement_{};
-    };
-    union {
-        QORNameLinkTree storedProcedure_{};
-    };
-    union {
-        QORPtrLinkVector importedModelObject_{};
-    };
-    union {
-        QORNameLinkTree transformationTask_{};
-    };
-    union {
-        QORNameLinkTree transformationActivity_{};
-    };
+    QORNoDestructor<QORNameLinkTree> diagram_;
+    QORNoDestructor<QORModelElementLinkTree> modelElement_;
+    QORNoDestructor<QORNameLinkTree> storedProcedure_;
+    QORNoDestructor<QORPtrLinkVector> importedModelObject_;
+    QORNoDestructor<QORNameLinkTree> transformationTask_;
+    QORNoDestructor<QORNameLinkTree> transformationActivity_;
     bool userDefined_ = false;
     QORObject* defaultDiagram_ = nullptr;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDesignPackage;
@@ -57,7 +58,7 @@ public:
 
     /// Model elements that the diagram shows; not owned.
     QORModelElement* getModelElement(int index) const;
-    int getModelElementCount() const { return modelElement_.size; }
+    int getModelElementCount() const { return modelElement_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addModelElement(QORModelElement* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -72,7 +73,7 @@ public:
 
     /// Drawn shapes, owned.
     QORPresentationElement* getPresentationElement(int index) const;
-    int getPresentationElementCount() const { return presentationElement_.size; }
+    int getPresentationElementCount() const { return presentationElement_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPresentationElement(QORPresentationElement* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -88,12 +89,8 @@ public:
 protected:
     QORHeldEnd designPackage_;
     QORObject* defaultOfDesignPackage_ = nullptr;
-    union {
-        QORPtrLinkTree modelElement_{};
-    };
-    union {
-        QORPtrLinkTree presentationElement_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> modelElement_;
+    QORNoDestructor<QORPtrLinkTree> presentationElement_;
 
 private:
     friend struct QORMetamodel;

@@ -4,6 +4,7 @@
 #include <qor/QORClassifier.h>
 #include <qor/QORDimensionType.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORCubeDimensionAssociation;
@@ -52,7 +53,7 @@ public:
 
     /// Hierarchies, owned, no two of one name.
     QORHierarchy* getHierarchy(int index) const;
-    int getHierarchyCount() const { return hierarchy_.size; }
+    int getHierarchyCount() const { return hierarchy_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addHierarchy(QORHierarchy* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -76,7 +77,7 @@ public:
 
     /// Levels, owned, no two of one name.
     QORLevel* getLevel(int index) const;
-    int getLevelCount() const { return level_.size; }
+    int getLevelCount() const { return level_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addLevel(QORLevel* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -91,7 +92,7 @@ public:
 
     /// Uses of this dimension in cubes.
     QORCubeDimensionAssociation* getCubeDimensionAssociation(int index) const;
-    int getCubeDimensionAssociationCount() const { return cubeDimensionAssociation_.size; }
+    int getCubeDimensionAssociationCount() const { return cubeDimensionAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCubeDimensionAssociation(QORCubeDimensionAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -106,7 +107,7 @@ public:
 
     /// Joins that involve this dimension.
     QORJoin* getJoin(int index) const;
-    int getJoinCount() const { return join_.size; }
+    int getJoinCount() const { return join_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addJoin(QORJoin* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -124,18 +125,10 @@ protected:
     bool hide_ = false;
     bool userDefined_ = true;
     QORObject* defaultHierarchy_ = nullptr;
-    union {
-        QORNameLinkTree hierarchy_{};
-    };
-    union {
-        QORNameLinkTree level_{};
-    };
-    union {
-        QORPtrLinkTree cubeDimensionAssociation_{};
-    };
-    union {
-        QORPtrLinkTree join_{};
-    };
+    QORNoDestructor<QORNameLinkTree> hierarchy_;
+    QORNoDestructor<QORNameLinkTree> level_;
+    QORNoDestructor<QORPtrLinkTree> cubeDimensionAssociation_;
+    QORNoDestructor<QORPtrLinkTree> join_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORRepositoryObject.h>
 
 class QORProduct;
@@ -34,7 +35,7 @@ public:
 
     /// Top-level products, owned, with unique names.
     QORProduct* getProduct(int index) const;
-    int getProductCount() const { return product_.size; }
+    int getProductCount() const { return product_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addProduct(QORProduct* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -49,7 +50,7 @@ public:
 
     /// Scopes of the property types that the repository defines, owned.
     QORPropertyElementTypeScope* getPropertyElementTypeScope(int index) const;
-    int getPropertyElementTypeScopeCount() const { return propertyElementTypeScope_.size; }
+    int getPropertyElementTypeScopeCount() const { return propertyElementTypeScope_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPropertyElementTypeScope(QORPropertyElementTypeScope* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -63,12 +64,8 @@ public:
     void removePropertyElementTypeScopes();
 
 protected:
-    union {
-        QORNameLinkTree product_{};
-    };
-    union {
-        QORNameLinkTree propertyElementTypeScope_{};
-    };
+    QORNoDestructor<QORNameLinkTree> product_;
+    QORNoDestructor<QORNameLinkTree> propertyElementTypeScope_;
 
 private:
     friend struct QORMetamodel;

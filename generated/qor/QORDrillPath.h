@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelElement.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -35,7 +36,7 @@ public:
 
     /// Places of levels in the path, owned, in the order of adding.
     QORDrillPathLevelAssociation* getDrillPathLevelAssociation(int index) const;
-    int getDrillPathLevelAssociationCount() const { return drillPathLevelAssociation_.size; }
+    int getDrillPathLevelAssociationCount() const { return drillPathLevelAssociation_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getDrillPathLevelAssociationByPosition(QORDrillPathLevelAssociationByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -52,7 +53,7 @@ public:
 
     /// Where the path starts.
     QORDrillPathLevelAssociation* getTopDrillPathLevelAssociation(int index) const;
-    int getTopDrillPathLevelAssociationCount() const { return topDrillPathLevelAssociation_.size; }
+    int getTopDrillPathLevelAssociationCount() const { return topDrillPathLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTopDrillPathLevelAssociation(QORDrillPathLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -67,7 +68,7 @@ public:
 
     /// Where the path ends.
     QORDrillPathLevelAssociation* getBottomDrillPathLevelAssociation(int index) const;
-    int getBottomDrillPathLevelAssociationCount() const { return bottomDrillPathLevelAssociation_.size; }
+    int getBottomDrillPathLevelAssociationCount() const { return bottomDrillPathLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addBottomDrillPathLevelAssociation(QORDrillPathLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -81,15 +82,9 @@ public:
     void removeBottomDrillPathLevelAssociations();
 
 protected:
-    union {
-        QORPtrLinkVector drillPathLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkTree topDrillPathLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkTree bottomDrillPathLevelAssociation_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> drillPathLevelAssociation_;
+    QORNoDestructor<QORPtrLinkTree> topDrillPathLevelAssociation_;
+    QORNoDestructor<QORPtrLinkTree> bottomDrillPathLevelAssociation_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDrillPath;
@@ -51,7 +52,7 @@ public:
 
     /// Steps between levels that the path takes here.
     QORLevelAssociation* getLevelAssociation(int index) const;
-    int getLevelAssociationCount() const { return levelAssociation_.size; }
+    int getLevelAssociationCount() const { return levelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addLevelAssociation(QORLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -99,9 +100,7 @@ protected:
     QORHeldEnd level_;
     QORHeldEnd topOfDrillPath_;
     QORHeldEnd bottomOfDrillPath_;
-    union {
-        QORPtrLinkTree levelAssociation_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> levelAssociation_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORElementType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORObject.h>
 #include <qor/QORPtrLinkTree.h>
 
@@ -55,7 +56,7 @@ public:
 
     /// Model elements that the part may stand for.
     QORElement* getReferencedElement(int index) const;
-    int getReferencedElementCount() const { return referencedElement_.size; }
+    int getReferencedElementCount() const { return referencedElement_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addReferencedElement(QORElement* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -72,9 +73,7 @@ protected:
     QORElementType sourceElementType_ = QORElementType::ELEMENT;
     short position_ = 0;
     QORObject* elementNode_ = nullptr;
-    union {
-        QORPtrLinkTree referencedElement_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> referencedElement_;
 
 private:
     friend struct QORMetamodel;

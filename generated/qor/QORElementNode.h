@@ -4,6 +4,7 @@
 #include <qor/QORArgumentType.h>
 #include <qor/QORElementType.h>
 #include <qor/QORExpressionNode.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 
 class QORElement;
@@ -56,7 +57,7 @@ public:
 
     /// Parts of the dotted name, owned, in order of insertion.
     QORElementNamePart* getElementNamePart(int index) const;
-    int getElementNamePartCount() const { return elementNamePart_.size; }
+    int getElementNamePartCount() const { return elementNamePart_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getElementNamePartByPosition(QORElementNamePartByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -75,9 +76,7 @@ protected:
     QORArgumentType kind_ = QORArgumentType::IN_MODE;
     QORElementType destinationElementType_ = QORElementType::ELEMENT;
     QORHeldEnd element_;
-    union {
-        QORPtrLinkVector elementNamePart_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> elementNamePart_;
 
 private:
     friend struct QORMetamodel;

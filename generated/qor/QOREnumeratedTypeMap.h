@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORClassifierMap.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDerivedType;
@@ -40,7 +41,7 @@ public:
 
     /// Attribute maps that translate their values by this map; not owned.
     QOREnumeratedAttributeMap* getEnumeratedAttributeMap(int index) const;
-    int getEnumeratedAttributeMapCount() const { return enumeratedAttributeMap_.size; }
+    int getEnumeratedAttributeMapCount() const { return enumeratedAttributeMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addEnumeratedAttributeMap(QOREnumeratedAttributeMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -63,9 +64,7 @@ public:
     bool removeDestinationDerivedType(QORDerivedType* far);
 
 protected:
-    union {
-        QORPtrLinkTree enumeratedAttributeMap_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> enumeratedAttributeMap_;
     QORHeldEnd sourceDerivedType_;
     QORHeldEnd destinationDerivedType_;
 

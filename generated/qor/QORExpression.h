@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORElement.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClassifierMap;
@@ -45,7 +46,7 @@ public:
 
     /// Statements of the rule, owned; ordered by their positions.
     QORStatementNode* getStatementNode(int index) const;
-    int getStatementNodeCount() const { return statementNode_.size; }
+    int getStatementNodeCount() const { return statementNode_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addStatementNode(QORStatementNode* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -77,9 +78,7 @@ public:
     bool removeFeatureMap(QORFeatureMap* far);
 
 protected:
-    union {
-        QORPtrLinkTree statementNode_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> statementNode_;
     int status_ = 0;
     QORObject* classifierMap_ = nullptr;
     QORObject* featureMap_ = nullptr;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClassifier;
@@ -43,7 +44,7 @@ public:
 
     /// Maps that read this feature.
     QORFeatureMap* getSourceOfFeatureMap(int index) const;
-    int getSourceOfFeatureMapCount() const { return sourceOfFeatureMap_.size; }
+    int getSourceOfFeatureMapCount() const { return sourceOfFeatureMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfFeatureMap(QORFeatureMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -58,7 +59,7 @@ public:
 
     /// Maps that write this feature.
     QORFeatureMap* getDestinationOfFeatureMap(int index) const;
-    int getDestinationOfFeatureMapCount() const { return destinationOfFeatureMap_.size; }
+    int getDestinationOfFeatureMapCount() const { return destinationOfFeatureMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfFeatureMap(QORFeatureMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -91,7 +92,7 @@ public:
 
     /// Columns of SQL views that are taken from this feature.
     QORSQLViewAttribute* getSourceOfSQLViewAttribute(int index) const;
-    int getSourceOfSQLViewAttributeCount() const { return sourceOfSQLViewAttribute_.size; }
+    int getSourceOfSQLViewAttributeCount() const { return sourceOfSQLViewAttribute_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfSQLViewAttribute(QORSQLViewAttribute* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -108,15 +109,9 @@ protected:
     short position_ = 0;
     QORHeldEnd type_;
     QORHeldEnd classifier_;
-    union {
-        QORPtrLinkTree sourceOfFeatureMap_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfFeatureMap_{};
-    };
-    union {
-        QORPtrLinkTree sourceOfSQLViewAttribute_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceOfFeatureMap_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfFeatureMap_;
+    QORNoDestructor<QORPtrLinkTree> sourceOfSQLViewAttribute_;
 
 private:
     friend struct QORMetamodel;

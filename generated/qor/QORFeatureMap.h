@@ -3,6 +3,7 @@
 
 #include <qor/QORMappingObject.h>
 #include <qor/QORMappingType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClassifierMap;
@@ -67,7 +68,7 @@ public:
 
     /// Features from which the values come, ordered by address.
     QORFeature* getSourceFeature(int index) const;
-    int getSourceFeatureCount() const { return sourceFeature_.size; }
+    int getSourceFeatureCount() const { return sourceFeature_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceFeature(QORFeature* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -82,7 +83,7 @@ public:
 
     /// Features that receive the values, ordered by address; the display name is that of the first.
     QORFeature* getDestinationFeature(int index) const;
-    int getDestinationFeatureCount() const { return destinationFeature_.size; }
+    int getDestinationFeatureCount() const { return destinationFeature_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationFeature(QORFeature* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -113,12 +114,8 @@ protected:
     QORString operationDescription_;
     QORHeldEnd classifierMap_;
     QORObject* expression_ = nullptr;
-    union {
-        QORPtrLinkTree sourceFeature_{};
-    };
-    union {
-        QORPtrLinkTree destinationFeature_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceFeature_;
+    QORNoDestructor<QORPtrLinkTree> destinationFeature_;
 
 private:
     friend struct QORMetamodel;

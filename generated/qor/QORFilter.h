@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORClassifier.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORCube;
@@ -36,7 +37,7 @@ public:
 
     /// Cubes that use the filter.
     QORCube* getCube(int index) const;
-    int getCubeCount() const { return cube_.size; }
+    int getCubeCount() const { return cube_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCube(QORCube* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -51,9 +52,7 @@ public:
 
 protected:
     bool hide_ = false;
-    union {
-        QORPtrLinkTree cube_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> cube_;
 
 private:
     friend struct QORMetamodel;

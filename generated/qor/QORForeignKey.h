@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORKey.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORAssociationRole;
@@ -63,7 +64,7 @@ public:
 
     /// Pairs of attributes that belong together, owned.
     QORAssociationRoleNameMap* getAssociationRoleNameMap(int index) const;
-    int getAssociationRoleNameMapCount() const { return associationRoleNameMap_.size; }
+    int getAssociationRoleNameMapCount() const { return associationRoleNameMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAssociationRoleNameMap(QORAssociationRoleNameMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -79,9 +80,7 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    union {
-        QORPtrLinkTree associationRoleNameMap_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> associationRoleNameMap_;
     QORObject* associationRole_ = nullptr;
     QORHeldEnd candidateKey_;
     QORHeldEnd generalization_;

@@ -3,6 +3,7 @@
 
 #include <qor/QORGroupingType.h>
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 
 class QORAssociationRole;
@@ -64,7 +65,7 @@ public:
 
     /// Nodes below this one, owned, in the order of adding.
     QORGrouping* getChildGrouping(int index) const;
-    int getChildGroupingCount() const { return childGrouping_.size; }
+    int getChildGroupingCount() const { return childGrouping_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getChildGroupingByPosition(QORGroupingByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -116,9 +117,7 @@ protected:
     QORObject* parentGrouping_ = nullptr;
     QORObject* leafAssociationRole_ = nullptr;
     QORObject* leafAttribute_ = nullptr;
-    union {
-        QORPtrLinkVector childGrouping_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> childGrouping_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORHierarchyType.h>
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -66,7 +67,7 @@ public:
 
     /// Places of levels in the hierarchy, owned, in the order of adding.
     QORHierarchyLevelAssociation* getHierarchyLevelAssociation(int index) const;
-    int getHierarchyLevelAssociationCount() const { return hierarchyLevelAssociation_.size; }
+    int getHierarchyLevelAssociationCount() const { return hierarchyLevelAssociation_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getHierarchyLevelAssociationByPosition(QORHierarchyLevelAssociationByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -83,7 +84,7 @@ public:
 
     /// Uses of this hierarchy in cubes.
     QORCubeDimensionAssociation* getCubeDimensionAssociation(int index) const;
-    int getCubeDimensionAssociationCount() const { return cubeDimensionAssociation_.size; }
+    int getCubeDimensionAssociationCount() const { return cubeDimensionAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCubeDimensionAssociation(QORCubeDimensionAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -107,7 +108,7 @@ public:
 
     /// Where the hierarchy ends.
     QORHierarchyLevelAssociation* getBottomHierarchyLevelAssociation(int index) const;
-    int getBottomHierarchyLevelAssociationCount() const { return bottomHierarchyLevelAssociation_.size; }
+    int getBottomHierarchyLevelAssociationCount() const { return bottomHierarchyLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addBottomHierarchyLevelAssociation(QORHierarchyLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -125,15 +126,9 @@ protected:
     QORHeldEnd dimension_;
     QORObject* defaultOfDimension_ = nullptr;
     QORObject* topHierarchyLevelAssociation_ = nullptr;
-    union {
-        QORPtrLinkVector hierarchyLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkTree cubeDimensionAssociation_{};
-    };
-    union {
-        QORPtrLinkTree bottomHierarchyLevelAssociation_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> hierarchyLevelAssociation_;
+    QORNoDestructor<QORPtrLinkTree> cubeDimensionAssociation_;
+    QORNoDestructor<QORPtrLinkTree> bottomHierarchyLevelAssociation_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClass;
@@ -72,7 +73,7 @@ public:
 
     /// Columns of the index, owned.
     QORIndexMember* getIndexMember(int index) const;
-    int getIndexMemberCount() const { return indexMember_.size; }
+    int getIndexMemberCount() const { return indexMember_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getIndexMemberByPosition(QORIndexMemberByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -95,9 +96,7 @@ protected:
     bool unique_ = false;
     QORHeldEnd associatedClass_;
     QORObject* key_ = nullptr;
-    union {
-        QORPtrLinkTree indexMember_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> indexMember_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORClassifier.h>
 #include <qor/QORJoinType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -47,7 +48,7 @@ public:
 
     /// Sides of the join, owned, in the order of adding.
     QORJoinRole* getJoinRole(int index) const;
-    int getJoinRoleCount() const { return joinRole_.size; }
+    int getJoinRoleCount() const { return joinRole_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addJoinRole(QORJoinRole* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -62,7 +63,7 @@ public:
 
     /// Cubes that use the join.
     QORCube* getCube(int index) const;
-    int getCubeCount() const { return cube_.size; }
+    int getCubeCount() const { return cube_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCube(QORCube* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -77,7 +78,7 @@ public:
 
     /// Dimensions that use the join.
     QORDimension* getDimension(int index) const;
-    int getDimensionCount() const { return dimension_.size; }
+    int getDimensionCount() const { return dimension_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDimension(QORDimension* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -93,15 +94,9 @@ public:
 protected:
     QORJoinType type_ = QORJoinType::INNER;
     bool userDefined_ = true;
-    union {
-        QORPtrLinkVector joinRole_{};
-    };
-    union {
-        QORPtrLinkTree cube_{};
-    };
-    union {
-        QORPtrLinkTree dimension_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> joinRole_;
+    QORNoDestructor<QORPtrLinkTree> cube_;
+    QORNoDestructor<QORPtrLinkTree> dimension_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -56,7 +57,7 @@ public:
 
     /// Key maps that lead to this key.
     QORKeyMap* getDestinationOfKeyMap(int index) const;
-    int getDestinationOfKeyMapCount() const { return destinationOfKeyMap_.size; }
+    int getDestinationOfKeyMapCount() const { return destinationOfKeyMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfKeyMap(QORKeyMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -71,7 +72,7 @@ public:
 
     /// Attributes that make up the key.
     QORAttribute* getAttribute(int index) const;
-    int getAttributeCount() const { return attribute_.size; }
+    int getAttributeCount() const { return attribute_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAttribute(QORAttribute* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -87,12 +88,8 @@ public:
 protected:
     QORObject* index_ = nullptr;
     QORHeldEnd associatedClass_;
-    union {
-        QORPtrLinkVector destinationOfKeyMap_{};
-    };
-    union {
-        QORPtrLinkTree attribute_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> destinationOfKeyMap_;
+    QORNoDestructor<QORPtrLinkTree> attribute_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORFeatureMap.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 
 class QORKey;
@@ -40,7 +41,7 @@ public:
 
     /// Key maps that name this one as a parent, in order of insertion.
     QORKeyMap* getChildKeyMap(int index) const;
-    int getChildKeyMapCount() const { return childKeyMap_.size; }
+    int getChildKeyMapCount() const { return childKeyMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addChildKeyMap(QORKeyMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -55,7 +56,7 @@ public:
 
     /// Key maps on which this one builds, in order of insertion.
     QORKeyMap* getParentKeyMap(int index) const;
-    int getParentKeyMapCount() const { return parentKeyMap_.size; }
+    int getParentKeyMapCount() const { return parentKeyMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addParentKeyMap(QORKeyMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -70,7 +71,7 @@ public:
 
     /// Model objects from which the key is made, in order of insertion.
     QORModelObject* getSourceModelObject(int index) const;
-    int getSourceModelObjectCount() const { return sourceModelObject_.size; }
+    int getSourceModelObjectCount() const { return sourceModelObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceModelObject(QORModelObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -84,15 +85,9 @@ public:
     void removeSourceModelObjects();
 
 protected:
-    union {
-        QORPtrLinkVector childKeyMap_{};
-    };
-    union {
-        QORPtrLinkVector parentKeyMap_{};
-    };
-    union {
-        QORPtrLinkVector sourceModelObject_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> childKeyMap_;
+    QORNoDestructor<QORPtrLinkVector> parentKeyMap_;
+    QORNoDestructor<QORPtrLinkVector> sourceModelObject_;
     QORObject* destinationKey_ = nullptr;
 
 private:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORClassifier.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -61,7 +62,7 @@ public:
 
     /// Places of this level in hierarchies.
     QORHierarchyLevelAssociation* getHierarchyLevelAssociation(int index) const;
-    int getHierarchyLevelAssociationCount() const { return hierarchyLevelAssociation_.size; }
+    int getHierarchyLevelAssociationCount() const { return hierarchyLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addHierarchyLevelAssociation(QORHierarchyLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -76,7 +77,7 @@ public:
 
     /// Places of this level in drill paths.
     QORDrillPathLevelAssociation* getDrillPathLevelAssociation(int index) const;
-    int getDrillPathLevelAssociationCount() const { return drillPathLevelAssociation_.size; }
+    int getDrillPathLevelAssociationCount() const { return drillPathLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDrillPathLevelAssociation(QORDrillPathLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -91,7 +92,7 @@ public:
 
     /// Steps down from this level, owned, in the order of adding.
     QORLevelAssociation* getParentOfLevelAssociation(int index) const;
-    int getParentOfLevelAssociationCount() const { return parentOfLevelAssociation_.size; }
+    int getParentOfLevelAssociationCount() const { return parentOfLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addParentOfLevelAssociation(QORLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -106,7 +107,7 @@ public:
 
     /// Steps that come down to this level.
     QORLevelAssociation* getChildOfLevelAssociation(int index) const;
-    int getChildOfLevelAssociationCount() const { return childOfLevelAssociation_.size; }
+    int getChildOfLevelAssociationCount() const { return childOfLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addChildOfLevelAssociation(QORLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -132,18 +133,10 @@ protected:
     QORHeldEnd dimension_;
     QORObject* levelKey_ = nullptr;
     QORObject* defaultLevelAttribute_ = nullptr;
-    union {
-        QORPtrLinkTree hierarchyLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkVector parentOfLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkTree childOfLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkTree drillPathLevelAssociation_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> hierarchyLevelAssociation_;
+    QORNoDestructor<QORPtrLinkVector> parentOfLevelAssociation_;
+    QORNoDestructor<QORPtrLinkTree> childOfLevelAssociation_;
+    QORNoDestructor<QORPtrLinkTree> drillPathLevelAssociation_;
 
 private:
     friend struct QORMetamodel;

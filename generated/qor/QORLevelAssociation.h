@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDrillPathLevelAssociation;
@@ -54,7 +55,7 @@ public:
 
     /// Places in hierarchies that use this step.
     QORHierarchyLevelAssociation* getHierarchyLevelAssociation(int index) const;
-    int getHierarchyLevelAssociationCount() const { return hierarchyLevelAssociation_.size; }
+    int getHierarchyLevelAssociationCount() const { return hierarchyLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addHierarchyLevelAssociation(QORHierarchyLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -69,7 +70,7 @@ public:
 
     /// Places in drill paths that use this step.
     QORDrillPathLevelAssociation* getDrillPathLevelAssociation(int index) const;
-    int getDrillPathLevelAssociationCount() const { return drillPathLevelAssociation_.size; }
+    int getDrillPathLevelAssociationCount() const { return drillPathLevelAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDrillPathLevelAssociation(QORDrillPathLevelAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -87,12 +88,8 @@ public:
 protected:
     QORObject* parentLevel_ = nullptr;
     QORHeldEnd childLevel_;
-    union {
-        QORPtrLinkTree hierarchyLevelAssociation_{};
-    };
-    union {
-        QORPtrLinkTree drillPathLevelAssociation_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> hierarchyLevelAssociation_;
+    QORNoDestructor<QORPtrLinkTree> drillPathLevelAssociation_;
 
 private:
     friend struct QORMetamodel;

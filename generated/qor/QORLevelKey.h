@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORLevel;
@@ -44,7 +45,7 @@ public:
 
     /// Attributes that make up the key.
     QORLevelAttribute* getLevelAttribute(int index) const;
-    int getLevelAttributeCount() const { return levelAttribute_.size; }
+    int getLevelAttributeCount() const { return levelAttribute_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addLevelAttribute(QORLevelAttribute* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -59,9 +60,7 @@ public:
 
 protected:
     QORObject* level_ = nullptr;
-    union {
-        QORPtrLinkTree levelAttribute_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> levelAttribute_;
 
 private:
     friend struct QORMetamodel;

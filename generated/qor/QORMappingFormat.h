@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORMetadataFormat.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORMappingModel;
@@ -43,7 +44,7 @@ public:
 
     /// Formats of the models that the mapping reads from; not owned.
     QORModelFormat* getSourceModelFormat(int index) const;
-    int getSourceModelFormatCount() const { return sourceModelFormat_.size; }
+    int getSourceModelFormatCount() const { return sourceModelFormat_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceModelFormat(QORModelFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -58,7 +59,7 @@ public:
 
     /// Formats of the models that the mapping writes to; not owned.
     QORModelFormat* getDestinationModelFormat(int index) const;
-    int getDestinationModelFormatCount() const { return destinationModelFormat_.size; }
+    int getDestinationModelFormatCount() const { return destinationModelFormat_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationModelFormat(QORModelFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -75,12 +76,8 @@ public:
 
 protected:
     QORObject* mappingModel_ = nullptr;
-    union {
-        QORPtrLinkTree sourceModelFormat_{};
-    };
-    union {
-        QORPtrLinkTree destinationModelFormat_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceModelFormat_;
+    QORNoDestructor<QORPtrLinkTree> destinationModelFormat_;
 
 private:
     friend struct QORMetamodel;

@@ -5,6 +5,7 @@
 #include <qor/QORMappingObject.h>
 #include <qor/QORNameLinkTree.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 
 class QORClass;
 class QORMappingFormat;
@@ -57,7 +58,7 @@ public:
 
     /// Transformations of the document, owned; several may have the same name.
     QORTransformation* getTransformation(int index) const;
-    int getTransformationCount() const { return transformation_.size; }
+    int getTransformationCount() const { return transformation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTransformation(QORTransformation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -81,7 +82,7 @@ public:
 
     /// Scopes of the property types that the mapping document defines, owned.
     QORPropertyElementTypeScope* getPropertyElementTypeScope(int index) const;
-    int getPropertyElementTypeScopeCount() const { return propertyElementTypeScope_.size; }
+    int getPropertyElementTypeScopeCount() const { return propertyElementTypeScope_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPropertyElementTypeScope(QORPropertyElementTypeScope* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -96,7 +97,7 @@ public:
 
     /// Types that the mapping defines for itself, owned.
     QORType* getType(int index) const;
-    int getTypeCount() const { return type_.size; }
+    int getTypeCount() const { return type_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addType(QORType* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -123,15 +124,9 @@ protected:
     QORObject* mappingFormat_ = nullptr;
     QORObject* variableClass_ = nullptr;
     QORObject* metadataOrigin_ = nullptr;
-    union {
-        QORNamePtrLinkTree transformation_{};
-    };
-    union {
-        QORNameLinkTree propertyElementTypeScope_{};
-    };
-    union {
-        QORNamePtrLinkTree type_{};
-    };
+    QORNoDestructor<QORNamePtrLinkTree> transformation_;
+    QORNoDestructor<QORNameLinkTree> propertyElementTypeScope_;
+    QORNoDestructor<QORNamePtrLinkTree> type_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORAggregationOperatorType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORStructuralFeature.h>
 
@@ -48,7 +49,7 @@ public:
 
     /// Rules for single dimensions, owned.
     QORAggregationRule* getAggregationRule(int index) const;
-    int getAggregationRuleCount() const { return aggregationRule_.size; }
+    int getAggregationRuleCount() const { return aggregationRule_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAggregationRule(QORAggregationRule* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -65,9 +66,7 @@ protected:
     QORAggregationOperatorType defaultAggregation_ = QORAggregationOperatorType::SUM;
     bool sort_ = true;
     bool hide_ = false;
-    union {
-        QORPtrLinkTree aggregationRule_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> aggregationRule_;
 
 private:
     friend struct QORMetamodel;

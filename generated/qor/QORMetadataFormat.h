@@ -3,6 +3,7 @@
 
 #include <qor/QORFormat.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 
 class QORConfigurationFormat;
 
@@ -30,7 +31,7 @@ public:
 
     /// Configurations that belong with this content, sorted by name; not owned.
     QORConfigurationFormat* getConfigurationFormat(int index) const;
-    int getConfigurationFormatCount() const { return configurationFormat_.size; }
+    int getConfigurationFormatCount() const { return configurationFormat_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addConfigurationFormat(QORConfigurationFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -46,9 +47,7 @@ public:
     void setFormatType(QORString const& value) override;
 
 protected:
-    union {
-        QORNamePtrLinkTree configurationFormat_{};
-    };
+    QORNoDestructor<QORNamePtrLinkTree> configurationFormat_;
 
 private:
     friend struct QORMetamodel;

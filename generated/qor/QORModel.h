@@ -4,6 +4,7 @@
 #include <qor/QORDate.h>
 #include <qor/QORNameLinkTree.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPackage.h>
 
 class QORBusinessRule;
@@ -48,7 +49,7 @@ public:
 
     /// Data types used in the model, owned.
     QORType* getType(int index) const;
-    int getTypeCount() const { return type_.size; }
+    int getTypeCount() const { return type_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addType(QORType* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -72,7 +73,7 @@ public:
 
     /// Platforms that hold the data of the model, owned.
     QORPhysicalTarget* getPhysicalTarget(int index) const;
-    int getPhysicalTargetCount() const { return physicalTarget_.size; }
+    int getPhysicalTargetCount() const { return physicalTarget_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPhysicalTarget(QORPhysicalTarget* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -87,7 +88,7 @@ public:
 
     /// Definitions of user-defined properties, one scope for each class of elements, owned.
     QORPropertyElementTypeScope* getPropertyElementTypeScope(int index) const;
-    int getPropertyElementTypeScopeCount() const { return propertyElementTypeScope_.size; }
+    int getPropertyElementTypeScopeCount() const { return propertyElementTypeScope_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPropertyElementTypeScope(QORPropertyElementTypeScope* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -111,7 +112,7 @@ public:
 
     /// Constraints on objects of the model, owned.
     QORBusinessRule* getBusinessRule(int index) const;
-    int getBusinessRuleCount() const { return businessRule_.size; }
+    int getBusinessRuleCount() const { return businessRule_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addBusinessRule(QORBusinessRule* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -125,18 +126,10 @@ public:
     void removeBusinessRules();
 
 protected:
-    union {
-        QORNamePtrLinkTree type_{};
-    };
-    union {
-        QORNameLinkTree propertyElementTypeScope_{};
-    };
-    union {
-        QORNameLinkTree physicalTarget_{};
-    };
-    union {
-        QORNamePtrLinkTree businessRule_{};
-    };
+    QORNoDestructor<QORNamePtrLinkTree> type_;
+    QORNoDestructor<QORNameLinkTree> propertyElementTypeScope_;
+    QORNoDestructor<QORNameLinkTree> physicalTarget_;
+    QORNoDestructor<QORNamePtrLinkTree> businessRule_;
     QORDate creationTime_;
     QORObject* modelFormat_ = nullptr;
     QORObject* metadataOrigin_ = nullptr;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDesignPackage;
@@ -44,7 +45,7 @@ public:
 
     /// Diagrams that show this element.
     QORDiagram* getDiagram(int index) const;
-    int getDiagramCount() const { return diagram_.size; }
+    int getDiagramCount() const { return diagram_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDiagram(QORDiagram* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -59,9 +60,7 @@ public:
 
 protected:
     QORHeldEnd designPackage_;
-    union {
-        QORPtrLinkTree diagram_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> diagram_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORMetadataFormat.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORMappingFormat;
@@ -43,7 +44,7 @@ public:
 
     /// Mappings that read from this model; not owned.
     QORMappingFormat* getSourceOfMappingFormat(int index) const;
-    int getSourceOfMappingFormatCount() const { return sourceOfMappingFormat_.size; }
+    int getSourceOfMappingFormatCount() const { return sourceOfMappingFormat_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfMappingFormat(QORMappingFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -58,7 +59,7 @@ public:
 
     /// Mappings that write to this model; not owned.
     QORMappingFormat* getDestinationOfMappingFormat(int index) const;
-    int getDestinationOfMappingFormatCount() const { return destinationOfMappingFormat_.size; }
+    int getDestinationOfMappingFormatCount() const { return destinationOfMappingFormat_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfMappingFormat(QORMappingFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -75,12 +76,8 @@ public:
 
 protected:
     QORObject* model_ = nullptr;
-    union {
-        QORPtrLinkTree sourceOfMappingFormat_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfMappingFormat_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceOfMappingFormat_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfMappingFormat_;
 
 private:
     friend struct QORMetamodel;

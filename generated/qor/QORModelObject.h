@@ -5,6 +5,7 @@
 #include <qor/QORDesignLevelType.h>
 #include <qor/QORElement.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -65,7 +66,7 @@ public:
 
     /// Key maps that start from this object.
     QORKeyMap* getSourceOfKeyMap(int index) const;
-    int getSourceOfKeyMapCount() const { return sourceOfKeyMap_.size; }
+    int getSourceOfKeyMapCount() const { return sourceOfKeyMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfKeyMap(QORKeyMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -80,7 +81,7 @@ public:
 
     /// Shapes that depict this object on diagrams.
     QORPresentationElement* getPresentationPresentationElement(int index) const;
-    int getPresentationPresentationElementCount() const { return presentationPresentationElement_.size; }
+    int getPresentationPresentationElementCount() const { return presentationPresentationElement_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPresentationPresentationElement(QORPresentationElement* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -95,7 +96,7 @@ public:
 
     /// Physical objects in which this object is stored.
     QORPhysicalObject* getAssociatedPhysicalObject(int index) const;
-    int getAssociatedPhysicalObjectCount() const { return associatedPhysicalObject_.size; }
+    int getAssociatedPhysicalObjectCount() const { return associatedPhysicalObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAssociatedPhysicalObject(QORPhysicalObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -119,7 +120,7 @@ public:
 
     /// Business rules that constrain this object.
     QORBusinessRule* getAssociatedBusinessRule(int index) const;
-    int getAssociatedBusinessRuleCount() const { return associatedBusinessRule_.size; }
+    int getAssociatedBusinessRuleCount() const { return associatedBusinessRule_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAssociatedBusinessRule(QORBusinessRule* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -134,7 +135,7 @@ public:
 
     /// Further names of the object, owned, no two of them alike.
     QORSynonym* getSynonym(int index) const;
-    int getSynonymCount() const { return synonym_.size; }
+    int getSynonymCount() const { return synonym_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSynonym(QORSynonym* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -149,7 +150,7 @@ public:
 
     /// Design packages that use this object from elsewhere.
     QORDesignPackage* getImportedByDesignPackage(int index) const;
-    int getImportedByDesignPackageCount() const { return importedByDesignPackage_.size; }
+    int getImportedByDesignPackageCount() const { return importedByDesignPackage_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addImportedByDesignPackage(QORDesignPackage* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -163,24 +164,12 @@ public:
     void removeImportedByDesignPackages();
 
 protected:
-    union {
-        QORPtrLinkVector sourceOfKeyMap_{};
-    };
-    union {
-        QORPtrLinkTree presentationPresentationElement_{};
-    };
-    union {
-        QORPtrLinkVector associatedPhysicalObject_{};
-    };
-    union {
-        QORPtrLinkTree associatedBusinessRule_{};
-    };
-    union {
-        QORNameLinkTree synonym_{};
-    };
-    union {
-        QORPtrLinkTree importedByDesignPackage_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> sourceOfKeyMap_;
+    QORNoDestructor<QORPtrLinkTree> presentationPresentationElement_;
+    QORNoDestructor<QORPtrLinkVector> associatedPhysicalObject_;
+    QORNoDestructor<QORPtrLinkTree> associatedBusinessRule_;
+    QORNoDestructor<QORNameLinkTree> synonym_;
+    QORNoDestructor<QORPtrLinkTree> importedByDesignPackage_;
     QORApprovalStatusType status_ = QORApprovalStatusType::DEVELOPMENTAL;
     QORDesignLevelType designLevel_ = QORDesignLevelType::LOGICAL_PHYSICAL;
     QORString physicalName_;

@@ -3,6 +3,7 @@
 
 #include <qor/QORConcurrencyType.h>
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QOROptionalNameLinkTree.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORVisibilityType.h>
@@ -87,7 +88,7 @@ public:
 
     /// Arguments, owned; those without a name can stand side by side.
     QORArgument* getArgument(int index) const;
-    int getArgumentCount() const { return argument_.size; }
+    int getArgumentCount() const { return argument_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getArgumentByPosition(QORArgumentByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -131,7 +132,7 @@ public:
 
     /// Expression nodes that call this operation.
     QOROperationNode* getOperationNode(int index) const;
-    int getOperationNodeCount() const { return operationNode_.size; }
+    int getOperationNodeCount() const { return operationNode_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addOperationNode(QOROperationNode* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -158,12 +159,8 @@ protected:
     QORObject* returnType_ = nullptr;
     QORHeldEnd associatedClass_;
     QORHeldEnd associatedSQLViewEntity_;
-    union {
-        QOROptionalNameLinkTree argument_{};
-    };
-    union {
-        QORPtrLinkTree operationNode_{};
-    };
+    QORNoDestructor<QOROptionalNameLinkTree> argument_;
+    QORNoDestructor<QORPtrLinkTree> operationNode_;
 
 private:
     friend struct QORMetamodel;

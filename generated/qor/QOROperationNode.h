@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORExpressionNode.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORExpressionNodeByPosition;
@@ -43,7 +44,7 @@ public:
 
     /// Arguments of the call, owned; ordered by their positions.
     QORExpressionNode* getExpressionNode(int index) const;
-    int getExpressionNodeCount() const { return expressionNode_.size; }
+    int getExpressionNodeCount() const { return expressionNode_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getExpressionNodeByPosition(QORExpressionNodeByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -60,9 +61,7 @@ public:
 
 protected:
     QORHeldEnd operation_;
-    union {
-        QORPtrLinkTree expressionNode_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> expressionNode_;
 
 private:
     friend struct QORMetamodel;

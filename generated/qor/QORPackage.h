@@ -3,6 +3,7 @@
 
 #include <qor/QORModelObject.h>
 #include <qor/QORNameElementTypeLinkTree.h>
+#include <qor/QORNoDestructor.h>
 
 /// Base of the nodes in the package tree of a model.
 class QOR_API QORPackage : public QORModelObject {
@@ -35,7 +36,7 @@ public:
 
     /// Packages below this one, owned; two of one class cannot share a name.
     QORPackage* getChildPackage(int index) const;
-    int getChildPackageCount() const { return childPackage_.size; }
+    int getChildPackageCount() const { return childPackage_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addChildPackage(QORPackage* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -59,9 +60,7 @@ public:
 
 protected:
     QORHeldEnd parentPackage_;
-    union {
-        QORNameElementTypeLinkTree childPackage_{};
-    };
+    QORNoDestructor<QORNameElementTypeLinkTree> childPackage_;
 
 private:
     friend struct QORMetamodel;

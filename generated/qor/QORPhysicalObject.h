@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPhysicalObjectType.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
@@ -55,7 +56,7 @@ public:
 
     /// Relationships that lead to this object.
     QORPhysicalRelationship* getDestinationOfPhysicalRelationship(int index) const;
-    int getDestinationOfPhysicalRelationshipCount() const { return destinationOfPhysicalRelationship_.size; }
+    int getDestinationOfPhysicalRelationshipCount() const { return destinationOfPhysicalRelationship_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfPhysicalRelationship(QORPhysicalRelationship* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -70,7 +71,7 @@ public:
 
     /// Model objects that are stored here.
     QORModelObject* getModelObject(int index) const;
-    int getModelObjectCount() const { return modelObject_.size; }
+    int getModelObjectCount() const { return modelObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addModelObject(QORModelObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -85,7 +86,7 @@ public:
 
     /// Relationships that lead away from this object, owned.
     QORPhysicalRelationship* getSourceOfPhysicalRelationship(int index) const;
-    int getSourceOfPhysicalRelationshipCount() const { return sourceOfPhysicalRelationship_.size; }
+    int getSourceOfPhysicalRelationshipCount() const { return sourceOfPhysicalRelationship_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfPhysicalRelationship(QORPhysicalRelationship* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -103,15 +104,9 @@ public:
 protected:
     QORPhysicalObjectType objectType_ = QORPhysicalObjectType::UNDEFINED;
     QORHeldEnd physicalTarget_;
-    union {
-        QORPtrLinkVector destinationOfPhysicalRelationship_{};
-    };
-    union {
-        QORPtrLinkVector modelObject_{};
-    };
-    union {
-        QORPtrLinkTree sourceOfPhysicalRelationship_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> destinationOfPhysicalRelationship_;
+    QORNoDestructor<QORPtrLinkVector> modelObject_;
+    QORNoDestructor<QORPtrLinkTree> sourceOfPhysicalRelationship_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPhysicalTargetType.h>
 #include <qor/QORPtrLinkTree.h>
 
@@ -54,7 +55,7 @@ public:
 
     /// Objects on the platform, owned.
     QORPhysicalObject* getPhysicalObject(int index) const;
-    int getPhysicalObjectCount() const { return physicalObject_.size; }
+    int getPhysicalObjectCount() const { return physicalObject_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPhysicalObject(QORPhysicalObject* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -70,9 +71,7 @@ public:
 protected:
     QORPhysicalTargetType targetType_ = QORPhysicalTargetType::UNDEFINED;
     QORHeldEnd model_;
-    union {
-        QORPtrLinkTree physicalObject_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> physicalObject_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORComponent.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORProductType.h>
 #include <qor/QORVersionStateType.h>
 
@@ -77,7 +78,7 @@ public:
 
     /// Versions of the product, owned, with unique names.
     QORVersion* getVersion(int index) const;
-    int getVersionCount() const { return version_.size; }
+    int getVersionCount() const { return version_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addVersion(QORVersion* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -92,7 +93,7 @@ public:
 
     /// Nested products, owned, with unique names.
     QORProduct* getChildProduct(int index) const;
-    int getChildProductCount() const { return childProduct_.size; }
+    int getChildProductCount() const { return childProduct_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addChildProduct(QORProduct* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -106,12 +107,8 @@ public:
     void removeChildProducts();
 
 protected:
-    union {
-        QORNameLinkTree version_{};
-    };
-    union {
-        QORNameLinkTree childProduct_{};
-    };
+    QORNoDestructor<QORNameLinkTree> version_;
+    QORNoDestructor<QORNameLinkTree> childProduct_;
     QORProductType productType_ = QORProductType::GENERIC;
     QORVersionStateType state_ = QORVersionStateType::CHECKED_IN;
     QORHeldEnd directory_;

@@ -3,6 +3,7 @@
 
 #include <qor/QORElementType.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORObject.h>
 
 class QORDirectory;
@@ -75,7 +76,7 @@ public:
 
     /// Properties, owned.
     QORPropertyType* getPropertyType(int index) const;
-    int getPropertyTypeCount() const { return propertyType_.size; }
+    int getPropertyTypeCount() const { return propertyType_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getPropertyTypeByPosition(QORPropertyTypeByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -95,9 +96,7 @@ protected:
     QORHeldEnd model_;
     QORHeldEnd mappingModel_;
     QORHeldEnd directory_;
-    union {
-        QORNamePtrLinkTree propertyType_{};
-    };
+    QORNoDestructor<QORNamePtrLinkTree> propertyType_;
 
 private:
     friend struct QORMetamodel;

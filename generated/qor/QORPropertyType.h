@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORDerivedType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 
 class QORPropertyElementTypeScope;
@@ -60,7 +61,7 @@ public:
 
     /// Values of this property, in the order of adding.
     QORPropertyValue* getInstanciatedPropertyValue(int index) const;
-    int getInstanciatedPropertyValueCount() const { return instanciatedPropertyValue_.size; }
+    int getInstanciatedPropertyValueCount() const { return instanciatedPropertyValue_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addInstanciatedPropertyValue(QORPropertyValue* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -78,9 +79,7 @@ public:
     QORString getDisplayName() const override;
 
 protected:
-    union {
-        QORPtrLinkVector instanciatedPropertyValue_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> instanciatedPropertyValue_;
     short position_ = 0;
     QORString usage_{"USER"};
     QORString group_;

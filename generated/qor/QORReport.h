@@ -3,6 +3,7 @@
 
 #include <qor/QORModelElement.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORClassifier;
@@ -36,7 +37,7 @@ public:
 
     /// Top-level items, owned; ordered by their positions.
     QORReportItem* getReportItem(int index) const;
-    int getReportItemCount() const { return reportItem_.size; }
+    int getReportItemCount() const { return reportItem_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getReportItemByPosition(QORReportItemByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -53,7 +54,7 @@ public:
 
     /// Data sets, prompts and other classifiers of the report, owned, sorted by name.
     QORClassifier* getClassifier(int index) const;
-    int getClassifierCount() const { return classifier_.size; }
+    int getClassifierCount() const { return classifier_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addClassifier(QORClassifier* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -67,12 +68,8 @@ public:
     void removeClassifiers();
 
 protected:
-    union {
-        QORPtrLinkTree reportItem_{};
-    };
-    union {
-        QORNamePtrLinkTree classifier_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> reportItem_;
+    QORNoDestructor<QORNamePtrLinkTree> classifier_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORAttributeUsageType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORStructuralFeature.h>
 
@@ -37,7 +38,7 @@ public:
 
     /// Fields that show the attribute; they belong to their reports.
     QORReportField* getReportField(int index) const;
-    int getReportFieldCount() const { return reportField_.size; }
+    int getReportFieldCount() const { return reportField_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addReportField(QORReportField* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -52,9 +53,7 @@ public:
 
 protected:
     QORAttributeUsageType usage_ = QORAttributeUsageType::DEFAULT;
-    union {
-        QORPtrLinkTree reportField_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> reportField_;
 
 private:
     friend struct QORMetamodel;

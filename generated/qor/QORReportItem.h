@@ -3,6 +3,7 @@
 
 #include <qor/QORModelObject.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORCondition;
@@ -64,7 +65,7 @@ public:
 
     /// Nested items, owned; ordered by their positions.
     QORReportItem* getChildReportItem(int index) const;
-    int getChildReportItemCount() const { return childReportItem_.size; }
+    int getChildReportItemCount() const { return childReportItem_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getChildReportItemByPosition(QORReportItemByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -81,7 +82,7 @@ public:
 
     /// Other items to which this one refers.
     QORReportItem* getReferencedReportItem(int index) const;
-    int getReferencedReportItemCount() const { return referencedReportItem_.size; }
+    int getReferencedReportItemCount() const { return referencedReportItem_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addReferencedReportItem(QORReportItem* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -96,7 +97,7 @@ public:
 
     /// Other items that refer to this one.
     QORReportItem* getReferencedByReportItem(int index) const;
-    int getReferencedByReportItemCount() const { return referencedByReportItem_.size; }
+    int getReferencedByReportItemCount() const { return referencedByReportItem_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addReferencedByReportItem(QORReportItem* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -111,7 +112,7 @@ public:
 
     /// Conditions that apply to the item, sorted by name; they belong to classifiers.
     QORCondition* getCondition(int index) const;
-    int getConditionCount() const { return condition_.size; }
+    int getConditionCount() const { return condition_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCondition(QORCondition* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -128,18 +129,10 @@ protected:
     short position_ = 0;
     QORHeldEnd report_;
     QORHeldEnd parentReportItem_;
-    union {
-        QORPtrLinkTree childReportItem_{};
-    };
-    union {
-        QORPtrLinkTree referencedByReportItem_{};
-    };
-    union {
-        QORPtrLinkTree referencedReportItem_{};
-    };
-    union {
-        QORNamePtrLinkTree condition_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> childReportItem_;
+    QORNoDestructor<QORPtrLinkTree> referencedByReportItem_;
+    QORNoDestructor<QORPtrLinkTree> referencedReportItem_;
+    QORNoDestructor<QORNamePtrLinkTree> condition_;
 
 private:
     friend struct QORMetamodel;

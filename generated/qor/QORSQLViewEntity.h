@@ -3,6 +3,7 @@
 
 #include <qor/QORClassifier.h>
 #include <qor/QORDimensionalRoleType.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORSQLViewAttributeByPosition.h>
 #include <qor/QORViewSelectType.h>
@@ -79,7 +80,7 @@ public:
 
     /// Associations that bring in what the view selects from.
     QORSQLViewAssociation* getDestinationOfSQLViewAssociation(int index) const;
-    int getDestinationOfSQLViewAssociationCount() const { return destinationOfSQLViewAssociation_.size; }
+    int getDestinationOfSQLViewAssociationCount() const { return destinationOfSQLViewAssociation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfSQLViewAssociation(QORSQLViewAssociation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -94,7 +95,7 @@ public:
 
     /// Operations, owned.
     QOROperation* getOperation(int index) const;
-    int getOperationCount() const { return operation_.size; }
+    int getOperationCount() const { return operation_->size; }
     /// Empties `view` and adds each element of the end to it.
     void getOperationByPosition(QOROperationByPosition& view) const;
     /// Links both ends; false, with nothing changed, if either end refuses.
@@ -139,12 +140,8 @@ protected:
     QORString havingClause_;
     QORString orderByClause_;
     QORString viewStatement_;
-    union {
-        QORPtrLinkTree destinationOfSQLViewAssociation_{};
-    };
-    union {
-        QORPtrLinkTree operation_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> destinationOfSQLViewAssociation_;
+    QORNoDestructor<QORPtrLinkTree> operation_;
 
 private:
     friend struct QORMetamodel;

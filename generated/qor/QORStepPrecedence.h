@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORMappingObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORStepPrecedenceType.h>
 
@@ -52,7 +53,7 @@ public:
 
     /// Steps that come before.
     QORTransformationStep* getSourceTransformationStep(int index) const;
-    int getSourceTransformationStepCount() const { return sourceTransformationStep_.size; }
+    int getSourceTransformationStepCount() const { return sourceTransformationStep_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceTransformationStep(QORTransformationStep* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -67,7 +68,7 @@ public:
 
     /// Steps that come after.
     QORTransformationStep* getDestinationTransformationStep(int index) const;
-    int getDestinationTransformationStepCount() const { return destinationTransformationStep_.size; }
+    int getDestinationTransformationStepCount() const { return destinationTransformationStep_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationTransformationStep(QORTransformationStep* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -94,12 +95,8 @@ protected:
     QORString operation_;
     QORString operationDescription_;
     QORHeldEnd transformationActivity_;
-    union {
-        QORPtrLinkTree sourceTransformationStep_{};
-    };
-    union {
-        QORPtrLinkTree destinationTransformationStep_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceTransformationStep_;
+    QORNoDestructor<QORPtrLinkTree> destinationTransformationStep_;
 
 private:
     friend struct QORMetamodel;

@@ -4,6 +4,7 @@
 #include <qor/QORMappingObject.h>
 #include <qor/QORMappingType.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QOROptionalNameLinkTree.h>
 #include <qor/QORTransformationType.h>
 
@@ -72,7 +73,7 @@ public:
 
     /// Maps of the transformation, owned; unique by name as far as they have one.
     QORClassifierMap* getClassifierMap(int index) const;
-    int getClassifierMapCount() const { return classifierMap_.size; }
+    int getClassifierMapCount() const { return classifierMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addClassifierMap(QORClassifierMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -96,7 +97,7 @@ public:
 
     /// Intermediate classifiers that its maps may read and write, owned.
     QORDataSet* getDataSet(int index) const;
-    int getDataSetCount() const { return dataSet_.size; }
+    int getDataSetCount() const { return dataSet_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDataSet(QORDataSet* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -136,12 +137,8 @@ protected:
     QORHeldEnd transformationTask_;
     QORObject* transformationStep_ = nullptr;
     QORObject* transformationActivity_ = nullptr;
-    union {
-        QOROptionalNameLinkTree classifierMap_{};
-    };
-    union {
-        QORNameLinkTree dataSet_{};
-    };
+    QORNoDestructor<QOROptionalNameLinkTree> classifierMap_;
+    QORNoDestructor<QORNameLinkTree> dataSet_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORMappingObject.h>
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDesignPackage;
@@ -50,7 +51,7 @@ public:
 
     /// Steps of the flow, owned, with unique names.
     QORTransformationStep* getTransformationStep(int index) const;
-    int getTransformationStepCount() const { return transformationStep_.size; }
+    int getTransformationStepCount() const { return transformationStep_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTransformationStep(QORTransformationStep* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -65,7 +66,7 @@ public:
 
     /// Edges that put the steps into order, owned.
     QORStepPrecedence* getStepPrecedence(int index) const;
-    int getStepPrecedenceCount() const { return stepPrecedence_.size; }
+    int getStepPrecedenceCount() const { return stepPrecedence_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addStepPrecedence(QORStepPrecedence* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -90,12 +91,8 @@ public:
 protected:
     QORHeldEnd designPackage_;
     QORObject* transformation_ = nullptr;
-    union {
-        QORNameLinkTree transformationStep_{};
-    };
-    union {
-        QORPtrLinkTree stepPrecedence_{};
-    };
+    QORNoDestructor<QORNameLinkTree> transformationStep_;
+    QORNoDestructor<QORPtrLinkTree> stepPrecedence_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORMappingObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORStepPrecedence;
@@ -58,7 +59,7 @@ public:
 
     /// Edges of the flow that leave the step.
     QORStepPrecedence* getSourceOfStepPrecedence(int index) const;
-    int getSourceOfStepPrecedenceCount() const { return sourceOfStepPrecedence_.size; }
+    int getSourceOfStepPrecedenceCount() const { return sourceOfStepPrecedence_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfStepPrecedence(QORStepPrecedence* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -73,7 +74,7 @@ public:
 
     /// Edges of the flow that lead to the step.
     QORStepPrecedence* getDestinationOfStepPrecedence(int index) const;
-    int getDestinationOfStepPrecedenceCount() const { return destinationOfStepPrecedence_.size; }
+    int getDestinationOfStepPrecedenceCount() const { return destinationOfStepPrecedence_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfStepPrecedence(QORStepPrecedence* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -99,12 +100,8 @@ protected:
     QORHeldEnd transformationTask_;
     QORHeldEnd transformationActivity_;
     QORObject* transformation_ = nullptr;
-    union {
-        QORPtrLinkTree sourceOfStepPrecedence_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfStepPrecedence_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceOfStepPrecedence_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfStepPrecedence_;
 
 private:
     friend struct QORMetamodel;

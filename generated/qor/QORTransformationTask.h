@@ -3,6 +3,7 @@
 
 #include <qor/QORMappingObject.h>
 #include <qor/QORNamePtrLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORDesignPackage;
@@ -40,7 +41,7 @@ public:
 
     /// Transformations that do the work of the task, owned.
     QORTransformation* getTransformation(int index) const;
-    int getTransformationCount() const { return transformation_.size; }
+    int getTransformationCount() const { return transformation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTransformation(QORTransformation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -55,7 +56,7 @@ public:
 
     /// Steps that call the task; they belong to their activities.
     QORTransformationStep* getTransformationStep(int index) const;
-    int getTransformationStepCount() const { return transformationStep_.size; }
+    int getTransformationStepCount() const { return transformationStep_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addTransformationStep(QORTransformationStep* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -79,12 +80,8 @@ public:
 
 protected:
     QORHeldEnd designPackage_;
-    union {
-        QORNamePtrLinkTree transformation_{};
-    };
-    union {
-        QORPtrLinkTree transformationStep_{};
-    };
+    QORNoDestructor<QORNamePtrLinkTree> transformation_;
+    QORNoDestructor<QORPtrLinkTree> transformationStep_;
 
 private:
     friend struct QORMetamodel;

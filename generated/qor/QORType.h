@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
@@ -61,7 +62,7 @@ public:
 
     /// Arguments of this type.
     QORArgument* getArgument(int index) const;
-    int getArgumentCount() const { return argument_.size; }
+    int getArgumentCount() const { return argument_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addArgument(QORArgument* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -76,7 +77,7 @@ public:
 
     /// Operations that return this type.
     QOROperation* getOperation(int index) const;
-    int getOperationCount() const { return operation_.size; }
+    int getOperationCount() const { return operation_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addOperation(QOROperation* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -91,7 +92,7 @@ public:
 
     /// Aliases of this type.
     QORAliasType* getAliasType(int index) const;
-    int getAliasTypeCount() const { return aliasType_.size; }
+    int getAliasTypeCount() const { return aliasType_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addAliasType(QORAliasType* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -106,7 +107,7 @@ public:
 
     /// Features of this type.
     QORFeature* getFeature(int index) const;
-    int getFeatureCount() const { return feature_.size; }
+    int getFeatureCount() const { return feature_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addFeature(QORFeature* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -121,7 +122,7 @@ public:
 
     /// Expression nodes of this type.
     QORExpressionNode* getExpressionNode(int index) const;
-    int getExpressionNodeCount() const { return expressionNode_.size; }
+    int getExpressionNodeCount() const { return expressionNode_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addExpressionNode(QORExpressionNode* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -171,21 +172,11 @@ public:
 protected:
     QORHeldEnd model_;
     QORHeldEnd mappingModel_;
-    union {
-        QORPtrLinkVector argument_{};
-    };
-    union {
-        QORPtrLinkVector operation_{};
-    };
-    union {
-        QORPtrLinkVector aliasType_{};
-    };
-    union {
-        QORPtrLinkTree feature_{};
-    };
-    union {
-        QORPtrLinkTree expressionNode_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> argument_;
+    QORNoDestructor<QORPtrLinkVector> operation_;
+    QORNoDestructor<QORPtrLinkVector> aliasType_;
+    QORNoDestructor<QORPtrLinkTree> feature_;
+    QORNoDestructor<QORPtrLinkTree> expressionNode_;
 
 private:
     friend struct QORMetamodel;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORModelObject.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORBusinessRule;
@@ -66,7 +67,7 @@ public:
 
     /// Maps that translate this value.
     QORTypeValueMap* getSourceOfTypeValueMap(int index) const;
-    int getSourceOfTypeValueMapCount() const { return sourceOfTypeValueMap_.size; }
+    int getSourceOfTypeValueMapCount() const { return sourceOfTypeValueMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSourceOfTypeValueMap(QORTypeValueMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -81,7 +82,7 @@ public:
 
     /// Maps that translate into this value.
     QORTypeValueMap* getDestinationOfTypeValueMap(int index) const;
-    int getDestinationOfTypeValueMapCount() const { return destinationOfTypeValueMap_.size; }
+    int getDestinationOfTypeValueMapCount() const { return destinationOfTypeValueMap_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addDestinationOfTypeValueMap(QORTypeValueMap* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -101,12 +102,8 @@ protected:
     QORString value_;
     QORHeldEnd derivedType_;
     QORHeldEnd businessRule_;
-    union {
-        QORPtrLinkTree sourceOfTypeValueMap_{};
-    };
-    union {
-        QORPtrLinkTree destinationOfTypeValueMap_{};
-    };
+    QORNoDestructor<QORPtrLinkTree> sourceOfTypeValueMap_;
+    QORNoDestructor<QORPtrLinkTree> destinationOfTypeValueMap_;
 
 private:
     friend struct QORMetamodel;

@@ -3,6 +3,7 @@
 
 #include <qor/QORComponent.h>
 #include <qor/QORFormatLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkTree.h>
 
 class QORFormat;
@@ -75,7 +76,7 @@ public:
 
     /// Formats in which the version exists, owned, sorted by class and then by name.
     QORFormat* getFormat(int index) const;
-    int getFormatCount() const { return format_.size; }
+    int getFormatCount() const { return format_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addFormat(QORFormat* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -90,7 +91,7 @@ public:
 
     /// Versions from which this one was made; more than one after a merge.
     QORVersion* getPredecessorVersion(int index) const;
-    int getPredecessorVersionCount() const { return predecessorVersion_.size; }
+    int getPredecessorVersionCount() const { return predecessorVersion_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addPredecessorVersion(QORVersion* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -105,7 +106,7 @@ public:
 
     /// Versions made from this one; more than one after a branch.
     QORVersion* getSuccessorVersion(int index) const;
-    int getSuccessorVersionCount() const { return successorVersion_.size; }
+    int getSuccessorVersionCount() const { return successorVersion_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addSuccessorVersion(QORVersion* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -119,15 +120,9 @@ public:
     void removeSuccessorVersions();
 
 protected:
-    union {
-        QORFormatLinkTree format_{};
-    };
-    union {
-        QORPtrLinkTree predecessorVersion_{};
-    };
-    union {
-        QORPtrLinkTree successorVersion_{};
-    };
+    QORNoDestructor<QORFormatLinkTree> format_;
+    QORNoDestructor<QORPtrLinkTree> predecessorVersion_;
+    QORNoDestructor<QORPtrLinkTree> successorVersion_;
     QORHeldEnd product_;
     QORObject* defaultOfProduct_ = nullptr;
     QORObject* defaultFormat_ = nullptr;

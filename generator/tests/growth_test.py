@@ -46,6 +46,7 @@ class GrowthTest(unittest.TestCase):
         self.root = Path(folder.name)
         for each in FOLDERS:
             shutil.copytree(ROOT / each, self.root / each)
+        shutil.copy(ROOT / "CMakeLists.txt", self.root)
         self.before = files_below(self.root)
 
     def add_text(self, enumeration, text):

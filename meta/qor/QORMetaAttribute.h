@@ -34,6 +34,10 @@ public:
     QORMetaAttributeType getType() const { return type; }
     /// The value of a new object, as text.
     QORString const& getDefaultValue() const { return defaultValue; }
+    /// The texts of the enumeration that the value is of, by number, closed by a null pointer; a retired
+    /// number has the empty text. Null for the other kinds of values, and for a record that isn't the
+    /// library's own.
+    char const* const* getEnumTexts() const;
 
     /// Returns the value as text: "true" or "false", a number's digits, a date's text, the text of an
     /// enumeration's value. Empty if the attribute has no getter or a negative value no text. The object must

@@ -34,6 +34,15 @@ public:
     bool isUnary() const { return unary; }
     /// The kind of the end.
     QORMetaLinkType getType() const { return type; }
+    /// The class of the objects at the far side of the link, or a base of it: the class that declares the
+    /// end `getFarMetaLink`. Null for a record that isn't the library's own.
+    QORMetaClass* getFarMetaClass() const;
+    /// The end at the far side of the link, which answers this one: the record that the repository has now.
+    /// Null for a record that isn't the library's own.
+    QORMetaLink* getFarMetaLink() const;
+    /// Whether the end keeps its objects in the order in which they were added. False for a unary end, for
+    /// one that sorts its objects by name or address, and for a record that isn't the library's own.
+    bool isOrdered() const;
 
     /// Links `other` to this end of `object`. False if that is refused or the end has no add operation. Both
     /// objects must be of the classes that the link is between.

@@ -221,6 +221,9 @@ public:
     bool isFilled() const { return filled; }
     /// What the function returns for a value; null if none is wrapped.
     char const* getName(int id) const { return filled ? pointer(id) : nullptr; }
+    /// Whether both wrap the same function, and were made in the same library or program.
+    bool operator==(QORGetEnumNameByIDWrapper const& other) const { return pointer == other.pointer; }
+    bool operator!=(QORGetEnumNameByIDWrapper const& other) const { return !(*this == other); }
 
 private:
     template <auto function, class Enumeration>
@@ -258,6 +261,8 @@ public:
     QORObject* getLink(QORObject const* object, int index) const {
         return filled ? pointer(object, end, index) : nullptr;
     }
+    /// What the function is called with.
+    void const* getEnd() const { return end; }
 
 private:
     bool filled = false;

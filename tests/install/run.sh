@@ -11,12 +11,12 @@ cmake=${CMAKE:-cmake}
 LC_ALL=C
 export LC_ALL
 
-# A component's files as lines of files.txt; the library folder is called lib/ whatever its name, and the build type
-# isn't told.
+# A component's files as lines of files.txt; the library folder is called lib/ whatever its name, the build type isn't
+# told, and what gdb loads beside a library lies in LIBDIR whatever the prefix.
 list() {
     local component=$1 folder=$2
     find "$folder" \( -type l -printf '%P -> %l\n' \) -o \( -type f -perm /111 -printf '%P (executable)\n' \) \
-        -o \( -type f -printf '%P\n' \) | sed -E "s#^${CMAKE_INSTALL_LIBDIR:-lib}/#lib/#; s#QORTargets-[a-z]+[.]#QORTargets-TYPE.#; s#^#$component #"
+        -o \( -type f -printf '%P\n' \) | sed -E "s#^${CMAKE_INSTALL_LIBDIR:-lib}/#lib/#; s#QORTargets-[a-z]+[.]#QORTargets-TYPE.#; s#^share/gdb/auto-load/.*/#share/gdb/auto-load/LIBDIR/#; s#^#$component #"
 }
 
 rm -rf "$scratch"

@@ -1838,7 +1838,7 @@ public:
     /// Takes the note out and in again, so that another node of the tree holds it.
     bool hangAnew(OpenNote& note) {
         QORRBTree::Iterator const keepsTheNode(note_, true);
-        return _removen(&note_, &note) && note_.add(&note, true, nullptr);
+        return _removen(&note_, &note) && note_->add(&note, true, nullptr);
     }
 };
 

@@ -522,6 +522,47 @@ TEST_F(QORMetaAttributeTest, EnumWithoutItsFunctionsHasNoTexts) {
     EXPECT_EQ(static_cast<int>(sample.order), -1);
 }
 
+TEST_F(QORMetaAttributeTest, TextsOfAnEnumerationAreThoseOfItsTable) {
+    EXPECT_EQ(repository.getMetaAttributeByID(QORAttributeType::INDEX_MEMBER__SORT_ORDER)->getEnumTexts(),
+              QorSortOrderTypeStringArray);
+    int enumerations = 0;
+    for (int id = 0; QorAttributeTypeStringArray[id]; ++id) {
+        QORMetaAttribute const* const attribute =
+            repository.getMetaAttributeByID(static_cast<QORAttributeType>(id));
+        if (!attribute)
+            continue;
+        bool const isEnum = attribute->getType() == QORMetaAttributeType::ENUM;
+        EXPECT_EQ(attribute->getEnumTexts() != nullptr, isEnum) << attribute->getName().chars;
+        enumerations += isEnum ? 1 : 0;
+    }
+    EXPECT_GT(enumerations, 40);
+}
+
+namespace {
+
+/// An enumeration of a caller's, whose function knows no end.
+char const* nameOfAny(QORSortOrderType) {
+    return "any";
+}
+
+} // namespace
+
+TEST_F(QORMetaAttributeTest, RecordOfACallerHasNoTextsOfAnEnumeration) {
+    Accessors ofCaller = forOrder;
+    ofCaller.write = QORGetEnumNameByIDWrapper::of<&nameOfAny>();
+    EXPECT_EQ(newAttribute(QORMetaAttributeType::ENUM, ofCaller)->getEnumTexts(), nullptr);
+    ofCaller.write = {};
+    EXPECT_EQ(newAttribute(QORMetaAttributeType::ENUM, ofCaller)->getEnumTexts(), nullptr);
+    EXPECT_EQ(newAttribute(QORMetaAttributeType::INT, forInt)->getEnumTexts(), nullptr);
+}
+
+TEST(QORMetaWrappers, AreEqualIfTheyWrapTheSameFunction) {
+    EXPECT_TRUE(QORGetEnumNameByIDWrapper::of<&getSortOrderTypeName>() == forOrder.write);
+    EXPECT_TRUE(QORGetEnumNameByIDWrapper::of<&nameOfAny>() != forOrder.write);
+    EXPECT_TRUE(QORGetEnumNameByIDWrapper() != forOrder.write);
+    EXPECT_TRUE(QORGetEnumNameByIDWrapper() == QORGetEnumNameByIDWrapper());
+}
+
 TEST_F(QORMetaAttributeTest, WithoutAccessorsThereIsNoValue) {
     for (int type = QORMetaAttributeType::BOOL; type <= QORMetaAttributeType::ENUM; ++type) {
         auto* const attribute = newAttribute(static_cast<QORMetaAttributeType>(type), noAccessors);
@@ -572,6 +613,27 @@ TEST_F(QORMetaLinkTest, TellsWhatItWasMadeOf) {
     EXPECT_EQ(link->getMetaClass(), nullptr);
     EXPECT_TRUE(link->isUnary());
     EXPECT_EQ(link->getType(), QORMetaLinkType::REF);
+}
+
+/// Though it has the number of an end of the library, and leads to one of its functions' own data.
+TEST_F(QORMetaLinkTest, RecordOfACallerHasNoFarEndAndNoOrder) {
+    int const skipped = 0;
+    for (QORGetLinkWrapper const& get : {QORGetLinkWrapper(), QORGetLinkWrapper(friendAt, &skipped)}) {
+        auto* const link =
+            &newRecord<QORMetaLink>(nullptr, QORAssociationType::ELEMENT__PROPERTY_VALUE, QORString("friend"),
+                                    false, QORMetaLinkType::CHILD, get, QORGetLinkCountWrapper(), nullptr);
+        EXPECT_EQ(link->getFarMetaLink(), nullptr);
+        EXPECT_EQ(link->getFarMetaClass(), nullptr);
+        EXPECT_FALSE(link->isOrdered());
+    }
+}
+
+TEST_F(QORMetaLinkTest, FarEndIsTheRecordThatTheRepositoryHasNow) {
+    QORMetaLink const& near = *repository.getMetaLinkByID(QORAssociationType::OPERATION__ASSOCIATED__CLASS);
+    QORMetaClass& ofCaller = newClass(nullptr, QORElementType::NOTE, "FarOfCaller");
+    auto* const inItsPlace = newLink(false, {}, {}, nullptr, &ofCaller, "operation");
+    EXPECT_EQ(near.getFarMetaLink(), inItsPlace);
+    EXPECT_EQ(near.getFarMetaClass(), &ofCaller);
 }
 
 TEST_F(QORMetaLinkTest, AddGivesTheResultOfTheEndsAdd) {

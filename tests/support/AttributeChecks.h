@@ -170,6 +170,17 @@ inline Value otherThanFirst(Attribute const& attribute) {
 
 // ---- checks ---------------------------------------------------------------------------------------------
 
+/// Expects the texts to be those of the table, retired ones included.
+inline void checkEnumTexts(AttributeRow const& row, char const* const* texts) {
+    ASSERT_EQ(row.enumerators != nullptr, texts != nullptr) << row.text;
+    if (!texts)
+        return;
+    int place = 0;
+    for (; row.enumerators[place] && texts[place]; ++place)
+        EXPECT_STREQ(row.enumerators[place], texts[place]) << row.text;
+    EXPECT_EQ(row.enumerators[place], texts[place]) << row.text; // both end here
+}
+
 inline void checkAttributeRecord(Attribute const& attribute) {
     AttributeRow const& row = attribute.row;
     QORMetaAttribute const& record = recordOf(attribute);
@@ -177,6 +188,7 @@ inline void checkAttributeRecord(Attribute const& attribute) {
     EXPECT_STREQ(row.text, record.getName().chars);
     EXPECT_STREQ(row.name, record.getDisplayName().chars);
     EXPECT_EQ(row.type, record.getType());
+    checkEnumTexts(row, record.getEnumTexts());
     EXPECT_STREQ(row.defaultText, record.getDefaultValue().chars);
     ASSERT_NE(nullptr, record.getMetaClass());
     EXPECT_EQ(row.ownerId, static_cast<int>(record.getMetaClass()->getId()));

@@ -186,6 +186,14 @@ inline void checkLinkRecord(End const& end) {
     EXPECT_EQ(&record, object->getMetaClass()->getMetaLinkByID(record.getId()));
 }
 
+inline void checkFarRecord(End const& end, End const& farEnd) {
+    QORMetaLink const& record = recordOf(end);
+    EXPECT_EQ(&recordOf(farEnd), record.getFarMetaLink());
+    ASSERT_NE(nullptr, record.getFarMetaClass());
+    EXPECT_EQ(farEnd.row.ownerId, static_cast<int>(record.getFarMetaClass()->getId()));
+    EXPECT_EQ(end.row.order == Order::AS_ADDED, record.isOrdered());
+}
+
 // ---- making and unlinking -------------------------------------------------------------------------------
 
 /// Expects what an object says of its owners to follow from one link.
@@ -679,6 +687,7 @@ inline void checkSelfLink(End const& end, End const& farEnd, Maker const& both, 
 inline void checkEnd(End const& end, End const& farEnd, Maker const* both = nullptr) {
     ASSERT_TRUE(hasRecord(end) && hasRecord(farEnd)); // without which nothing below can be asked
     checkLinkRecord(end);
+    checkFarRecord(end, farEnd);
     checkCopies(end, farEnd);
     for (bool const watched : {false, true}) {
         SCOPED_TRACE(watched ? "objects of a caller's classes" : "objects of the library's classes");

@@ -3,7 +3,6 @@
 #include "TemporaryFolder.h"
 #include "exchange/Attributes.h"
 #include "kit/Graph.h"
-#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORMetaRepository.h>
@@ -123,7 +122,7 @@ private:
         int made = 0;
         for (std::size_t far = objects.size(); far-- > 0 && made < 2;) {
             bool const owning = role.getType() == QORMetaLinkType::CHILD;
-            if (far == near || !objects[far]->isInstanceOf(kit::farClassOf(role)) ||
+            if (far == near || !objects[far]->isInstanceOf(role.getFarMetaClass()->getId()) ||
                 (owning && owns(*objects[far], *objects[near]))) {
                 continue;
             }

@@ -1,7 +1,6 @@
 #include "diff/GraphDiff.h"
 
 #include "diff/Matching.h"
-#include "kit/LinkEnds.h"
 #include "kit/Progress.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"
@@ -263,7 +262,7 @@ private:
     void compareLinks(QORObject& ours, QORObject& theirs, QORMetaLink const& link, Change& change) const {
         QORMetaLinkType const type = link.getType();
         bool const telling = type == QORMetaLinkType::REF || type == QORMetaLinkType::PARENT;
-        bool const inOrder = kit::linkEnd(link).keepsOrder;
+        bool const inOrder = link.isOrdered();
         if (!telling && !inOrder) {
             return;
         }

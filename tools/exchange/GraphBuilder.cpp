@@ -1,7 +1,6 @@
 #include "exchange/GraphBuilder.h"
 
 #include "exchange/Attributes.h"
-#include "kit/LinkEnds.h"
 #include "kit/Progress.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"
@@ -19,7 +18,7 @@ std::string classOf(QORObject const& object) {
 }
 
 bool isLinked(QORObject& object, QORMetaLink const& role, QORObject& other) {
-    QORMetaLink const& reverse = *kit::linkEnd(role).reverse;
+    QORMetaLink const& reverse = *role.getFarMetaLink();
     if (reverse.isUnary()) {
         return reverse.getLink(&other, 0) != nullptr;
     }
@@ -147,7 +146,7 @@ void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
 QORObject& GraphBuilder::linkable(std::uint64_t number) {
     QORObject& other = object(number);
     std::string const roleName = kit::quoted(kit::view(role->getRoleName()));
-    if (!other.isInstanceOf(kit::farClassOf(*role))) {
+    if (!other.isInstanceOf(role->getFarMetaClass()->getId())) {
         throw Mistake("the role " + roleName + " of " + classOf(*current) + " accepts no " + classOf(other));
     }
     if (current == &other) {

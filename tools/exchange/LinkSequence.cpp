@@ -1,7 +1,6 @@
 #include "exchange/LinkSequence.h"
 
 #include "kit/GraphOrder.h"
-#include "kit/LinkEnds.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
 #include "kit/ToolError.h"
@@ -50,11 +49,11 @@ private:
     void collect(QORObject& from, QORMetaLink const& role) {
         std::vector<QORObject*> const elements = numbering.elements(from, role);
         for (QORObject* to : elements) {
-            if (to != elements.front() && kit::linkEnd(role).keepsOrder) {
+            if (to != elements.front() && role.isOrdered()) {
                 inNearEnds.emplace_back(links.size() - 1, links.size());
             }
-            QORMetaLink const& reverse = *kit::linkEnd(role).reverse;
-            if (kit::linkEnd(reverse).keepsOrder) {
+            QORMetaLink const& reverse = *role.getFarMetaLink();
+            if (reverse.isOrdered()) {
                 byFarEnd[{numbering.numberOf(*to), &reverse}].emplace(&from, links.size());
             }
             links.push_back({&from, &role, to});

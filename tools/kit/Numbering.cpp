@@ -1,7 +1,6 @@
 #include "kit/Numbering.h"
 
 #include "kit/GraphOrder.h"
-#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 
 #include <algorithm>
@@ -114,7 +113,7 @@ private:
                     far.push_back(indexed(*each));
                 }
                 if (far.size() > first) {
-                    ends.push_back({link, first, linkEnd(*link).keepsOrder});
+                    ends.push_back({link, first, link->isOrdered()});
                 }
             }
         }
@@ -365,7 +364,7 @@ Numbering::Numbering(QORObject& root) : numbers(std::make_shared<Numbers const>(
 
 std::vector<QORObject*> Numbering::elements(QORObject& object, QORMetaLink const& link) const {
     std::vector<QORObject*> elements = elementsOf(object, link);
-    if (!linkEnd(link).keepsOrder) {
+    if (!link.isOrdered()) {
         std::sort(elements.begin(), elements.end(),
                   [this](QORObject const* a, QORObject const* b) { return numberOf(*a) < numberOf(*b); });
     }

@@ -7,6 +7,7 @@
 #include <qor/QORColourType.h>
 #include <qor/QORElementType.h>
 #include <qor/QORFluid.h>
+#include <qor/QORLibraryVersion.h>
 #include <qor/QORShelf.h>
 #include <qor/QORThing.h>
 #include <qor/QORThingByPosition.h>

@@ -3,6 +3,7 @@
 
 #include <qor/QORColourType.h>
 #include <qor/QORDate.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORPtrLinkVector.h>
 #include <qor/QORThing.h>
 
@@ -53,7 +54,7 @@ public:
 
     /// The boxes above.
     QORBox* getCarriesBox(int index) const;
-    int getCarriesBoxCount() const { return carriesBox_.size; }
+    int getCarriesBoxCount() const { return carriesBox_->size; }
     /// Links both ends; false, with nothing changed, if either end refuses.
     bool addCarriesBox(QORBox* far);
     /// Unlinks the element at a position and deletes it if nothing else refers to it; false if none.
@@ -71,9 +72,7 @@ public:
     void setLabel(QORString const& value) override;
 
 protected:
-    union {
-        QORPtrLinkVector carriesBox_{};
-    };
+    QORNoDestructor<QORPtrLinkVector> carriesBox_;
     QORColourType colour_ = QORColourType::NULL_;
     QORDate packedAt_;
     int weight_ = -1;

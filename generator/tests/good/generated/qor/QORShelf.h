@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qor/QORNameLinkTree.h>
+#include <qor/QORNoDestructor.h>
 #include <qor/QORObject.h>
 
 class QORThing;
@@ -34,7 +35,7 @@ public:
 
     /// The things, owned.
     QORThing* getThing(int index) const;
-    int getThingCount() const { return thing_.size; }
+    int getThingCount() const { return thing_->size; }
     /// The element of that name or, with a cursor, the next one from there on; null if there is none.
     QORThing* getThing(QORString const& wanted, int* cursor) const;
     /// Whether an element compares equal.
@@ -54,9 +55,7 @@ public:
     void removeThings();
 
 protected:
-    union {
-        QORNameLinkTree thing_{};
-    };
+    QORNoDestructor<QORNameLinkTree> thing_;
 
 private:
     friend struct QORMetamodel;
