@@ -1,6 +1,10 @@
 #include "kit/LinkEnds.h"
 
 #include "EveryKind.h"
+#include "kit/Numbering.h"
+
+#include <qor/QORMetadataOrigin.h>
+#include <qor/QORModel.h>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +44,16 @@ TEST(LinkEnds, OnlyEndsThatAreNeitherSortedNorOfOneObjectKeepAnOrder) {
     EXPECT_FALSE(kit::linkEnd(end(QORAssociationType::PACKAGE__CHILD__PACKAGE)).keepsOrder); // by name
     EXPECT_FALSE(kit::linkEnd(end(QORAssociationType::DERIVED_TYPE__TYPE_VALUE)).keepsOrder);
     EXPECT_FALSE(kit::linkEnd(end(QORAssociationType::MODEL__METADATA_ORIGIN)).keepsOrder); // of one object
+}
+
+TEST(LinkEnds, UnaryEndHasOneElementOrNone) {
+    QORModel model;
+    QORMetaLink const& link = end(QORAssociationType::MODEL__METADATA_ORIGIN);
+    EXPECT_TRUE(kit::elementsOf(model, link).empty());
+    auto* const origin = new QORMetadataOrigin;
+    model.addMetadataOrigin(origin);
+    EXPECT_EQ(kit::elementsOf(model, link), std::vector<QORObject*>{origin});
+    EXPECT_EQ(kit::OwnedOrder().elements(model, link), std::vector<QORObject*>{origin});
 }
 
 } // namespace

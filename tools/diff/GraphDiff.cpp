@@ -7,7 +7,6 @@
 #include "kit/TreePrinter.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -99,11 +98,8 @@ private:
     static std::vector<Item> items(Side const& side, QORObject& owner, QORMetaLink const& link) {
         std::vector<Item> all;
         for (QORObject* object : side.numbering.elements(owner, link)) {
-            QORMetaAttribute const* const attribute =
-                object->getMetaClass()->getMetaAttributeByDisplayName("position");
-            if (attribute) {
-                all.push_back({object, std::atol(attribute->getValue(object).chars), 0,
-                               side.partnerOf(object) != nullptr});
+            if (std::optional<int> const position = kit::positionOf(*object)) {
+                all.push_back({object, *position, 0, side.partnerOf(object) != nullptr});
             }
         }
         std::stable_sort(all.begin(), all.end(),

@@ -1,13 +1,18 @@
 #include "documents/DocumentKinds.h"
 
+#include "kit/Text.h"
+
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <istream>
 #include <string>
 
 namespace documents {
 namespace {
+
+bool isAlphanumeric(char character) {
+    return kit::isLetter(character) || kit::isDigit(character);
+}
 
 /// The first characters of a text, which say what it is.
 std::string startOf(std::istream& in) {
@@ -23,7 +28,7 @@ std::size_t behind(std::string const& text, char const* end, std::size_t from) {
 }
 
 std::size_t behindBlanks(std::string const& text, std::size_t place) {
-    while (place < text.size() && std::isspace(static_cast<unsigned char>(text[place]))) {
+    while (place < text.size() && kit::isBlank(text[place])) {
         ++place;
     }
     return place;
@@ -46,8 +51,8 @@ std::size_t behindDotComments(std::string const& text, std::size_t place) {
 /// The word there, in lower case.
 std::string wordAt(std::string const& text, std::size_t place) {
     std::string word;
-    for (; place < text.size() && std::isalnum(static_cast<unsigned char>(text[place])); ++place) {
-        word += static_cast<char>(std::tolower(static_cast<unsigned char>(text[place])));
+    for (; place < text.size() && isAlphanumeric(text[place]); ++place) {
+        word += kit::lowerCase(text[place]);
     }
     return word;
 }
@@ -57,11 +62,11 @@ std::size_t behindName(std::string const& text, std::size_t place) {
     if (place < text.size() && text[place] == '"') {
         return behind(text, "\"", place + 1);
     }
-    auto const isOfName = [](unsigned char character) {
-        return std::isalnum(character) || character == '_' || character == '.' || character == '-' ||
-               character >= 0x80;
+    auto const isOfName = [](char character) {
+        return isAlphanumeric(character) || character == '_' || character == '.' || character == '-' ||
+               kit::isBeyondAscii(character);
     };
-    while (place < text.size() && isOfName(static_cast<unsigned char>(text[place]))) {
+    while (place < text.size() && isOfName(text[place])) {
         ++place;
     }
     return place;

@@ -2,6 +2,7 @@
 
 #include "database/ModelReader.h"
 #include "exchange/JsonText.h"
+#include "kit/Text.h"
 
 #include <ostream>
 #include <string>
@@ -32,12 +33,8 @@ std::string plain(std::string_view text) {
     return result;
 }
 
-std::string joined(Texts const& names) {
-    std::string text;
-    for (std::string const& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
+std::string listed(Texts const& names) {
+    return kit::joined(names, ", ");
 }
 
 std::string named(database::Named const& record) {
@@ -109,7 +106,7 @@ private:
     }
 
     std::string lineOf(Key const& key) const {
-        std::string const columns = joined(columnsOf(key));
+        std::string const columns = listed(columnsOf(key));
         switch (key.kind) {
         case KeyKind::PRIMARY:
             return "Primary key" + named(key) + ": " + columns;
@@ -127,7 +124,7 @@ private:
         }
         Texts const columns = columnsIn(key.referredTable, key.referredColumns);
         return " to " + plain(tableAt(key.referredTable).name) +
-               (columns.empty() ? "" : " (" + joined(columns) + ")");
+               (columns.empty() ? "" : " (" + listed(columns) + ")");
     }
 
     Texts columnsOf(Key const& key) const {
@@ -158,7 +155,7 @@ private:
                               : stray            ? plain(*stray)
                                                  : "an expression");
         }
-        return (index.unique ? "Unique index" : "Index") + named(index) + ": " + joined(columns);
+        return (index.unique ? "Unique index" : "Index") + named(index) + ": " + listed(columns);
     }
 
     Table const& tableAt(int number) const { return structure.tables[static_cast<std::size_t>(number)]; }

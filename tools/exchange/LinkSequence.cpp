@@ -1,6 +1,5 @@
 #include "exchange/LinkSequence.h"
 
-#include "kit/GraphOrder.h"
 #include "kit/LinkEnds.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"

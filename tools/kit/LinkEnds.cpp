@@ -1,6 +1,5 @@
 #include "kit/LinkEnds.h"
 
-#include "kit/GraphOrder.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORMetaRepository.h>
@@ -85,6 +84,18 @@ bool keepsOrder(QORMetaLink const& link) {
 }
 
 } // namespace
+
+std::vector<QORObject*> elementsOf(QORObject& object, QORMetaLink const& link) {
+    std::vector<QORObject*> elements;
+    int const count = link.isUnary() ? 1 : link.getLinkCount(&object);
+    elements.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    for (int i = 0; i < count; ++i) {
+        if (QORObject* element = link.getLink(&object, i)) {
+            elements.push_back(element);
+        }
+    }
+    return elements;
+}
 
 LinkEnd const& linkEnd(QORMetaLink const& link) {
     thread_local std::unordered_map<QORMetaLink const*, LinkEnd> known;

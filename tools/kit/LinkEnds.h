@@ -2,10 +2,16 @@
 
 #include <qor/QORElementType.h>
 
+#include <vector>
+
 class QORMetaLink;
 class QORObject;
 
 namespace kit {
+
+/// The objects of a link end in the order of the end itself, by ascending positions; those of a unary end are
+/// one or none. Positions that hold nothing are omitted.
+std::vector<QORObject*> elementsOf(QORObject& object, QORMetaLink const& link);
 
 /// Facts that the record of a link end doesn't have, determined once for each end by linking objects made for
 /// this purpose.

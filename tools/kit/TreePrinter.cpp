@@ -1,7 +1,8 @@
 #include "kit/TreePrinter.h"
 
-#include "kit/GraphOrder.h"
+#include "kit/Numbering.h"
 #include "kit/Reflection.h"
+#include "kit/Text.h"
 
 #include <qor/QORAliasType.h>
 #include <qor/QORPresentationElement.h>
@@ -12,10 +13,6 @@
 
 namespace kit {
 namespace {
-
-bool isControl(unsigned char character) {
-    return character < 0x20 || character == 0x7f;
-}
 
 std::string hexadecimal(unsigned char character) {
     char text[8];
@@ -105,7 +102,7 @@ std::string quoted(std::string_view text) {
             result += "\\n";
         } else if (character == '\t') {
             result += "\\t";
-        } else if (isControl(static_cast<unsigned char>(character))) {
+        } else if (isControl(character)) {
             result += hexadecimal(static_cast<unsigned char>(character));
         } else {
             result += character;
@@ -125,7 +122,7 @@ std::string lineOf(QORObject& object) {
 }
 
 void printTree(QORObject& root, std::ostream& out) {
-    GraphOrder order;
+    OwnedOrder order;
     std::unordered_set<QORObject const*> printed;
     // A stack of its own: a graph can be deeper than the program's.
     std::vector<Entry> pending{{&root, 0}};

@@ -1,6 +1,7 @@
 #include "kit/Verify.h"
 
-#include "kit/GraphOrder.h"
+#include "kit/Hash.h"
+#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"
 
@@ -36,7 +37,7 @@ struct Tie {
 struct TieHash {
     std::size_t operator()(Tie const& tie) const {
         std::hash<void const*> const hash;
-        return (hash(tie.near) * 31 + hash(tie.far)) * 2 + tie.owning;
+        return static_cast<std::size_t>(mixed(mixed(tie.owning, hash(tie.near)), hash(tie.far)));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "postgres/Connection.h"
 
+#include "kit/Text.h"
 #include "kit/ToolError.h"
 #include "postgres/PostgresUrl.h"
 
@@ -26,12 +27,11 @@ constexpr char const* settings =
     "SET DateStyle = 'ISO'; SET IntervalStyle = 'postgres'; SET extra_float_digits = 1;"
     "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY";
 
-/// Lines become one, and what stands before and behind goes.
+/// A message on one line, without blanks at its ends.
 std::string onOneLine(std::string const& message) {
     std::string result;
     for (char const character : message) {
-        bool const isBlank = static_cast<unsigned char>(character) <= ' ';
-        if (!isBlank) {
+        if (character != ' ' && !kit::isControl(character)) {
             result += character;
         } else if (!result.empty() && result.back() != ' ') {
             result += ' ';

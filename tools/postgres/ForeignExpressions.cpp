@@ -1,5 +1,6 @@
 #include "postgres/ForeignSql.h"
 
+#include "kit/Text.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
@@ -35,8 +36,8 @@ std::optional<std::string> patternOfGlob(std::string const& glob) {
             pattern += set;
             i = end;
         } else {
-            bool const isPlain = std::isalnum(static_cast<unsigned char>(character)) || character == ' ' ||
-                                 static_cast<unsigned char>(character) >= 0x80;
+            bool const isPlain = kit::isLetter(character) || kit::isDigit(character) || character == ' ' ||
+                                 kit::isBeyondAscii(character);
             pattern += isPlain ? "" : "\\";
             pattern += character;
         }

@@ -1,9 +1,9 @@
 #include "postgres/StatementOrder.h"
 
+#include "kit/Text.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -45,10 +45,7 @@ private:
         if (!anySchema) {
             return schema + '\0' + name;
         }
-        std::string key = name;
-        std::transform(key.begin(), key.end(), key.begin(),
-                       [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
-        return key;
+        return kit::lowerCase(name);
     }
 
     /// Calls `take` with the key of each name in a creation's statement.

@@ -35,9 +35,8 @@ bool hasContent(std::string const& path) {
     return stat(path.c_str(), &status) == 0 && status.st_size > 0;
 }
 
-bool isPlain(unsigned char character) {
-    bool const isLetter = (character | 32) >= 'a' && (character | 32) <= 'z';
-    return isLetter || (character >= '0' && character <= '9') || std::strchr("/._-", character);
+bool isPlain(char character) {
+    return kit::isLetter(character) || kit::isDigit(character) || std::strchr("/._-", character);
 }
 
 std::string uriOf(std::string const& location, bool immutable) {
