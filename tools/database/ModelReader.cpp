@@ -267,7 +267,7 @@ private:
         schemas.emplace(&object, lastIndex(structure.schemas));
     }
 
-    /// The schema that lists an object. Without one its design package stands for a schema.
+    /// The schema that lists an object; without one, its design package is read as a schema.
     int schemaOf(QORModelObject const& object, QORDesignPackage const* package) {
         QORObject const* const owner = schemas.count(object.getDataPackage())
                                            ? static_cast<QORObject const*>(object.getDataPackage())

@@ -88,7 +88,8 @@ private:
         do {
             char const character = text[position];
             if (character == '\'' || character == '"') {
-                skipQuoted(character, character == '\'' && position > 0 && upperCase(text[position - 1]) == 'E');
+                skipQuoted(character,
+                           character == '\'' && position > 0 && upperCase(text[position - 1]) == 'E');
                 continue;
             }
             depth += (character == '[') - (character == ']');
@@ -96,7 +97,7 @@ private:
         } while (depth > 0 && position < text.size());
     }
 
-    /// Inside, the quotation mark stands doubled.
+    /// A quotation mark within the text is doubled.
     void skipQuoted(char mark, bool backslashes) {
         for (++position; position < text.size(); ++position) {
             if (backslashes && text[position] == '\\') {

@@ -19,7 +19,7 @@ bool isPackage(QORObject const& object) {
     return object.isInstanceOf(QORElementType::PACKAGE);
 }
 
-/// Class and name, which both outlive the comparison.
+/// Class and name, both of which outlive the comparison.
 using Key = std::pair<QORMetaClass const*, std::string_view>;
 
 struct KeyHash {
@@ -82,8 +82,8 @@ void Matching::pairRenamed(Rename const& rename) {
     pair(ours, theirs);
 }
 
-/// What is right below a root and bears its name, such as the catalog of a database, has that from the source
-/// and not of its own.
+/// An object directly below a root that has its name, such as the catalog of a database, has the name from
+/// the source, as the root does.
 void Matching::pairRoots() {
     if (before.root.getMetaClass() != after.root.getMetaClass()) {
         return;
@@ -107,7 +107,7 @@ void Matching::pairRoots() {
     }
 }
 
-/// Pairs the objects without a partner that class and name tell apart; the others are for later.
+/// Pairs the objects without a partner that class and name identify; the others are paired later.
 void Matching::pairByName(Objects const& ours, Objects const& theirs, bool inPackage) {
     std::unordered_map<Key, Objects, KeyHash> others;
     for (QORObject* object : theirs) {
@@ -158,7 +158,7 @@ namespace {
 
 using Number = std::pair<std::string_view, long>;
 
-/// The objects left over by class and number of the caller's; null where several share them.
+/// The objects without a partner by their class and the caller's number; null where several share both.
 std::map<Number, QORObject*> numbered(Side const& side) {
     std::map<Number, QORObject*> byNumber;
     for (QORObject* object : side.numbering.objects()) {
@@ -186,7 +186,7 @@ bool Matching::pairById() {
     return paired;
 }
 
-/// Whether there was something left to settle.
+/// Settles the groups. Returns whether there were any.
 bool Matching::settleGroups() {
     if (groups.empty()) {
         return false;
@@ -199,8 +199,8 @@ bool Matching::settleGroups() {
     return true;
 }
 
-/// From what the objects are linked with, own and hold, the surest first. At last they belong together in
-/// their order, unless they have no names and nothing to do with each other.
+/// Pairs by links, by what the objects own and by attributes, the most reliable first. The remaining objects
+/// are paired in their order, unless they have no names and are independent of each other.
 void Matching::settleGroup(Group& group) {
     pairBySignature(group, &Matching::wholeOf, true);
     pairBySignature(group, &Matching::linksOf, true);
@@ -258,9 +258,10 @@ void Matching::dropPaired(Group& group) const {
 
 namespace {
 
-constexpr int deepest = 3; ///< a bound, so that all signatures together take time by the objects' number
+/// A bound: the time for all signatures must be proportional to the number of objects.
+constexpr int deepest = 3;
 
-}
+} // namespace
 
 Hash Matching::wholeOf(Side const& side, QORObject& object) const {
     return signatureOf(side, object, true, deepest);
@@ -270,7 +271,7 @@ Hash Matching::linksOf(Side const& side, QORObject& object) const {
     return signatureOf(side, object, false, deepest);
 }
 
-/// Of the attributes alone; none if a new object has them too.
+/// The signature of the attributes alone; none if all of them have the values of a new object.
 Hash Matching::attributesOf(Side const&, QORObject& object) const {
     Hash hash = 0;
     for (QORMetaAttribute const* attribute : kit::attributesOf(object)) {
@@ -282,8 +283,8 @@ Hash Matching::attributesOf(Side const&, QORObject& object) const {
     return hash;
 }
 
-/// Of what the object refers to, of the one object that an end refers to it from, and of what it owns; none
-/// if without attributes there is nothing of that.
+/// The signature of what the object refers to, of the only object that refers to it over an end, and of what
+/// it owns; none if there is nothing of these and the attributes don't count.
 Hash Matching::signatureOf(Side const& side, QORObject& object, bool withAttributes, int depth) const {
     Hash hash = withAttributes ? mixed(attributesOf(side, object), 1) : 0;
     for (QORMetaLink const* link : kit::linksOf(object)) {

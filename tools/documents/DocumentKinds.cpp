@@ -14,7 +14,7 @@ bool isAlphanumeric(char character) {
     return kit::isLetter(character) || kit::isDigit(character);
 }
 
-/// The first characters of a text, which say what it is.
+/// The first characters of a text, by which its kind is recognised.
 std::string startOf(std::istream& in) {
     std::string start(65536, '\0');
     in.read(start.data(), static_cast<std::streamsize>(start.size()));
@@ -34,7 +34,7 @@ std::size_t behindBlanks(std::string const& text, std::size_t place) {
     return place;
 }
 
-/// Where the first thing stands that is neither a blank nor a comment of Graphviz.
+/// The position of the first character that is neither a blank nor in a comment of Graphviz.
 std::size_t behindDotComments(std::string const& text, std::size_t place) {
     for (;;) {
         place = behindBlanks(text, place);
@@ -48,7 +48,7 @@ std::size_t behindDotComments(std::string const& text, std::size_t place) {
     }
 }
 
-/// The word there, in lower case.
+/// The word at a position, in lower case.
 std::string wordAt(std::string const& text, std::size_t place) {
     std::string word;
     for (; place < text.size() && isAlphanumeric(text[place]); ++place) {
@@ -57,7 +57,7 @@ std::string wordAt(std::string const& text, std::size_t place) {
     return word;
 }
 
-/// The end of a graph's name, which a word or a text in quotation marks is.
+/// The end of a graph's name, which is a word or a text in quotation marks.
 std::size_t behindName(std::string const& text, std::size_t place) {
     if (place < text.size() && text[place] == '"') {
         return behind(text, "\"", place + 1);

@@ -4,7 +4,7 @@
 
 namespace documents {
 
-/// Whether a text is a drawing for Graphviz: after its comments a graph begins.
+/// Whether a text is a drawing for Graphviz: a graph begins after its comments.
 bool isDotText(std::istream& in);
 
 /// Whether a text is Markdown: it has a heading, and begins like no script, no markup and no other kind of

@@ -12,7 +12,7 @@
 namespace documents {
 namespace {
 
-/// How objects of a class stand for arrows: the way over link ends to the boxes at either end.
+/// How the objects of a class become arrows: the ways over link ends to the boxes at both ends.
 struct Relation {
     QORElementType type;
     char const* tail;
@@ -30,12 +30,12 @@ constexpr Relation relations[] = {
      "arrowhead=vee, style=bold"},
 };
 
-/// A text as a quoted string, in which "\l" and the like are what the drawing program makes of them.
+/// A text as a quoted string, in which the drawing program interprets "\l" and the like.
 std::string quotedText(std::string const& text) {
     return '"' + text + '"';
 }
 
-/// A name as part of a label: nothing in it has a meaning of its own.
+/// A name as part of a label: characters that would have a meaning there are escaped.
 std::string label(std::string_view name) {
     std::string text;
     for (char const character : exchange::printable(name)) {
@@ -77,7 +77,7 @@ private:
     /// The number of the table or key that an object is in the structure; -1 for none.
     int recordOf(QORObject const& object) const { return records[numbering.numberOf(object)]; }
 
-    /// A package's frame is closed after all that it owns; a null object stands for that.
+    /// Writes the boxes of an object and of what it owns. A null object closes the frame of a package.
     void writeBoxes(QORObject& top) {
         std::vector<QORObject*> pending{&top};
         while (!pending.empty()) {

@@ -16,8 +16,8 @@ inline Hash hashOf(std::string_view text, Hash before = 14695981039346656037u) {
     return before;
 }
 
-/// The hash of what `hash` stands for with another one after it. The first number of a sequence is mixed with
-/// a constant: two small numbers are mixed badly.
+/// The hash of a sequence: of its beginning, whose hash is `hash`, and the next number. The first number must
+/// be mixed with a constant, since many pairs of small numbers have equal hashes.
 inline Hash mixed(Hash hash, Hash other) {
     Hash mix = (hash ^ (other + 0x9e3779b97f4a7c15u + (hash << 6) + (hash >> 2))) * 0xbf58476d1ce4e5b9u;
     mix ^= mix >> 27;

@@ -54,7 +54,7 @@ QORMetaLink const* reverseOf(QORMetaLink const& link) {
     throw std::logic_error(std::string(view(link.getName())) + ": a link end that can't be linked");
 }
 
-/// Not every object can be named; then its address alone could be what it is sorted by.
+/// Some objects refuse a name; these can only be sorted by their addresses.
 void tryToName(QORObject& object, char const* name) {
     try {
         object.setName(name);

@@ -17,7 +17,7 @@ std::vector<QORObject*> elementsOf(QORObject& object, QORMetaLink const& link);
 /// this purpose.
 struct LinkEnd {
     QORMetaLink const* reverse; ///< the other end of the same link
-    bool keepsOrder;            ///< whether its objects stand in the order in which they were added
+    bool keepsOrder;            ///< whether it keeps its objects in the order in which they were added
 };
 
 /// The facts of an end. Each thread determines them for itself.

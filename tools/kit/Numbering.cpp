@@ -47,8 +47,8 @@ std::optional<int> positionOf(QORObject& object) {
 
 // ---- Numbering -----------------------------------------------------------------------------------------
 
-/// The graph with a colour for each object: a number that two objects share only if they couldn't be told
-/// apart so far.
+/// The graph with a colour for each object: a hash that two objects share only as long as nothing
+/// distinguishes them.
 class Numbering::Graph {
 public:
     explicit Graph(QORObject& root) {
@@ -62,7 +62,7 @@ public:
         }
     }
 
-    /// What is left of it: the objects in order, with their numbers.
+    /// Takes the result out of it: the objects in order, with their numbers.
     Numbers take() {
         for (auto& [object, number] : indices) {
             number = nodes[number].number;
@@ -108,7 +108,7 @@ private:
         return place->second;
     }
 
-    /// A node and an end that stand for nothing close the last parts.
+    /// Ends with a node and an end of nothing, which mark the ends of the last parts.
     void reach(QORObject& root) {
         indexed(root);
         for (Index i = 0; i < nodes.size(); ++i) {
@@ -131,8 +131,8 @@ private:
 
     Index count() const { return nodes.size() - 1; }
 
-    /// Colours by what the objects hold, then over and over by the colours of what they are linked with, as
-    /// long as that tells more objects apart.
+    /// Colours by what the objects hold, then repeatedly by the colours of what they are linked with, as long
+    /// as that distinguishes more objects.
     void color() {
         QORString room;
         for (Index i = 0; i < count(); ++i) {
@@ -220,8 +220,8 @@ private:
         nodes[index].color = color;
     }
 
-    /// Makes an object differ from those that it is like, and then what is linked with it, step by step,
-    /// from what is linked with them. Gives what that changed beside the object.
+    /// Makes an object differ from those that share its colour, and then, step by step, what is linked with
+    /// it from what is linked with them. Returns the other objects that this recolours.
     std::vector<Index> distinguish(Index chosen) {
         std::vector<Index> changed;
         if (!isShared(chosen)) {
@@ -262,7 +262,7 @@ private:
         }
     }
 
-    /// The objects of an end that have no number yet, in the order in which they are to get theirs.
+    /// The objects of an end that have no number yet, in the order of the numbers that they will have.
     std::vector<Index> inOrder(End const& end) {
         std::vector<SortKey<Index>> keys;
         for (Index const each : farOf(end)) {
@@ -274,7 +274,7 @@ private:
         if (!end.keepsOrder) {
             std::stable_sort(keys.begin(), keys.end());
         }
-        std::unordered_set<Index> waiting; // filled when first asked for
+        std::unordered_set<Index> waiting; // filled on first use
         for (auto key = keys.begin(); key != keys.end(); ++key) {
             sorted.push_back(key->sorted);
             std::vector<Index> const changed =
@@ -331,7 +331,7 @@ private:
         }
     }
 
-    /// Owners could form a ring; then the way stops before it is closed.
+    /// If owners form a ring, the way ends before it closes.
     Index topmostOwner(Index index) const {
         std::unordered_set<Index> met{index};
         for (;;) {

@@ -48,7 +48,7 @@ std::vector<std::string> stepsOf(std::string_view path) {
     return steps;
 }
 
-/// The name that a step tells, without class and number.
+/// The name in a step, without class and number.
 std::string nameIn(std::string const& step) {
     std::string name;
     for (std::size_t i = 0; i < step.size() && step[i] != '#'; ++i) {
@@ -63,7 +63,7 @@ std::string nameIn(std::string const& step) {
     return name;
 }
 
-/// Whether a step stands for so many that are left out.
+/// Whether a step is the number of omitted ones.
 bool isGap(std::string const& step) {
     constexpr std::size_t longest = 10;
     return step.size() > 1 && step.size() <= longest && step[0] == '#' && step[1] != '0' &&
@@ -308,7 +308,7 @@ std::vector<ObjectPaths::Number> ObjectPaths::named(std::string const& name) con
     return {first, last};
 }
 
-/// Says up to which step there is something: if there is for some steps, there is for those before.
+/// Reports the last step that leads to an object: if a step does, those before it do.
 std::string ObjectPaths::problem(std::string_view path) const {
     std::string const text = "no object at " + std::string(path) + ": ";
     Steps const steps = stepsOf(path);

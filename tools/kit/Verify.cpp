@@ -23,7 +23,7 @@ std::string nameOf(QORObject const& object, QORMetaLink const& link) {
     return nameOf(object) + " " + std::string(view(link.getRoleName()));
 }
 
-/// Two objects and the kind of link between them, told from the side that owns or refers.
+/// Two objects and the kind of link between them, seen from the side that owns or refers.
 struct Tie {
     QORObject const* near;
     QORObject const* far;
@@ -47,7 +47,7 @@ struct Ends {
     std::vector<QORMetaLink const*> ofFar;
 };
 
-/// Gives an object's children as iterators over its ends find them.
+/// Collects an object's children in the order of a walk over its ends.
 class Children : public QORTraversalOperation {
 public:
     explicit Children(QORObject const& ofObject) : owner(&ofObject) {}

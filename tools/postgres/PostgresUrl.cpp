@@ -13,7 +13,7 @@ constexpr std::string_view shortScheme = "postgres://";
 constexpr std::string_view longScheme = "postgresql://";
 constexpr auto npos = std::string_view::npos;
 
-/// Parameters whose values tell no secret.
+/// Parameters whose values are no secrets.
 constexpr std::array<std::string_view, 27> harmless = {"application_name",
                                                        "channel_binding",
                                                        "client_encoding",
@@ -57,7 +57,7 @@ bool isBlankOrControl(char character) {
     return character == ' ' || kit::isControl(character);
 }
 
-/// The text that percent signs stand for; nothing if one stands for none.
+/// The text with its percent signs decoded; nothing if one can't be.
 std::optional<std::string> decoded(std::string_view text) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -76,7 +76,7 @@ std::optional<std::string> decoded(std::string_view text) {
     return result;
 }
 
-/// True for a piece that holds none of these characters, neither plain nor by a percent sign.
+/// Whether a piece holds none of these characters, neither plain nor encoded.
 bool isFreeOf(std::string_view piece, std::string_view characters) {
     auto const plain = decoded(piece);
     return plain && plain->find_first_of(characters) == npos &&
@@ -143,12 +143,12 @@ std::optional<std::string> harmlessParameters(std::string_view query) {
     return readable ? std::optional(kept) : std::nullopt;
 }
 
-/// Whether what stands before the `@` is a user and, perhaps, a password.
+/// Whether the text before the `@` is a user, perhaps with a password.
 bool isUser(std::string_view credentials) {
     return isFreeOf(credentials.substr(0, credentials.find(':')), ":/@?#[]=");
 }
 
-/// What follows the scheme, without its secrets; nothing on doubt.
+/// The address after the scheme, without its secrets; nothing if in doubt.
 std::optional<std::string> shown(std::string_view rest) {
     auto const at = rest.find('@');
     if (rest.find_first_of("#\\\"'") != npos || (at != npos && rest.find_first_of("/?") < at)) {

@@ -35,7 +35,7 @@ public:
 private:
     enum class State { UNKNOWN, UNDER_WAY, PLACED };
 
-    /// A statement on the way to its place, and how many of those that it needs were looked at.
+    /// A statement that is being placed, and how many of those that it needs have been visited.
     struct Step {
         std::size_t creation;
         std::size_t next;
@@ -60,7 +60,7 @@ private:
         });
     }
 
-    /// The name by which a creation introduces itself is no need.
+    /// A creation doesn't need the name that it introduces.
     void findNeeds(std::size_t creation) {
         std::string const own = keyOf(creations[creation].schema, creations[creation].name);
         bool isIntroduced = false;
@@ -93,7 +93,7 @@ private:
         return known->second.count(keyOf(creations[other].schema, creations[other].name)) > 0;
     }
 
-    /// Goes down without recursion: a chain of views can be long.
+    /// Descends without recursion: a chain of views can be long.
     void place(std::size_t first) {
         std::vector<Step> way;
         enter(first, way);

@@ -65,7 +65,7 @@ private:
     /// An expression as it will be written.
     static std::string written(std::string const& sql) { return database::trimmedSql(sql); }
 
-    /// A table of the same columns, with nothing but their names, and what else is told.
+    /// A table of the same columns, with only their names, and `more`.
     static std::string skeleton(Table const& table, std::string const& more,
                                 Column const* without = nullptr) {
         std::string parts;
@@ -107,7 +107,7 @@ private:
         return accepts(scratch.problem(sql), "that " + name + " is computed", column.defaultValue);
     }
 
-    /// A plain value stands there without parentheses, in which a name would be a column's.
+    /// A plain value has no parentheses; in parentheses, a name would be that of a column.
     bool takesDefault(Column const& column, std::string const& name) {
         std::string const value = written(column.defaultValue);
         bool const isPlain = database::tokenize(value).size() < 3 &&
@@ -164,7 +164,7 @@ private:
         return quoteNames(names);
     }
 
-    /// A primary key that stands with its column. AUTOINCREMENT goes with a plain INTEGER alone.
+    /// A primary key that is declared with its column. Only a plain INTEGER has AUTOINCREMENT.
     void meetColumnKey(Table const& table, Key& key, std::string const& name) {
         std::string const* const order = findExtra(key.extras, "order");
         if (order && !equalIgnoringCase(*order, "ASC") && !equalIgnoringCase(*order, "DESC")) {
@@ -254,7 +254,7 @@ private:
         return accepts(scratch.problem(skeleton(table, ""), sql), "index " + index.name, sql);
     }
 
-    /// One that can't be read has no query any more.
+    /// Removes the query of a view that SQLite can't read.
     void meetViews() {
         for (Table& table : structure.tables) {
             if (table.kind == TableKind::TABLE) {
@@ -267,7 +267,7 @@ private:
         }
     }
 
-    /// A trigger must be on its own table, of which the statement might tell another name.
+    /// The statement of a trigger must name the table of the trigger.
     bool takesTrigger(database::Trigger const& trigger) {
         Table const& table = tableAt(trigger.table);
         std::string const name = quoteName(table.name);
