@@ -26,7 +26,7 @@ LAYERS = (
     ("tools/kit",),
     ("tools/exchange",),
     ("tools/database", "tools/diff"),
-    ("tools/sqlite", "tools/postgres"),
+    ("tools/documents", "tools/sqlite", "tools/postgres"),
     ("tools/qor",),
 )
 ROW = {part: row for row, parts in enumerate(LAYERS) for part in parts}

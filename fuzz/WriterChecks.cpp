@@ -3,9 +3,9 @@
 #include "database/ModelReader.h"
 #include "database/SqlTokens.h"
 #include "diff/GraphDiff.h"
-#include "exchange/DotWriter.h"
+#include "documents/DotWriter.h"
+#include "documents/MarkdownWriter.h"
 #include "exchange/JsonWriter.h"
-#include "exchange/MarkdownWriter.h"
 #include "kit/Statistics.h"
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
@@ -101,8 +101,8 @@ std::string sqlOf(QORModel& model, char const* dialect) {
 Faults writerFaults(QORModel& model) {
     Faults faults;
     tryAsText("json", faults, [&](std::ostream& out) { exchange::writeJson(model, out); });
-    tryAsText("dot", faults, [&](std::ostream& out) { exchange::writeDot(model, out); });
-    tryAsText("markdown", faults, [&](std::ostream& out) { exchange::writeMarkdown(model, out); });
+    tryAsText("dot", faults, [&](std::ostream& out) { documents::writeDot(model, out); });
+    tryAsText("markdown", faults, [&](std::ostream& out) { documents::writeMarkdown(model, out); });
     tryAsText("tree", faults, [&](std::ostream& out) { kit::printTree(model, out); });
     tryAsText("statistics", faults,
               [&](std::ostream& out) { kit::printStatistics(kit::countObjects(model), out); });

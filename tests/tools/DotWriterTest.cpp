@@ -1,7 +1,9 @@
-#include "exchange/DotWriter.h"
+#include "documents/DotWriter.h"
 
+#include "CrossedKeys.h"
 #include "NastyNames.h"
 #include "RunProgram.h"
+#include "database/ModelBuilder.h"
 
 #include <gmock/gmock.h>
 #include <sstream>
@@ -21,7 +23,7 @@ std::size_t countOf(std::string const& text, std::string const& part) {
 TEST(DotWriter, GraphvizDrawsWhateverTheNames) {
     Nasty const nasty;
     std::ostringstream out;
-    exchange::writeDot(*nasty.model, out);
+    documents::writeDot(*nasty.model, out);
     TemporaryFolder const folder;
     std::string const path = folder.write("x.dot", out.str());
     if (runProgram({"/usr/bin/env", "bash", "-c", "command -v dot"}).exitCode != 0) {
@@ -55,9 +57,31 @@ TEST(DotWriter, RingOfOwnersIsDrawn) {
     inner->addChildPackage(outer);
     outer->addChildPackage(inner);
     std::ostringstream out;
-    exchange::writeDot(*outer, out);
+    documents::writeDot(*outer, out);
     EXPECT_THAT(out.str(), HasSubstr("[label=\"{table|}\"];"));
     EXPECT_EQ(countOf(out.str(), "subgraph"), 2u);
+}
+
+// SQL writes such a key with the table that it refers to, too.
+TEST(DotWriter, ForeignKeyIsAnArrowEvenIfItRefersToTheColumnsOfNoKey) {
+    database::Structure structure = crossedKeys();
+    auto const arrowsOf = [&structure] {
+        auto const model = database::buildModel(structure);
+        std::ostringstream out;
+        documents::writeDot(*model, out);
+        std::string const text = out.str();
+        EXPECT_EQ(countOf(text, " -> "), 1u);
+        std::size_t const box = text.find("[label=\"{u|");
+        std::size_t const far = text.find("[label=\"{t|");
+        auto const node = [&text](std::size_t place) {
+            std::size_t const line = text.rfind('\n', place) + 1;
+            return text.substr(line, place - line - 1);
+        };
+        return countOf(text, node(box) + " -> " + node(far) + " [label=\"crossed\", arrowhead=normal];\n");
+    };
+    EXPECT_EQ(arrowsOf(), 1u);
+    structure.keys.erase(structure.keys.begin());
+    EXPECT_EQ(arrowsOf(), 1u);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "EveryKind.h"
 #include "exchange/JsonReader.h"
 #include "exchange/JsonWriter.h"
-#include "kit/GraphOrder.h"
+#include "kit/LinkEnds.h"
 #include "kit/Numbering.h"
 #include "kit/ToolError.h"
 #include "kit/Verify.h"

@@ -1,6 +1,15 @@
-#include "exchange/MarkdownWriter.h"
+#include "documents/MarkdownWriter.h"
 
+#include "CrossedKeys.h"
 #include "NastyNames.h"
+#include "database/ModelBuilder.h"
+#include "database/ModelReader.h"
+#include "sqlite/SqlWriter.h"
+
+#include <qor/QORAliasFeature.h>
+#include <qor/QORCandidateKey.h>
+#include <qor/QORIndex.h>
+#include <qor/QORIndexMember.h>
 
 #include <gmock/gmock.h>
 #include <sstream>
@@ -13,7 +22,7 @@ using testing::Not;
 TEST(MarkdownWriter, NameHasNoMeaningOfItsOwn) {
     Nasty const nasty;
     std::ostringstream out;
-    exchange::writeMarkdown(*nasty.model, out);
+    documents::writeMarkdown(*nasty.model, out);
     std::istringstream lines(out.str());
     std::size_t rows = 0;
     for (std::string line; std::getline(lines, line);) {
@@ -39,6 +48,69 @@ TEST(MarkdownWriter, NameHasNoMeaningOfItsOwn) {
         ++rows;
     }
     EXPECT_EQ(rows, nastyNames.size());
+}
+
+TEST(MarkdownWriter, ColumnsOfAKeyStandInTheOrderOfTheKeyAsInSql) {
+    auto const model = database::buildModel(crossedKeys());
+    std::ostringstream page;
+    documents::writeMarkdown(*model, page);
+    EXPECT_THAT(page.str(), HasSubstr("- Primary key: y, x\n"));
+    EXPECT_THAT(page.str(), HasSubstr("- Foreign key crossed: q, p to t (y, x)\n"));
+    std::ostringstream sql;
+    sqlite::writeSqliteSql(database::readModel(*model), sql);
+    EXPECT_THAT(sql.str(), HasSubstr("CONSTRAINT crossed FOREIGN KEY (q, p) REFERENCES t(y, x)"));
+}
+
+TEST(MarkdownWriter, UnnamedKeysStandInTheOrderOfTheTable) {
+    database::Structure structure = crossedKeys();
+    structure.keepsKeyOrder = true;
+    database::Key single = structure.keys.back();
+    single.name = "";
+    structure.keys.pop_back();
+    for (int const column : {1, 0}) {
+        single.columns = {column};
+        single.referredColumns = {column};
+        structure.keys.push_back(single);
+    }
+    auto const model = database::buildModel(structure);
+    std::ostringstream page;
+    documents::writeMarkdown(*model, page);
+    EXPECT_THAT(page.str(), HasSubstr("- Foreign key: q to t (y)\n- Foreign key: p to t (x)\n"));
+}
+
+TEST(MarkdownWriter, NamesAColumnOfAnotherTableInAKeyAndAnIndex) {
+    QORModel model;
+    auto* const package = new QORDesignPackage;
+    auto* const base = new QORClass;
+    auto* const table = new QORClass;
+    auto* const column = new QORAttribute;
+    auto* const key = new QORCandidateKey;
+    auto* const index = new QORIndex;
+    auto* const member = new QORIndexMember;
+    model.addChildPackage(package);
+    base->setName("base");
+    package->addModelElement(base);
+    package->addModelElement(table);
+    column->setName("a_b");
+    base->addFeature(column);
+    table->addKey(key);
+    key->addAttribute(column);
+    table->addIndex(index);
+    index->addIndexMember(member);
+    member->addAttribute(column);
+    std::ostringstream page;
+    documents::writeMarkdown(model, page);
+    EXPECT_THAT(page.str(), HasSubstr("- Unique key: a\\_b\n- Index: a\\_b\n"));
+}
+
+TEST(MarkdownWriter, AliasOfAFeatureIsNeitherOptionalNorNot) {
+    QORClass table;
+    auto* const alias = new QORAliasFeature;
+    alias->setName("f");
+    table.addFeature(alias);
+    std::ostringstream page;
+    documents::writeMarkdown(table, page);
+    EXPECT_THAT(page.str(), HasSubstr("| f |  |  |  |  |\n"));
 }
 
 } // namespace

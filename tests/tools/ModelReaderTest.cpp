@@ -7,11 +7,14 @@
 #include "exchange/JsonWriter.h"
 #include "kit/Verify.h"
 
+#include <qor/QORAliasFeature.h>
 #include <qor/QORAliasType.h>
+#include <qor/QORAssociationRoleNameMap.h>
 #include <qor/QORAttribute.h>
 #include <qor/QORBaseType.h>
 #include <qor/QORCandidateKey.h>
 #include <qor/QORClass.h>
+#include <qor/QORCube.h>
 #include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
 #include <qor/QORForeignKey.h>
@@ -215,6 +218,110 @@ TEST(ModelReader, ColumnOfAnotherTableIsNoneOfAKeyOrAnIndex) {
     EXPECT_EQ(structure.keys[0].columns, std::vector<int>{-1});
     ASSERT_EQ(structure.indexes.size(), 1u);
     EXPECT_EQ(structure.indexes[0].members[0].column, -1);
+    EXPECT_THAT(structure.keys[0].extras, IsEmpty());
+    // A document names it nevertheless.
+    database::Structure const read = database::readDocument(kit::Numbering(model)).structure;
+    EXPECT_EQ(*database::findExtra(read.keys.at(0).extras, database::columnName), "c");
+    EXPECT_EQ(*database::findExtra(read.indexes.at(0).members.at(0).extras, database::columnName), "c");
+}
+
+/// A table whose columns are the letters, in that order, all of them in its key.
+template <class Key>
+struct Lettered {
+    explicit Lettered(QORModel& model, char const* name, std::string const& letters)
+        : table(new QORClass), key(new Key) {
+        auto* const package = new QORDesignPackage;
+        package->setName(name);
+        model.addChildPackage(package);
+        table->setName(name);
+        package->addModelElement(table);
+        table->addKey(key);
+        for (char const letter : letters) {
+            auto* const column = new QORAttribute;
+            column->setName(std::string(1, letter).c_str());
+            column->setPosition(static_cast<short>(table->getFeatureCount() + 1));
+            table->addFeature(column);
+            key->addAttribute(column);
+        }
+    }
+
+    QORClass* table;
+    Key* key;
+};
+
+TEST(ModelReader, ForeignKeyWithoutPairsRefersToTheColumnsOfTheOtherKeyInTheirOrder) {
+    QORModel model;
+    Lettered<QORCandidateKey> const far(model, "far", "xy");
+    Lettered<QORForeignKey> const near(model, "near", "ba");
+    near.key->addCandidateKey(far.key);
+    database::Structure const structure = database::readModel(model);
+    ASSERT_EQ(structure.keys.size(), 2u);
+    database::Key const& foreign = structure.keys[1];
+    EXPECT_EQ(foreign.kind, database::KeyKind::FOREIGN);
+    EXPECT_EQ(foreign.referredTable, structure.keys[0].table);
+    EXPECT_THAT(foreign.columns, ElementsAre(0, 1));
+    EXPECT_THAT(foreign.referredColumns, ElementsAre(0, 1));
+}
+
+TEST(ModelReader, ForeignKeyRefersToNoColumnsWhereTheKeysDifferInLength) {
+    for (char const* letters : {"x", "xyz", ""}) {
+        QORModel model;
+        Lettered<QORCandidateKey> const far(model, "far", letters);
+        Lettered<QORForeignKey> const near(model, "near", "ab");
+        near.key->addCandidateKey(far.key);
+        database::Structure const structure = database::readModel(model);
+        ASSERT_EQ(structure.keys.size(), 2u);
+        EXPECT_EQ(structure.keys[1].referredTable, structure.keys[0].table);
+        EXPECT_THAT(structure.keys[1].columns, ElementsAre(0, 1));
+        EXPECT_THAT(structure.keys[1].referredColumns, IsEmpty()) << letters;
+    }
+}
+
+TEST(ModelReader, DocumentHasEveryClassifierByItsLogicalName) {
+    QORModel model;
+    model.setName("m");
+    auto* const package = new QORDesignPackage;
+    model.addChildPackage(package);
+    auto* const cube = new QORCube;
+    cube->setName("a cube");
+    package->addModelElement(cube);
+    auto* const table = new QORClass;
+    table->setName("a table");
+    table->setPhysicalName("T");
+    table->setNativeType("SEQUENCE");
+    package->addModelElement(table);
+    auto* const alias = new QORAliasFeature;
+    alias->setName("f");
+    table->addFeature(alias);
+    auto const read = database::readDocument(kit::Numbering(model));
+    EXPECT_EQ(read.structure.catalog.name, "m");
+    EXPECT_THAT(read.tables, ElementsAre(cube, table));
+    ASSERT_EQ(read.structure.tables.size(), 2u);
+    EXPECT_EQ(read.structure.tables[0].name, "a cube");
+    EXPECT_EQ(read.structure.tables[1].name, "a table");
+    ASSERT_EQ(read.structure.tables[1].columns.size(), 1u);
+    EXPECT_TRUE(database::findExtra(read.structure.tables[1].columns[0].extras, database::withoutValue));
+}
+
+TEST(ModelReader, DocumentKnowsTheObjectsOfItsKeysInTheOrderOfTheRecords) {
+    database::Structure structure = everyRecord();
+    auto const model = database::buildModel(structure);
+    auto const read = database::readDocument(kit::Numbering(*model));
+    ASSERT_EQ(read.keys.size(), structure.keys.size());
+    for (std::size_t i = 0; i < read.keys.size(); ++i) {
+        EXPECT_EQ(read.structure.keys[i].name, read.keys[i]->getName().chars);
+        bool const isForeign = read.keys[i]->isInstanceOf(QORElementType::FOREIGN_KEY);
+        EXPECT_EQ(read.structure.keys[i].kind == database::KeyKind::FOREIGN, isForeign);
+    }
+}
+
+TEST(ModelReader, DocumentShowsTheColumnsThatAForeignKeyHas) {
+    QORModel model;
+    Lettered<QORForeignKey> const near(model, "near", "ab");
+    near.key->addAssociationRoleNameMap(new QORAssociationRoleNameMap); // of no columns
+    EXPECT_THAT(database::readModel(model).keys.at(0).columns, ElementsAre(-1));
+    EXPECT_THAT(database::readDocument(kit::Numbering(model)).structure.keys.at(0).columns,
+                ElementsAre(0, 1));
 }
 
 } // namespace

@@ -250,12 +250,12 @@ TEST_F(QorVerbs, MarkdownListsKeysAndIndexes) {
         database("keys.sqlite", "CREATE TABLE a(x INTEGER, y INTEGER, z TEXT CONSTRAINT z_once UNIQUE,"
                                 " PRIMARY KEY(y, x));"
                                 "CREATE TABLE b(p INTEGER, q INTEGER,"
-                                " CONSTRAINT to_a FOREIGN KEY(p, q) REFERENCES a(y, x));"
+                                " CONSTRAINT to_a FOREIGN KEY(q, p) REFERENCES a(y, x));"
                                 "CREATE UNIQUE INDEX b_by_q ON b(q, p + 1); CREATE INDEX b_by_p ON b(p);");
     ProgramResult const result = qor({"export", path, "--format", "markdown"});
     expectSuccess(result);
     EXPECT_THAT(result.out, HasSubstr("\n\n- Primary key: y, x\n- Unique key z\\_once: z\n\n## b\n"));
-    EXPECT_THAT(result.out, HasSubstr("\n\n- Foreign key to\\_a: p, q to a (y, x)\n- Index b\\_by\\_p: p\n"
+    EXPECT_THAT(result.out, HasSubstr("\n\n- Foreign key to\\_a: q, p to a (y, x)\n- Index b\\_by\\_p: p\n"
                                       "- Unique index b\\_by\\_q: q, an expression\n"));
 }
 

@@ -1,6 +1,6 @@
 #include "kit/Verify.h"
 
-#include "kit/GraphOrder.h"
+#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORAttribute.h>

@@ -3,7 +3,6 @@
 #include "database/IndexText.h"
 #include "database/KeyOrder.h"
 #include "database/ModelBuilder.h"
-#include "kit/Numbering.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORAliasType.h>
@@ -108,10 +107,11 @@ std::string takeExtra(Extras& extras, std::string_view name) {
     return "";
 }
 
-/// Takes the places that records have in their groups, and puts each where its group has this place. Those
-/// without one stand in the order of their names and the like.
+/// Takes the places that records have in their groups, and moves each record, and its object, to where its
+/// group has this place. Records without a place are sorted by their names and the like.
 template <class Records, class GroupOf>
-bool sortByPlace(Structure const& structure, Records& records, GroupOf const& groupOf) {
+bool sortByPlace(Structure const& structure, Records& records, std::vector<QORObject*>& objects,
+                 GroupOf const& groupOf) {
     std::map<decltype(groupOf(records.front())), std::vector<std::size_t>> groups;
     std::vector<int> places;
     for (std::size_t i = 0; i < records.size(); ++i) {
@@ -119,6 +119,7 @@ bool sortByPlace(Structure const& structure, Records& records, GroupOf const& gr
         places.push_back(std::atoi(takeExtra(records[i].extras, "position").c_str()));
     }
     Records const before = records;
+    std::vector<QORObject*> const objectsBefore = objects;
     for (auto const& entry : groups) {
         std::vector<std::size_t> sorted = entry.second;
         std::stable_sort(sorted.begin(), sorted.end(), [&](std::size_t a, std::size_t b) {
@@ -127,19 +128,23 @@ bool sortByPlace(Structure const& structure, Records& records, GroupOf const& gr
         });
         for (std::size_t i = 0; i < sorted.size(); ++i) {
             records[entry.second[i]] = before[sorted[i]];
+            objects[entry.second[i]] = objectsBefore[sorted[i]];
         }
     }
     return std::any_of(places.begin(), places.end(), [](int place) { return place > 0; });
 }
 
-/// Reads one kind of thing after the other, each for the whole model; what refers to something is read after
+/// What a graph is read for.
+enum class Purpose { DATABASE, DOCUMENT };
+
+/// Reads one kind of thing after the other, each for the whole graph; what refers to something is read after
 /// that.
 class Reader {
 public:
-    explicit Reader(QORModel& toRead) : model(toRead), numbering(toRead) {}
+    Reader(kit::Numbering const& ofGraph, Purpose toReadFor) : numbering(ofGraph), purpose(toReadFor) {}
 
-    Structure run() {
-        readOrigin();
+    Structure readDatabase() {
+        readOrigin(static_cast<QORModel&>(*numbering.objects().front()));
         ofClass<QORDatabaseSchema>(QORElementType::DATABASE_SCHEMA,
                                    [this](auto& schema) { readSchema(schema); });
         ofClass<QORDerivedType>(QORElementType::DERIVED_TYPE, [this](auto& type) {
@@ -152,21 +157,31 @@ public:
         ofClass<QORSQLViewEntity>(QORElementType::SQL_VIEW_ENTITY, [this](auto& view) { readView(view); });
         ofClass<QORGeneralization>(QORElementType::GENERALIZATION,
                                    [this](auto& link) { readGeneralization(link); });
-        ofClass<QORCandidateKey>(QORElementType::CANDIDATE_KEY, [this](auto& key) { readCandidateKey(key); });
-        ofClass<QORForeignKey>(QORElementType::FOREIGN_KEY, [this](auto& key) { readForeignKey(key); });
+        bool const keysHavePlaces = readKeys();
         ofClass<QORBusinessRule>(QORElementType::BUSINESS_RULE, [this](auto& rule) { readRule(rule); });
         ofClass<QORIndex>(QORElementType::INDEX, [this](auto& index) { readIndex(index); });
         ofClass<QORTrigger>(QORElementType::TRIGGER, [this](auto& trigger) { readTrigger(trigger); });
         ofClass<QORStoredProcedure>(QORElementType::STORED_PROCEDURE,
                                     [this](auto& routine) { readRoutine(routine); });
-        bool const keysHavePlaces = sortByPlace(structure, structure.keys, [](Key const& key) {
-            return std::make_pair(key.table, key.kind == KeyKind::FOREIGN);
-        });
-        bool const checksHavePlaces = sortByPlace(structure, structure.checks, [](Check const& check) {
+        std::vector<QORObject*> rules(structure.checks.size());
+        bool const checksHavePlaces = sortByPlace(structure, structure.checks, rules, [](Check const& check) {
             return std::make_pair(check.table, check.type);
         });
         structure.keepsKeyOrder = keysHavePlaces || checksHavePlaces;
         return std::move(structure);
+    }
+
+    DocumentStructure readDocument() {
+        structure.catalog.name = text(numbering.objects().front()->getName());
+        ofClass<QORClassifier>(QORElementType::CLASSIFIER, [this](auto& object) {
+            Table record;
+            readNamed(object, record);
+            addTable(object, record);
+            tableObjects.push_back(&object);
+        });
+        readKeys();
+        ofClass<QORIndex>(QORElementType::INDEX, [this](auto& index) { readIndex(index); });
+        return {std::move(structure), std::move(tableObjects), std::move(keyObjects)};
     }
 
 private:
@@ -214,16 +229,18 @@ private:
         return extras;
     }
 
-    static void readNamed(QORModelObject const& object, Named& record) {
+    /// A database has the physical names, if there are any, a document the logical ones.
+    void readNamed(QORModelObject const& object, Named& record) const {
         QORString const& physical = object.getPhysicalName();
-        record.name = text(physical.length ? physical : object.getName());
+        bool const isPhysical = purpose == Purpose::DATABASE && physical.length;
+        record.name = text(isPhysical ? physical : object.getName());
         record.comment = text(object.getComment());
         record.extras = extrasOf(object);
     }
 
     // ---- packages and types --------------------------------------------------------------------------
 
-    void readOrigin() {
+    void readOrigin(QORModel const& model) {
         structure.catalog.name = text(model.getName());
         for (int i = 0; i < model.getChildPackageCount(); ++i) {
             if (QORPackage* const package = model.getChildPackage(i);
@@ -250,7 +267,7 @@ private:
         schemas.emplace(&object, lastIndex(structure.schemas));
     }
 
-    /// The schema that lists an object. Without one its design package stands for a schema.
+    /// The schema that lists an object; without one, its design package is read as a schema.
     int schemaOf(QORModelObject const& object, QORDesignPackage const* package) {
         QORObject const* const owner = schemas.count(object.getDataPackage())
                                            ? static_cast<QORObject const*>(object.getDataPackage())
@@ -263,11 +280,11 @@ private:
         return known->second;
     }
 
-    /// The number of a type, which is read if it hasn't been; -1 for none. Aliases that lead in a circle are
-    /// none.
+    /// The number of a type, which is read if it hasn't been; -1 for none. A database has the types that
+    /// aliases lead to; aliases in a circle lead to none.
     int typeOf(QORType* type) {
         std::set<QORType const*> aliases;
-        while (type && type->isInstanceOf(QORElementType::ALIAS_TYPE)) {
+        while (purpose == Purpose::DATABASE && type && type->isInstanceOf(QORElementType::ALIAS_TYPE)) {
             bool const isNew = aliases.insert(type).second;
             type = isNew ? static_cast<QORAliasType*>(type)->getAliasOfType() : nullptr;
         }
@@ -309,6 +326,9 @@ private:
         Type record;
         record.name = text(object.getName());
         record.comment = text(object.getComment());
+        if (purpose == Purpose::DOCUMENT) {
+            return record; // an alias has the rest from its type, which it may lack
+        }
         record.extras = extrasOf(object);
         record.kind = kindOf(object, text(object.getNativeType()));
         record.declaration = text(object.getNativeDataType());
@@ -386,6 +406,9 @@ private:
             record.notNull = !feature.getOptional();
             record.defaultValue = text(feature.getInitialValue());
         }
+        if (purpose == Purpose::DOCUMENT && !object.isInstanceOf(QORElementType::STRUCTURAL_FEATURE)) {
+            record.extras.push_back({withoutValue, ""});
+        }
         if (object.isInstanceOf(QORElementType::ATTRIBUTE)) {
             record.generated = static_cast<QORAttribute const&>(object).getCppDerived();
         }
@@ -406,20 +429,58 @@ private:
 
     // ---- keys ----------------------------------------------------------------------------------------
 
-    /// A key tells which columns it has, and its index in which order.
-    std::vector<int> columnsOf(QORKey& key, int table) const {
-        std::vector<int> result;
+    /// Reads the candidate keys first, which foreign keys refer to. Returns whether any key has a place.
+    bool readKeys() {
+        ofClass<QORCandidateKey>(QORElementType::CANDIDATE_KEY, [this](auto& key) { readCandidateKey(key); });
+        ofClass<QORForeignKey>(QORElementType::FOREIGN_KEY, [this](auto& key) { readForeignKey(key); });
+        return sortByPlace(structure, structure.keys, keyObjects, [](Key const& key) {
+            return std::make_pair(key.table, key.kind == KeyKind::FOREIGN);
+        });
+    }
+
+    void addKey(QORKey& object, Key const& record) {
+        if (record.table >= 0) {
+            structure.keys.push_back(record);
+            keyObjects.push_back(&object);
+        }
+    }
+
+    using Attributes = std::vector<QORAttribute*>;
+
+    /// A key with a missing column is none of a database; a document shows its other columns.
+    void addAttribute(QORAttribute* attribute, Attributes& attributes) const {
+        if (attribute || purpose == Purpose::DATABASE) {
+            attributes.push_back(attribute);
+        }
+    }
+
+    /// The columns of a key: its index holds their order.
+    Attributes attributesOf(QORKey& key) const {
+        Attributes result;
         if (QORIndex* const index = key.getIndex()) {
             for (QORIndexMember const* member : elements<QORIndexMember>(*index, "indexMember")) {
-                result.push_back(columnIn(table, member->getAttribute()));
+                addAttribute(member->getAttribute(), result);
             }
         }
-        if (result.empty()) {
-            for (QORAttribute const* attribute : elements<QORAttribute>(key, "attribute")) {
-                result.push_back(columnIn(table, attribute));
-            }
+        return result.empty() ? elements<QORAttribute>(key, "attribute") : result;
+    }
+
+    std::vector<int> columnsIn(int table, Attributes const& attributes) const {
+        std::vector<int> result;
+        for (QORAttribute const* attribute : attributes) {
+            result.push_back(columnIn(table, attribute));
         }
         return result;
+    }
+
+    void setColumns(Key& record, Attributes const& attributes) const {
+        record.columns = columnsIn(record.table, attributes);
+        bool const hasStray = std::count(record.columns.begin(), record.columns.end(), -1) > 0;
+        for (QORAttribute const* attribute : attributes) {
+            if (hasStray && purpose == Purpose::DOCUMENT) {
+                record.extras.push_back({columnName, text(attribute->getName())});
+            }
+        }
     }
 
     /// A model can have a key or an index of columns of another table; -1 for these.
@@ -433,10 +494,8 @@ private:
         readNamed(object, record);
         record.table = indexIn(tables, object.getAssociatedClass());
         record.kind = object.getPrimaryOfClass() ? KeyKind::PRIMARY : KeyKind::UNIQUE;
-        record.columns = columnsOf(object, record.table);
-        if (record.table >= 0) {
-            structure.keys.push_back(record);
-        }
+        setColumns(record, attributesOf(object));
+        addKey(object, record);
     }
 
     static int positionOf(QORAssociationRoleNameMap const& pair) {
@@ -466,25 +525,25 @@ private:
             record.referredTable = indexIn(tables, object.getCandidateKey()->getAssociatedClass());
         }
         readPairs(object, record);
-        if (record.table >= 0) {
-            structure.keys.push_back(record);
-        }
+        addKey(object, record);
     }
 
     void readPairs(QORForeignKey& object, Key& record) const {
+        Attributes sources;
         for (QORAssociationRoleNameMap const* pair : pairsOf(object)) {
-            record.columns.push_back(columnIn(record.table, pair->getSourceAttribute()));
+            addAttribute(pair->getSourceAttribute(), sources);
             if (int const column = columnIn(record.referredTable, pair->getDestinationAttribute());
                 column >= 0) {
                 record.referredColumns.push_back(column);
             }
         }
-        if (record.columns.empty()) {
-            record.columns = columnsOf(object, record.table);
+        if (sources.empty()) {
+            sources = attributesOf(object);
             if (QORCandidateKey* const key = object.getCandidateKey()) {
-                record.referredColumns = columnsOf(*key, record.referredTable);
+                record.referredColumns = columnsIn(record.referredTable, attributesOf(*key));
             }
         }
+        setColumns(record, sources);
         if (record.columns.size() != record.referredColumns.size()) {
             record.referredColumns.clear();
         }
@@ -527,6 +586,9 @@ private:
         record.extras = extrasOf(object);
         record.expression = takeExtra(record.extras, "expression");
         record.column = columnIn(table, object.getAttribute());
+        if (purpose == Purpose::DOCUMENT && record.column < 0 && object.getAttribute()) {
+            record.extras.push_back({columnName, text(object.getAttribute()->getName())});
+        }
         record.descending = object.getSortOrder() == QORSortOrderType::DESCENDING;
         return record;
     }
@@ -575,9 +637,11 @@ private:
         int column;
     };
 
-    QORModel& model;
     kit::Numbering numbering;
+    Purpose purpose;
     Structure structure;
+    std::vector<QORObject*> tableObjects; ///< of the tables of a document
+    std::vector<QORObject*> keyObjects;
     std::unordered_map<QORObject const*, int> schemas;
     std::unordered_map<QORObject const*, int> types;
     std::unordered_map<QORObject const*, int> tables;
@@ -587,7 +651,11 @@ private:
 } // namespace
 
 Structure readModel(QORModel& model) {
-    return Reader(model).run();
+    return Reader(kit::Numbering(model), Purpose::DATABASE).readDatabase();
+}
+
+DocumentStructure readDocument(kit::Numbering const& graph) {
+    return Reader(graph, Purpose::DOCUMENT).readDocument();
 }
 
 } // namespace database

@@ -5,25 +5,14 @@
 namespace database {
 namespace {
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
+using kit::isDigit;
 
 bool startsName(char character) {
-    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
-           character == '_' || static_cast<unsigned char>(character) >= 0x80;
+    return kit::isLetter(character) || character == '_' || kit::isBeyondAscii(character);
 }
 
 bool continuesName(char character) {
     return startsName(character) || isDigit(character) || character == '$';
-}
-
-char upper(char character) {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
-}
-
-char lower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
 class Scanner {
@@ -99,7 +88,8 @@ private:
         do {
             char const character = text[position];
             if (character == '\'' || character == '"') {
-                skipQuoted(character, character == '\'' && position > 0 && upper(text[position - 1]) == 'E');
+                skipQuoted(character,
+                           character == '\'' && position > 0 && upperCase(text[position - 1]) == 'E');
                 continue;
             }
             depth += (character == '[') - (character == ']');
@@ -107,7 +97,7 @@ private:
         } while (depth > 0 && position < text.size());
     }
 
-    /// Inside, the quotation mark stands doubled.
+    /// A quotation mark within the text is doubled.
     void skipQuoted(char mark, bool backslashes) {
         for (++position; position < text.size(); ++position) {
             if (backslashes && text[position] == '\\') {
@@ -128,7 +118,7 @@ private:
             ++position;
         }
         std::size_t const length = position - start;
-        char const letter = upper(text[start]);
+        char const letter = upperCase(text[start]);
         if (at(position) != '\'' || length != 1 ||
             std::string_view("XBEN").find(letter) == std::string_view::npos) {
             return TokenKind::WORD;
@@ -139,7 +129,7 @@ private:
 
     TokenKind scanNumber() {
         while (continuesName(at(position)) || at(position) == '.' ||
-               ((at(position) == '+' || at(position) == '-') && upper(text[position - 1]) == 'E')) {
+               ((at(position) == '+' || at(position) == '-') && upperCase(text[position - 1]) == 'E')) {
             ++position;
         }
         return TokenKind::NUMBER;
@@ -214,27 +204,6 @@ std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t ope
         }
     }
     return tokens.size() - 1;
-}
-
-bool equalIgnoringCase(std::string_view left, std::string_view right) {
-    return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(),
-                                                     [](char a, char b) { return upper(a) == upper(b); });
-}
-
-bool isBlank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-std::string upperCase(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), upper);
-    return result;
-}
-
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), lower);
-    return result;
 }
 
 } // namespace database

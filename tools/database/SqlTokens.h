@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/Text.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,17 +50,10 @@ std::string trimmedSql(std::string_view sql);
 /// The position of the token that closes the parenthesis at `open`, or that of the last token if none does.
 std::size_t closingParenthesis(std::vector<Token> const& tokens, std::size_t open);
 
-/// Whether both names are equal except for the case of ASCII letters.
-bool equalIgnoringCase(std::string_view left, std::string_view right);
-
-/// Whether the character is white space in SQL: a space, or an ASCII character from tab to carriage return.
-/// The locale doesn't matter.
-bool isBlank(char character);
-
-/// ASCII letters in upper case.
-std::string upperCase(std::string_view text);
-
-/// ASCII letters in lower case.
-std::string lowerCase(std::string_view text);
+// SQL distinguishes these as `kit` does.
+using kit::equalIgnoringCase;
+using kit::isBlank;
+using kit::lowerCase;
+using kit::upperCase;
 
 } // namespace database

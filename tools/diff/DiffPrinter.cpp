@@ -37,7 +37,7 @@ bool startsCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xc0) != 0x80;
 }
 
-/// Two long texts around the part in which they differ.
+/// Shortens two long texts to the part in which they differ and a few characters around it.
 void shorten(std::string& from, std::string& to) {
     constexpr std::size_t longest = 60;
     constexpr std::size_t context = 20;
@@ -69,7 +69,7 @@ void shorten(std::string& from, std::string& to) {
     }
 }
 
-/// What stands behind the last slash of a path that isn't part of a name.
+/// The last step of a path: what follows the last slash that isn't part of a name.
 std::string lastStepOf(std::string const& path) {
     std::size_t start = 0;
     for (std::size_t i = 0; i < path.size(); ++i) {
@@ -152,7 +152,7 @@ private:
         ++lineCount;
     }
 
-    /// Class and path of a thing; the class isn't said twice.
+    /// Class and path of an object; the class isn't repeated if the path has it.
     static std::string labelOf(std::string const& className, Place const& place) {
         bool const saysClass =
             lastStepOf(place.within).compare(0, className.size() + 1, className + ":") == 0;
@@ -212,7 +212,7 @@ private:
         }
     }
 
-    /// A path from the place, if it leads on from there.
+    /// A path, without the path of the place if it begins with that.
     static std::string near(Place const& place, std::string const& path) {
         bool const within = path.compare(0, place.path.size() + 1, place.path + "/") == 0;
         return within ? path.substr(place.path.size() + 1) : path;
@@ -221,7 +221,7 @@ private:
     std::map<Key, Chapter> chapters;
     std::string rootName;
     std::size_t lineCount = 0;
-    std::size_t changed = 0; ///< objects of which there is a line
+    std::size_t changed = 0; ///< the number of objects that have a line
     bool inColor;
     std::ostream& out;
 };

@@ -6,7 +6,6 @@
 #include "kit/TreePrinter.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -65,11 +64,12 @@ std::string detailsOf(QORObject& object) {
     return text;
 }
 
-/// The positions of the objects of an end that changed just because others came or went: an object that has
-/// stayed at its place among those that stayed, and that moved by as many positions as came and went before.
+/// Finds the objects whose positions changed only because siblings were added or removed: the object has the
+/// same place among those that both graphs have, and its position changed by the number of siblings added or
+/// removed before it.
 class Positions {
 public:
-    /// Looks at an end of two objects that are the same.
+    /// Reads an end of two objects that match.
     void read(Side const& before, Side const& after, QORObject& ours, QORObject& theirs,
               QORMetaLink const& link) {
         std::vector<Item> const here = items(before, ours, link);
@@ -98,11 +98,8 @@ private:
     static std::vector<Item> items(Side const& side, QORObject& owner, QORMetaLink const& link) {
         std::vector<Item> all;
         for (QORObject* object : side.numbering.elements(owner, link)) {
-            QORMetaAttribute const* const attribute =
-                object->getMetaClass()->getMetaAttributeByDisplayName("position");
-            if (attribute) {
-                all.push_back({object, std::atol(attribute->getValue(object).chars), 0,
-                               side.partnerOf(object) != nullptr});
+            if (std::optional<int> const position = kit::positionOf(*object)) {
+                all.push_back({object, *position, 0, side.partnerOf(object) != nullptr});
             }
         }
         std::stable_sort(all.begin(), all.end(),
@@ -256,9 +253,9 @@ private:
         }
     }
 
-    /// A link is told at the end that refers; what an owner holds is told by the objects that come and go,
-    /// the first owner by those that move, further owners at the owned object, and an order at each end that
-    /// keeps one.
+    /// Reports each link once: a reference at the end that refers, a further owner at the owned object. That
+    /// an object is added, removed or moved implies the change of its first owner. An order is reported at
+    /// each end that keeps one.
     void compareLinks(QORObject& ours, QORObject& theirs, QORMetaLink const& link, Change& change) const {
         QORMetaLinkType const type = link.getType();
         bool const telling = type == QORMetaLinkType::REF || type == QORMetaLinkType::PARENT;
@@ -288,8 +285,8 @@ private:
         }
     }
 
-    /// The objects of an end whose partners the same end of the other graph holds; the paths of the others
-    /// go to `alone`.
+    /// Returns the objects of an end whose partners the same end of the other graph holds, and adds the paths
+    /// of the others to `alone`.
     static std::vector<QORObject*> keptIn(Side const& side, std::vector<QORObject*> const& objects,
                                           std::vector<QORObject*> const& others,
                                           std::vector<LinkedObject>* alone) {

@@ -1,5 +1,6 @@
 #include "diff/Matching.h"
 
+#include "kit/Hash.h"
 #include "kit/Reflection.h"
 #include "kit/ToolError.h"
 
@@ -11,25 +12,19 @@
 namespace diff {
 namespace {
 
-std::uint64_t mixed(std::uint64_t hash, std::uint64_t other) {
-    hash = (hash ^ (other + 0x9e3779b97f4a7c15u)) * 0xbf58476d1ce4e5b9u;
-    return hash ^ hash >> 29;
-}
-
-std::uint64_t mixed(std::uint64_t hash, std::string_view text) {
-    return mixed(hash, std::hash<std::string_view>()(text));
-}
+using kit::Hash;
+using kit::mixed;
 
 bool isPackage(QORObject const& object) {
     return object.isInstanceOf(QORElementType::PACKAGE);
 }
 
-/// Class and name, which both outlive the comparison.
+/// Class and name, both of which outlive the comparison.
 using Key = std::pair<QORMetaClass const*, std::string_view>;
 
 struct KeyHash {
     std::size_t operator()(Key const& key) const {
-        return mixed(std::hash<QORMetaClass const*>()(key.first), key.second);
+        return mixed(std::hash<QORMetaClass const*>()(key.first), std::hash<std::string_view>()(key.second));
     }
 };
 
@@ -87,8 +82,8 @@ void Matching::pairRenamed(Rename const& rename) {
     pair(ours, theirs);
 }
 
-/// What is right below a root and bears its name, such as the catalog of a database, has that from the source
-/// and not of its own.
+/// An object directly below a root that has its name, such as the catalog of a database, has the name from
+/// the source, as the root does.
 void Matching::pairRoots() {
     if (before.root.getMetaClass() != after.root.getMetaClass()) {
         return;
@@ -112,7 +107,7 @@ void Matching::pairRoots() {
     }
 }
 
-/// Pairs the objects without a partner that class and name tell apart; the others are for later.
+/// Pairs the objects without a partner that class and name identify; the others are paired later.
 void Matching::pairByName(Objects const& ours, Objects const& theirs, bool inPackage) {
     std::unordered_map<Key, Objects, KeyHash> others;
     for (QORObject* object : theirs) {
@@ -163,7 +158,7 @@ namespace {
 
 using Number = std::pair<std::string_view, long>;
 
-/// The objects left over by class and number of the caller's; null where several share them.
+/// The objects without a partner by their class and the caller's number; null where several share both.
 std::map<Number, QORObject*> numbered(Side const& side) {
     std::map<Number, QORObject*> byNumber;
     for (QORObject* object : side.numbering.objects()) {
@@ -191,7 +186,7 @@ bool Matching::pairById() {
     return paired;
 }
 
-/// Whether there was something left to settle.
+/// Settles the groups. Returns whether there were any.
 bool Matching::settleGroups() {
     if (groups.empty()) {
         return false;
@@ -204,8 +199,8 @@ bool Matching::settleGroups() {
     return true;
 }
 
-/// From what the objects are linked with, own and hold, the surest first. At last they belong together in
-/// their order, unless they have no names and nothing to do with each other.
+/// Pairs by links, by what the objects own and by attributes, the most reliable first. The remaining objects
+/// are paired in their order, unless they have no names and are independent of each other.
 void Matching::settleGroup(Group& group) {
     pairBySignature(group, &Matching::wholeOf, true);
     pairBySignature(group, &Matching::linksOf, true);
@@ -225,10 +220,10 @@ void Matching::pairBySignature(Group& group, Signature signature, bool evenSever
     if (group.ours.empty() || group.theirs.empty()) {
         return;
     }
-    std::unordered_map<std::uint64_t, std::pair<Objects, Objects>> bySignature;
-    std::vector<std::uint64_t> order;
+    std::unordered_map<Hash, std::pair<Objects, Objects>> bySignature;
+    std::vector<Hash> order;
     for (QORObject* object : group.ours) {
-        std::uint64_t const number = (this->*signature)(before, *object);
+        Hash const number = (this->*signature)(before, *object);
         Objects& same = bySignature[number].first;
         if (number != 0 && same.empty()) {
             order.push_back(number);
@@ -238,7 +233,7 @@ void Matching::pairBySignature(Group& group, Signature signature, bool evenSever
     for (QORObject* object : group.theirs) {
         bySignature[(this->*signature)(after, *object)].second.push_back(object);
     }
-    for (std::uint64_t const number : order) {
+    for (Hash const number : order) {
         auto const& [ours, theirs] = bySignature.at(number);
         if (!evenSeveral && (ours.size() != 1 || theirs.size() != 1)) {
             continue;
@@ -263,35 +258,35 @@ void Matching::dropPaired(Group& group) const {
 
 namespace {
 
-constexpr int deepest = 3; ///< a bound, so that all signatures together take time by the objects' number
+/// A bound: the time for all signatures must be proportional to the number of objects.
+constexpr int deepest = 3;
 
-}
+} // namespace
 
-std::uint64_t Matching::wholeOf(Side const& side, QORObject& object) const {
+Hash Matching::wholeOf(Side const& side, QORObject& object) const {
     return signatureOf(side, object, true, deepest);
 }
 
-std::uint64_t Matching::linksOf(Side const& side, QORObject& object) const {
+Hash Matching::linksOf(Side const& side, QORObject& object) const {
     return signatureOf(side, object, false, deepest);
 }
 
-/// Of the attributes alone; none if a new object has them too.
-std::uint64_t Matching::attributesOf(Side const&, QORObject& object) const {
-    std::uint64_t hash = 0;
+/// The signature of the attributes alone; none if all of them have the values of a new object.
+Hash Matching::attributesOf(Side const&, QORObject& object) const {
+    Hash hash = 0;
     for (QORMetaAttribute const* attribute : kit::attributesOf(object)) {
         QORString const value = attribute->getValue(&object);
         if (attribute->getId() != QORAttributeType::OBJECT__NAME && value != attribute->getDefaultValue()) {
-            hash = mixed(mixed(hash, static_cast<std::uint64_t>(attribute->getId())), kit::view(value));
+            hash = mixed(mixed(hash, static_cast<Hash>(attribute->getId())), kit::view(value));
         }
     }
     return hash;
 }
 
-/// Of what the object refers to, of the one object that an end refers to it from, and of what it owns; none
-/// if without attributes there is nothing of that.
-std::uint64_t Matching::signatureOf(Side const& side, QORObject& object, bool withAttributes,
-                                    int depth) const {
-    std::uint64_t hash = withAttributes ? mixed(attributesOf(side, object), 1) : 0;
+/// The signature of what the object refers to, of the only object that refers to it over an end, and of what
+/// it owns; none if there is nothing of these and the attributes don't count.
+Hash Matching::signatureOf(Side const& side, QORObject& object, bool withAttributes, int depth) const {
+    Hash hash = withAttributes ? mixed(attributesOf(side, object), 1) : 0;
     for (QORMetaLink const* link : kit::linksOf(object)) {
         QORMetaLinkType const type = link->getType();
         bool const owned = type == QORMetaLinkType::CHILD;
@@ -299,22 +294,22 @@ std::uint64_t Matching::signatureOf(Side const& side, QORObject& object, bool wi
             (owned && depth == 0)) {
             continue;
         }
-        std::vector<std::uint64_t> numbers;
+        std::vector<Hash> numbers;
         for (QORObject* far : side.numbering.elements(object, *link)) {
-            std::uint64_t const label = labelOf(side, *far);
+            Hash const label = labelOf(side, *far);
             numbers.push_back(owned ? mixed(signatureOf(side, *far, withAttributes, depth - 1), label)
                                     : label);
         }
         std::sort(numbers.begin(), numbers.end());
-        for (std::uint64_t const number : numbers) {
-            hash = mixed(mixed(hash, static_cast<std::uint64_t>(link->getId())), number);
+        for (Hash const number : numbers) {
+            hash = mixed(mixed(hash, static_cast<Hash>(link->getId())), number);
         }
     }
     return hash;
 }
 
 /// The number of the pair, or class and name.
-std::uint64_t Matching::labelOf(Side const& side, QORObject const& object) const {
+Hash Matching::labelOf(Side const& side, QORObject const& object) const {
     if (std::size_t const pair = side.pairs[side.numbering.numberOf(object)]) {
         return mixed(1, pair);
     }

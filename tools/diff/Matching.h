@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diff/GraphDiff.h"
+#include "kit/Hash.h"
 #include "kit/Numbering.h"
 #include "kit/ObjectPaths.h"
 
@@ -46,7 +47,7 @@ private:
         Objects theirs;
         bool independent; ///< whether they have nothing to do with each other but their package
     };
-    using Signature = std::uint64_t (Matching::*)(Side const& side, QORObject& object) const;
+    using Signature = kit::Hash (Matching::*)(Side const& side, QORObject& object) const;
 
     void pair(QORObject& ours, QORObject& theirs);
     void pairRoots();
@@ -59,11 +60,11 @@ private:
     void pairBySignature(Group& group, Signature signature, bool evenSeveral);
     void dropPaired(Group& group) const;
 
-    std::uint64_t wholeOf(Side const& side, QORObject& object) const;
-    std::uint64_t linksOf(Side const& side, QORObject& object) const;
-    std::uint64_t attributesOf(Side const& side, QORObject& object) const;
-    std::uint64_t signatureOf(Side const& side, QORObject& object, bool withAttributes, int depth) const;
-    std::uint64_t labelOf(Side const& side, QORObject const& object) const;
+    kit::Hash wholeOf(Side const& side, QORObject& object) const;
+    kit::Hash linksOf(Side const& side, QORObject& object) const;
+    kit::Hash attributesOf(Side const& side, QORObject& object) const;
+    kit::Hash signatureOf(Side const& side, QORObject& object, bool withAttributes, int depth) const;
+    kit::Hash labelOf(Side const& side, QORObject const& object) const;
 
     Side& before;
     Side& after;

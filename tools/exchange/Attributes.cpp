@@ -11,8 +11,8 @@
 namespace exchange {
 namespace {
 
-/// An attribute whose values are element types may look up the text of what it is set to, which an unknown
-/// one hasn't; all other enumerations just become unset.
+/// Setting an element type may look up its text, which an unknown type doesn't have. Attributes of all other
+/// enumerations become unset by an unknown value.
 bool isKnownValue(QORMetaAttribute const& attribute, QORString const& text) {
     return attribute.getId() != QORAttributeType::PROPERTY_ELEMENT_TYPE_SCOPE__SCOPE ||
            getElementTypeByName(text.chars) >= 0;

@@ -4,14 +4,7 @@
 
 namespace exchange {
 
-/// Whether a text is a graph in the exchange format, as far as its name for itself.
+/// Whether a text is a graph in the exchange format: it names the format. The rest isn't read.
 bool isGraphText(std::istream& in);
-
-/// Whether a text is a drawing for Graphviz: after its comments a graph begins.
-bool isDotText(std::istream& in);
-
-/// Whether a text is Markdown: it has a heading, and begins like no script, no markup and no other kind of
-/// data.
-bool isMarkdownText(std::istream& in);
 
 } // namespace exchange

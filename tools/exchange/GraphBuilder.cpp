@@ -142,7 +142,7 @@ void GraphBuilder::beginLinks(std::uint64_t from, std::string const& roleName) {
     }
 }
 
-// What isn't of the classes that a link is between is no argument for it, nor is an object for itself.
+// A link takes only objects of its two classes, and no object is linked with itself.
 QORObject& GraphBuilder::linkable(std::uint64_t number) {
     QORObject& other = object(number);
     std::string const roleName = kit::quoted(kit::view(role->getRoleName()));
@@ -159,8 +159,7 @@ QORObject& GraphBuilder::linkable(std::uint64_t number) {
     return other;
 }
 
-/// The same number for all objects that links lead to from each other. The ways get shorter with each
-/// question.
+/// A number that all objects connected by links share. Each call shortens the ways to it.
 std::uint64_t GraphBuilder::representativeOf(std::uint64_t number) {
     for (;;) {
         Entry& entry = byNumber.at(number);

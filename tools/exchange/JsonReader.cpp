@@ -19,7 +19,7 @@
 namespace exchange {
 namespace {
 
-/// Where in the format the reader stands: what it has read last that is open.
+/// The reader's place in the format: the innermost thing that is open.
 enum class Place {
     START,
     DOCUMENT,
@@ -98,7 +98,7 @@ private:
     unsigned met = 0;
 };
 
-/// What a file says of an object or of links, which is used when all of it is known.
+/// What a file holds of an object or of links; it is used when it is complete.
 struct Attribute {
     std::string name;
     Scalar value;
@@ -158,7 +158,7 @@ std::uint64_t numberOf(Scalar const& value) {
     return std::stoull(value.text);
 }
 
-/// The last characters of a text that could be as long as the file.
+/// The last characters of a text, which may be as long as the file.
 std::string endOf(std::string const& text) {
     constexpr std::size_t longest = 40;
     if (text.size() <= longest) {
@@ -186,8 +186,8 @@ Mistake unexpected(std::string const& what) {
     return Mistake(what + " isn't allowed here");
 }
 
-/// Follows the parser through the file; knows at each moment what may come next. An object is made at its
-/// end, and links are made at theirs or, if they come before the objects, at the end of these.
+/// Follows the parser through the file and knows what may come next. An object is made when its text ends.
+/// Links are made when their text ends or, if they come before the objects, when the objects end.
 class Handler : public nlohmann::json_sax<nlohmann::json> {
 public:
     explicit Handler(JsonSource& from) : source(from) {}
@@ -306,7 +306,7 @@ public:
 
     kit::Graph take() { return builder.take(); }
 
-    /// Where a mistake stands, and in what, if it doesn't say so itself.
+    /// The position of a mistake, and the text that it is in, unless the mistake has them.
     std::string placeOf(Mistake const& mistake) const {
         TextPosition const at = mistake.position.line ? mistake.position : where;
         return "line " + std::to_string(at.line) + ", column " + std::to_string(at.column);

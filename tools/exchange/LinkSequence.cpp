@@ -1,6 +1,5 @@
 #include "exchange/LinkSequence.h"
 
-#include "kit/GraphOrder.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
 #include "kit/ToolError.h"
@@ -15,7 +14,7 @@ namespace {
 
 using Place = std::size_t;
 
-/// The links by the numbers of their objects, and which of them must come before which others.
+/// The links, sorted by the numbers of their objects, and which of them must precede which others.
 class Sequencing {
 public:
     explicit Sequencing(kit::Numbering const& ofGraph) : numbering(ofGraph) {}
@@ -79,7 +78,7 @@ private:
         ++waitingFor[after];
     }
 
-    /// Takes the first one that waits for none, again and again.
+    /// Takes the first link that waits for no other one, until none remains.
     std::vector<Link> sorted() {
         std::priority_queue<Place, std::vector<Place>, std::greater<>> free;
         for (Place i = 0; i < links.size(); ++i) {

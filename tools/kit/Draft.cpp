@@ -27,7 +27,7 @@ constexpr std::string_view draftStart = draftName.substr(0, draftName.size() - 6
 
 constexpr int endingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
-/// What a signal that ends the program has to delete; a handler can't ask for more than this.
+/// What a signal that ends the program must delete; a handler can't find out anything else.
 char const* volatile unfinished = nullptr;
 
 extern "C" void deleteAndEnd(int signal) {
@@ -45,7 +45,7 @@ bool stillHasName(int file, char const* name) {
            own.st_ino == named.st_ino;
 }
 
-/// A lock that can be had means that the process which held it is dead, unless it has given its draft away.
+/// A lock that is free means that its process is dead, or has handed its draft over.
 void removeIfAbandoned(char const* name) {
     int const file = open(name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0) {
@@ -76,7 +76,7 @@ mode_t modeOfNewFiles() {
     return 0666 & ~mask;
 }
 
-/// A group that can't be kept loses its rights rather than lending them to another one.
+/// If the group can't be kept, no group has its rights: another one must not inherit them.
 void takeRights(int file, struct stat const& replaced) {
     mode_t mode = replaced.st_mode & 0777;
     if (fchown(file, replaced.st_uid, replaced.st_gid) != 0 &&
@@ -113,7 +113,7 @@ private:
     struct sigaction before[std::size(endingSignals)];
 };
 
-/// Before the lock is held, another process may take the draft for one that is left over.
+/// Until the lock is held, another process may mistake the draft for an abandoned one.
 Draft::Draft(std::string const& target) : path(target) {
     fs::path const folder = fs::path(path).parent_path();
     removeAbandoned(folder);
@@ -153,7 +153,7 @@ void Draft::write(std::function<void(std::ostream&)> const& write) {
     }
 }
 
-/// False if something has come to the target's place in the meantime.
+/// False if a file was created at the target's path in the meantime.
 bool Draft::tryToPlace(bool replacing) {
     if (!replacing) {
         if (renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) {
@@ -162,7 +162,7 @@ bool Draft::tryToPlace(bool replacing) {
         if (errno == EEXIST) {
             return false;
         }
-        if (errno != EINVAL && errno != ENOSYS) { // what a system of files says that doesn't know the flag
+        if (errno != EINVAL && errno != ENOSYS) { // a file system that doesn't know the flag
             fail(errno);
         }
     }

@@ -1,7 +1,8 @@
 #include "kit/Numbering.h"
 
-#include "kit/GraphOrder.h"
 #include "kit/Reflection.h"
+
+#include <qor/QORTraversalOperation.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,36 +13,41 @@
 namespace kit {
 namespace {
 
-using Color = std::uint64_t;
+using Color = Hash;
 using Index = std::size_t;
 constexpr Index none = static_cast<Index>(-1);
 
-/// The same in every process and for every word size.
-Color mixed(Color color, Color other) {
-    Color mix = (color ^ (other + 0x9e3779b97f4a7c15u + (color << 6) + (color >> 2))) * 0xbf58476d1ce4e5b9u;
-    mix ^= mix >> 27;
-    mix *= 0x94d049bb133111ebu;
-    return mix ^ mix >> 31;
-}
+/// What siblings are sorted by, and the sibling.
+template <class Sorted>
+struct SortKey {
+    int position;
+    std::string_view name;
+    std::string_view className;
+    Hash contents;
+    Sorted sorted;
 
-Color mixed(Color color, std::string_view text) {
-    Color hash = 14695981039346656037u;
-    for (char const character : text) {
-        hash = (hash ^ static_cast<unsigned char>(character)) * 1099511628211u;
-    }
-    return mixed(color, mixed(hash, text.size()));
-}
+    auto tie() const { return std::tie(position, name, className, contents); }
+    bool operator<(SortKey const& other) const { return tie() < other.tie(); }
+};
 
-int positionOf(QORObject& object) {
-    QORMetaAttribute const* const attribute =
-        object.getMetaClass()->getMetaAttributeByDisplayName("position");
-    return attribute ? std::atoi(attribute->getValue(&object).chars) : 0;
+template <class Sorted>
+SortKey<Sorted> sortKeyOf(QORObject& object, Hash contents, Sorted sorted) {
+    return {positionOf(object).value_or(0), view(object.getName()),
+            view(object.getMetaClass()->getDisplayName()), contents, sorted};
 }
 
 } // namespace
 
-/// The graph with a colour for each object: a number that two objects share only if they couldn't be told
-/// apart so far.
+std::optional<int> positionOf(QORObject& object) {
+    QORMetaAttribute const* const attribute =
+        object.getMetaClass()->getMetaAttributeByDisplayName("position");
+    return attribute ? std::optional(std::atoi(attribute->getValue(&object).chars)) : std::nullopt;
+}
+
+// ---- Numbering -----------------------------------------------------------------------------------------
+
+/// The graph with a colour for each object: a hash that two objects share only as long as nothing
+/// distinguishes them.
 class Numbering::Graph {
 public:
     explicit Graph(QORObject& root) {
@@ -55,7 +61,7 @@ public:
         }
     }
 
-    /// What is left of it: the objects in order, with their numbers.
+    /// Takes the result out of it: the objects in order, with their numbers.
     Numbers take() {
         for (auto& [object, number] : indices) {
             number = nodes[number].number;
@@ -101,7 +107,7 @@ private:
         return place->second;
     }
 
-    /// A node and an end that stand for nothing close the last parts.
+    /// Ends with a node and an end of nothing, which mark the ends of the last parts.
     void reach(QORObject& root) {
         indexed(root);
         for (Index i = 0; i < nodes.size(); ++i) {
@@ -124,8 +130,8 @@ private:
 
     Index count() const { return nodes.size() - 1; }
 
-    /// Colours by what the objects hold, then over and over by the colours of what they are linked with, as
-    /// long as that tells more objects apart.
+    /// Colours by what the objects hold, then repeatedly by the colours of what they are linked with, as long
+    /// as that distinguishes more objects.
     void color() {
         QORString room;
         for (Index i = 0; i < count(); ++i) {
@@ -213,8 +219,8 @@ private:
         nodes[index].color = color;
     }
 
-    /// Makes an object differ from those that it is like, and then what is linked with it, step by step,
-    /// from what is linked with them. Gives what that changed beside the object.
+    /// Makes an object differ from those that share its colour, and then, step by step, what is linked with
+    /// it from what is linked with them. Returns the other objects that this recolours.
     std::vector<Index> distinguish(Index chosen) {
         std::vector<Index> changed;
         if (!isShared(chosen)) {
@@ -255,50 +261,34 @@ private:
         }
     }
 
-    struct SortKey {
-        int position;
-        std::string_view name;
-        std::string_view className;
-        Color color;
-        Index index;
-
-        auto tie() const { return std::tie(position, name, className, color); }
-        bool operator<(SortKey const& other) const { return tie() < other.tie(); }
-    };
-
-    SortKey sortKeyOf(Index index) const {
-        QORObject& object = *nodes[index].object;
-        return {positionOf(object), view(object.getName()), view(object.getMetaClass()->getDisplayName()),
-                nodes[index].color, index};
-    }
-
-    /// The objects of an end that have no number yet, in the order in which they are to get theirs.
+    /// The objects of an end that have no number yet, in the order of the numbers that they will have.
     std::vector<Index> inOrder(End const& end) {
-        std::vector<SortKey> keys;
+        std::vector<SortKey<Index>> keys;
         for (Index const each : farOf(end)) {
             if (nodes[each].number == none) {
-                keys.push_back(sortKeyOf(each));
+                keys.push_back(sortKeyOf(*nodes[each].object, nodes[each].color, each));
             }
         }
         std::vector<Index> sorted;
         if (!end.keepsOrder) {
             std::stable_sort(keys.begin(), keys.end());
         }
-        std::unordered_set<Index> waiting; // filled when first asked for
+        std::unordered_set<Index> waiting; // filled on first use
         for (auto key = keys.begin(); key != keys.end(); ++key) {
-            sorted.push_back(key->index);
+            sorted.push_back(key->sorted);
             std::vector<Index> const changed =
-                end.keepsOrder ? std::vector<Index>() : distinguish(key->index);
+                end.keepsOrder ? std::vector<Index>() : distinguish(key->sorted);
             if (changed.empty()) {
                 continue;
             }
             if (waiting.empty()) {
-                std::for_each(key, keys.end(), [&](SortKey const& each) { waiting.insert(each.index); });
+                std::for_each(key, keys.end(),
+                              [&](SortKey<Index> const& each) { waiting.insert(each.sorted); });
             }
-            waiting.erase(key->index);
+            waiting.erase(key->sorted);
             if (isAnyOf(changed, waiting)) {
                 for (auto rest = key + 1; rest != keys.end(); ++rest) {
-                    rest->color = nodes[rest->index].color;
+                    rest->contents = nodes[rest->sorted].color;
                 }
                 std::stable_sort(key + 1, keys.end());
             }
@@ -340,7 +330,7 @@ private:
         }
     }
 
-    /// Owners could form a ring; then the way stops before it is closed.
+    /// If owners form a ring, the way ends before it closes.
     Index topmostOwner(Index index) const {
         std::unordered_set<Index> met{index};
         for (;;) {
@@ -369,6 +359,123 @@ std::vector<QORObject*> Numbering::elements(QORObject& object, QORMetaLink const
                   [this](QORObject const* a, QORObject const* b) { return numberOf(*a) < numberOf(*b); });
     }
     return elements;
+}
+
+namespace {
+
+// ---- OwnedOrder ----------------------------------------------------------------------------------------
+
+/// The NUL after each text keeps neighbours apart.
+void append(Hash& hash, std::string_view text) {
+    hash = hashOf({"", 1}, hashOf(text, hash));
+}
+
+void append(Hash& hash, Hash number) {
+    append(hash, {reinterpret_cast<char const*>(&number), sizeof number});
+}
+
+void appendAttributes(Hash& hash, QORObject& object) {
+    append(hash, view(object.getMetaClass()->getDisplayName()));
+    QORString room;
+    for (QORMetaAttribute const* attribute : attributesOf(object)) {
+        append(hash, view(attribute->getValue(&object, room)));
+    }
+}
+
+void appendNames(Hash& hash, std::vector<QORObject*> const& objects) {
+    std::vector<std::string_view> names;
+    for (QORObject const* object : objects) {
+        names.push_back(view(object->getName()));
+    }
+    std::sort(names.begin(), names.end());
+    for (std::string_view name : names) {
+        append(hash, name);
+    }
+}
+
+} // namespace
+
+/// Signs objects children first, so that an object's signature covers all that it owns: its class and
+/// attributes, the names of what it refers to, and the signatures of its children in whatever order they
+/// come.
+class OwnedOrder::Signing : public QORTraversalOperation {
+public:
+    explicit Signing(std::unordered_map<QORObject const*, Hash>& kept) : signatures(kept) {}
+
+    /// Cuts off what is signed already, and so a ring of owners too.
+    bool pre_process(QORObject* object, void*&) override { return signatures.emplace(object, 0).second; }
+
+    void post_process(QORObject* object, void*) override {
+        Hash hash = hashOf("");
+        appendAttributes(hash, *object);
+        for (QORMetaLink const* link : linksOf(*object)) {
+            append(hash, view(link->getRoleName()));
+            if (link->getType() == QORMetaLinkType::CHILD) {
+                appendSignatures(hash, elementsOf(*object, *link));
+            } else if (link->getType() != QORMetaLinkType::PARENT) {
+                appendNames(hash, elementsOf(*object, *link));
+            }
+        }
+        signatures[object] = hash;
+    }
+
+private:
+    void appendSignatures(Hash& hash, std::vector<QORObject*> const& children) const {
+        std::vector<Hash> numbers;
+        for (QORObject const* child : children) {
+            auto const known = signatures.find(child);
+            numbers.push_back(known == signatures.end() ? 0 : known->second);
+        }
+        std::sort(numbers.begin(), numbers.end());
+        for (Hash number : numbers) {
+            append(hash, number);
+        }
+    }
+
+    std::unordered_map<QORObject const*, Hash>& signatures;
+};
+
+Hash OwnedOrder::signatureOf(QORObject& object) {
+    auto const known = signatures.find(&object);
+    if (known != signatures.end()) {
+        return known->second;
+    }
+    Signing signing(signatures);
+    object.depthTraversal(signing, nullptr);
+    return signatures[&object];
+}
+
+std::vector<QORObject*> OwnedOrder::elements(QORObject& object, QORMetaLink const& link) {
+    std::vector<SortKey<QORObject*>> keys;
+    for (QORObject* element : elementsOf(object, link)) {
+        keys.push_back(sortKeyOf(*element, Hash(0), element));
+    }
+    std::stable_sort(keys.begin(), keys.end());
+    for (auto first = keys.begin(); first != keys.end();) {
+        auto const last = std::upper_bound(first, keys.end(), *first);
+        for (auto key = first; last - first > 1 && key != last; ++key) {
+            key->contents = signatureOf(*key->sorted);
+        }
+        first = last;
+    }
+    std::stable_sort(keys.begin(), keys.end());
+    std::vector<QORObject*> sorted;
+    sorted.reserve(keys.size());
+    for (SortKey<QORObject*> const& key : keys) {
+        sorted.push_back(key.sorted);
+    }
+    return sorted;
+}
+
+std::vector<QORObject*> OwnedOrder::children(QORObject& object) {
+    std::vector<QORObject*> all;
+    for (QORMetaLink const* link : linksOf(object)) {
+        if (link->getType() == QORMetaLinkType::CHILD) {
+            std::vector<QORObject*> const ofEnd = elements(object, *link);
+            all.insert(all.end(), ofEnd.begin(), ofEnd.end());
+        }
+    }
+    return all;
 }
 
 } // namespace kit

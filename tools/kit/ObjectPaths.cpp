@@ -2,6 +2,7 @@
 
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
+#include "kit/Text.h"
 #include "kit/ToolError.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ std::vector<std::string> stepsOf(std::string_view path) {
     return steps;
 }
 
-/// The name that a step tells, without class and number.
+/// The name in a step, without class and number.
 std::string nameIn(std::string const& step) {
     std::string name;
     for (std::size_t i = 0; i < step.size() && step[i] != '#'; ++i) {
@@ -62,20 +63,16 @@ std::string nameIn(std::string const& step) {
     return name;
 }
 
-/// Whether a step stands for so many that are left out.
+/// Whether a step is the number of omitted ones.
 bool isGap(std::string const& step) {
     constexpr std::size_t longest = 10;
     return step.size() > 1 && step.size() <= longest && step[0] == '#' && step[1] != '0' &&
            step.find_first_not_of("0123456789", 1) == step.npos;
 }
 
-/// The path of these steps, the last of which stands in front.
-std::string joined(std::vector<std::string> const& steps) {
-    std::string path;
-    for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
-        path.append(step == steps.rbegin() ? "" : "/").append(*step);
-    }
-    return path;
+/// The path of these steps, the last of which is its first.
+std::string joinedSteps(std::vector<std::string> const& steps) {
+    return joined({steps.rbegin(), steps.rend()}, "/");
 }
 
 } // namespace
@@ -184,7 +181,7 @@ std::string ObjectPaths::pathOf(QORObject const& object) const {
     for (each = head; each != Owners::none; each = owner(each)) {
         steps.push_back(stepOf(each));
     }
-    return (places[number].isOutside ? "/" : "") + joined(steps);
+    return (places[number].isOutside ? "/" : "") + joinedSteps(steps);
 }
 
 std::string ObjectPaths::pathFrom(QORObject const& from, QORObject const& object) const {
@@ -197,7 +194,7 @@ std::string ObjectPaths::pathFrom(QORObject const& from, QORObject const& object
     if (each != start) {
         steps.push_back(gapBetween(start, each));
     }
-    return joined(steps);
+    return joinedSteps(steps);
 }
 
 std::vector<QORObject*> ObjectPaths::find(std::string_view path) const {
@@ -311,13 +308,13 @@ std::vector<ObjectPaths::Number> ObjectPaths::named(std::string const& name) con
     return {first, last};
 }
 
-/// Says up to which step there is something: if there is for some steps, there is for those before.
+/// Reports the last step that leads to an object: if a step does, those before it do.
 std::string ObjectPaths::problem(std::string_view path) const {
     std::string const text = "no object at " + std::string(path) + ": ";
     Steps const steps = stepsOf(path);
     auto const isThere = [&](std::size_t count) {
         Steps const first(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(count));
-        return !findNumbers(joined({first.rbegin(), first.rend()})).empty() || !findEnd(first).empty();
+        return !findNumbers(joinedSteps({first.rbegin(), first.rend()})).empty() || !findEnd(first).empty();
     };
     std::size_t there = 0;
     for (std::size_t missing = steps.size() + 1; missing - there > 1;) {
@@ -327,7 +324,7 @@ std::string ObjectPaths::problem(std::string_view path) const {
     if (there == steps.size()) {
         return text + "the path is incomplete";
     }
-    std::string const before = joined({steps.rend() - static_cast<std::ptrdiff_t>(there), steps.rend()});
+    std::string const before = joinedSteps({steps.rend() - static_cast<std::ptrdiff_t>(there), steps.rend()});
     return text + (before.empty() ? "there is no " : before + " has no ") + steps[there];
 }
 

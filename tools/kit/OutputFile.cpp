@@ -123,7 +123,7 @@ void Output::write(std::function<void(std::ostream&)> const& write) const {
         return writeFile(place.target, write);
     }
     std::ostringstream text;
-    text.exceptions(std::ios::badbit); // else the text would end where memory does
+    text.exceptions(std::ios::badbit); // otherwise the text would end where memory is exhausted
     write(text);
     writeWhole(place, text.str());
 }

@@ -36,6 +36,20 @@ inline bool isNearEnd(QORMetaLink const& link) {
     return link.getType() == QORMetaLinkType::CHILD || link.getType() == QORMetaLinkType::REF;
 }
 
+/// The objects of a link end in the order of the end itself, by ascending positions; those of a unary end are
+/// one or none. Positions that hold nothing are omitted.
+inline std::vector<QORObject*> elementsOf(QORObject& object, QORMetaLink const& link) {
+    std::vector<QORObject*> elements;
+    int const count = link.isUnary() ? 1 : link.getLinkCount(&object);
+    elements.reserve(static_cast<std::size_t>(count < 0 ? 0 : count));
+    for (int i = 0; i < count; ++i) {
+        if (QORObject* const element = link.getLink(&object, i)) {
+            elements.push_back(element);
+        }
+    }
+    return elements;
+}
+
 /// The characters of a text, for as long as it lives.
 inline std::string_view view(QORString const& text) {
     return {text.chars, static_cast<std::size_t>(text.length)};

@@ -1,7 +1,8 @@
 #include "kit/TreePrinter.h"
 
-#include "kit/GraphOrder.h"
+#include "kit/Numbering.h"
 #include "kit/Reflection.h"
+#include "kit/Text.h"
 
 #include <qor/QORAliasType.h>
 #include <qor/QORPresentationElement.h>
@@ -13,25 +14,21 @@
 namespace kit {
 namespace {
 
-bool isControl(unsigned char character) {
-    return character < 0x20 || character == 0x7f;
-}
-
 std::string hexadecimal(unsigned char character) {
     char text[8];
     std::snprintf(text, sizeof text, "\\x%02x", static_cast<unsigned>(character));
     return text;
 }
 
-/// A number, a truth value and an enumeration's text stand as they are; a text could hold blanks.
+/// Texts are quoted, since they may hold blanks; numbers, truth values and the words of enumerations aren't.
 std::string valueText(QORMetaAttribute const& attribute, QORString const& value) {
     bool const isText = attribute.getType() == QORMetaAttributeType::STRING ||
                         attribute.getType() == QORMetaAttributeType::DATE;
     return isText ? quoted(view(value)) : std::string(view(value));
 }
 
-/// An alias asks its type for its display name, which must be there and no alias in the end; a projection
-/// asks what it shows.
+/// The display name of an alias is that of its type, which must exist and must not lead to an alias in the
+/// end; that of a projection is the one of its subject.
 bool hasDisplayName(QORObject const& object) {
     QORObject const* each = &object;
     if (object.isInstanceOf(QORElementType::PRESENTATION_ELEMENT)) {
@@ -48,7 +45,7 @@ bool hasDisplayName(QORObject const& object) {
            (each == &object || !each->isInstanceOf(QORElementType::PRESENTATION_ELEMENT));
 }
 
-/// The name or what stands for it; that of the class if there is neither.
+/// The name, or else the display name; the name of the class if there is neither.
 std::string labelOf(QORObject const& object) {
     if (object.getName().length) {
         return quoted(view(object.getName()));
@@ -80,8 +77,8 @@ void appendReferences(std::string& line, QORObject& object) {
     }
 }
 
-/// Two blanks for each owner above. Below many the indentation ends and the number of owners is told, so that
-/// a deep tree's lines stay short.
+/// Two blanks for each owner above. Below many owners the number of owners replaces further indentation, so
+/// that the lines of a deep tree are short.
 std::string indentation(std::size_t depth) {
     constexpr std::size_t deepest = 100;
     return depth <= deepest ? std::string(2 * depth, ' ')
@@ -105,7 +102,7 @@ std::string quoted(std::string_view text) {
             result += "\\n";
         } else if (character == '\t') {
             result += "\\t";
-        } else if (isControl(static_cast<unsigned char>(character))) {
+        } else if (isControl(character)) {
             result += hexadecimal(static_cast<unsigned char>(character));
         } else {
             result += character;
@@ -125,9 +122,9 @@ std::string lineOf(QORObject& object) {
 }
 
 void printTree(QORObject& root, std::ostream& out) {
-    GraphOrder order;
+    OwnedOrder order;
     std::unordered_set<QORObject const*> printed;
-    // A stack of its own: a graph can be deeper than the program's.
+    // An explicit stack: a graph can be deeper than the program's.
     std::vector<Entry> pending{{&root, 0}};
     while (!pending.empty()) {
         Entry const entry = pending.back();

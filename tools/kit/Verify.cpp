@@ -1,6 +1,6 @@
 #include "kit/Verify.h"
 
-#include "kit/GraphOrder.h"
+#include "kit/Hash.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"
 
@@ -22,7 +22,7 @@ std::string nameOf(QORObject const& object, QORMetaLink const& link) {
     return nameOf(object) + " " + std::string(view(link.getRoleName()));
 }
 
-/// Two objects and the kind of link between them, told from the side that owns or refers.
+/// Two objects and the kind of link between them, seen from the side that owns or refers.
 struct Tie {
     QORObject const* near;
     QORObject const* far;
@@ -36,7 +36,7 @@ struct Tie {
 struct TieHash {
     std::size_t operator()(Tie const& tie) const {
         std::hash<void const*> const hash;
-        return (hash(tie.near) * 31 + hash(tie.far)) * 2 + tie.owning;
+        return static_cast<std::size_t>(mixed(mixed(tie.owning, hash(tie.near)), hash(tie.far)));
     }
 };
 
@@ -46,7 +46,7 @@ struct Ends {
     std::vector<QORMetaLink const*> ofFar;
 };
 
-/// Gives an object's children as iterators over its ends find them.
+/// Collects an object's children in the order of a walk over its ends.
 class Children : public QORTraversalOperation {
 public:
     explicit Children(QORObject const& ofObject) : owner(&ofObject) {}

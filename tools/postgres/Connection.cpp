@@ -1,5 +1,6 @@
 #include "postgres/Connection.h"
 
+#include "kit/Text.h"
 #include "kit/ToolError.h"
 #include "postgres/PostgresUrl.h"
 
@@ -15,23 +16,22 @@ using kit::ToolError;
 
 constexpr int oldestServer = 120000;
 
-/// What the server ends with if something goes while it prints what that is.
+/// The error of the server if an object is dropped while the server prints its definition.
 constexpr std::string_view internalError = "XX000";
 
 /// All names come qualified and all texts in one form, whatever the server's, the database's and the user's
-/// settings are. Another session that changes the structure right now is waited for, but not for ever.
+/// settings are. The session waits for a limited time for another one that changes the structure.
 constexpr char const* settings =
     "SET search_path = ''; SET quote_all_identifiers = off; SET standard_conforming_strings = on;"
     "SET jit = off; SET lock_timeout = '10s'; SET statement_timeout = 0; SET bytea_output = 'hex';"
     "SET DateStyle = 'ISO'; SET IntervalStyle = 'postgres'; SET extra_float_digits = 1;"
     "BEGIN TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY";
 
-/// Lines become one, and what stands before and behind goes.
+/// A message on one line, without blanks at its ends.
 std::string onOneLine(std::string const& message) {
     std::string result;
     for (char const character : message) {
-        bool const isBlank = static_cast<unsigned char>(character) <= ' ';
-        if (!isBlank) {
+        if (character != ' ' && !kit::isControl(character)) {
             result += character;
         } else if (!result.empty() && result.back() != ' ') {
             result += ' ';
@@ -43,8 +43,8 @@ std::string onOneLine(std::string const& message) {
     return result;
 }
 
-/// What libpq says of an address that it can't read, or takes for another than was meant, without the pieces
-/// that it quotes: they may hold a password.
+/// A message of libpq about an address that it can't read or misreads, without the parts that it quotes: they
+/// may hold a password.
 std::string withoutQuotations(std::string const& message) {
     std::string result;
     bool quoted = false;
@@ -56,7 +56,7 @@ std::string withoutQuotations(std::string const& message) {
     return result;
 }
 
-/// libpq knows the scheme in small letters alone.
+/// libpq recognises the scheme only in lower case.
 std::string withPlainScheme(std::string const& url) {
     auto const end = url.find("://");
     return end == std::string::npos ? url : "postgresql" + url.substr(end);
@@ -134,7 +134,7 @@ void Connection::run(char const* sql) {
     }
 }
 
-/// The server quotes the user, which is no part of the address as it is shown either.
+/// The server quotes the user, which isn't shown in addresses either.
 std::string Connection::withoutUser(std::string message) const {
     std::string const quoted = '"' + user + '"';
     for (auto found = message.find(quoted); !user.empty() && found != std::string::npos;
@@ -144,8 +144,8 @@ std::string Connection::withoutUser(std::string message) const {
     return message;
 }
 
-/// A message that has the password's letters in it, if only by chance, isn't shown: with stars in their place
-/// it would tell them to whoever knows the usual message.
+/// A message that contains the password, even by chance, isn't shown: stars in its place would reveal it to
+/// anyone who knows the usual message.
 void Connection::fail(std::string const& message) const {
     bool const isHidden = shownUrl == hiddenUrl;
     std::string const line = onOneLine(isHidden ? withoutQuotations(message) : withoutUser(message));

@@ -1,5 +1,6 @@
 #include "postgres/ForeignSql.h"
 
+#include "kit/Text.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
@@ -35,8 +36,8 @@ std::optional<std::string> patternOfGlob(std::string const& glob) {
             pattern += set;
             i = end;
         } else {
-            bool const isPlain = std::isalnum(static_cast<unsigned char>(character)) || character == ' ' ||
-                                 static_cast<unsigned char>(character) >= 0x80;
+            bool const isPlain = kit::isLetter(character) || kit::isDigit(character) || character == ' ' ||
+                                 kit::isBeyondAscii(character);
             pattern += isPlain ? "" : "\\";
             pattern += character;
         }
@@ -285,7 +286,7 @@ Value SqlTranslator::membership(Value const& left, bool isNot) {
     return combined("(" + of.text + word + text + "))", Kind::BOOLEAN, values);
 }
 
-/// LIKE doesn't tell apart the letters of ASCII by their case, and knows no backslash.
+/// LIKE ignores the case of ASCII letters and has no backslash.
 Value SqlTranslator::patternTest(Value const& left, bool isNot) {
     Value const of = asText(left);
     Value const pattern = order();
@@ -599,7 +600,7 @@ Value SqlTranslator::cast() {
 
 // ---- names -------------------------------------------------------------------------------------------
 
-/// A column, a function, or a keyword that stands for a value.
+/// A column, a function, or a keyword that is a value.
 Value SqlTranslator::name() {
     Token const token = peek();
     bool const isQuoted = token.kind == TokenKind::QUOTED_NAME;

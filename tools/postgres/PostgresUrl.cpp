@@ -1,5 +1,7 @@
 #include "postgres/PostgresUrl.h"
 
+#include "kit/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -11,7 +13,7 @@ constexpr std::string_view shortScheme = "postgres://";
 constexpr std::string_view longScheme = "postgresql://";
 constexpr auto npos = std::string_view::npos;
 
-/// Parameters whose values tell no secret.
+/// Parameters whose values are no secrets.
 constexpr std::array<std::string_view, 27> harmless = {"application_name",
                                                        "channel_binding",
                                                        "client_encoding",
@@ -40,13 +42,9 @@ constexpr std::array<std::string_view, 27> harmless = {"application_name",
                                                        "tcp_user_timeout",
                                                        "user"};
 
-char lowerCase(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 bool beginsWith(std::string_view text, std::string_view start) {
     return text.size() >= start.size() && std::equal(start.begin(), start.end(), text.begin(),
-                                                     [](char a, char b) { return a == lowerCase(b); });
+                                                     [](char a, char b) { return a == kit::lowerCase(b); });
 }
 
 std::size_t schemeLength(std::string_view text) {
@@ -55,20 +53,11 @@ std::size_t schemeLength(std::string_view text) {
                                            : 0;
 }
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
+bool isBlankOrControl(char character) {
+    return character == ' ' || kit::isControl(character);
 }
 
-bool isBlank(char character) {
-    return static_cast<unsigned char>(character) <= ' ' || character == 0x7f;
-}
-
-int hexDigit(char character) {
-    char const lower = lowerCase(character);
-    return isDigit(lower) ? lower - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-/// The text that percent signs stand for; nothing if one stands for none.
+/// The text with its percent signs decoded; nothing if one can't be.
 std::optional<std::string> decoded(std::string_view text) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -76,8 +65,8 @@ std::optional<std::string> decoded(std::string_view text) {
             result += text[i];
             continue;
         }
-        int const high = i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
-        int const low = high < 0 ? -1 : hexDigit(text[i + 2]);
+        int const high = i + 2 < text.size() ? kit::hexDigit(text[i + 1]) : -1;
+        int const low = high < 0 ? -1 : kit::hexDigit(text[i + 2]);
         if (low < 0 || (high == 0 && low == 0)) {
             return std::nullopt;
         }
@@ -87,16 +76,16 @@ std::optional<std::string> decoded(std::string_view text) {
     return result;
 }
 
-/// True for a piece that holds none of these characters, neither plain nor by a percent sign.
+/// Whether a piece holds none of these characters, neither plain nor encoded.
 bool isFreeOf(std::string_view piece, std::string_view characters) {
     auto const plain = decoded(piece);
     return plain && plain->find_first_of(characters) == npos &&
-           std::none_of(plain->begin(), plain->end(), isBlank);
+           std::none_of(plain->begin(), plain->end(), isBlankOrControl);
 }
 
 bool isPort(std::string_view text) {
     constexpr std::size_t longest = 5;
-    return text.size() <= longest && std::all_of(text.begin(), text.end(), isDigit) &&
+    return text.size() <= longest && std::all_of(text.begin(), text.end(), kit::isDigit) &&
            (text.empty() || std::stoi(std::string(text)) <= 65535);
 }
 
@@ -154,12 +143,12 @@ std::optional<std::string> harmlessParameters(std::string_view query) {
     return readable ? std::optional(kept) : std::nullopt;
 }
 
-/// Whether what stands before the `@` is a user and, perhaps, a password.
+/// Whether the text before the `@` is a user, perhaps with a password.
 bool isUser(std::string_view credentials) {
     return isFreeOf(credentials.substr(0, credentials.find(':')), ":/@?#[]=");
 }
 
-/// What follows the scheme, without its secrets; nothing on doubt.
+/// The address after the scheme, without its secrets; nothing if in doubt.
 std::optional<std::string> shown(std::string_view rest) {
     auto const at = rest.find('@');
     if (rest.find_first_of("#\\\"'") != npos || (at != npos && rest.find_first_of("/?") < at)) {

@@ -1,5 +1,7 @@
 #include "postgres/SqlNames.h"
 
+#include "kit/Text.h"
+
 #include <algorithm>
 
 namespace postgres {
@@ -171,15 +173,11 @@ constexpr std::string_view keywords[] = {"all",
                                          "xmlserialize",
                                          "xmltable"};
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
+using kit::isDigit;
 
-/// The server takes each byte of other letters than those of ASCII for a letter.
+/// The server takes each byte of characters beyond ASCII for a letter.
 bool isLetter(char character) {
-    char const lower = static_cast<char>(character | 32);
-    return (lower >= 'a' && lower <= 'z') || character == '_' ||
-           static_cast<unsigned char>(character) >= 0x80;
+    return kit::isLetter(character) || character == '_' || kit::isBeyondAscii(character);
 }
 
 bool isPlain(std::string_view name) {

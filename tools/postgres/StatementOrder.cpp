@@ -1,9 +1,9 @@
 #include "postgres/StatementOrder.h"
 
+#include "kit/Text.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -35,7 +35,7 @@ public:
 private:
     enum class State { UNKNOWN, UNDER_WAY, PLACED };
 
-    /// A statement on the way to its place, and how many of those that it needs were looked at.
+    /// A statement that is being placed, and how many of those that it needs have been visited.
     struct Step {
         std::size_t creation;
         std::size_t next;
@@ -45,10 +45,7 @@ private:
         if (!anySchema) {
             return schema + '\0' + name;
         }
-        std::string key = name;
-        std::transform(key.begin(), key.end(), key.begin(),
-                       [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
-        return key;
+        return kit::lowerCase(name);
     }
 
     /// Calls `take` with the key of each name in a creation's statement.
@@ -63,7 +60,7 @@ private:
         });
     }
 
-    /// The name by which a creation introduces itself is no need.
+    /// A creation doesn't need the name that it introduces.
     void findNeeds(std::size_t creation) {
         std::string const own = keyOf(creations[creation].schema, creations[creation].name);
         bool isIntroduced = false;
@@ -96,7 +93,7 @@ private:
         return known->second.count(keyOf(creations[other].schema, creations[other].name)) > 0;
     }
 
-    /// Goes down without recursion: a chain of views can be long.
+    /// Descends without recursion: a chain of views can be long.
     void place(std::size_t first) {
         std::vector<Step> way;
         enter(first, way);

@@ -1,10 +1,11 @@
 #include "qor/Formats.h"
 
 #include "database/SqlText.h"
-#include "exchange/DotWriter.h"
+#include "documents/DocumentKinds.h"
+#include "documents/DotWriter.h"
+#include "documents/MarkdownWriter.h"
 #include "exchange/FileKinds.h"
 #include "exchange/JsonWriter.h"
-#include "exchange/MarkdownWriter.h"
 #include "kit/ToolError.h"
 #include "qor/SafeText.h"
 #include "qor/Session.h"
@@ -30,8 +31,8 @@ std::vector<std::string> filesOf(std::vector<std::string> const& sources) {
 std::map<std::string, Format> const& formats() {
     static std::map<std::string, Format> const all = {
         {"json", {{"a graph in JSON", exchange::isGraphText}, exchange::writeJson}},
-        {"dot", {{"a Graphviz text", exchange::isDotText}, exchange::writeDot}},
-        {"markdown", {{"Markdown", exchange::isMarkdownText}, exchange::writeMarkdown}},
+        {"dot", {{"a Graphviz text", documents::isDotText}, documents::writeDot}},
+        {"markdown", {{"Markdown", documents::isMarkdownText}, documents::writeMarkdown}},
         {"sql", {{"SQL text", database::isSqlText}, nullptr}}};
     return all;
 }

@@ -83,8 +83,8 @@ void appendWord(std::string& name, std::string& word) {
     word.clear();
 }
 
-/// The words of the type in upper case, a blank between them; without what stands in parentheses, and without
-/// what tells of the sign alone.
+/// The words of the type in upper case with a blank between them, without the text in parentheses and without
+/// words for the sign.
 std::string nameOf(std::string_view declared) {
     std::string name;
     std::string word;
@@ -103,11 +103,7 @@ std::string nameOf(std::string_view declared) {
     return name;
 }
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
-/// The number at the beginning of a text, blanks aside; 0 if there is none, and the nearest int if it is too
+/// The number at the beginning of a text, after blanks; 0 if there is none, and the nearest int if it is too
 /// large.
 int leadingNumber(std::string_view text) {
     while (!text.empty() && database::isBlank(text.front())) {
@@ -119,7 +115,7 @@ int leadingNumber(std::string_view text) {
     }
     constexpr int highest = std::numeric_limits<int>::max();
     int number = 0;
-    for (; !text.empty() && isDigit(text.front()); text.remove_prefix(1)) {
+    for (; !text.empty() && kit::isDigit(text.front()); text.remove_prefix(1)) {
         int const digit = text.front() - '0';
         number = number > (highest - digit) / 10 ? highest : number * 10 + digit;
     }

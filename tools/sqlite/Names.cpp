@@ -1,5 +1,7 @@
 #include "sqlite/Names.h"
 
+#include "kit/Text.h"
+
 #include <algorithm>
 
 #include <sqlite3.h>
@@ -8,8 +10,8 @@ namespace sqlite {
 namespace {
 
 bool isPlainWord(std::string_view name) {
-    auto const isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
-    auto const isPart = [&](char c) { return isLetter(c) || (c >= '0' && c <= '9'); };
+    auto const isLetter = [](char c) { return kit::isLetter(c) || c == '_'; };
+    auto const isPart = [&](char c) { return isLetter(c) || kit::isDigit(c); };
     return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isPart) &&
            !sqlite3_keyword_check(name.data(), static_cast<int>(name.size()));
 }

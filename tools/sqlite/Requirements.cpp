@@ -2,12 +2,11 @@
 
 #include "database/SqlTokens.h"
 #include "sqlite/Names.h"
+#include "sqlite/Scratch.h"
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <set>
-#include <sqlite3.h>
 
 namespace sqlite {
 namespace {
@@ -22,47 +21,6 @@ using database::Structure;
 using database::Table;
 using database::TableKind;
 using database::Token;
-
-/// A database in memory that statements are tried on.
-class Trial {
-public:
-    Trial() {
-        sqlite3* handle = nullptr;
-        sqlite3_open(":memory:", &handle);
-        connection.reset(handle);
-    }
-
-    /// What SQLite says against a statement that isn't run; empty if it says nothing that counts.
-    std::string problem(std::string const& sql) const {
-        sqlite3_stmt* statement = nullptr;
-        char const* rest = nullptr;
-        int const code = sqlite3_prepare_v2(connection.get(), sql.c_str(), -1, &statement, &rest);
-        sqlite3_finalize(statement);
-        std::string const text = code == SQLITE_OK ? "" : sqlite3_errmsg(connection.get());
-        for (char const* unknown : {"no such function", "no such module", "no such collation"}) {
-            if (text.compare(0, std::string(unknown).size(), unknown) == 0) {
-                return "";
-            }
-        }
-        bool const isOne = code != SQLITE_OK || database::tokenize(rest).empty();
-        return isOne ? text : "more than one statement";
-    }
-
-    /// The same of a statement that needs the table or view which another one makes.
-    std::string problem(std::string const& needed, std::string const& sql) const {
-        sqlite3_exec(connection.get(), "BEGIN", nullptr, nullptr, nullptr);
-        sqlite3_exec(connection.get(), needed.c_str(), nullptr, nullptr, nullptr);
-        std::string const text = problem(sql);
-        sqlite3_exec(connection.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-        return text;
-    }
-
-private:
-    struct Closer {
-        void operator()(sqlite3* handle) const { sqlite3_close(handle); }
-    };
-    std::unique_ptr<sqlite3, Closer> connection;
-};
 
 template <class Records, class Keep>
 void keepIf(Records& records, Keep const& keep) {
@@ -107,7 +65,7 @@ private:
     /// An expression as it will be written.
     static std::string written(std::string const& sql) { return database::trimmedSql(sql); }
 
-    /// A table of the same columns, with nothing but their names, and what else is told.
+    /// A table of the same columns, with only their names, and `more`.
     static std::string skeleton(Table const& table, std::string const& more,
                                 Column const* without = nullptr) {
         std::string parts;
@@ -146,15 +104,15 @@ private:
         std::string const part = quoteName(column.name) + " AS (" + written(column.defaultValue) + ")";
         std::string const sql = table.columns.size() > 1 ? skeleton(table, part, &column)
                                                          : "CREATE TABLE t(\"another column\", " + part + ")";
-        return accepts(trial.problem(sql), "that " + name + " is computed", column.defaultValue);
+        return accepts(scratch.problem(sql), "that " + name + " is computed", column.defaultValue);
     }
 
-    /// A plain value stands there without parentheses, in which a name would be a column's.
+    /// A plain value has no parentheses; in parentheses, a name would be that of a column.
     bool takesDefault(Column const& column, std::string const& name) {
         std::string const value = written(column.defaultValue);
         bool const isPlain = database::tokenize(value).size() < 3 &&
-                             trial.problem("CREATE TABLE t(a DEFAULT " + value + ")").empty();
-        return isPlain || accepts(trial.problem("CREATE TABLE t(a DEFAULT (" + value + "))"),
+                             scratch.problem("CREATE TABLE t(a DEFAULT " + value + ")").empty();
+        return isPlain || accepts(scratch.problem("CREATE TABLE t(a DEFAULT (" + value + "))"),
                                   "default of " + name, column.defaultValue);
     }
 
@@ -173,7 +131,7 @@ private:
         auto const drop = [&](char const* extra, std::string const& part) {
             std::string const* const value = findExtra(key.extras, extra);
             std::string const text = value ? *value : "";
-            if (value && !accepts(trial.problem(skeleton(table, part + text + closing(extra))),
+            if (value && !accepts(scratch.problem(skeleton(table, part + text + closing(extra))),
                                   std::string(extra) + " of " + name, text)) {
                 erase(key.extras, extra);
             }
@@ -183,7 +141,7 @@ private:
             drop("deferrable", "FOREIGN KEY (" + list + ") REFERENCES t DEFERRABLE ");
             std::string const* const told = findExtra(key.extras, "references");
             return !told ||
-                   accepts(trial.problem(skeleton(table, "FOREIGN KEY (" + list + ") REFERENCES " + *told)),
+                   accepts(scratch.problem(skeleton(table, "FOREIGN KEY (" + list + ") REFERENCES " + *told)),
                            name, *told);
         }
         drop("columns", "UNIQUE (");
@@ -206,7 +164,7 @@ private:
         return quoteNames(names);
     }
 
-    /// A primary key that stands with its column. AUTOINCREMENT goes with a plain INTEGER alone.
+    /// A primary key that is declared with its column. Only a plain INTEGER has AUTOINCREMENT.
     void meetColumnKey(Table const& table, Key& key, std::string const& name) {
         std::string const* const order = findExtra(key.extras, "order");
         if (order && !equalIgnoringCase(*order, "ASC") && !equalIgnoringCase(*order, "DESC")) {
@@ -269,7 +227,7 @@ private:
             return true;
         }
         Table const& table = tableAt(check.table);
-        return accepts(trial.problem(skeleton(table, "CHECK (" + written(check.expression) + ")")),
+        return accepts(scratch.problem(skeleton(table, "CHECK (" + written(check.expression) + ")")),
                        "check " + check.name + " of " + table.name, check.expression);
     }
 
@@ -293,35 +251,35 @@ private:
         }
         std::string const sql = "CREATE INDEX \"an index\" ON " + quoteName(table.name) + "(" + members +
                                 ")" + (where ? " WHERE " + written(*where) : "");
-        return accepts(trial.problem(skeleton(table, ""), sql), "index " + index.name, sql);
+        return accepts(scratch.problem(skeleton(table, ""), sql), "index " + index.name, sql);
     }
 
-    /// One that can't be read has no query any more.
+    /// Removes the query of a view that SQLite can't read.
     void meetViews() {
         for (Table& table : structure.tables) {
             if (table.kind == TableKind::TABLE) {
                 continue;
             }
-            std::string const problem = trial.problem("CREATE VIEW v AS " + table.statement);
+            std::string const problem = scratch.problem("CREATE VIEW v AS " + table.statement);
             if (!accepts(problem, "view " + table.name, table.statement)) {
                 table.statement.clear();
             }
         }
     }
 
-    /// A trigger must be on its own table, of which the statement might tell another name.
+    /// The statement of a trigger must name the table of the trigger.
     bool takesTrigger(database::Trigger const& trigger) {
         Table const& table = tableAt(trigger.table);
         std::string const name = quoteName(table.name);
         std::string const needed =
             table.kind == TableKind::TABLE ? skeleton(table, "") : "CREATE VIEW " + name + " AS SELECT 1";
-        return accepts(trial.problem(needed, trigger.statement),
+        return accepts(scratch.problem(needed, trigger.statement),
                        "trigger " + trigger.name + " of " + table.name, trigger.statement);
     }
 
     Structure& structure;
     std::vector<Omission>& omissions;
-    Trial trial;
+    Scratch scratch;
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "sqlite/Scratch.h"
 
+#include "database/SqlTokens.h"
 #include "kit/ToolError.h"
 #include "sqlite/Names.h"
 
@@ -49,6 +50,27 @@ std::string Scratch::takeView(std::string const& sql, std::string const& name) {
         problem = run("EXPLAIN SELECT * FROM " + quoteName(name));
     }
     return problem.empty() ? run("RELEASE step") : undo(problem);
+}
+
+std::string Scratch::problem(std::string const& sql) const {
+    sqlite3_stmt* statement = nullptr;
+    char const* rest = nullptr;
+    int const code = sqlite3_prepare_v2(connection.get(), sql.c_str(), -1, &statement, &rest);
+    sqlite3_finalize(statement);
+    std::string const text = code == SQLITE_OK ? "" : sqlite3_errmsg(connection.get());
+    for (char const* unknown : {"no such function", "no such module", "no such collation"}) {
+        if (text.compare(0, std::string(unknown).size(), unknown) == 0) {
+            return "";
+        }
+    }
+    bool const isOne = code != SQLITE_OK || database::tokenize(rest).empty();
+    return isOne ? text : "more than one statement";
+}
+
+std::string Scratch::problem(std::string const& needed, std::string const& sql) {
+    run("SAVEPOINT step");
+    run(needed);
+    return undo(problem(sql));
 }
 
 } // namespace sqlite

@@ -20,6 +20,13 @@ public:
     /// Runs the statement that creates a view, and also refuses it if the view can't be used.
     std::string takeView(std::string const& sql, std::string const& name);
 
+    /// Returns SQLite's message against a statement, which isn't run; an empty text if it has none.
+    /// Functions, modules and collations that SQLite doesn't know are no problem, more than one statement is.
+    std::string problem(std::string const& sql) const;
+    /// The same of a statement that needs a table or view; `needed` creates it. Leaves the database as it
+    /// was.
+    std::string problem(std::string const& needed, std::string const& sql);
+
 private:
     struct Closer {
         void operator()(sqlite3* handle) const;

@@ -18,7 +18,7 @@ using kit::ToolError;
 
 constexpr int lockTimeoutMilliseconds = 1000;
 
-/// The location without links and "..": beside it lie the files of unfinished changes.
+/// The location without links and "..": the files of unfinished changes are beside it.
 std::string locationOf(std::string const& path) {
     struct Free {
         void operator()(char* text) const { std::free(text); }
@@ -35,9 +35,8 @@ bool hasContent(std::string const& path) {
     return stat(path.c_str(), &status) == 0 && status.st_size > 0;
 }
 
-bool isPlain(unsigned char character) {
-    bool const isLetter = (character | 32) >= 'a' && (character | 32) <= 'z';
-    return isLetter || (character >= '0' && character <= '9') || std::strchr("/._-", character);
+bool isPlain(char character) {
+    return kit::isLetter(character) || kit::isDigit(character) || std::strchr("/._-", character);
 }
 
 std::string uriOf(std::string const& location, bool immutable) {
@@ -61,7 +60,7 @@ void moduleOfFunction(sqlite3_context* context, int, sqlite3_value** arguments) 
     sqlite3_result_text(context, module.c_str(), -1, SQLITE_TRANSIENT);
 }
 
-/// What stands in for functions of applications, which nothing that is read here runs.
+/// Replaces functions of applications; nothing that is read here calls them.
 void refuseScalar(sqlite3_context* context, int, sqlite3_value**) {
     sqlite3_result_error(context, "only the application has this function", -1);
 }
@@ -76,12 +75,12 @@ int compareBytes(void*, int leftSize, void const* left, int rightSize, void cons
     return order != 0 ? order : leftSize - rightSize;
 }
 
-/// Stands in for a collation of the application.
+/// Replaces a collation of the application.
 void provideCollation(void*, sqlite3* handle, int encoding, char const* name) {
     sqlite3_create_collation(handle, name, encoding, nullptr, compareBytes);
 }
 
-/// The function of which SQLite says that its own one takes other arguments; empty if it says something else.
+/// The function in SQLite's message that its own function takes other arguments; empty for other messages.
 std::string overloadedFunction(std::string const& message) {
     constexpr std::string_view words = "wrong number of arguments to function ";
     std::size_t const start = message.find(words);
@@ -107,7 +106,7 @@ std::string versionText(std::uint32_t number) {
            std::to_string(number % 1000);
 }
 
-/// A change that lies beside the file makes its size say nothing.
+/// The size of a file means nothing while a change is in a file beside it.
 void checkSize(FileHeader const& header, std::string const& name) {
     if (header.fileSize == 0) {
         return;
@@ -143,7 +142,8 @@ Database::Database(std::string const& path) : file(path) {
     checkSchema(header.neededSize != 0 || header.fileSize == 0);
 }
 
-/// A file at rest is opened as immutable, which needs no locks and leaves no files beside it.
+/// A file without unfinished changes is opened as immutable, which needs no locks and leaves no files beside
+/// it.
 void Database::open(std::string const& location, bool immutable) {
     sqlite3* handle = nullptr;
     int const code = sqlite3_open_v2(uriOf(location, immutable).c_str(), &handle,
@@ -199,8 +199,8 @@ void Database::run(char const* sql) {
     }
 }
 
-/// SQLite checks calls in the schema by the number of arguments, so that a function of the application with
-/// the name of one of its own must be stood in for.
+/// SQLite checks the number of arguments of calls in the schema, so a function of the application that has
+/// the name of a function of SQLite must be replaced.
 void Database::loadSchema() {
     for (;;) {
         int const code =
@@ -216,8 +216,9 @@ void Database::loadSchema() {
     }
 }
 
-/// Where the header doesn't tell how many pages there must be, only a look at all of them does. That look
-/// must not compute the conditions of the tables, which may call what only the application has.
+/// Where the header doesn't have the number of pages, all pages must be read to find out whether any is
+/// missing. Reading them must not compute the conditions of the tables, which may call functions of the
+/// application.
 void Database::checkSchema(bool sizeKnown) {
     run("PRAGMA ignore_check_constraints = ON");
     try {
@@ -233,7 +234,7 @@ void Database::checkSchema(bool sizeKnown) {
     }
 }
 
-/// Whether the file is of a newer SQLite, whose statements this one may not know.
+/// Whether a newer SQLite wrote the file, whose statements this one may not know.
 bool Database::isNewer() const {
     return writerNumber > static_cast<std::uint32_t>(sqlite3_libversion_number());
 }

@@ -1,20 +1,18 @@
-#include "exchange/DotWriter.h"
+#include "documents/DotWriter.h"
 
+#include "database/ModelReader.h"
 #include "exchange/JsonText.h"
-#include "kit/Numbering.h"
 #include "kit/Owners.h"
 #include "kit/Reflection.h"
 
-#include <qor/QORFeature.h>
-#include <qor/QORType.h>
-
+#include <algorithm>
 #include <ostream>
 #include <string>
 
-namespace exchange {
+namespace documents {
 namespace {
 
-/// How objects of a class stand for arrows: the way over link ends to the boxes at either end.
+/// How the objects of a class become arrows: the ways over link ends to the boxes at both ends.
 struct Relation {
     QORElementType type;
     char const* tail;
@@ -23,7 +21,6 @@ struct Relation {
 };
 
 constexpr Relation relations[] = {
-    {QORElementType::FOREIGN_KEY, "associatedClass", "candidateKey.associatedClass", "arrowhead=normal"},
     {QORElementType::GENERALIZATION, "subtypeClass", "supertypeClass", "arrowhead=empty"},
     {QORElementType::DEPENDENCY, "clientClass", "supplierClass", "arrowhead=vee, style=dashed"},
     {QORElementType::REALIZATION, "realizationClass", "specificationClass", "arrowhead=empty, style=dashed"},
@@ -33,15 +30,15 @@ constexpr Relation relations[] = {
      "arrowhead=vee, style=bold"},
 };
 
-/// A text as a quoted string, in which "\l" and the like are what the drawing program makes of them.
+/// A text as a quoted string, in which the drawing program interprets "\l" and the like.
 std::string quotedText(std::string const& text) {
     return '"' + text + '"';
 }
 
-/// A name as part of a label: nothing in it has a meaning of its own.
-std::string label(QORString const& name) {
+/// A name as part of a label: characters that would have a meaning there are escaped.
+std::string label(std::string_view name) {
     std::string text;
-    for (char const character : printable(kit::view(name))) {
+    for (char const character : exchange::printable(name)) {
         if (std::string_view("\"\\{}|<>").find(character) != std::string_view::npos) {
             text += '\\';
         }
@@ -52,7 +49,12 @@ std::string label(QORString const& name) {
 
 class Drawing {
 public:
-    Drawing(QORObject& root, std::ostream& stream) : numbering(root), owners(numbering), out(stream) {}
+    Drawing(QORObject& root, std::ostream& stream)
+        : numbering(root), owners(numbering), read(database::readDocument(numbering)),
+          records(numbering.objects().size(), -1), out(stream) {
+        note(read.tables);
+        note(read.keys);
+    }
 
     void write() {
         out << "digraph {\nrankdir=LR;\nnode [shape=record];\n";
@@ -66,7 +68,16 @@ public:
     }
 
 private:
-    /// A package's frame is closed after all that it owns; a null object stands for that.
+    void note(std::vector<QORObject*> const& objects) {
+        for (std::size_t i = 0; i < objects.size(); ++i) {
+            records[numbering.numberOf(*objects[i])] = static_cast<int>(i);
+        }
+    }
+
+    /// The number of the table or key that an object is in the structure; -1 for none.
+    int recordOf(QORObject const& object) const { return records[numbering.numberOf(object)]; }
+
+    /// Writes the boxes of an object and of what it owns. A null object closes the frame of a package.
     void writeBoxes(QORObject& top) {
         std::vector<QORObject*> pending{&top};
         while (!pending.empty()) {
@@ -80,7 +91,7 @@ private:
                 writeBox(*object);
             } else if (object->isInstanceOf(QORElementType::PACKAGE)) {
                 out << "subgraph cluster_" << numbering.numberOf(*object)
-                    << " {\nlabel=" << quotedText(label(object->getName())) << ";\n";
+                    << " {\nlabel=" << quotedText(label(kit::view(object->getName()))) << ";\n";
                 pending.push_back(nullptr);
             }
             pushChildren(*object, pending);
@@ -102,13 +113,14 @@ private:
         pending.insert(pending.end(), children.rbegin(), children.rend());
     }
 
-    void writeBox(QORObject& classifier) {
-        std::string text = "{" + label(classifier.getName()) + "|";
-        QORMetaLink const* const features = classifier.getMetaClass()->getMetaLinkByRoleName("feature");
-        for (QORObject const* object : numbering.elements(classifier, *features)) {
-            text += label(object->getName());
-            if (QORType const* type = static_cast<QORFeature const*>(object)->getType()) {
-                text += " : " + label(type->getName());
+    void writeBox(QORObject const& classifier) {
+        database::Structure const& structure = read.structure;
+        database::Table const& table = structure.tables[static_cast<std::size_t>(recordOf(classifier))];
+        std::string text = "{" + label(table.name) + "|";
+        for (database::Column const& column : table.columns) {
+            text += label(column.name);
+            if (column.type >= 0) {
+                text += " : " + label(structure.types[static_cast<std::size_t>(column.type)].name);
             }
             text += "\\l";
         }
@@ -120,6 +132,10 @@ private:
     }
 
     void writeArrows(QORObject& object) {
+        if (database::Key const* const key = drawnKey(object)) {
+            writeArrow(tableAt(key->table), tableAt(key->referredTable), object.getName(),
+                       "arrowhead=normal");
+        }
         for (Relation const& relation : relations) {
             if (!object.isInstanceOf(relation.type)) {
                 continue;
@@ -138,17 +154,30 @@ private:
         }
     }
 
+    /// The foreign key that an object is, if both of its tables are known.
+    database::Key const* drawnKey(QORObject const& object) const {
+        if (!object.isInstanceOf(QORElementType::FOREIGN_KEY) || recordOf(object) < 0) {
+            return nullptr;
+        }
+        database::Key const& key = read.structure.keys[static_cast<std::size_t>(recordOf(object))];
+        return key.referredTable < 0 ? nullptr : &key;
+    }
+
+    QORObject const& tableAt(int number) const { return *read.tables[static_cast<std::size_t>(number)]; }
+
     /// Whether a foreign key that carries out the association has an arrow already.
     bool isDrawnAsKey(QORObject& association) const {
-        return !follow(association, "associationRole.foreignKey.candidateKey.associatedClass").empty();
+        std::vector<QORObject*> const keys = follow(association, "associationRole.foreignKey");
+        return std::any_of(keys.begin(), keys.end(),
+                           [this](QORObject const* key) { return drawnKey(*key) != nullptr; });
     }
 
     void writeArrow(QORObject const& tail, QORObject const& head, QORString const& name, char const* style) {
-        out << nodeOf(tail) << " -> " << nodeOf(head) << " [label=" << quotedText(label(name)) << ", "
-            << style << "];\n";
+        out << nodeOf(tail) << " -> " << nodeOf(head) << " [label=" << quotedText(label(kit::view(name)))
+            << ", " << style << "];\n";
     }
 
-    /// What lies at the end of a way, told as roles with dots between.
+    /// The objects at the end of a way, which is written as roles with dots between them.
     std::vector<QORObject*> follow(QORObject& start, std::string way) const {
         std::vector<QORObject*> reached{&start};
         while (!way.empty()) {
@@ -168,6 +197,8 @@ private:
 
     kit::Numbering numbering;
     kit::Owners owners;
+    database::DocumentStructure read;
+    std::vector<int> records; ///< by the number of the object
     std::ostream& out;
 };
 
@@ -177,4 +208,4 @@ void writeDot(QORObject& root, std::ostream& out) {
     Drawing(root, out).write();
 }
 
-} // namespace exchange
+} // namespace documents
