@@ -77,7 +77,7 @@ void addExportVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ExportOptions>();
     CLI::App* const verb = program.add_subcommand("export", "Write a graph in another format");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, sourceHelp)->required();
+    verb->add_option("FILE", options->source, sourceHelp())->required();
     verb->add_option("--format", options->format,
                      "json, dot for a drawing with Graphviz, markdown for a page of tables, or sql for the\n"
                      "statements that create the database")
