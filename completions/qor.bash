@@ -1,5 +1,11 @@
 # Completes the verbs, options, formats and files of qor in bash.
 
+# The values that the help of a verb lists for an option: PROGRAM VERB OPTION.
+_qor_values() {
+    local program=${1/#\~\//$HOME/}
+    "$program" "$2" --help 2>/dev/null | sed -n "s/^ *$3 [A-Z]*:{\([^}]*\)}.*/\1/p" | tr , ' '
+}
+
 _qor() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local verb='' i
@@ -26,9 +32,7 @@ _qor() {
 
     # What the option before this word takes.
     case $verb:$previous in
-    export:--format) words='json dot markdown sql' ;;
-    export:--dialect) words='sqlite postgresql' ;;
-    diff:--format) words='text json' ;;
+    *:--format | export:--dialect) words=$(_qor_values "${COMP_WORDS[0]}" "$verb" "$previous") ;;
     recode:--from | recode:--to) words=$(iconv -l 2>/dev/null | sed 's|//||') ;;
     show:--path | diff:--rename) return ;; # names of the graph's own
     *:--output | *:-o | diff:--renames) ;;

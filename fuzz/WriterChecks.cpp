@@ -9,8 +9,7 @@
 #include "kit/Statistics.h"
 #include "kit/ToolError.h"
 #include "kit/TreePrinter.h"
-#include "postgres/SqlWriter.h"
-#include "sqlite/SqlWriter.h"
+#include "qor/Dialects.h"
 
 #include <qor/QORModel.h>
 
@@ -90,11 +89,8 @@ void runStatements(std::string const& sql, Faults& faults) {
 std::string sqlOf(QORModel& model, char const* dialect) {
     database::Structure const structure = database::readModel(model);
     std::ostringstream out;
-    if (std::string(dialect) == "sqlite") {
-        sqlite::writeSqliteSql(structure, out);
-    } else {
-        postgres::writePostgresSql(structure, out);
-    }
+    database::Dialects const& all = qorprogram::dialects();
+    all.write(structure, all.named(dialect), out);
     return out.str();
 }
 

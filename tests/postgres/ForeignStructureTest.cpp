@@ -4,8 +4,9 @@
 #include "PostgresServer.h"
 #include "TemporaryFolder.h"
 #include "postgres/Connection.h"
-#include "postgres/SqlWriter.h"
+#include "postgres/PostgresDialect.h"
 #include "postgres/StructureReader.h"
+#include "qor/Dialects.h"
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/StructureReader.h"
 
@@ -53,7 +54,7 @@ struct Taken {
 Taken take(Structure const& structure) {
     Taken taken;
     std::ostringstream out;
-    taken.omissions = postgres::writePostgresSql(structure, out);
+    taken.omissions = qorprogram::dialects().write(structure, postgres::postgresDialect(), out);
     taken.sql = out.str();
     std::string const name = server().makeDatabase();
     server().run(name, taken.sql);
@@ -301,7 +302,9 @@ TEST(ForeignStructure, ViewsYieldTheSameRows) {
         statements.push_back("CREATE VIEW v" + std::to_string(i) + " AS " + selects[i]);
     }
     std::ostringstream out;
-    EXPECT_THAT(linesOf(postgres::writePostgresSql(structureOf(statements), out)), IsEmpty());
+    EXPECT_THAT(
+        linesOf(qorprogram::dialects().write(structureOf(statements), postgres::postgresDialect(), out)),
+        IsEmpty());
     std::string const name = server().makeDatabase(out.str());
     Sqlite file(":memory:");
     for (std::string const& statement : statements) {
@@ -342,7 +345,7 @@ TEST(ForeignStructure, DepthEndsNothing) {
     addView("n", "SELECT " + nots + "a FROM t");
     addView("m", "SELECT " + std::string(100000, '~') + "a FROM t");
     addView("c", "SELECT a FROM c");
-    postgres::ForeignStructure const foreign = postgres::translateStructure(structure);
+    postgres::ForeignStructure const foreign = postgres::translateStructure(structure, {});
     EXPECT_EQ(foreign.structure.tables.size(), static_cast<std::size_t>(count) + 1);
     EXPECT_THAT(linesOf(foreign.ofObjects),
                 UnorderedElementsAre("view p: it is nested too deeply", "view n: it is nested too deeply",
@@ -662,7 +665,7 @@ private:
 /// What the server says against the SQL of a database; empty if it takes all.
 std::string problemOf(Statements const& statements, std::string const& name) {
     std::ostringstream out;
-    postgres::writePostgresSql(structureOf(statements), out);
+    qorprogram::dialects().write(structureOf(statements), postgres::postgresDialect(), out);
     try {
         server().run(name, "BEGIN;" + out.str() + "ROLLBACK;");
         return "";
@@ -702,7 +705,7 @@ TEST(ForeignStructure, AllThatIsWrittenOfARandomDatabaseLoads) {
         std::string const problem = problemOf(statements, name);
         ASSERT_EQ(problem, "") << "seed " << i << "\n" << shrunk(statements, name);
         std::ostringstream out;
-        postgres::writePostgresSql(structureOf(statements), out);
+        qorprogram::dialects().write(structureOf(statements), postgres::postgresDialect(), out);
         views += out.str().find("\nCREATE VIEW ") != std::string::npos;
     }
     EXPECT_GT(views, count / 4); // or nothing would be tried

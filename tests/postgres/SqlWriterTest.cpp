@@ -6,8 +6,10 @@
 #include "database/ModelBuilder.h"
 #include "database/ModelReader.h"
 #include "postgres/Connection.h"
+#include "postgres/PostgresDialect.h"
 #include "postgres/SqlNames.h"
 #include "postgres/StructureReader.h"
+#include "qor/Dialects.h"
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/StructureReader.h"
 
@@ -35,7 +37,7 @@ Structure readFrom(std::string const& name) {
 
 std::string sqlOf(Structure const& structure) {
     std::ostringstream out;
-    postgres::writePostgresSql(structure, out);
+    qorprogram::dialects().write(structure, postgres::postgresDialect(), out);
     return out.str();
 }
 

@@ -20,7 +20,7 @@ using Words = std::vector<std::string>;
 Words offered(Words words, std::string const& folder = "/") {
     words.insert(words.begin(), {"/usr/bin/env", "bash", "-c",
                                  "source \"$1\"; cd \"$2\"; shift 2\n"
-                                 "COMP_WORDS=(qor \"$@\"); COMP_CWORD=$#\n"
+                                 "COMP_WORDS=(" QOR_TOOL " \"$@\"); COMP_CWORD=$#\n"
                                  "_qor; printf '%s\\n' \"${COMPREPLY[@]}\"",
                                  "bash", QOR_SOURCE_DIR "/completions/qor.bash", folder});
     ProgramResult const result = runProgram(words);

@@ -42,4 +42,12 @@ TEST(Sources, AddressIsShownWithoutWhatIsNotKnownToBeHarmless) {
     EXPECT_EQ(shownAddress("mysql%3A%2F%2Fsecret"), "mysql://***");
 }
 
+TEST(Sources, HelpNamesEachKindWithWhatItIsKnownBy) {
+    EXPECT_EQ(qorprogram::sourceHelp(), "One of these sources, which is never written:\n"
+                                        "PostgreSQL database: a URL such as postgresql://user@host/name\n"
+                                        "graph in JSON on the standard input: -\n"
+                                        "graph in JSON: the suffix .json, or { as the first character\n"
+                                        "SQLite database: any other file");
+}
+
 } // namespace

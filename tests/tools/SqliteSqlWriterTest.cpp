@@ -7,7 +7,9 @@
 #include "database/ModelBuilder.h"
 #include "database/ModelReader.h"
 #include "exchange/JsonWriter.h"
+#include "qor/Dialects.h"
 #include "sqlite/SqliteDatabase.h"
+#include "sqlite/SqliteDialect.h"
 #include "sqlite/StructureReader.h"
 
 #include <qor/QORModel.h>
@@ -28,7 +30,7 @@ database::Structure structureOf(std::string const& path) {
 
 std::string sqlOf(database::Structure const& structure) {
     std::ostringstream out;
-    sqlite::writeSqliteSql(structure, out);
+    qorprogram::dialects().write(structure, sqlite::sqliteDialect(), out);
     return out.str();
 }
 
@@ -392,7 +394,7 @@ TEST_F(ForeignStructure, WhatSqliteRefusesIsLeftOutWithItsReason) {
 TEST_F(ForeignStructure, OmissionsAreReturnedAsTheyAreToldInTheSql) {
     all = everyRecord();
     std::ostringstream out;
-    database::Omissions const omissions = sqlite::writeSqliteSql(all, out);
+    database::Omissions const omissions = qorprogram::dialects().write(all, sqlite::sqliteDialect(), out);
     ASSERT_GT(omissions.size(), 10u);
     std::size_t last = 0;
     for (database::Omission const& omission : omissions) {

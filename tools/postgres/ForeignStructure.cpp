@@ -77,7 +77,7 @@ struct Pair {
 
 class Translation {
 public:
-    explicit Translation(Structure const& toTranslate) : from(toTranslate) {}
+    Translation(Structure const& toTranslate, Habits const& ofSystem) : from(toTranslate), habits(ofSystem) {}
 
     ForeignStructure run();
 
@@ -136,6 +136,7 @@ private:
     enum class State { WAITING, UNDER_WAY, DONE, LEFT_OUT };
 
     Structure const& from;
+    Habits const habits; ///< of the system that the structure comes from
     ForeignStructure result;
     std::vector<int> tables; ///< the new number of each table, -1 for one that is left out
     std::vector<std::vector<std::string>> types; ///< of each column of each table, as PostgreSQL calls them
@@ -347,7 +348,7 @@ void Translation::setTypes() {
 
 // ---- columns -----------------------------------------------------------------------------------------
 
-/// SQLite numbers the rows by a primary key that is declared as INTEGER alone.
+/// Some systems number the rows by a primary key that is declared as INTEGER alone.
 bool Translation::isRowNumber(Key const& key) const {
     if (key.kind != KeyKind::PRIMARY || key.columns.size() != 1 || !isThere(key.table)) {
         return false;
@@ -357,7 +358,7 @@ bool Translation::isRowNumber(Key const& key) const {
     }
     Table const& table = from.tables[number(key.table)];
     int const type = table.columns[number(key.columns[0])].type;
-    return from.origin.system == "SQLite" && !findExtra(key.extras, "order") && type >= 0 &&
+    return habits.integerKeysNumberRows && !findExtra(key.extras, "order") && type >= 0 &&
            table.nativeKind.find("WITHOUT ROWID") == std::string::npos &&
            equalIgnoringCase(from.types[number(type)].declaration, "INTEGER");
 }
@@ -827,8 +828,8 @@ void Translation::leaveOutOthers() {
 
 } // namespace
 
-ForeignStructure translateStructure(Structure const& structure) {
-    return Translation(structure).run();
+ForeignStructure translateStructure(Structure const& structure, Habits const& habits) {
+    return Translation(structure, habits).run();
 }
 
 } // namespace postgres

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/Dialect.h"
 #include "database/Omission.h"
 #include "database/Structure.h"
 
@@ -19,6 +20,7 @@ struct ForeignStructure {
     database::Omissions ofTriggers;
 };
 
-ForeignStructure translateStructure(database::Structure const& structure);
+/// `habits` are those of the system that the structure comes from.
+ForeignStructure translateStructure(database::Structure const& structure, database::Habits const& habits);
 
 } // namespace postgres

@@ -124,7 +124,7 @@ void addDiffVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<DiffOptions>();
     CLI::App* const verb = program.add_subcommand("diff", "Report the differences between two graphs");
     verb->group("Verbs");
-    verb->add_option("A", options->before, sourceHelp)->required();
+    verb->add_option("A", options->before, sourceHelp())->required();
     verb->add_option("B", options->after, "The graph to compare A with")->required();
     verb->add_option("--format", options->format, "text or json")->check(CLI::IsMember({"text", "json"}));
     verb->add_option(

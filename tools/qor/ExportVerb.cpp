@@ -1,74 +1,78 @@
 #include "qor/Verbs.h"
 
-#include "database/ModelReader.h"
-#include "database/Omission.h"
-#include "database/SqlTokens.h"
 #include "kit/ToolError.h"
-#include "postgres/SqlWriter.h"
 #include "qor/Formats.h"
 #include "qor/Session.h"
 #include "qor/Sources.h"
-#include "sqlite/SqlWriter.h"
-
-#include <qor/QORModel.h>
 
 #include <CLI/CLI.hpp>
-#include <map>
 #include <memory>
 #include <ostream>
 
 namespace qorprogram {
 namespace {
 
-using SqlWriter = database::Omissions (*)(database::Structure const& structure, std::ostream& out);
-
-std::map<std::string, SqlWriter> const sqlWriters = {{"sqlite", sqlite::writeSqliteSql},
-                                                     {"postgresql", postgres::writePostgresSql}};
-
 struct ExportOptions {
     std::string source;
     std::string format;
-    std::string dialect;
+    std::map<std::string, std::string> ofFormats; ///< the options of all formats; empty where not set
     std::string output;
 };
 
-/// Without a dialect it is that of the system which the structure comes from.
-SqlWriter sqlWriterFor(ExportOptions const& options, database::Structure const& structure) {
-    std::string const dialect =
-        options.dialect.empty() ? database::lowerCase(structure.origin.system) : options.dialect;
-    auto const known = sqlWriters.find(dialect);
-    if (known == sqlWriters.end()) {
-        throw kit::ToolError(options.source, "comes from no known system, so --dialect must name one");
+/// The options that are set, which must be the format's own.
+std::map<std::string, std::string> optionsFor(kit::Format const& chosen, ExportOptions const& options) {
+    std::map<std::string, std::string> set;
+    for (kit::Format const& format : formats()) {
+        for (kit::FormatOption const& option : format.options) {
+            std::string const& value = options.ofFormats.at(option.name);
+            if (!value.empty() && format.name != chosen.name) {
+                throw kit::ToolError("--" + option.name, "is only for --format " + format.name);
+            }
+            if (!value.empty()) {
+                set[option.name] = value;
+            }
+        }
     }
-    return known->second;
-}
-
-void exportSql(ExportOptions const& options, kit::Graph const& graph, kit::Output const& output,
-               Session& session) {
-    if (!graph.root().isInstanceOf(QORElementType::MODEL)) {
-        throw kit::ToolError(options.source, "its root isn't a model, and only a model becomes SQL");
-    }
-    database::Structure const structure = database::readModel(static_cast<QORModel&>(graph.root()));
-    SqlWriter const write = sqlWriterFor(options, structure);
-    database::Omissions omissions;
-    output.write([&](std::ostream& out) { omissions = write(structure, out); });
-    for (database::Omission const& omission : omissions) {
-        session.remark(database::textOf(omission));
-    }
+    return set;
 }
 
 void exportGraph(ExportOptions const& options, Session& session) {
-    if (!options.dialect.empty() && options.format != "sql") {
-        throw kit::ToolError("--dialect", "is only for --format sql");
-    }
+    kit::Format const& format = *findFormat(options.format);
+    auto const ofFormat = optionsFor(format, options);
     kit::Output const output = outputOf(session, options.output, options.format, {options.source});
     kit::Graph const graph = loadSource(options.source, session);
-    if (options.format == "sql") {
-        exportSql(options, graph, output, session);
-        return;
+    kit::Writing const write = format.prepare({graph.root(), options.source, ofFormat});
+    std::vector<std::string> remarks;
+    output.write([&](std::ostream& out) { remarks = write(out); });
+    for (std::string const& remark : remarks) {
+        session.remark(remark);
     }
-    auto const write = formats().at(options.format).write;
-    output.write([&](std::ostream& out) { write(graph.root(), out); });
+}
+
+std::vector<std::string> formatNames() {
+    std::vector<std::string> names;
+    for (kit::Format const& format : formats()) {
+        names.push_back(format.name);
+    }
+    return names;
+}
+
+/// A help text lists them, and so does the completion of bash, which reads that.
+CLI::Validator isFormat() {
+    return {[](std::string const& format) {
+                return findFormat(format) ? std::string() : format + " isn't a format; see qor export --help";
+            },
+            "{" + CLI::detail::join(formatNames(), ",") + "}"};
+}
+
+void addFormatOptions(CLI::App& verb, ExportOptions& options) {
+    verb.add_option("--format", options.format, formatHelp())->required()->check(isFormat());
+    for (kit::Format const& format : formats()) {
+        for (kit::FormatOption const& option : format.options) {
+            verb.add_option("--" + option.name, options.ofFormats[option.name], option.help)
+                ->check(CLI::IsMember(option.values));
+        }
+    }
 }
 
 } // namespace
@@ -77,18 +81,8 @@ void addExportVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ExportOptions>();
     CLI::App* const verb = program.add_subcommand("export", "Write a graph in another format");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, sourceHelp)->required();
-    verb->add_option("--format", options->format,
-                     "json, dot for a drawing with Graphviz, markdown for a page of tables, or sql for the\n"
-                     "statements that create the database")
-        ->required()
-        ->check([](std::string const& format) {
-            return formats().count(format) ? std::string()
-                                           : format + " isn't a format; see qor export --help";
-        });
-    verb->add_option("--dialect", options->dialect,
-                     "The dialect of the SQL, sqlite or postgresql; the default is that of the database")
-        ->check(CLI::IsMember({"sqlite", "postgresql"}));
+    verb->add_option("FILE", options->source, sourceHelp())->required();
+    addFormatOptions(*verb, *options);
     addOutputOption(*verb, options->output, "Write to this file instead of the standard output");
     verb->add_flag("--quiet", session.quiet, quietHelp);
     verb->footer("\nExample:\n  qor export orchard.json --format dot -o orchard.dot\n  dot -Tsvg orchard.dot "

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "kit/OutputFile.h"
+#include "kit/Format.h"
 
-#include <iosfwd>
-#include <map>
 #include <string>
 #include <vector>
-
-class QORObject;
 
 namespace CLI {
 class App;
@@ -17,14 +13,14 @@ namespace qorprogram {
 
 class Session;
 
-/// A format that a graph can be written in.
-struct Format {
-    kit::FileKind kind;
-    void (*write)(QORObject& root, std::ostream& out); ///< null where more than the format says how
-};
+/// All formats that a graph can be written in.
+std::vector<kit::Format> const& formats();
 
-/// All formats by their names.
-std::map<std::string, Format> const& formats();
+/// The one of that name, or null.
+kit::Format const* findFormat(std::string const& name);
+
+/// The help text for the choice of a format: each with what it is for.
+std::string formatHelp();
 
 /// Adds the option -o to a verb, which takes the path of a file, or "-".
 void addOutputOption(CLI::App& verb, std::string& path, char const* help);

@@ -41,7 +41,7 @@ void addImportVerb(CLI::App& program, Session& session) {
     CLI::App* const verb =
         program.add_subcommand("import", "Read the schema of a database and print it, or write it as JSON");
     verb->group("Verbs");
-    verb->add_option("SOURCE", options->source, sourceHelp)->required();
+    verb->add_option("SOURCE", options->source, sourceHelp())->required();
     addOutputOption(*verb, options->output, "Write JSON to this file instead; - is the standard output");
     verb->add_flag("--stats", options->statistics, "Print the number of objects of each class instead")
         ->excludes("--output");

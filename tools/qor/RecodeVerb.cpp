@@ -68,7 +68,7 @@ void addRecodeVerb(CLI::App& program, Session& session) {
     CLI::App* const verb =
         program.add_subcommand("recode", "Convert the texts of a graph to another encoding");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, sourceHelp)->required();
+    verb->add_option("FILE", options->source, sourceHelp())->required();
     verb->add_option("--from", options->from, "The current encoding of the texts")->required();
     verb->add_option("--to", options->to, "The new encoding of the texts")->required();
     addOutputOption(*verb, options->output, "Write to this file instead of the standard output");

@@ -43,7 +43,7 @@ void addShowVerb(CLI::App& program, Session& session) {
     auto options = std::make_shared<ShowOptions>();
     CLI::App* const verb = program.add_subcommand("show", "Print a graph, or a part of it");
     verb->group("Verbs");
-    verb->add_option("FILE", options->source, sourceHelp)->required();
+    verb->add_option("FILE", options->source, sourceHelp())->required();
     auto* const tree =
         verb->add_flag("--tree", options->tree, "Print each object below its owner (the default)");
     verb->add_flag("--stats", options->statistics, "Print the number of objects of each class instead")

@@ -1,5 +1,6 @@
 #include "sqlite/Names.h"
 
+#include "database/SqlTokens.h"
 #include "kit/Text.h"
 
 #include <algorithm>
@@ -25,6 +26,24 @@ std::string inMarks(std::string_view text, char mark) {
     return result + mark;
 }
 
+bool isPlainType(std::string const& declared) {
+    using database::Token;
+    using database::TokenKind;
+    int parentheses = 0;
+    for (Token const& token : database::tokenize(declared)) {
+        bool const inside = parentheses == 1 && !token.isSymbol('(');
+        bool const plain = token.kind == TokenKind::WORD && quoteName(token.text) == token.text;
+        bool const keyword =
+            token.kind == TokenKind::WORD && database::equalIgnoringCase(token.text, "DATETIME");
+        parentheses += token.isSymbol('(') + token.isSymbol(')');
+        bool const behind = parentheses > 2 || (parentheses == 2 && !token.isSymbol(')'));
+        if (behind || (!inside && !token.isSymbol('(') && !plain && !keyword)) {
+            return false;
+        }
+    }
+    return parentheses == 0 || parentheses == 2;
+}
+
 } // namespace
 
 std::string quoteName(std::string_view name) {
@@ -37,6 +56,10 @@ std::string quoteNames(std::vector<std::string> const& names) {
         result += (result.empty() ? "" : ", ") + quoteName(name);
     }
     return result;
+}
+
+std::string quoteType(std::string const& declared) {
+    return isPlainType(declared) ? declared : quoteName(declared);
 }
 
 std::string quoteText(std::string_view text) {
