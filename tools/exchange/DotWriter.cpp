@@ -1,6 +1,6 @@
 #include "exchange/DotWriter.h"
 
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 #include "kit/Numbering.h"
 #include "kit/Owners.h"
 #include "kit/Reflection.h"
@@ -41,7 +41,7 @@ std::string quotedText(std::string const& text) {
 /// A name as part of a label: nothing in it has a meaning of its own.
 std::string label(QORString const& name) {
     std::string text;
-    for (char const character : printable(kit::view(name))) {
+    for (char const character : kit::printable(kit::view(name))) {
         if (std::string_view("\"\\{}|<>").find(character) != std::string_view::npos) {
             text += '\\';
         }

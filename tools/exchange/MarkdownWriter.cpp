@@ -1,8 +1,8 @@
 #include "exchange/MarkdownWriter.h"
 
-#include "exchange/JsonText.h"
 #include "exchange/TableKeys.h"
 #include "kit/GraphOrder.h"
+#include "kit/JsonText.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
 
@@ -25,7 +25,7 @@ namespace {
 /// A text on one line, in which nothing has a meaning in Markdown.
 std::string plain(QORString const& text) {
     std::string result;
-    for (char const character : printable(kit::view(text))) {
+    for (char const character : kit::printable(kit::view(text))) {
         if (std::string_view("\\`*_{}[]<>()#+-.!|~&").find(character) != std::string_view::npos) {
             result += '\\';
         }

@@ -3,9 +3,6 @@
 #include "kit/GraphOrder.h"
 #include "kit/Reflection.h"
 
-#include <qor/QORAliasType.h>
-#include <qor/QORPresentationElement.h>
-
 #include <cstdio>
 #include <ostream>
 #include <unordered_set>
@@ -30,19 +27,25 @@ std::string valueText(QORMetaAttribute const& attribute, QORString const& value)
     return isText ? quoted(view(value)) : std::string(view(value));
 }
 
+/// The object at the far end of a link to one object; null without one.
+QORObject const* farEnd(QORObject const& object, char const* role) {
+    QORMetaLink const* link = object.getMetaClass()->getMetaLinkByRoleName(role);
+    return link ? link->getLink(&const_cast<QORObject&>(object), 0) : nullptr;
+}
+
 /// An alias asks its type for its display name, which must be there and no alias in the end; a projection
 /// asks what it shows.
 bool hasDisplayName(QORObject const& object) {
     QORObject const* each = &object;
     if (object.isInstanceOf(QORElementType::PRESENTATION_ELEMENT)) {
-        each = static_cast<QORPresentationElement const&>(object).getSubjectModelObject();
+        each = farEnd(object, "subjectModelObject");
         if (!each || each->getName().length) {
             return true;
         }
     }
     constexpr int longestChain = 100;
     for (int i = 0; each && each->getElementType() == QORElementType::ALIAS_TYPE && i < longestChain; ++i) {
-        each = static_cast<QORAliasType const*>(each)->getAliasOfType();
+        each = farEnd(*each, "aliasOfType");
     }
     return each && each->getElementType() != QORElementType::ALIAS_TYPE &&
            (each == &object || !each->isInstanceOf(QORElementType::PRESENTATION_ELEMENT));
