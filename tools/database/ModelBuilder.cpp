@@ -1,5 +1,6 @@
 #include "database/ModelBuilder.h"
 
+#include "database/Enumerations.h"
 #include "database/IndexText.h"
 #include "database/KeyOrder.h"
 #include "database/SelectClauses.h"
@@ -55,59 +56,6 @@ void setVersion(QORDatabaseCatalog& catalog, std::string const& version) {
     catalog.setMajorVersion(major);
     catalog.setMinorVersion(minor);
     catalog.setTertiaryVersion(tertiary);
-}
-
-QORReferentialActionType modelAction(Action action) {
-    switch (action) {
-    case Action::RESTRICT:
-        return QORReferentialActionType::RESTRICT;
-    case Action::CASCADE:
-        return QORReferentialActionType::CASCADE;
-    case Action::SET_NULL:
-        return QORReferentialActionType::SET_NULL;
-    case Action::SET_DEFAULT:
-        return QORReferentialActionType::SET_DEFAULT;
-    case Action::NO_ACTION:
-        break;
-    }
-    return QORReferentialActionType::NONE;
-}
-
-QORTriggerType modelTime(TriggerTime time) {
-    return time == TriggerTime::BEFORE  ? QORTriggerType::BEFORE
-           : time == TriggerTime::AFTER ? QORTriggerType::AFTER
-                                        : QORTriggerType::INSTEAD_OF;
-}
-
-QORArgumentType modelMode(ArgumentMode mode) {
-    switch (mode) {
-    case ArgumentMode::OUT:
-        return QORArgumentType::OUT_MODE;
-    case ArgumentMode::IN_OUT:
-        return QORArgumentType::INOUT_MODE;
-    case ArgumentMode::RESULT_COLUMN:
-        return QORArgumentType::RETURN_MODE;
-    case ArgumentMode::IN:
-    case ArgumentMode::VARIADIC:
-        break;
-    }
-    return QORArgumentType::IN_MODE;
-}
-
-char const* nativeKind(TypeKind kind) {
-    switch (kind) {
-    case TypeKind::DOMAIN_TYPE:
-        return "DOMAIN";
-    case TypeKind::ENUMERATION:
-        return "ENUMERATION";
-    case TypeKind::COMPOSITE:
-        return "COMPOSITE";
-    case TypeKind::RANGE:
-        return "RANGE";
-    case TypeKind::BUILT_IN:
-        break;
-    }
-    return "";
 }
 
 QORViewSelectType selectType(std::string const& quantifier) {
@@ -348,7 +296,7 @@ private:
         made->setName(record.name.c_str());
         made->setComment(record.comment.c_str());
         made->setNativeDataType(record.declaration.c_str());
-        made->setNativeType(nativeKind(record.kind));
+        made->setNativeType(nativeKindOf(record.kind));
         made->setDataType(record.dataType.c_str());
         made->setLength(record.length);
         made->setScale(record.scale);
@@ -428,8 +376,7 @@ private:
     QORSQLViewEntity& buildView(Table const& record) {
         auto made = named<QORSQLViewEntity>(record);
         made->setNativeType(record.nativeKind.c_str());
-        made->setViewType(record.kind == TableKind::VIEW ? QORViewType::VIEW
-                                                         : QORViewType::MATERIALIZED_VIEW);
+        made->setViewType(modelViewType(record.kind));
         made->setViewStatement(record.statement.c_str());
         made->setViewStatementType(QORViewStatementType::SELECT);
         if (auto const clauses = splitSelect(record.statement)) {
@@ -774,7 +721,7 @@ private:
 
     void buildSequence(Sequence const& record) {
         auto made = named<QORClass>(record);
-        made->setNativeType("SEQUENCE");
+        made->setNativeType(sequenceKind);
         made->setCppMultiplicity("MUL_UNSPECIFIED");
         addClassifier(record, record.schema, std::move(made));
     }
@@ -813,7 +760,7 @@ private:
         if (overloaded) {
             made->setName(signature(record).c_str());
         }
-        made->setNativeType(record.procedure ? "PROCEDURE" : "FUNCTION");
+        made->setNativeType(record.procedure ? procedureKind : functionKind);
         made->setSemantics(record.statement.c_str());
         addExtras(*made, record.extras);
         QORDesignPackage& package = *at(packages, record.schema, "schema");
@@ -837,9 +784,7 @@ private:
         made->setPosition(position);
         made->setKind(modelMode(record.mode));
         made->setDefaultValue(record.defaultValue.c_str());
-        if (record.mode == ArgumentMode::VARIADIC) {
-            made->setNativeType("VARIADIC");
-        }
+        made->setNativeType(nativeKindOf(record.mode));
         addExtras(*made, record.extras);
         if (!argumentNames.insert(record.name).second) {
             made->setName("");

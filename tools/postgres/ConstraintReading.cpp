@@ -1,3 +1,4 @@
+#include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
 
@@ -8,14 +9,16 @@ using database::Action;
 using database::Check;
 using database::Key;
 using database::KeyKind;
+using database::TwoWay;
 
-Action actionOf(char letter) {
-    return letter == 'r'   ? Action::RESTRICT
-           : letter == 'c' ? Action::CASCADE
-           : letter == 'n' ? Action::SET_NULL
-           : letter == 'd' ? Action::SET_DEFAULT
-                           : Action::NO_ACTION;
-}
+constexpr TwoWay<Action, char, 5> actionLetters{{{Action::NO_ACTION, 'a'},
+                                                 {Action::RESTRICT, 'r'},
+                                                 {Action::CASCADE, 'c'},
+                                                 {Action::SET_NULL, 'n'},
+                                                 {Action::SET_DEFAULT, 'd'}}};
+
+constexpr TwoWay<KeyKind, char, 3> keyLetters{
+    {{KeyKind::FOREIGN, 'f'}, {KeyKind::PRIMARY, 'p'}, {KeyKind::UNIQUE, 'u'}}};
 
 constexpr char const* constraintSql = R"sql(
     SELECT n.contype AS kind, n.conrelid AS table, n.contypid AS type, n.conname AS name, {comment} AS comment,
@@ -124,7 +127,7 @@ void CatalogReader::readCheck(ConstraintRow const& row, int table, int type) {
 
 void CatalogReader::readKey(ConstraintRow const& row, int table) {
     Key key;
-    key.kind = row.kind == 'p' ? KeyKind::PRIMARY : row.kind == 'u' ? KeyKind::UNIQUE : KeyKind::FOREIGN;
+    key.kind = keyLetters.valueOf(row.kind);
     key.name = row.name;
     key.comment = row.comment;
     key.table = table;
@@ -155,8 +158,8 @@ void CatalogReader::readReference(ConstraintRow const& row, Key& key) {
     } else {
         addExtra(key.extras, "references", row.references);
     }
-    key.onUpdate = actionOf(row.onUpdate);
-    key.onDelete = actionOf(row.onDelete);
+    key.onUpdate = actionLetters.valueOf(row.onUpdate);
+    key.onDelete = actionLetters.valueOf(row.onDelete);
     addExtra(key.extras, "match", row.match == 'f' ? "FULL" : row.match == 'p' ? "PARTIAL" : "");
     addExtra(key.extras, "on delete columns", row.onDeleteColumns);
     addFlag(key.extras, "not valid", row.isNotValid);

@@ -1,3 +1,4 @@
+#include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
 
@@ -8,13 +9,11 @@ using database::Argument;
 using database::ArgumentMode;
 using database::Routine;
 
-ArgumentMode modeOf(char letter) {
-    return letter == 'o'   ? ArgumentMode::OUT
-           : letter == 'b' ? ArgumentMode::IN_OUT
-           : letter == 'v' ? ArgumentMode::VARIADIC
-           : letter == 't' ? ArgumentMode::RESULT_COLUMN
-                           : ArgumentMode::IN;
-}
+constexpr database::TwoWay<ArgumentMode, char, 5> modeLetters{{{ArgumentMode::IN, 'i'},
+                                                               {ArgumentMode::OUT, 'o'},
+                                                               {ArgumentMode::IN_OUT, 'b'},
+                                                               {ArgumentMode::VARIADIC, 'v'},
+                                                               {ArgumentMode::RESULT_COLUMN, 't'}}};
 
 /// The server prints the statements of functions and procedures, but not that of an aggregate.
 constexpr char const* aggregateStatement = R"sql((
@@ -162,7 +161,7 @@ void CatalogReader::readArguments() {
         }
         Argument argument;
         argument.name = row.name;
-        argument.mode = modeOf(row.mode);
+        argument.mode = modeLetters.valueOf(row.mode);
         argument.defaultValue = row.defaultValue;
         argument.type = typeOf(row.type);
         structure.routines[static_cast<std::size_t>(routine->second)].arguments.push_back(

@@ -1,5 +1,6 @@
 #include "postgres/SqlWriter.h"
 
+#include "database/Enumerations.h"
 #include "database/Writable.h"
 #include "postgres/ArrayCasts.h"
 #include "postgres/CatalogKinds.h"

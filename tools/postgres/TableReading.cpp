@@ -1,3 +1,4 @@
+#include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
 
@@ -7,23 +8,21 @@ namespace {
 using database::Table;
 using database::TableKind;
 
+/// Partitioned and foreign tables are tables as well.
+constexpr database::TwoWay<TableKind, char, 3> kindLetters{
+    {{TableKind::TABLE, 'r'}, {TableKind::VIEW, 'v'}, {TableKind::MATERIALIZED_VIEW, 'm'}}};
+
 std::string nativeKindOf(char kind, bool unlogged, bool partition) {
     switch (kind) {
     case 'p':
         return "PARTITIONED TABLE";
     case 'f':
         return "FOREIGN TABLE";
-    case 'v':
-        return "VIEW";
-    case 'm':
-        return "MATERIALIZED VIEW";
+    case 'r':
+        return unlogged ? "UNLOGGED TABLE" : partition ? "PARTITION" : "TABLE";
     default:
-        return std::string(unlogged ? "UNLOGGED TABLE" : partition ? "PARTITION" : "TABLE");
+        return database::nativeKindOf(kindLetters.valueOf(kind));
     }
-}
-
-TableKind kindOf(char kind) {
-    return kind == 'v' ? TableKind::VIEW : kind == 'm' ? TableKind::MATERIALIZED_VIEW : TableKind::TABLE;
 }
 
 /// The SELECT of a view, without the blanks before it and the semicolon behind it.
@@ -109,7 +108,7 @@ Table tableOfRow(TableRow const& row, int schema) {
     Table table;
     table.name = row.name;
     table.schema = schema;
-    table.kind = kindOf(row.kind);
+    table.kind = kindLetters.valueOf(row.kind);
     table.nativeKind = nativeKindOf(row.kind, row.isUnlogged, row.isPartition);
     table.comment = row.comment;
     table.statement = trimmed(row.statement);

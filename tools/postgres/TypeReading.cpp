@@ -1,3 +1,4 @@
+#include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
 
@@ -200,13 +201,11 @@ constexpr char const* baseTypeSql = R"sql(
     WHERE t.typtype = 'b' AND t.oid >= 16384
     ORDER BY t.oid)sql";
 
-TypeKind kindOf(char letter) {
-    return letter == 'd'   ? TypeKind::DOMAIN_TYPE
-           : letter == 'e' ? TypeKind::ENUMERATION
-           : letter == 'c' ? TypeKind::COMPOSITE
-           : letter == 'r' ? TypeKind::RANGE
-                           : TypeKind::BUILT_IN;
-}
+constexpr database::TwoWay<TypeKind, char, 5> kindLetters{{{TypeKind::BUILT_IN, 'b'},
+                                                           {TypeKind::DOMAIN_TYPE, 'd'},
+                                                           {TypeKind::ENUMERATION, 'e'},
+                                                           {TypeKind::COMPOSITE, 'c'},
+                                                           {TypeKind::RANGE, 'r'}}};
 
 } // namespace
 
@@ -243,7 +242,7 @@ void CatalogReader::readTypes() {
         Type type;
         type.name = row.name;
         type.schema = schemaOf(row.schema);
-        type.kind = kindOf(row.kind);
+        type.kind = kindLetters.valueOf(row.kind);
         type.declaration = row.declaration;
         type.notNull = row.isNotNull;
         type.defaultValue = row.defaultValue;

@@ -1,5 +1,6 @@
 #include "sqlite/CreateStatements.h"
 
+#include "database/Enumerations.h"
 #include "database/SqlTokens.h"
 
 namespace sqlite {
@@ -363,20 +364,20 @@ private:
     }
 
     Action readAction() {
-        if (cursor.take("SET", "NULL")) {
-            return Action::SET_NULL;
+        for (Action const action :
+             {Action::SET_NULL, Action::SET_DEFAULT, Action::CASCADE, Action::RESTRICT, Action::NO_ACTION}) {
+            if (takeWords(database::textOf(action))) {
+                return action;
+            }
         }
-        if (cursor.take("SET", "DEFAULT")) {
-            return Action::SET_DEFAULT;
-        }
-        if (cursor.take("CASCADE")) {
-            return Action::CASCADE;
-        }
-        if (cursor.take("RESTRICT")) {
-            return Action::RESTRICT;
-        }
-        cursor.take("NO", "ACTION");
         return Action::NO_ACTION;
+    }
+
+    /// Takes one or two keywords if they stand here.
+    bool takeWords(std::string_view text) {
+        std::size_t const blank = text.find(' ');
+        return blank == std::string_view::npos ? cursor.take(text)
+                                               : cursor.take(text.substr(0, blank), text.substr(blank + 1));
     }
 
     Cursor cursor;
