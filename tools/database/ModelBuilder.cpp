@@ -1,6 +1,7 @@
 #include "database/ModelBuilder.h"
 
 #include "database/Enumerations.h"
+#include "database/Extras.h"
 #include "database/IndexText.h"
 #include "database/KeyOrder.h"
 #include "database/SelectClauses.h"
@@ -197,7 +198,7 @@ private:
 
     void addPlace(QORElement& element, std::vector<int> const& places, std::size_t number) {
         if (number < places.size() && places[number] > 0) {
-            addProperty(element, "position", std::to_string(places[number]), 0);
+            addProperty(element, extra::position, std::to_string(places[number]), 0);
         }
     }
 
@@ -311,7 +312,7 @@ private:
         }
         addExtras(*made, record.extras);
         if (record.notNull) {
-            addProperty(*made, "not null", "true", 0);
+            addProperty(*made, extra::notNull, "true", 0);
         }
         if (record.schema >= 0) {
             at(schemas, record.schema, "schema")->addModelObject(made.get());
@@ -527,7 +528,7 @@ private:
                 pair->addDestinationAttribute(&columnAt(record.referredTable, record.referredColumns[i]));
             }
             if (record.columns.size() > 1) {
-                addProperty(*pair, "position", std::to_string(i + 1), 1);
+                addProperty(*pair, extra::position, std::to_string(i + 1), 1);
             }
             adopt(key, &QORForeignKey::addAssociationRoleNameMap, std::move(pair));
         }
@@ -574,7 +575,7 @@ private:
         for (IndexMember const& member : record.members) {
             columns.insert(member.column);
         }
-        if (record.unique && !columns.count(-1) && !findExtra(record.extras, "where")) {
+        if (record.unique && !columns.count(-1) && !findExtra(record.extras, extra::where)) {
             uniqueColumns[record.table].push_back(columns);
         }
     }
@@ -653,7 +654,7 @@ private:
     /// Views own no indexes, so that those of a materialized view become texts.
     void buildIndex(Index const& record) {
         if (QORSQLViewEntity* const view = at(views, record.table, "table")) {
-            addProperty(*view, "index",
+            addProperty(*view, extra::index,
                         writeIndexText(record, structure.tables[static_cast<std::size_t>(record.table)]),
                         positionOf(static_cast<std::size_t>(view->getPropertyValueCount())));
             return;
@@ -670,7 +671,7 @@ private:
             member->setSortOrder(from.descending ? QORSortOrderType::DESCENDING
                                                  : QORSortOrderType::ASCENDING);
             if (from.column < 0) {
-                addProperty(*member, "expression", from.expression, 0);
+                addProperty(*member, extra::expression, from.expression, 0);
             }
             addExtras(*member, from.extras);
             QORIndexMember& added = adopt(index, &QORIndex::addIndexMember, std::move(member));

@@ -1,6 +1,7 @@
 #include "database/ModelReader.h"
 
 #include "database/Enumerations.h"
+#include "database/Extras.h"
 #include "database/IndexText.h"
 #include "database/KeyOrder.h"
 #include "database/ModelBuilder.h"
@@ -78,7 +79,7 @@ bool sortByPlace(Structure const& structure, Records& records, GroupOf const& gr
     std::vector<int> places;
     for (std::size_t i = 0; i < records.size(); ++i) {
         groups[groupOf(records[i])].push_back(i);
-        places.push_back(std::atoi(takeExtra(records[i].extras, "position").c_str()));
+        places.push_back(std::atoi(takeExtra(records[i].extras, extra::position).c_str()));
     }
     Records const before = records;
     for (auto const& entry : groups) {
@@ -278,7 +279,7 @@ private:
         record.length = object.getLength();
         record.scale = object.getScale();
         record.defaultValue = text(object.getInitialValue());
-        record.notNull = takeExtra(record.extras, "not null") == "true";
+        record.notNull = takeExtra(record.extras, extra::notNull) == "true";
         if (schemas.count(object.getDataPackage())) {
             record.schema = indexIn(schemas, object.getDataPackage());
         }
@@ -315,8 +316,8 @@ private:
         record.statement = text(object.getViewStatement());
         int const index = addTable(object, record);
         Table& added = structure.tables[static_cast<std::size_t>(index)];
-        for (std::string indexText = takeExtra(added.extras, "index"); !indexText.empty();
-             indexText = takeExtra(added.extras, "index")) {
+        for (std::string indexText = takeExtra(added.extras, extra::index); !indexText.empty();
+             indexText = takeExtra(added.extras, extra::index)) {
             if (auto ofView = readIndexText(indexText, added)) {
                 ofView->table = index;
                 structure.indexes.push_back(*ofView);
@@ -400,7 +401,7 @@ private:
 
     static int positionOf(QORAssociationRoleNameMap const& pair) {
         Extras const extras = extrasOf(pair);
-        std::string const* const position = findExtra(extras, "position");
+        std::string const* const position = findExtra(extras, extra::position);
         return position ? std::atoi(position->c_str()) : 0;
     }
 
@@ -484,7 +485,7 @@ private:
     IndexMember readMember(QORIndexMember const& object, int table) const {
         IndexMember record;
         record.extras = extrasOf(object);
-        record.expression = takeExtra(record.extras, "expression");
+        record.expression = takeExtra(record.extras, extra::expression);
         record.column = columnIn(table, object.getAttribute());
         record.descending = object.getSortOrder() == QORSortOrderType::DESCENDING;
         return record;

@@ -1,5 +1,6 @@
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -261,21 +262,21 @@ void CatalogReader::readCatalogExtras() {
     std::string const locale = since(170000)   ? "c.colllocale"
                                : since(150000) ? "c.colliculocale"
                                                : "NULL::text";
-    addToCatalog({"extension ", extensions});
-    std::vector<ExtraQuery> queries = {{"collation ", collations(locale)},
-                                       {"language ", languages()},
-                                       {"access method ", accessMethods()},
-                                       {"foreign data wrapper ", foreignDataWrappers()},
-                                       {"server ", servers()},
-                                       {"user mapping ", userMappings},
-                                       {"cast ", casts()},
-                                       {"conversion ", conversions()},
-                                       {"transform ", transforms()},
-                                       {"event trigger ", eventTriggers()},
-                                       {"publication ", publications(since(150000), since(130000))},
-                                       {"comment on type ", typeComments()},
-                                       {"subscription ", subscriptions},
-                                       {"security label of ", securityLabels}};
+    addToCatalog({prefix::extension, extensions});
+    std::vector<ExtraQuery> queries = {{prefix::collation, collations(locale)},
+                                       {prefix::language, languages()},
+                                       {prefix::accessMethod, accessMethods()},
+                                       {prefix::foreignDataWrapper, foreignDataWrappers()},
+                                       {prefix::server, servers()},
+                                       {prefix::userMapping, userMappings},
+                                       {prefix::cast, casts()},
+                                       {prefix::conversion, conversions()},
+                                       {prefix::transform, transforms()},
+                                       {prefix::eventTrigger, eventTriggers()},
+                                       {prefix::publication, publications(since(150000), since(130000))},
+                                       {prefix::commentOnType, typeComments()},
+                                       {prefix::subscription, subscriptions},
+                                       {prefix::securityLabel, securityLabels}};
     for (auto const& more : {textSearchQueries(), operatorQueries()}) {
         queries.insert(queries.end(), more.begin(), more.end());
     }

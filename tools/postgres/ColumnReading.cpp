@@ -1,5 +1,6 @@
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -79,15 +80,15 @@ Column columnOfRow(ColumnRow const& row, int type) {
     column.defaultValue = row.defaultValue;
     column.generated = row.generated != 0;
     column.comment = row.comment;
-    addExtra(column.extras, "generated", generatedText(row.generated));
-    addExtra(column.extras, "identity", identityText(row.identity));
-    addExtra(column.extras, "collation", row.collation);
-    addExtra(column.extras, "storage", storageText(row.storage));
-    addExtra(column.extras, "compression", compressionText(row.compression));
-    addExtra(column.extras, "statistics", row.statistics);
-    addExtra(column.extras, "with", row.options);
-    addExtra(column.extras, "options", row.foreignOptions);
-    addExtra(column.extras, "inherited", inheritance(row.isInherited, row.isLocal));
+    addExtra(column.extras, extra::generated, generatedText(row.generated));
+    addExtra(column.extras, extra::identity, identityText(row.identity));
+    addExtra(column.extras, extra::collation, row.collation);
+    addExtra(column.extras, extra::storage, storageText(row.storage));
+    addExtra(column.extras, extra::compression, compressionText(row.compression));
+    addExtra(column.extras, extra::statistics, row.statistics);
+    addExtra(column.extras, extra::with, row.options);
+    addExtra(column.extras, extra::options, row.foreignOptions);
+    addExtra(column.extras, extra::inherited, inheritance(row.isInherited, row.isLocal));
     return column;
 }
 

@@ -1,6 +1,7 @@
 #include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -119,9 +120,9 @@ void CatalogReader::readCheck(ConstraintRow const& row, int table, int type) {
     check.table = table;
     check.type = type;
     check.expression = row.expression;
-    addFlag(check.extras, "not valid", row.isNotValid);
-    addFlag(check.extras, "no inherit", row.isNotForHeirs);
-    addExtra(check.extras, "inherited", inheritance(row.isInherited, row.isLocal));
+    addFlag(check.extras, extra::notValid, row.isNotValid);
+    addFlag(check.extras, extra::noInherit, row.isNotForHeirs);
+    addExtra(check.extras, extra::inherited, inheritance(row.isInherited, row.isLocal));
     structure.checks.push_back(std::move(check));
 }
 
@@ -132,22 +133,22 @@ void CatalogReader::readKey(ConstraintRow const& row, int table) {
     key.comment = row.comment;
     key.table = table;
     key.columns = columnsOf(table, row.columns);
-    addExtra(key.extras, "deferrable", row.deferrable);
+    addExtra(key.extras, extra::deferrable, row.deferrable);
     if (key.kind == KeyKind::FOREIGN) {
-        addFlag(key.extras, "inherited", row.isInherited);
+        addFlag(key.extras, extra::inherited, row.isInherited);
         readReference(row, key);
     } else {
-        addExtra(key.extras, "include", row.include);
-        addExtra(key.extras, "with", row.options);
-        addExtra(key.extras, "tablespace", row.tablespace);
-        addFlag(key.extras, "clustered", row.isClustered);
-        addFlag(key.extras, "replica identity", row.isReplicaIdentity);
-        addFlag(key.extras, "nulls not distinct", row.nullsAreNotDistinct);
-        addExtra(key.extras, "comment on index", row.indexComment);
-        addExtra(key.extras, "part of", row.partOf);
-        addExtra(key.extras, "depends on extension", row.neededExtensions);
+        addExtra(key.extras, extra::include, row.include);
+        addExtra(key.extras, extra::with, row.options);
+        addExtra(key.extras, extra::tablespace, row.tablespace);
+        addFlag(key.extras, extra::clustered, row.isClustered);
+        addFlag(key.extras, extra::replicaIdentity, row.isReplicaIdentity);
+        addFlag(key.extras, extra::nullsNotDistinct, row.nullsAreNotDistinct);
+        addExtra(key.extras, extra::commentOnIndex, row.indexComment);
+        addExtra(key.extras, extra::partOf, row.partOf);
+        addExtra(key.extras, extra::dependsOnExtension, row.neededExtensions);
     }
-    addExtra(key.extras, "enabled", row.enabled);
+    addExtra(key.extras, extra::enabled, row.enabled);
     structure.keys.push_back(std::move(key));
 }
 
@@ -156,13 +157,13 @@ void CatalogReader::readReference(ConstraintRow const& row, Key& key) {
     if (key.referredTable >= 0) {
         key.referredColumns = columnsOf(key.referredTable, row.referredColumns);
     } else {
-        addExtra(key.extras, "references", row.references);
+        addExtra(key.extras, extra::references, row.references);
     }
     key.onUpdate = actionLetters.valueOf(row.onUpdate);
     key.onDelete = actionLetters.valueOf(row.onDelete);
-    addExtra(key.extras, "match", row.match == 'f' ? "FULL" : row.match == 'p' ? "PARTIAL" : "");
-    addExtra(key.extras, "on delete columns", row.onDeleteColumns);
-    addFlag(key.extras, "not valid", row.isNotValid);
+    addExtra(key.extras, extra::match, row.match == 'f' ? "FULL" : row.match == 'p' ? "PARTIAL" : "");
+    addExtra(key.extras, extra::onDeleteColumns, row.onDeleteColumns);
+    addFlag(key.extras, extra::notValid, row.isNotValid);
 }
 
 } // namespace postgres

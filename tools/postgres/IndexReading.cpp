@@ -1,5 +1,6 @@
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -64,16 +65,16 @@ Index indexOf(IndexRow const& row, int table) {
     index.clustered = row.isClustered;
     index.comment = row.comment;
     std::string const method = row.method;
-    addExtra(index.extras, "method", method == "btree" ? "" : method);
-    addExtra(index.extras, "include", row.include);
-    addFlag(index.extras, "nulls not distinct", row.nullsAreNotDistinct);
-    addExtra(index.extras, "with", row.options);
-    addExtra(index.extras, "tablespace", row.tablespace);
-    addExtra(index.extras, "where", row.condition);
-    addFlag(index.extras, "not valid", row.isNotValid);
-    addFlag(index.extras, "replica identity", row.isReplicaIdentity);
-    addExtra(index.extras, "part of", row.partOf);
-    addExtra(index.extras, "depends on extension", row.neededExtensions);
+    addExtra(index.extras, extra::method, method == "btree" ? "" : method);
+    addExtra(index.extras, extra::include, row.include);
+    addFlag(index.extras, extra::nullsNotDistinct, row.nullsAreNotDistinct);
+    addExtra(index.extras, extra::with, row.options);
+    addExtra(index.extras, extra::tablespace, row.tablespace);
+    addExtra(index.extras, extra::where, row.condition);
+    addFlag(index.extras, extra::notValid, row.isNotValid);
+    addFlag(index.extras, extra::replicaIdentity, row.isReplicaIdentity);
+    addExtra(index.extras, extra::partOf, row.partOf);
+    addExtra(index.extras, extra::dependsOnExtension, row.neededExtensions);
     return index;
 }
 
@@ -151,11 +152,11 @@ void CatalogReader::readIndexMembers() {
         member.column = number == 0 ? -1 : columnOf(owner.table, number);
         member.expression = withoutParentheses(row.expression);
         member.descending = row.isDescending;
-        addExtra(member.extras, "collation", row.collation);
-        addExtra(member.extras, "opclass", row.operatorClass);
-        addExtra(member.extras, "opclass options", row.classOptions);
-        addExtra(member.extras, "nulls", row.nulls);
-        addExtra(member.extras, "statistics", row.statistics);
+        addExtra(member.extras, extra::collation, row.collation);
+        addExtra(member.extras, extra::opclass, row.operatorClass);
+        addExtra(member.extras, extra::opclassOptions, row.classOptions);
+        addExtra(member.extras, extra::nulls, row.nulls);
+        addExtra(member.extras, extra::statistics, row.statistics);
         owner.members.push_back(std::move(member));
     }
 }

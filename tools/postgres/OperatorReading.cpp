@@ -1,4 +1,5 @@
 #include "postgres/CatalogQueries.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -106,10 +107,10 @@ std::string membersOfFamilies() {
 } // namespace
 
 std::vector<ExtraQuery> operatorQueries() {
-    return {{"operator ", operators()},
-            {"operator family ", families()},
-            {"operator class ", classes()},
-            {"members of operator family ", membersOfFamilies()}};
+    return {{prefix::operatorItself, operators()},
+            {prefix::operatorFamily, families()},
+            {prefix::operatorClass, classes()},
+            {prefix::membersOfOperatorFamily, membersOfFamilies()}};
 }
 
 } // namespace postgres

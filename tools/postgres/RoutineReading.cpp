@@ -1,6 +1,7 @@
 #include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -103,17 +104,17 @@ Routine routineOf(RoutineRow const& row, int schema, int returnType) {
     routine.statement = row.statement;
     routine.statement.erase(routine.statement.find_last_not_of(" \n;") + 1);
     routine.returnType = returnType;
-    addExtra(routine.extras, "kind", isAggregate ? "AGGREGATE" : row.kind == 'w' ? "WINDOW" : "");
+    addExtra(routine.extras, extra::kind, isAggregate ? "AGGREGATE" : row.kind == 'w' ? "WINDOW" : "");
     if (!isAggregate) {
-        addExtra(routine.extras, "language", row.language);
+        addExtra(routine.extras, extra::language, row.language);
     }
     if (!isAggregate && !routine.procedure) {
-        addExtra(routine.extras, "volatility", volatilityText(row.volatility));
+        addExtra(routine.extras, extra::volatility, volatilityText(row.volatility));
     }
-    addFlag(routine.extras, "strict", row.isStrict);
-    addFlag(routine.extras, "security definer", row.isSecurityDefiner);
-    addFlag(routine.extras, "set of", row.returnsSet);
-    addExtra(routine.extras, "depends on extension", row.neededExtensions);
+    addFlag(routine.extras, extra::strict, row.isStrict);
+    addFlag(routine.extras, extra::securityDefiner, row.isSecurityDefiner);
+    addFlag(routine.extras, extra::setOf, row.returnsSet);
+    addExtra(routine.extras, extra::dependsOnExtension, row.neededExtensions);
     return routine;
 }
 

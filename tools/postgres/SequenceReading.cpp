@@ -1,5 +1,6 @@
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 #include <array>
 #include <cstddef>
@@ -67,13 +68,13 @@ struct SequenceRow : Query {
     using Query::Query;
     Text name{*this, "name"};
     Number schema{*this, "schema"};
-    std::array<Option, 7> options{{{"type", "AS", {*this, "type"}},
-                                   {"start", "START WITH", {*this, "start"}},
-                                   {"increment", "INCREMENT BY", {*this, "increment"}},
-                                   {"minimum", "MINVALUE", {*this, "minimum"}},
-                                   {"maximum", "MAXVALUE", {*this, "maximum"}},
-                                   {"cache", "CACHE", {*this, "cache"}},
-                                   {"cycle", "CYCLE", {*this, "cycle"}}}};
+    std::array<Option, 7> options{{{extra::type, "AS", {*this, "type"}},
+                                   {extra::start, "START WITH", {*this, "start"}},
+                                   {extra::increment, "INCREMENT BY", {*this, "increment"}},
+                                   {extra::minimum, "MINVALUE", {*this, "minimum"}},
+                                   {extra::maximum, "MAXVALUE", {*this, "maximum"}},
+                                   {extra::cache, "CACHE", {*this, "cache"}},
+                                   {extra::cycle, "CYCLE", {*this, "cycle"}}}};
     Number owner{*this, "owner"};
     Number ownerColumn{*this, "owner_column"};
     Flag isOfIdentity{*this, "of_identity"};
@@ -117,8 +118,8 @@ void CatalogReader::readSequences() {
         sequence.name = row.name;
         sequence.schema = schemaOf(row.schema);
         sequence.comment = row.comment;
-        addExtra(sequence.extras, "owned by", row.ownedBy);
-        addFlag(sequence.extras, "unlogged", row.isUnlogged);
+        addExtra(sequence.extras, extra::ownedBy, row.ownedBy);
+        addFlag(sequence.extras, extra::unlogged, row.isUnlogged);
         structure.sequences.push_back(std::move(sequence));
     }
 }
@@ -131,8 +132,8 @@ void CatalogReader::readIdentity(SequenceRow const& row) {
     }
     Extras& extras =
         structure.tables[static_cast<std::size_t>(table)].columns[static_cast<std::size_t>(column)].extras;
-    addExtra(extras, "identity sequence", identityWords(row));
-    addExtra(extras, "identity changes", row.identityChanges);
+    addExtra(extras, extra::identitySequence, identityWords(row));
+    addExtra(extras, extra::identityChanges, row.identityChanges);
 }
 
 } // namespace postgres

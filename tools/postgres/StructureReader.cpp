@@ -3,6 +3,7 @@
 #include "kit/ToolError.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 #include <cstdlib>
 #include <utility>
@@ -90,7 +91,7 @@ void CatalogReader::readSchemas() {
         Schema schema;
         schema.name = row.name;
         schema.comment = row.comment;
-        addExtra(schema.extras, "extension", row.extension);
+        addExtra(schema.extras, extra::extension, row.extension);
         structure.schemas.push_back(std::move(schema));
     }
 }

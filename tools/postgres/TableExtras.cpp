@@ -1,5 +1,6 @@
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 #include <algorithm>
 #include <tuple>
@@ -122,12 +123,12 @@ struct TableExtraRow : Query {
 
 /// What belongs to a table and has no record of its own: an extra holds the SQL that makes it.
 void CatalogReader::readTableExtras() {
-    std::vector<ExtraQuery> queries = {{"exclusion ", exclusions()},
-                                       {"policy ", policies()},
-                                       {"rule ", rules()},
-                                       {"statistics ", statistics(since(130000))}};
+    std::vector<ExtraQuery> queries = {{prefix::exclusion, exclusions()},
+                                       {prefix::policy, policies()},
+                                       {prefix::rule, rules()},
+                                       {prefix::statistics, statistics(since(130000))}};
     if (since(130000)) {
-        queries.push_back({"trigger ", triggersOfPartitions()});
+        queries.push_back({prefix::trigger, triggersOfPartitions()});
     }
     for (ExtraQuery const& query : queries) {
         std::vector<std::tuple<std::string, std::string, int>> found;

@@ -1,6 +1,7 @@
 #include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -112,18 +113,18 @@ Table tableOfRow(TableRow const& row, int schema) {
     table.nativeKind = nativeKindOf(row.kind, row.isUnlogged, row.isPartition);
     table.comment = row.comment;
     table.statement = trimmed(row.statement);
-    addExtra(table.extras, "with", optionsOf(row));
-    addExtra(table.extras, "tablespace", row.tablespace);
-    addExtra(table.extras, "access method", row.accessMethod);
-    addFlag(table.extras, "unlogged", row.isUnlogged);
-    addExtra(table.extras, "partition by", row.partitionKey);
-    addExtra(table.extras, "partition bound", row.partitionBound);
-    addExtra(table.extras, "replica identity", replicaIdentity(row.replicaIdentity));
-    addExtra(table.extras, "row security", rowSecurity(row.hasRowSecurity, row.hasForcedRowSecurity));
-    addExtra(table.extras, "of", row.ofType);
-    addExtra(table.extras, "server", row.server);
-    addExtra(table.extras, "options", row.foreignOptions);
-    addExtra(table.extras, "depends on extension", row.neededExtensions);
+    addExtra(table.extras, extra::with, optionsOf(row));
+    addExtra(table.extras, extra::tablespace, row.tablespace);
+    addExtra(table.extras, extra::accessMethod, row.accessMethod);
+    addFlag(table.extras, extra::unlogged, row.isUnlogged);
+    addExtra(table.extras, extra::partitionBy, row.partitionKey);
+    addExtra(table.extras, extra::partitionBound, row.partitionBound);
+    addExtra(table.extras, extra::replicaIdentity, replicaIdentity(row.replicaIdentity));
+    addExtra(table.extras, extra::rowSecurity, rowSecurity(row.hasRowSecurity, row.hasForcedRowSecurity));
+    addExtra(table.extras, extra::of, row.ofType);
+    addExtra(table.extras, extra::server, row.server);
+    addExtra(table.extras, extra::options, row.foreignOptions);
+    addExtra(table.extras, extra::dependsOnExtension, row.neededExtensions);
     return table;
 }
 
@@ -165,12 +166,12 @@ void CatalogReader::readParents() {
             continue;
         }
         Table& table = structure.tables[static_cast<std::size_t>(child)];
-        addFlag(table.extras, "detach pending", row.isDetaching);
+        addFlag(table.extras, extra::detachPending, row.isDetaching);
         int const parent = tableOf(row.parent);
         if (parent >= 0) {
             table.parents.push_back(parent);
         } else {
-            addExtra(table.extras, "inherits", row.parentName);
+            addExtra(table.extras, extra::inherits, row.parentName);
         }
     }
 }

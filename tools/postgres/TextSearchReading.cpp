@@ -1,4 +1,5 @@
 #include "postgres/CatalogQueries.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -80,10 +81,10 @@ std::string configurations() {
 } // namespace
 
 std::vector<ExtraQuery> textSearchQueries() {
-    return {{"text search parser ", parsers()},
-            {"text search template ", templates()},
-            {"text search dictionary ", dictionaries()},
-            {"text search configuration ", configurations()}};
+    return {{prefix::textSearchParser, parsers()},
+            {prefix::textSearchTemplate, templates()},
+            {prefix::textSearchDictionary, dictionaries()},
+            {prefix::textSearchConfiguration, configurations()}};
 }
 
 } // namespace postgres

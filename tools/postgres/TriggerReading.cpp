@@ -1,5 +1,6 @@
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
@@ -64,10 +65,10 @@ Trigger triggerOf(TriggerRow const& row, int table) {
     trigger.onUpdate = bits & ON_UPDATE;
     trigger.onDelete = bits & ON_DELETE;
     trigger.statement = row.statement;
-    addFlag(trigger.extras, "truncate", bits & ON_TRUNCATE);
-    addExtra(trigger.extras, "enabled", enabledText(row.enabled));
-    addExtra(trigger.extras, "comment on constraint", row.constraintComment);
-    addExtra(trigger.extras, "depends on extension", row.neededExtensions);
+    addFlag(trigger.extras, extra::truncate, bits & ON_TRUNCATE);
+    addExtra(trigger.extras, extra::enabled, enabledText(row.enabled));
+    addExtra(trigger.extras, extra::commentOnConstraint, row.constraintComment);
+    addExtra(trigger.extras, extra::dependsOnExtension, row.neededExtensions);
     return trigger;
 }
 

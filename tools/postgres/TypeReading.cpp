@@ -1,6 +1,7 @@
 #include "database/Enumerations.h"
 #include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 #include <algorithm>
 #include <string_view>
@@ -247,8 +248,8 @@ void CatalogReader::readTypes() {
         type.notNull = row.isNotNull;
         type.defaultValue = row.defaultValue;
         type.comment = row.comment;
-        addExtra(type.extras, "collation", row.collation);
-        addFlag(type.extras, "shell", row.kind == 'p');
+        addExtra(type.extras, extra::collation, row.collation);
+        addFlag(type.extras, extra::shell, row.kind == 'p');
         type.base = typeOf(row.base);
         if (type.base >= 0) {
             Type const& base = structure.types[static_cast<std::size_t>(type.base)];
@@ -278,13 +279,13 @@ void CatalogReader::readEnumerationValues() {
 /// What a composite type, a range and a type made of functions consist of stands in extras, as SQL writes it.
 void CatalogReader::readTypeExtras() {
     bool const since14 = since(140000);
-    addToTypes("attributes",
+    addToTypes(extra::attributes,
                filled(attributeSql, {{"collation", otherCollation("a.attcollation", "t.typcollation")}}));
-    addToTypes("comment on ", attributeCommentSql);
-    addToTypes("range",
+    addToTypes(prefix::commentOn, attributeCommentSql);
+    addToTypes(extra::range,
                filled(rangeSql, {{"collation", otherCollation("r.rngcollation", "s.typcollation")},
                                  {"multirange", since14 ? "format_type(r.rngmultitypid, NULL)" : "NULL"}}));
-    addToTypes("base",
+    addToTypes(extra::base,
                filled(baseTypeSql, {{"subscript", since14 ? "nullif(t.typsubscript::text, '-')" : "NULL"}}));
 }
 

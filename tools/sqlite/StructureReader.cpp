@@ -4,6 +4,7 @@
 #include "kit/ToolError.h"
 #include "sqlite/CreateStatements.h"
 #include "sqlite/DeclaredType.h"
+#include "sqlite/Extras.h"
 #include "sqlite/Names.h"
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/Surroundings.h"
@@ -149,18 +150,18 @@ private:
 
     /// What else an application finds in an empty database; 0 and UTF-8 are what every database begins with.
     void readSettings() {
-        for (char const* const name : {"user_version", "application_id"}) {
+        for (char const* const name : {extra::userVersion, extra::applicationId}) {
             std::string const value = setting(name);
             if (value != "0") {
                 structure.catalog.extras.push_back({name, value});
             }
         }
         if (structure.origin.encoding != "UTF-8") {
-            structure.catalog.extras.push_back({"encoding", structure.origin.encoding});
+            structure.catalog.extras.push_back({extra::encoding, structure.origin.encoding});
         }
-        std::string const vacuum = setting("auto_vacuum");
+        std::string const vacuum = setting(extra::autoVacuum);
         if (vacuum != "0") {
-            structure.catalog.extras.push_back({"auto_vacuum", vacuum == "1" ? "FULL" : "INCREMENTAL"});
+            structure.catalog.extras.push_back({extra::autoVacuum, vacuum == "1" ? "FULL" : "INCREMENTAL"});
         }
     }
 
@@ -201,7 +202,7 @@ private:
             table.nativeKind = kindOf(type, row.isWithoutRowid, row.isStrict);
             std::string const statement = row.statement;
             if (type == "virtual") {
-                table.extras = {{"module", moduleOf(statement)}, {"statement", statement}};
+                table.extras = {{extra::module, moduleOf(statement)}, {extra::statement, statement}};
             }
             if (row.isClosed) {
                 remark(table, "table " + table.name,
@@ -316,7 +317,7 @@ private:
             ViewText const text = readCreateView(std::string(row.statement));
             view.statement = text.select;
             if (text.named) {
-                view.extras = {{"columns", "named"}};
+                view.extras = {{extra::columns, "named"}};
             }
             addTable(view);
         }
@@ -366,7 +367,7 @@ private:
     void remarkColumn(Table const& table, Column& column) {
         std::string const called = "column " + table.name + "." + column.name;
         remark(column, called, surroundings.missingIn(column.defaultValue));
-        if (std::string const* const collation = findExtra(column.extras, "collation")) {
+        if (std::string const* const collation = findExtra(column.extras, extra::collation)) {
             remark(column, called, surroundings.missingCollation(*collation));
         }
     }
@@ -398,7 +399,7 @@ private:
                 primaryKeys[number] = key.columns;
             }
             sortByName(key.extras);
-            if (std::string const* const members = findExtra(key.extras, "columns")) {
+            if (std::string const* const members = findExtra(key.extras, extra::columns)) {
                 remark(key, "key of " + nameOf(number), surroundings.missingIn(*members));
             }
             structure.keys.push_back(key);
@@ -423,8 +424,8 @@ private:
         if (key.referredColumns.size() != key.columns.size()) {
             key.referredColumns.clear();
             std::string const names = quoteNames(from.referredColumns);
-            key.extras.push_back(
-                {"references", quoteName(from.referredTable) + (names.empty() ? "" : "(" + names + ")")});
+            key.extras.push_back({extra::references,
+                                  quoteName(from.referredTable) + (names.empty() ? "" : "(" + names + ")")});
         }
     }
 
@@ -456,7 +457,7 @@ private:
                 index.members.push_back(memberOf(index.table, member));
             }
             if (!text.where.empty()) {
-                index.extras.push_back({"where", text.where});
+                index.extras.push_back({extra::where, text.where});
             }
             remark(index, "index " + index.name, surroundings.missingIn(text.all));
             structure.indexes.push_back(index);
@@ -471,7 +472,7 @@ private:
         }
         member.descending = from.descending;
         if (!from.collation.empty()) {
-            member.extras.push_back({"collation", from.collation});
+            member.extras.push_back({extra::collation, from.collation});
         }
         return member;
     }
@@ -490,7 +491,7 @@ private:
             trigger.onDelete = text.onDelete;
             remark(trigger, "trigger " + trigger.name, surroundings.missingIn(text.body));
             if (!text.columns.empty()) {
-                trigger.extras.push_back({"columns", quoteNames(text.columns)});
+                trigger.extras.push_back({extra::columns, quoteNames(text.columns)});
             }
             structure.triggers.push_back(trigger);
         }
