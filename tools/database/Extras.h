@@ -30,10 +30,10 @@ inline constexpr char const* where = "where";
 
 /// What people read of an extra. The tables of docs/import.md are made of these.
 struct ExtraFact {
-    std::string_view name;    ///< ends with a blank if it is the beginning of names
-    std::string_view rest;    ///< how people see what stands behind such a beginning, "NAME"
-    std::string_view owners;  ///< the classes of the objects that have it, with commas between them
-    std::string_view meaning; ///< of the value
+    std::string_view name;                ///< ends with a blank if it is the beginning of names
+    std::string_view rest;                ///< how people see what stands behind such a beginning, "NAME"
+    std::vector<std::string_view> owners; ///< the classes of the objects that have it
+    std::string_view meaning;             ///< of the value
 };
 using ExtraFacts = std::vector<ExtraFact>;
 
