@@ -11,6 +11,7 @@ namespace extra {
 
 inline constexpr char const* autoincrement = "autoincrement";
 inline constexpr char const* collation = "collation";
+inline constexpr char const* columns = "columns";
 inline constexpr char const* deferrable = "deferrable";
 inline constexpr char const* expression = "expression";
 inline constexpr char const* generated = "generated";

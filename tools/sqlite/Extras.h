@@ -11,7 +11,6 @@ using namespace database::extra;
 
 inline constexpr char const* applicationId = "application_id";
 inline constexpr char const* autoVacuum = "auto_vacuum";
-inline constexpr char const* columns = "columns";
 inline constexpr char const* conflict = "conflict";
 inline constexpr char const* defaultConstraint = "default constraint";
 inline constexpr char const* encoding = "encoding";
