@@ -43,7 +43,9 @@ def document(text):
 
 def comments(text, mark):
     """The text with all but its comments replaced by blanks."""
-    literal = r'"(?:[^"\\\n]|\\.)*"' + (r"|'(?:[^'\\\n]|\\.)'" if mark == "//" else "")
+    literal = r'"(?:[^"\\\n]|\\.)*"'
+    if mark == "//":
+        literal = r'R"(?P<end>\w*)\((?s:.*?)\)(?P=end)"|' + literal + r"|'(?:[^'\\\n]|\\.)'"
     pattern = re.compile(rf"(?P<literal>{literal})|(?P<comment>{mark}(?! namespace )[^\n]*)")
     kept = []
     end = 0

@@ -24,8 +24,7 @@ LAYERS = (
     ("olap", "mapping", "report", "directory", "diagram"),
     ("generated",),
     ("tools/kit",),
-    ("tools/exchange",),
-    ("tools/database", "tools/diff"),
+    ("tools/exchange", "tools/database", "tools/diff"),
     ("tools/documents", "tools/sqlite", "tools/postgres"),
     ("tools/qor",),
 )

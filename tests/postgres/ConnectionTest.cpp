@@ -8,13 +8,18 @@
 #include <chrono>
 #include <gmock/gmock.h>
 #include <libpq-fe.h>
+#include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
 
 using postgres::Connection;
+using postgres::Flag;
+using postgres::Letter;
+using postgres::Number;
 using postgres::Query;
+using postgres::Text;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -74,18 +79,37 @@ TEST_F(PostgresConnection, TakesThePasswordFromTheParametersAndTheEnvironment) {
 TEST_F(PostgresConnection, AQueryGivesItsRows) {
     Connection connection(server.url());
     Query row(connection,
-              "SELECT n, n = 2, CASE n WHEN 3 THEN NULL ELSE 'é' || n END FROM generate_series(2, 3) AS n");
+              "SELECT n AS count, n = 2 AS two, CASE n WHEN 3 THEN NULL ELSE 'é' || n END AS letter"
+              " FROM generate_series(2, 3) AS n");
+    Number const count(row, "count");
+    Flag const isTwo(row, "two");
+    Text const text(row, "letter");
+    Letter const letter(row, "two");
+    Number const numberOfText(row, "letter");
+    Flag const flagOfText(row, "letter");
+    Letter const letterOfText(row, "letter");
     ASSERT_TRUE(row.next());
-    EXPECT_EQ(row.number(0), 2);
-    EXPECT_TRUE(row.flag(1));
-    EXPECT_STREQ(row.text(2), "é2");
-    EXPECT_FALSE(row.isNull(2));
+    EXPECT_EQ(count, 2);
+    EXPECT_TRUE(isTwo);
+    EXPECT_EQ(letter, 't');
+    EXPECT_EQ(std::string(text), "é2");
+    EXPECT_FALSE(text.isNull());
     ASSERT_TRUE(row.next());
-    EXPECT_FALSE(row.flag(1));
-    EXPECT_TRUE(row.isNull(2));
-    EXPECT_STREQ(row.text(2), "");
-    EXPECT_EQ(row.number(2), 0);
-    EXPECT_FALSE(row.flag(2));
+    EXPECT_FALSE(isTwo);
+    EXPECT_TRUE(text.isNull());
+    EXPECT_EQ(std::string(text), "");
+    EXPECT_EQ(numberOfText, 0);
+    EXPECT_FALSE(flagOfText);
+    EXPECT_EQ(letterOfText, 0);
+    EXPECT_FALSE(row.next());
+    EXPECT_FALSE(row.next());
+}
+
+TEST_F(PostgresConnection, AQueryWithoutRowsHasItsColumns) {
+    Connection connection(server.url());
+    Query row(connection, "SELECT 1 AS a WHERE false");
+    EXPECT_NO_THROW(Number(row, "a"));
+    EXPECT_THROW(Number(row, "b"), std::logic_error);
     EXPECT_FALSE(row.next());
 }
 
@@ -94,10 +118,13 @@ TEST_F(PostgresConnection, AQueryCanBeLeftBeforeItsEnd) {
     {
         Query row(connection, "SELECT generate_series(1, 1000)");
         ASSERT_TRUE(row.next());
+        EXPECT_THROW(Text(row, "unknown"), std::logic_error);
     }
-    Query next(connection, "SELECT 7");
+    { Query const unread(connection, "SELECT generate_series(1, 1000)"); }
+    Query next(connection, "SELECT 7 AS seven");
+    Number const seven(next, "seven");
     ASSERT_TRUE(next.next());
-    EXPECT_EQ(next.number(0), 7);
+    EXPECT_EQ(seven, 7);
 }
 
 TEST_F(PostgresConnection, AQueryThatTheServerRefusesThrows) {
@@ -114,9 +141,9 @@ TEST_F(PostgresConnection, SeesOneStateAndWritesNothing) {
     std::string const database = server.makeDatabase();
     Connection connection(server.url(database));
     auto const count = [&] {
-        Query row(connection, "SELECT count(*) FROM pg_class WHERE relname = 'late'");
+        Query row(connection, "SELECT count(*) AS count FROM pg_class WHERE relname = 'late'");
         row.next();
-        return row.number(0);
+        return std::int64_t(Number(row, "count"));
     };
     EXPECT_EQ(count(), 0);
     server.run(database, "CREATE TABLE late()");
@@ -130,10 +157,11 @@ TEST_F(PostgresConnection, DoesNotDependOnTheDatabasesSettings) {
     server.run(database, "ALTER DATABASE " + database + " SET search_path = a; ALTER DATABASE " + database +
                              " SET quote_all_identifiers = on");
     Connection connection(server.url(database));
-    Query row(connection, "SELECT 'a.t'::regclass, current_setting('quote_all_identifiers')");
+    Query row(connection,
+              "SELECT 'a.t'::regclass AS name, current_setting('quote_all_identifiers') AS quoting");
     ASSERT_TRUE(row.next());
-    EXPECT_STREQ(row.text(0), "a.t");
-    EXPECT_STREQ(row.text(1), "off");
+    EXPECT_EQ(std::string(Text(row, "name")), "a.t");
+    EXPECT_EQ(std::string(Text(row, "quoting")), "off");
 }
 
 // ---- what can go wrong -------------------------------------------------------------------------------

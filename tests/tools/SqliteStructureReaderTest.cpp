@@ -21,6 +21,7 @@
 
 #include <gmock/gmock.h>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -600,6 +601,24 @@ TEST(SqliteStructureReader, NastyNamesAreTakenAsTheyAre) {
     EXPECT_EQ(table->getAssociatedBusinessRuleCount(), 1);
 }
 
+TEST(SqliteStructureReader, AQueryHasItsColumnsByName) {
+    TemporaryFolder const folder;
+    sqlite::Database file(makeDatabase(folder.file("q.sqlite"), "CREATE TABLE t(a)"));
+    sqlite::Query rows(file, "SELECT 7 AS number, NULL AS letter UNION ALL SELECT 8, 'é'");
+    sqlite::Number const number(rows, "number");
+    sqlite::Number const numberOfText(rows, "letter");
+    sqlite::Text const text(rows, "letter");
+    EXPECT_THROW(sqlite::Text(rows, "other"), std::logic_error);
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(numberOfText, 0);
+    EXPECT_EQ(std::string(text), "");
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(number, 8);
+    EXPECT_EQ(std::string(text), "é");
+    EXPECT_FALSE(rows.next());
+}
+
 /// SQLite tells the keys by pragmas too, though without names: both ways must give the same.
 TEST(SqliteStructureReader, KeysAreThoseThatThePragmasTell) {
     TemporaryFolder const folder;
@@ -607,14 +626,18 @@ TEST(SqliteStructureReader, KeysAreThoseThatThePragmasTell) {
         makeDatabase(folder.file("o.sqlite"), contentOf(QOR_SOURCE_DIR "/samples/orchard.sql")));
     auto const structure = sqlite::readStructure(file);
     std::vector<std::string> told;
-    sqlite::Query rows(
-        file,
-        "SELECT t.name, f.\"table\", group_concat(f.\"from\" || '>' || ifnull(f.\"to\", '')), f.on_delete"
-        " FROM sqlite_schema AS t JOIN pragma_foreign_key_list(t.name) AS f WHERE t.type = 'table'"
-        " GROUP BY t.name, f.id");
+    sqlite::Query rows(file, R"(
+        SELECT t.name AS name, f."table" AS far, group_concat(f."from" || '>' || ifnull(f."to", '')) AS columns,
+            f.on_delete AS action
+        FROM sqlite_schema AS t JOIN pragma_foreign_key_list(t.name) AS f
+        WHERE t.type = 'table' GROUP BY t.name, f.id)");
+    sqlite::Text const name(rows, "name");
+    sqlite::Text const far(rows, "far");
+    sqlite::Text const columns(rows, "columns");
+    sqlite::Text const action(rows, "action");
     while (rows.next()) {
-        told.push_back(std::string(rows.text(0)) + " " + rows.text(1) + " " + rows.text(2) + " " +
-                       rows.text(3));
+        told.push_back(std::string(name) + " " + std::string(far) + " " + std::string(columns) + " " +
+                       std::string(action));
     }
     char const* const actions[] = {"NO ACTION", "RESTRICT", "CASCADE", "SET NULL", "SET DEFAULT"};
     std::vector<std::string> read;

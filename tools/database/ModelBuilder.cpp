@@ -1,5 +1,7 @@
 #include "database/ModelBuilder.h"
 
+#include "database/Enumerations.h"
+#include "database/Extras.h"
 #include "database/IndexText.h"
 #include "database/KeyOrder.h"
 #include "database/SelectClauses.h"
@@ -55,59 +57,6 @@ void setVersion(QORDatabaseCatalog& catalog, std::string const& version) {
     catalog.setMajorVersion(major);
     catalog.setMinorVersion(minor);
     catalog.setTertiaryVersion(tertiary);
-}
-
-QORReferentialActionType modelAction(Action action) {
-    switch (action) {
-    case Action::RESTRICT:
-        return QORReferentialActionType::RESTRICT;
-    case Action::CASCADE:
-        return QORReferentialActionType::CASCADE;
-    case Action::SET_NULL:
-        return QORReferentialActionType::SET_NULL;
-    case Action::SET_DEFAULT:
-        return QORReferentialActionType::SET_DEFAULT;
-    case Action::NO_ACTION:
-        break;
-    }
-    return QORReferentialActionType::NONE;
-}
-
-QORTriggerType modelTime(TriggerTime time) {
-    return time == TriggerTime::BEFORE  ? QORTriggerType::BEFORE
-           : time == TriggerTime::AFTER ? QORTriggerType::AFTER
-                                        : QORTriggerType::INSTEAD_OF;
-}
-
-QORArgumentType modelMode(ArgumentMode mode) {
-    switch (mode) {
-    case ArgumentMode::OUT:
-        return QORArgumentType::OUT_MODE;
-    case ArgumentMode::IN_OUT:
-        return QORArgumentType::INOUT_MODE;
-    case ArgumentMode::RESULT_COLUMN:
-        return QORArgumentType::RETURN_MODE;
-    case ArgumentMode::IN:
-    case ArgumentMode::VARIADIC:
-        break;
-    }
-    return QORArgumentType::IN_MODE;
-}
-
-char const* nativeKind(TypeKind kind) {
-    switch (kind) {
-    case TypeKind::DOMAIN_TYPE:
-        return "DOMAIN";
-    case TypeKind::ENUMERATION:
-        return "ENUMERATION";
-    case TypeKind::COMPOSITE:
-        return "COMPOSITE";
-    case TypeKind::RANGE:
-        return "RANGE";
-    case TypeKind::BUILT_IN:
-        break;
-    }
-    return "";
 }
 
 QORViewSelectType selectType(std::string const& quantifier) {
@@ -249,7 +198,7 @@ private:
 
     void addPlace(QORElement& element, std::vector<int> const& places, std::size_t number) {
         if (number < places.size() && places[number] > 0) {
-            addProperty(element, "position", std::to_string(places[number]), 0);
+            addProperty(element, extra::position, std::to_string(places[number]), 0);
         }
     }
 
@@ -348,7 +297,7 @@ private:
         made->setName(record.name.c_str());
         made->setComment(record.comment.c_str());
         made->setNativeDataType(record.declaration.c_str());
-        made->setNativeType(nativeKind(record.kind));
+        made->setNativeType(nativeKindOf(record.kind));
         made->setDataType(record.dataType.c_str());
         made->setLength(record.length);
         made->setScale(record.scale);
@@ -363,7 +312,7 @@ private:
         }
         addExtras(*made, record.extras);
         if (record.notNull) {
-            addProperty(*made, "not null", "true", 0);
+            addProperty(*made, extra::notNull, "true", 0);
         }
         if (record.schema >= 0) {
             at(schemas, record.schema, "schema")->addModelObject(made.get());
@@ -428,8 +377,7 @@ private:
     QORSQLViewEntity& buildView(Table const& record) {
         auto made = named<QORSQLViewEntity>(record);
         made->setNativeType(record.nativeKind.c_str());
-        made->setViewType(record.kind == TableKind::VIEW ? QORViewType::VIEW
-                                                         : QORViewType::MATERIALIZED_VIEW);
+        made->setViewType(modelViewType(record.kind));
         made->setViewStatement(record.statement.c_str());
         made->setViewStatementType(QORViewStatementType::SELECT);
         if (auto const clauses = splitSelect(record.statement)) {
@@ -580,7 +528,7 @@ private:
                 pair->addDestinationAttribute(&columnAt(record.referredTable, record.referredColumns[i]));
             }
             if (record.columns.size() > 1) {
-                addProperty(*pair, "position", std::to_string(i + 1), 1);
+                addProperty(*pair, extra::position, std::to_string(i + 1), 1);
             }
             adopt(key, &QORForeignKey::addAssociationRoleNameMap, std::move(pair));
         }
@@ -627,7 +575,7 @@ private:
         for (IndexMember const& member : record.members) {
             columns.insert(member.column);
         }
-        if (record.unique && !columns.count(-1) && !findExtra(record.extras, "where")) {
+        if (record.unique && !columns.count(-1) && !findExtra(record.extras, extra::where)) {
             uniqueColumns[record.table].push_back(columns);
         }
     }
@@ -706,7 +654,7 @@ private:
     /// Views own no indexes, so that those of a materialized view become texts.
     void buildIndex(Index const& record) {
         if (QORSQLViewEntity* const view = at(views, record.table, "table")) {
-            addProperty(*view, "index",
+            addProperty(*view, extra::index,
                         writeIndexText(record, structure.tables[static_cast<std::size_t>(record.table)]),
                         positionOf(static_cast<std::size_t>(view->getPropertyValueCount())));
             return;
@@ -723,7 +671,7 @@ private:
             member->setSortOrder(from.descending ? QORSortOrderType::DESCENDING
                                                  : QORSortOrderType::ASCENDING);
             if (from.column < 0) {
-                addProperty(*member, "expression", from.expression, 0);
+                addProperty(*member, extra::expression, from.expression, 0);
             }
             addExtras(*member, from.extras);
             QORIndexMember& added = adopt(index, &QORIndex::addIndexMember, std::move(member));
@@ -774,7 +722,7 @@ private:
 
     void buildSequence(Sequence const& record) {
         auto made = named<QORClass>(record);
-        made->setNativeType("SEQUENCE");
+        made->setNativeType(sequenceKind);
         made->setCppMultiplicity("MUL_UNSPECIFIED");
         addClassifier(record, record.schema, std::move(made));
     }
@@ -813,7 +761,7 @@ private:
         if (overloaded) {
             made->setName(signature(record).c_str());
         }
-        made->setNativeType(record.procedure ? "PROCEDURE" : "FUNCTION");
+        made->setNativeType(record.procedure ? procedureKind : functionKind);
         made->setSemantics(record.statement.c_str());
         addExtras(*made, record.extras);
         QORDesignPackage& package = *at(packages, record.schema, "schema");
@@ -837,9 +785,7 @@ private:
         made->setPosition(position);
         made->setKind(modelMode(record.mode));
         made->setDefaultValue(record.defaultValue.c_str());
-        if (record.mode == ArgumentMode::VARIADIC) {
-            made->setNativeType("VARIADIC");
-        }
+        made->setNativeType(nativeKindOf(record.mode));
         addExtras(*made, record.extras);
         if (!argumentNames.insert(record.name).second) {
             made->setName("");

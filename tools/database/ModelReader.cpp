@@ -1,5 +1,7 @@
 #include "database/ModelReader.h"
 
+#include "database/Enumerations.h"
+#include "database/Extras.h"
 #include "database/IndexText.h"
 #include "database/KeyOrder.h"
 #include "database/ModelBuilder.h"
@@ -40,59 +42,20 @@
 namespace database {
 namespace {
 
-constexpr char const* sequenceKind = "SEQUENCE";
-
 std::string text(QORString const& from) {
     return std::string(kit::view(from));
 }
 
-Action actionOf(QORReferentialActionType action) {
-    switch (action) {
-    case QORReferentialActionType::RESTRICT:
-        return Action::RESTRICT;
-    case QORReferentialActionType::CASCADE:
-        return Action::CASCADE;
-    case QORReferentialActionType::SET_NULL:
-        return Action::SET_NULL;
-    case QORReferentialActionType::SET_DEFAULT:
-        return Action::SET_DEFAULT;
-    default:
-        return Action::NO_ACTION;
-    }
+/// An enumeration may be one of a model that names no native kinds.
+TypeKind kindOf(QORType const& type) {
+    TypeKind const kind = typeKindOf(kit::view(type.getNativeType()));
+    bool const hasValues = kind == TypeKind::BUILT_IN && type.getTypeValueCount() > 0;
+    return hasValues ? TypeKind::ENUMERATION : kind;
 }
 
-TypeKind kindOf(QORType const& type, std::string const& nativeKind) {
-    static std::map<std::string, TypeKind> const kinds = {{"DOMAIN", TypeKind::DOMAIN_TYPE},
-                                                          {"ENUMERATION", TypeKind::ENUMERATION},
-                                                          {"COMPOSITE", TypeKind::COMPOSITE},
-                                                          {"RANGE", TypeKind::RANGE}};
-    auto const known = kinds.find(nativeKind);
-    if (known != kinds.end()) {
-        return known->second;
-    }
-    return type.getTypeValueCount() > 0 ? TypeKind::ENUMERATION : TypeKind::BUILT_IN;
-}
-
-TriggerTime timeOf(QORTriggerType time) {
-    return time == QORTriggerType::BEFORE  ? TriggerTime::BEFORE
-           : time == QORTriggerType::AFTER ? TriggerTime::AFTER
-                                           : TriggerTime::INSTEAD_OF;
-}
-
-ArgumentMode modeOf(QORArgument const& argument) {
-    if (text(argument.getNativeType()) == "VARIADIC") {
-        return ArgumentMode::VARIADIC;
-    }
-    switch (argument.getKind()) {
-    case QORArgumentType::OUT_MODE:
-        return ArgumentMode::OUT;
-    case QORArgumentType::INOUT_MODE:
-        return ArgumentMode::IN_OUT;
-    case QORArgumentType::RETURN_MODE:
-        return ArgumentMode::RESULT_COLUMN;
-    default:
-        return ArgumentMode::IN;
-    }
+template <class Object>
+std::string nativeKindOf(Object const& object, TableKind kind) {
+    return object.getNativeType().length ? text(object.getNativeType()) : database::nativeKindOf(kind);
 }
 
 /// The value of an extra, which is then taken out of them; empty if there is none.
@@ -116,7 +79,7 @@ bool sortByPlace(Structure const& structure, Records& records, std::vector<QOROb
     std::vector<int> places;
     for (std::size_t i = 0; i < records.size(); ++i) {
         groups[groupOf(records[i])].push_back(i);
-        places.push_back(std::atoi(takeExtra(records[i].extras, "position").c_str()));
+        places.push_back(std::atoi(takeExtra(records[i].extras, extra::position).c_str()));
     }
     Records const before = records;
     std::vector<QORObject*> const objectsBefore = objects;
@@ -330,13 +293,13 @@ private:
             return record; // an alias has the rest from its type, which it may lack
         }
         record.extras = extrasOf(object);
-        record.kind = kindOf(object, text(object.getNativeType()));
+        record.kind = kindOf(object);
         record.declaration = text(object.getNativeDataType());
         record.dataType = text(object.getDataType());
         record.length = object.getLength();
         record.scale = object.getScale();
         record.defaultValue = text(object.getInitialValue());
-        record.notNull = takeExtra(record.extras, "not null") == "true";
+        record.notNull = takeExtra(record.extras, extra::notNull) == "true";
         if (schemas.count(object.getDataPackage())) {
             record.schema = indexIn(schemas, object.getDataPackage());
         }
@@ -361,23 +324,20 @@ private:
         Table record;
         readNamed(object, record);
         record.kind = TableKind::TABLE;
-        record.nativeKind = object.getNativeType().length ? text(object.getNativeType()) : "TABLE";
+        record.nativeKind = nativeKindOf(object, record.kind);
         addTable(object, record);
     }
 
     void readView(QORSQLViewEntity& object) {
         Table record;
         readNamed(object, record);
-        record.kind =
-            object.getViewType() == QORViewType::VIEW ? TableKind::VIEW : TableKind::MATERIALIZED_VIEW;
-        record.nativeKind = object.getNativeType().length    ? text(object.getNativeType())
-                            : record.kind == TableKind::VIEW ? "VIEW"
-                                                             : "MATERIALIZED VIEW";
+        record.kind = viewKindOf(object.getViewType());
+        record.nativeKind = nativeKindOf(object, record.kind);
         record.statement = text(object.getViewStatement());
         int const index = addTable(object, record);
         Table& added = structure.tables[static_cast<std::size_t>(index)];
-        for (std::string indexText = takeExtra(added.extras, "index"); !indexText.empty();
-             indexText = takeExtra(added.extras, "index")) {
+        for (std::string indexText = takeExtra(added.extras, extra::index); !indexText.empty();
+             indexText = takeExtra(added.extras, extra::index)) {
             if (auto ofView = readIndexText(indexText, added)) {
                 ofView->table = index;
                 structure.indexes.push_back(*ofView);
@@ -500,7 +460,7 @@ private:
 
     static int positionOf(QORAssociationRoleNameMap const& pair) {
         Extras const extras = extrasOf(pair);
-        std::string const* const position = findExtra(extras, "position");
+        std::string const* const position = findExtra(extras, extra::position);
         return position ? std::atoi(position->c_str()) : 0;
     }
 
@@ -584,7 +544,7 @@ private:
     IndexMember readMember(QORIndexMember const& object, int table) const {
         IndexMember record;
         record.extras = extrasOf(object);
-        record.expression = takeExtra(record.extras, "expression");
+        record.expression = takeExtra(record.extras, extra::expression);
         record.column = columnIn(table, object.getAttribute());
         if (purpose == Purpose::DOCUMENT && record.column < 0 && object.getAttribute()) {
             record.extras.push_back({columnName, text(object.getAttribute()->getName())});
@@ -613,7 +573,7 @@ private:
         Routine record;
         readNamed(object, record);
         record.schema = schemaOf(object, object.getDesignPackage());
-        record.procedure = text(object.getNativeType()) == "PROCEDURE";
+        record.procedure = text(object.getNativeType()) == procedureKind;
         record.returnType = typeOf(object.getReturnType());
         record.statement = text(object.getSemantics());
         for (QORArgument* argument : elements<QORArgument>(object, "argument")) {
@@ -625,7 +585,7 @@ private:
     Argument readArgument(QORArgument const& object) {
         Argument record;
         readNamed(object, record);
-        record.mode = modeOf(object);
+        record.mode = modeOf(object.getKind(), kit::view(object.getNativeType()));
         record.type = typeOf(object.getType());
         record.defaultValue = text(object.getDefaultValue());
         return record;

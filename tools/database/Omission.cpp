@@ -1,6 +1,6 @@
 #include "database/Omission.h"
 
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 
 #include <ostream>
 #include <utility>
@@ -22,7 +22,7 @@ std::string textOf(Omission const& omission) {
 
 /// PostgreSQL ends a comment at either of the two characters that end a line, and reads nothing but UTF-8.
 void writeComment(std::string_view text, std::ostream& out) {
-    bool const isUtf8 = exchange::isUtf8(text);
+    bool const isUtf8 = kit::isUtf8(text);
     out << "-- ";
     for (char const character : text) {
         bool const endsLine = character == '\n' || character == '\r';

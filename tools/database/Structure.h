@@ -84,23 +84,6 @@ struct Table : Named {
 enum class KeyKind { PRIMARY, UNIQUE, FOREIGN };
 enum class Action { NO_ACTION, RESTRICT, CASCADE, SET_NULL, SET_DEFAULT };
 
-/// The action as SQL calls it.
-inline char const* textOf(Action action) {
-    switch (action) {
-    case Action::RESTRICT:
-        return "RESTRICT";
-    case Action::CASCADE:
-        return "CASCADE";
-    case Action::SET_NULL:
-        return "SET NULL";
-    case Action::SET_DEFAULT:
-        return "SET DEFAULT";
-    case Action::NO_ACTION:
-        break;
-    }
-    return "NO ACTION";
-}
-
 /// A key constraint. The system's own names for unnamed constraints are left empty. Extra "deferrable" of a
 /// deferrable one says INITIALLY DEFERRED or INITIALLY IMMEDIATE; Extra "match" says FULL or PARTIAL.
 struct Key : Named {

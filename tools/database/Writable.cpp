@@ -1,7 +1,7 @@
 #include "database/Writable.h"
 
 #include "database/SqlTokens.h"
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 
 #include <algorithm>
 #include <map>
@@ -134,7 +134,7 @@ private:
 
     bool omit(std::string what, std::string why, std::string original = "") {
         for (std::string* text : {&what, &original}) {
-            *text = exchange::isUtf8(*text) ? *text : exchange::printable(*text);
+            *text = kit::isUtf8(*text) ? *text : kit::printable(*text);
         }
         result.omissions.push_back({std::move(what), std::move(why), std::move(original)});
         return false;
@@ -151,7 +151,7 @@ private:
             completeName(schema, "schema");
         }
         forEachNamed([this](Named& thing, char const* kind) {
-            if (!exchange::isUtf8(thing.comment)) {
+            if (!kit::isUtf8(thing.comment)) {
                 omit("comment on " + named(kind, thing.name), notUtf8);
                 thing.comment.clear();
             }
@@ -168,7 +168,7 @@ private:
     }
 
     void completeName(Named& thing, char const* kind) {
-        if (!exchange::isUtf8(thing.name)) {
+        if (!kit::isUtf8(thing.name)) {
             omit("name of " + named(kind, thing.name), notUtf8);
             thing.name.clear();
         }
@@ -199,7 +199,7 @@ private:
         if (name.empty()) {
             return rules.emptyNames ? "" : "it needs one";
         }
-        return rules.utf8 && !exchange::isUtf8(name) ? notUtf8 : "";
+        return rules.utf8 && !kit::isUtf8(name) ? notUtf8 : "";
     }
 
     std::string key(std::string const& name) const { return rules.ignoreCase ? lowerCase(name) : name; }
@@ -280,7 +280,7 @@ private:
         if (std::string const problem = problemOf(type.name); !problem.empty()) {
             return omit(named("type", type.name), problem);
         }
-        if (!std::all_of(type.values.begin(), type.values.end(), exchange::isUtf8)) {
+        if (!std::all_of(type.values.begin(), type.values.end(), kit::isUtf8)) {
             return omit("type " + type.name, "not all of its values are UTF-8; qor recode converts to UTF-8");
         }
         if (std::set<std::string>(type.values.begin(), type.values.end()).size() != type.values.size()) {

@@ -1,5 +1,5 @@
 #include "diff/GraphDiff.h"
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 #include "kit/TreePrinter.h"
 
 #include <algorithm>
@@ -117,7 +117,7 @@ public:
         for (auto const& [key, chapter] : chapters) {
             auto const& [path, className, gone] = key;
             char const sign = gone ? '-' : chapter.isAdded ? '+' : ' ';
-            std::string const heading = className + " " + exchange::printable(path == "/" ? rootName : path);
+            std::string const heading = className + " " + kit::printable(path == "/" ? rootName : path);
             if (sign == ' ') {
                 print(bold, heading);
             } else {
@@ -125,7 +125,7 @@ public:
             }
             for (Line const& line : chapter.lines) {
                 out << "  ";
-                print(colorOf(line.sign), std::string(1, line.sign) + " " + exchange::printable(line.text));
+                print(colorOf(line.sign), std::string(1, line.sign) + " " + kit::printable(line.text));
             }
         }
         out << '\n'
@@ -245,20 +245,20 @@ void printPaths(std::vector<LinkedObject> const& objects, std::ostream& out) {
     out << '[';
     char const* before = "";
     for (LinkedObject const& object : objects) {
-        out << before << exchange::jsonValue(object.path);
+        out << before << kit::jsonValue(object.path);
         before = ", ";
     }
     out << ']';
 }
 
 void printChange(Change const& change, std::ostream& out) {
-    out << "{\"class\": \"" << change.className << "\", \"path\": " << exchange::jsonValue(change.path)
+    out << "{\"class\": \"" << change.className << "\", \"path\": " << kit::jsonValue(change.path)
         << ", \"attributes\": [";
     char const* before = "";
     for (AttributeChange const& attribute : change.attributes) {
         out << before << "{\"name\": \"" << attribute.name
-            << "\", \"from\": " << exchange::jsonValue(attribute.from)
-            << ", \"to\": " << exchange::jsonValue(attribute.to) << '}';
+            << "\", \"from\": " << kit::jsonValue(attribute.from)
+            << ", \"to\": " << kit::jsonValue(attribute.to) << '}';
         before = ", ";
     }
     out << "], \"links\": [";
@@ -287,16 +287,15 @@ void printText(Difference const& difference, bool inColor, std::ostream& out) {
 
 void printJson(Difference const& difference, std::ostream& out) {
     auto const single = [&out](Single const& each) {
-        out << "{\"class\": \"" << each.className << "\", \"path\": " << exchange::jsonValue(each.path)
-            << '}';
+        out << "{\"class\": \"" << each.className << "\", \"path\": " << kit::jsonValue(each.path) << '}';
     };
     auto const pair = [&out](Pair const& each) {
-        out << "{\"class\": \"" << each.className << "\", \"from\": " << exchange::jsonValue(each.from)
-            << ", \"to\": " << exchange::jsonValue(each.to) << '}';
+        out << "{\"class\": \"" << each.className << "\", \"from\": " << kit::jsonValue(each.from)
+            << ", \"to\": " << kit::jsonValue(each.to) << '}';
     };
     out << "{\n\"same\": " << (difference.none() ? "true" : "false");
-    out << ",\n\"roots\": {\"from\": " << exchange::jsonValue(difference.rootBefore)
-        << ", \"to\": " << exchange::jsonValue(difference.rootAfter) << '}';
+    out << ",\n\"roots\": {\"from\": " << kit::jsonValue(difference.rootBefore)
+        << ", \"to\": " << kit::jsonValue(difference.rootAfter) << '}';
     printList("removed", difference.removed, out, single);
     printList("added", difference.added, out, single);
     printList("renamed", difference.renamed, out, pair);

@@ -1,7 +1,7 @@
 #include "documents/DotWriter.h"
 
 #include "database/ModelReader.h"
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 #include "kit/Owners.h"
 #include "kit/Reflection.h"
 
@@ -38,7 +38,7 @@ std::string quotedText(std::string const& text) {
 /// A name as part of a label: characters that would have a meaning there are escaped.
 std::string label(std::string_view name) {
     std::string text;
-    for (char const character : exchange::printable(name)) {
+    for (char const character : kit::printable(name)) {
         if (std::string_view("\"\\{}|<>").find(character) != std::string_view::npos) {
             text += '\\';
         }

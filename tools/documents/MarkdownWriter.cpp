@@ -1,7 +1,7 @@
 #include "documents/MarkdownWriter.h"
 
 #include "database/ModelReader.h"
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 #include "kit/Text.h"
 
 #include <ostream>
@@ -24,7 +24,7 @@ using Texts = std::vector<std::string>;
 /// A text on one line, in which nothing has a meaning in Markdown.
 std::string plain(std::string_view text) {
     std::string result;
-    for (char const character : exchange::printable(text)) {
+    for (char const character : kit::printable(text)) {
         if (std::string_view("\\`*_{}[]<>()#+-.!|~&").find(character) != std::string_view::npos) {
             result += '\\';
         }

@@ -1,8 +1,8 @@
 #include "exchange/JsonWriter.h"
 
 #include "exchange/Attributes.h"
-#include "exchange/JsonText.h"
 #include "exchange/LinkSequence.h"
+#include "kit/JsonText.h"
 #include "kit/Numbering.h"
 #include "kit/Progress.h"
 #include "kit/Reflection.h"
@@ -19,7 +19,7 @@ std::string valueOf(QORMetaAttribute const& attribute, QORString const& value) {
     case QORMetaAttributeType::SHORT:
         return std::string(kit::view(value));
     default:
-        return jsonValue(kit::view(value));
+        return kit::jsonValue(kit::view(value));
     }
 }
 

@@ -2,8 +2,8 @@
 
 #include "exchange/Attributes.h"
 #include "exchange/GraphBuilder.h"
-#include "exchange/JsonText.h"
 #include "exchange/LinkSequence.h"
+#include "kit/JsonText.h"
 #include "kit/Numbering.h"
 #include "kit/ObjectPaths.h"
 #include "kit/Reflection.h"
@@ -59,7 +59,7 @@ private:
 
     void noteFailure(QORObject const& object, QORMetaAttribute const& attribute) {
         if (++result.failed == 1) {
-            result.firstFailed = printable(kit::ObjectPaths(numbering).pathOf(object)) + ", " +
+            result.firstFailed = kit::printable(kit::ObjectPaths(numbering).pathOf(object)) + ", " +
                                  std::string(kit::view(attribute.getDisplayName()));
         }
     }

@@ -4,9 +4,6 @@
 #include "kit/Reflection.h"
 #include "kit/Text.h"
 
-#include <qor/QORAliasType.h>
-#include <qor/QORPresentationElement.h>
-
 #include <cstdio>
 #include <ostream>
 #include <unordered_set>
@@ -27,19 +24,25 @@ std::string valueText(QORMetaAttribute const& attribute, QORString const& value)
     return isText ? quoted(view(value)) : std::string(view(value));
 }
 
+/// The object at the far end of a link to one object; null without one.
+QORObject const* farEnd(QORObject const& object, char const* role) {
+    QORMetaLink const* link = object.getMetaClass()->getMetaLinkByRoleName(role);
+    return link ? link->getLink(&const_cast<QORObject&>(object), 0) : nullptr;
+}
+
 /// The display name of an alias is that of its type, which must exist and must not lead to an alias in the
 /// end; that of a projection is the one of its subject.
 bool hasDisplayName(QORObject const& object) {
     QORObject const* each = &object;
     if (object.isInstanceOf(QORElementType::PRESENTATION_ELEMENT)) {
-        each = static_cast<QORPresentationElement const&>(object).getSubjectModelObject();
+        each = farEnd(object, "subjectModelObject");
         if (!each || each->getName().length) {
             return true;
         }
     }
     constexpr int longestChain = 100;
     for (int i = 0; each && each->getElementType() == QORElementType::ALIAS_TYPE && i < longestChain; ++i) {
-        each = static_cast<QORAliasType const*>(each)->getAliasOfType();
+        each = farEnd(*each, "aliasOfType");
     }
     return each && each->getElementType() != QORElementType::ALIAS_TYPE &&
            (each == &object || !each->isInstanceOf(QORElementType::PRESENTATION_ELEMENT));

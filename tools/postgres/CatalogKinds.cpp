@@ -1,5 +1,7 @@
 #include "postgres/CatalogKinds.h"
 
+#include "postgres/Extras.h"
+
 #include <algorithm>
 
 namespace postgres {
@@ -10,27 +12,27 @@ using database::Extra;
 /// In the order in which they are made. An event trigger comes last, since it could refuse what comes behind
 /// it.
 constexpr CatalogKind kinds[] = {
-    {"extension ", Moment::FIRST},
-    {"collation ", Moment::BEFORE_TYPES, true},
-    {"conversion ", Moment::BEFORE_TYPES, true},
-    {"text search parser ", Moment::BEFORE_TYPES, true},
-    {"text search template ", Moment::BEFORE_TYPES, true},
-    {"text search dictionary ", Moment::BEFORE_TYPES, true},
-    {"text search configuration ", Moment::BEFORE_TYPES, true},
-    {"language ", Moment::BEFORE_TYPES},
-    {"access method ", Moment::BEFORE_TYPES},
-    {"foreign data wrapper ", Moment::BEFORE_TYPES, false, true},
-    {"server ", Moment::BEFORE_TYPES, false, true},
-    {"user mapping ", Moment::BEFORE_TYPES, false, true},
-    {"operator family ", Moment::BEHIND_TYPES, true},
-    {"operator ", Moment::BEHIND_TYPES, true},
-    {"operator class ", Moment::BEHIND_TYPES, true},
-    {"members of operator family ", Moment::BEHIND_TYPES},
-    {"cast ", Moment::BEHIND_TYPES},
-    {"transform ", Moment::BEHIND_TYPES},
-    {"publication ", Moment::BEHIND_TRIGGERS},
-    {"comment on type ", Moment::BEHIND_TRIGGERS},
-    {"event trigger ", Moment::LAST},
+    {prefix::extension, Moment::FIRST},
+    {prefix::collation, Moment::BEFORE_TYPES, true},
+    {prefix::conversion, Moment::BEFORE_TYPES, true},
+    {prefix::textSearchParser, Moment::BEFORE_TYPES, true},
+    {prefix::textSearchTemplate, Moment::BEFORE_TYPES, true},
+    {prefix::textSearchDictionary, Moment::BEFORE_TYPES, true},
+    {prefix::textSearchConfiguration, Moment::BEFORE_TYPES, true},
+    {prefix::language, Moment::BEFORE_TYPES},
+    {prefix::accessMethod, Moment::BEFORE_TYPES},
+    {prefix::foreignDataWrapper, Moment::BEFORE_TYPES, false, true},
+    {prefix::server, Moment::BEFORE_TYPES, false, true},
+    {prefix::userMapping, Moment::BEFORE_TYPES, false, true},
+    {prefix::operatorFamily, Moment::BEHIND_TYPES, true},
+    {prefix::operatorItself, Moment::BEHIND_TYPES, true},
+    {prefix::operatorClass, Moment::BEHIND_TYPES, true},
+    {prefix::membersOfOperatorFamily, Moment::BEHIND_TYPES},
+    {prefix::cast, Moment::BEHIND_TYPES},
+    {prefix::transform, Moment::BEHIND_TYPES},
+    {prefix::publication, Moment::BEHIND_TRIGGERS},
+    {prefix::commentOnType, Moment::BEHIND_TRIGGERS},
+    {prefix::eventTrigger, Moment::LAST},
 };
 constexpr CatalogKind none = {"", Moment::NEVER};
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -13,6 +14,23 @@
 namespace postgres {
 
 using Oid = std::int64_t;
+
+struct ConstraintRow;
+struct ExtraQuery;
+struct SequenceRow;
+
+/// The columns of a query that describe a type; see `typeColumns`.
+struct TypeFields {
+    explicit TypeFields(Query const& row)
+        : oid(row, "type_oid"), modifier(row, "type_modifier"), declaration(row, "type_declaration"),
+          systemName(row, "type_system_name"), category(row, "type_category") {}
+
+    Number oid;
+    Number modifier;
+    Text declaration;
+    Text systemName; ///< empty unless the type is one of the system
+    Letter category;
+};
 
 /// Fills a Structure from the system catalogue. What is read later refers to what was read before, so that
 /// the order of `run` matters.
@@ -26,22 +44,24 @@ private:
     void readOrigin();
     void readSchemas();
     void readCatalogExtras();
+    void addToCatalog(ExtraQuery const& query);
 
     void readTypes();
     void readEnumerationValues();
     void readTypeExtras();
+    void addToTypes(std::string const& prefix, std::string const& sql);
 
     void readTables();
     void readParents();
     void readColumns();
     void readTableExtras();
     void readSequences();
-    void readIdentity(Query const& row);
+    void readIdentity(SequenceRow const& row);
 
     void readConstraints();
-    void readKey(Query const& row, int table);
-    void readCheck(Query const& row, int table, int type);
-    void readReference(Query const& row, database::Key& key);
+    void readKey(ConstraintRow const& row, int table);
+    void readCheck(ConstraintRow const& row, int table, int type);
+    void readReference(ConstraintRow const& row, database::Key& key);
     void readIndexes();
     void readIndexMembers();
     void readTriggers();
@@ -58,8 +78,8 @@ private:
     /// The columns of a table by their numbers in the catalogue, as an array or a vector prints these.
     std::vector<int> columnsOf(int table, std::string const& numbers) const;
     int columnOf(int table, int number) const;
-    /// The type that six columns of a row describe, from `column` on; see `typeColumns`.
-    int typeOf(Query const& row, int column);
+    /// -1 if the type is NULL.
+    int typeOf(TypeFields const& fields);
 
     Connection& connection;
     database::Structure structure;
@@ -72,36 +92,14 @@ private:
     std::vector<std::vector<int>> columnsByNumber;            ///< for each table
 };
 
-/// Six columns of a query that describe a type: `oid` and `modifier` are expressions, `type` is its row of
-/// pg_type.
-std::string typeColumns(std::string const& oid, std::string const& modifier, std::string const& type);
-
-/// The condition that an object belongs to a schema of the database's users and to no extension.
-/// `namespaceOid` and `oid` are expressions, `catalogue` is the table that the object is a row of.
-std::string isOwn(std::string const& catalogue, std::string const& oid, std::string const& namespaceOid);
-
-/// Options such as {fillfactor=70} as SQL writes them after WITH; NULL if there are none. Some servers keep
-/// a stamp of their own among the options of a column, `pg_attver`, which nobody can set and which isn't
-/// read.
-std::string optionsText(std::string const& options);
-
-/// Options of a foreign object as SQL writes them; NULL if there are none. What may hold a secret by its name
-/// or its value isn't read.
-std::string foreignOptions(std::string const& options);
-
-/// The comment on an object, or on its part of that number.
-std::string commentOn(std::string const& catalogue, std::string const& oid, std::string const& part = "0");
-
-/// The statements that declare on which extensions an object depends; `alteration` begins them. NULL if
-/// there are none.
-std::string neededExtensions(std::string const& catalogue, std::string const& oid,
-                             std::string const& alteration);
-
 /// Adds an extra unless the value is empty.
-void addExtra(database::Extras& extras, char const* name, std::string value);
+void addExtra(database::Extras& extras, std::string_view name, std::string value);
 
 /// Adds an extra of value "true" if a condition holds.
-void addFlag(database::Extras& extras, char const* name, bool holds);
+void addFlag(database::Extras& extras, std::string_view name, bool holds);
+
+/// The value of the extra "inherited" of a part of a table.
+char const* inheritance(bool isInherited, bool isLocal);
 
 /// The numbers in a text such as "{1,-2}" or "1 -2".
 std::vector<int> numbersIn(std::string const& text);

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <libpq-fe.h>
 #include <new>
+#include <stdexcept>
 
 namespace postgres {
 namespace {
@@ -161,49 +162,56 @@ void Query::Clearer::operator()(pg_result* handle) const {
     PQclear(handle);
 }
 
-Query::Query(Connection& onConnection, std::string const& sql) : connection(onConnection) {
-    auto* const handle = connection.connection.get();
-    if (!PQsendQuery(handle, sql.c_str()) || !PQsetSingleRowMode(handle)) {
-        connection.fail(PQerrorMessage(handle));
-    }
-}
-
-Query::~Query() {
-    row.reset();
-    while (PGresult* const left = PQgetResult(connection.connection.get())) {
+Query::Rest::~Rest() {
+    while (PGresult* const left = PQgetResult(handle)) {
         PQclear(left);
     }
 }
 
-bool Query::next() {
-    row.reset(PQgetResult(connection.connection.get()));
-    if (!row) {
-        return false;
+Query::Query(Connection& onConnection, std::string const& sql)
+    : connection(onConnection), rest{onConnection.connection.get()} {
+    if (!PQsendQuery(rest.handle, sql.c_str()) || !PQsetSingleRowMode(rest.handle)) {
+        connection.fail(PQerrorMessage(rest.handle));
     }
-    ExecStatusType const status = PQresultStatus(row.get());
+    fetch();
+}
+
+void Query::fetch() {
+    row.reset(PQgetResult(rest.handle));
+    ExecStatusType const status = row ? PQresultStatus(row.get()) : PGRES_TUPLES_OK;
     if (status != PGRES_SINGLE_TUPLE && status != PGRES_TUPLES_OK) {
         char const* const code = PQresultErrorField(row.get(), PG_DIAG_SQLSTATE);
         bool const isLost = code && std::string_view(code) == internalError;
         connection.fail((isLost ? "the structure changed while it was read; try again: " : "") +
                         std::string(PQresultErrorMessage(row.get())));
     }
-    return status == PGRES_SINGLE_TUPLE;
 }
 
-char const* Query::text(int column) const {
-    return PQgetvalue(row.get(), 0, column);
+bool Query::next() {
+    if (!isFresh) {
+        fetch();
+    }
+    isFresh = false;
+    return row && PQresultStatus(row.get()) == PGRES_SINGLE_TUPLE;
 }
 
-bool Query::isNull(int column) const {
-    return PQgetisnull(row.get(), 0, column) != 0;
+Field::Field(Query const& ofQuery, char const* name)
+    : query(ofQuery), column(PQfnumber(ofQuery.row.get(), name)) {
+    if (column < 0) {
+        throw std::logic_error(std::string("a query has no column ") + name);
+    }
 }
 
-bool Query::flag(int column) const {
-    return *text(column) == 't';
+bool Field::isNull() const {
+    return PQgetisnull(query.row.get(), 0, column) != 0;
 }
 
-std::int64_t Query::number(int column) const {
-    return std::strtoll(text(column), nullptr, 10);
+char const* Field::value() const {
+    return PQgetvalue(query.row.get(), 0, column);
+}
+
+Number::operator std::int64_t() const {
+    return std::strtoll(value(), nullptr, 10);
 }
 
 } // namespace postgres

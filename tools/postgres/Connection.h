@@ -50,30 +50,76 @@ private:
 /// large result takes no memory; there is one Query on a Connection at a time.
 class Query {
 public:
+    /// Returns when the server has answered.
     Query(Connection& connection, std::string const& sql);
     Query(Query const&) = delete;
     Query& operator=(Query const&) = delete;
-    /// Reads the rest of the result.
-    ~Query();
 
     /// Goes to the next row; false if there is none.
     bool next();
-    /// A column of the row as text in UTF-8, or as its bytes are if the database's encoding is SQL_ASCII;
-    /// empty for NULL; it lives until `next`.
-    char const* text(int column) const;
-    bool isNull(int column) const;
-    /// A column that holds true or false; false for NULL.
-    bool flag(int column) const;
-    /// A column of the row as a number, 0 for NULL.
-    std::int64_t number(int column) const;
 
 private:
+    friend class Field;
+
+    /// Reads what is left of the result when the Query ends.
+    struct Rest {
+        ~Rest();
+        pg_conn* handle;
+    };
     struct Clearer {
         void operator()(pg_result* handle) const;
     };
 
+    void fetch();
+
     Connection& connection;
+    Rest rest;
     std::unique_ptr<pg_result, Clearer> row;
+    bool isFresh = true; ///< whether `row` came before anyone called `next`
+};
+
+/// A column of a Query. It is found by its name once, and is that of the current row from then on.
+class Field {
+public:
+    /// Throws std::logic_error if the Query has no column of that name.
+    Field(Query const& query, char const* name);
+    bool isNull() const;
+
+protected:
+    /// As text in UTF-8, or as its bytes are if the database's encoding is SQL_ASCII; empty for NULL.
+    char const* value() const;
+
+private:
+    Query const& query;
+    int column;
+};
+
+/// The text of a column, empty for NULL.
+class Text : public Field {
+public:
+    using Field::Field;
+    operator std::string() const { return value(); }
+};
+
+/// The first letter of a column, 0 for NULL.
+class Letter : public Field {
+public:
+    using Field::Field;
+    operator char() const { return *value(); }
+};
+
+/// A column that holds true or false, false for NULL.
+class Flag : public Field {
+public:
+    using Field::Field;
+    operator bool() const { return *value() == 't'; }
+};
+
+/// A column that holds a whole number, 0 for NULL.
+class Number : public Field {
+public:
+    using Field::Field;
+    operator std::int64_t() const;
 };
 
 } // namespace postgres

@@ -1,6 +1,7 @@
 #include "postgres/ForeignStructure.h"
 
 #include "database/SqlTokens.h"
+#include "postgres/Extras.h"
 #include "postgres/ForeignSql.h"
 #include "postgres/SqlNames.h"
 
@@ -238,7 +239,7 @@ void Translation::translateTables() {
             result.ofObjects.push_back({"table " + table.name,
                                         isOrdinary ? "PostgreSQL allows at most 1600 columns in a table"
                                                    : "PostgreSQL has no virtual tables",
-                                        valueOf(table.extras, "statement")});
+                                        valueOf(table.extras, extra::statement)});
         }
     }
     constraintNames.resize(count);
@@ -353,12 +354,12 @@ bool Translation::isRowNumber(Key const& key) const {
     if (key.kind != KeyKind::PRIMARY || key.columns.size() != 1 || !isThere(key.table)) {
         return false;
     }
-    if (findExtra(key.extras, "autoincrement")) {
+    if (findExtra(key.extras, extra::autoincrement)) {
         return true;
     }
     Table const& table = from.tables[number(key.table)];
     int const type = table.columns[number(key.columns[0])].type;
-    return habits.integerKeysNumberRows && !findExtra(key.extras, "order") && type >= 0 &&
+    return habits.integerKeysNumberRows && !findExtra(key.extras, extra::order) && type >= 0 &&
            table.nativeKind.find("WITHOUT ROWID") == std::string::npos &&
            equalIgnoringCase(from.types[number(type)].declaration, "INTEGER");
 }
@@ -400,11 +401,11 @@ void Translation::translateColumns(std::size_t index) {
         Column& column = tableAt(index).columns[i];
         remarkColumn(index, before.columns[i]);
         if (rowNumbers[index] == static_cast<int>(i)) {
-            column.extras.push_back({"identity", "BY DEFAULT"});
+            column.extras.push_back({extra::identity, "BY DEFAULT"});
             std::string const sequence = tableAt(index).name + "_" + column.name + "_seq";
             if (relationNames.has(sequence)) { // which the server could take before that other one is there
                 column.extras.push_back(
-                    {"identity sequence", "SEQUENCE NAME " + sequenceName(index, sequence)});
+                    {extra::identitySequence, "SEQUENCE NAME " + sequenceName(index, sequence)});
             }
             if (!before.columns[i].defaultValue.empty()) {
                 leaveOut(index, "default of column " + before.name + "." + before.columns[i].name,
@@ -426,7 +427,7 @@ std::string Translation::sequenceName(std::size_t index, std::string const& want
 void Translation::remarkColumn(std::size_t index, Column const& before) {
     std::string const called = "column " + from.tables[index].name + "." + before.name;
     Omissions& omissions = result.ofTables[number(tables[index])];
-    leaveOutExtras(before.extras, {"generated"}, called, omissions);
+    leaveOutExtras(before.extras, {extra::generated}, called, omissions);
 }
 
 /// A word alone is a text there.
@@ -462,7 +463,7 @@ void Translation::translateGenerated(std::size_t index, Column const& before, Co
         }
         column.generated = true;
         column.defaultValue = value.text;
-        column.extras.push_back({"generated", "STORED"});
+        column.extras.push_back({extra::generated, "STORED"});
     } catch (Untranslatable const& problem) {
         leaveOut(index, "that column " + from.tables[index].name + "." + before.name + " is computed",
                  problem.what(), before.defaultValue);
@@ -518,7 +519,7 @@ void Translation::translateKey(Key const& before) {
     if (!before.name.empty() && key.name != before.name) {
         leaveOut(table, "name of " + called, "PostgreSQL's is " + key.name);
     }
-    leaveOutExtras(before.extras, {"autoincrement"}, called, result.ofTables[number(key.table)]);
+    leaveOutExtras(before.extras, {extra::autoincrement}, called, result.ofTables[number(key.table)]);
     result.structure.keys.push_back(key);
 }
 
@@ -545,7 +546,7 @@ bool Translation::isUnique(int table, std::vector<int> const& columns) const {
             members.insert(member.column);
         }
         return index.table == made && index.unique && index.members.size() == wanted.size() &&
-               !findExtra(index.extras, "where") && members == wanted;
+               !findExtra(index.extras, extra::where) && members == wanted;
     };
     return std::any_of(result.structure.keys.begin(), result.structure.keys.end(), isKey) ||
            std::any_of(result.structure.indexes.begin(), result.structure.indexes.end(), isIndex);
@@ -592,7 +593,7 @@ void Translation::translateForeignKeys() {
             withName("foreign key", before.name) + " of table " + from.tables[number(before.table)].name;
         std::string const problem = problemOf(before);
         if (!problem.empty()) {
-            result.ofForeignKeys.push_back({called, problem, valueOf(before.extras, "references")});
+            result.ofForeignKeys.push_back({called, problem, valueOf(before.extras, extra::references)});
             continue;
         }
         Key key = before;
@@ -600,15 +601,16 @@ void Translation::translateForeignKeys() {
         key.referredTable = tables[number(before.referredTable)];
         key.name = constraintName(before.table, before.name, "fkey", false);
         key.extras.clear();
-        bool const isDeferred = valueOf(before.extras, "deferrable") == "INITIALLY DEFERRED";
-        if (findExtra(before.extras, "deferrable")) {
-            key.extras.push_back({"deferrable", isDeferred ? "INITIALLY DEFERRED" : "INITIALLY IMMEDIATE"});
+        bool const isDeferred = valueOf(before.extras, extra::deferrable) == "INITIALLY DEFERRED";
+        if (findExtra(before.extras, extra::deferrable)) {
+            key.extras.push_back(
+                {extra::deferrable, isDeferred ? "INITIALLY DEFERRED" : "INITIALLY IMMEDIATE"});
         }
-        if (valueOf(before.extras, "match") == "FULL") {
-            key.extras.push_back({"match", "FULL"});
-            leaveOutExtras(before.extras, {"deferrable", "match"}, called, result.ofForeignKeys);
+        if (valueOf(before.extras, extra::match) == "FULL") {
+            key.extras.push_back({extra::match, "FULL"});
+            leaveOutExtras(before.extras, {extra::deferrable, extra::match}, called, result.ofForeignKeys);
         } else {
-            leaveOutExtras(before.extras, {"deferrable"}, called, result.ofForeignKeys);
+            leaveOutExtras(before.extras, {extra::deferrable}, called, result.ofForeignKeys);
         }
         if (!before.name.empty() && key.name != before.name) {
             result.ofForeignKeys.push_back({"name of " + called, "PostgreSQL's is " + key.name, ""});
@@ -659,7 +661,7 @@ void Translation::translateIndexes() {
             translateIndex(index);
         } catch (Untranslatable const& problem) {
             result.ofIndexes.resize(known);
-            result.ofIndexes.push_back({called, problem.what(), valueOf(index.extras, "where")});
+            result.ofIndexes.push_back({called, problem.what(), valueOf(index.extras, extra::where)});
         }
     }
 }
@@ -678,14 +680,14 @@ void Translation::translateIndex(Index const& before) {
         index.members.push_back(translateMember(before, member));
         leaveOutExtras(member.extras, {}, called, result.ofIndexes);
     }
-    if (std::string const* const where = findExtra(before.extras, "where")) {
+    if (std::string const* const where = findExtra(before.extras, extra::where)) {
         Value const condition = asCondition(expressionOf(number(before.table), *where));
         if (!condition.isImmutable) {
             throw Untranslatable("its condition isn't immutable");
         }
-        index.extras.push_back({"where", condition.text});
+        index.extras.push_back({extra::where, condition.text});
     }
-    leaveOutExtras(before.extras, {"where"}, called, result.ofIndexes);
+    leaveOutExtras(before.extras, {extra::where}, called, result.ofIndexes);
     if (index.name != before.name) {
         result.ofIndexes.push_back({"name of " + called, "PostgreSQL's is " + index.name, ""});
     }
@@ -781,7 +783,7 @@ void Translation::translateView(std::size_t index) {
         result.structure.tables.push_back(view);
         result.ofTables.emplace_back();
         views[index] = State::DONE;
-        leaveOutExtras(before.extras, {"columns"}, "view " + before.name, result.ofObjects);
+        leaveOutExtras(before.extras, {extra::columns}, "view " + before.name, result.ofObjects);
         remarkViewNames(before, view, selection.columns);
     } catch (Untranslatable const& problem) {
         views[index] = State::LEFT_OUT;

@@ -1,5 +1,6 @@
 #include "postgres/SqlWriter.h"
 
+#include "database/Enumerations.h"
 #include "database/Records.h"
 #include "postgres/ArrayCasts.h"
 #include "postgres/ForeignTypes.h"

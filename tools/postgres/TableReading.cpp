@@ -1,13 +1,17 @@
+#include "database/Enumerations.h"
+#include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
-
-#include <algorithm>
+#include "postgres/Extras.h"
 
 namespace postgres {
 namespace {
 
-using database::Column;
 using database::Table;
 using database::TableKind;
+
+/// Partitioned and foreign tables are tables as well.
+constexpr database::TwoWay<TableKind, char, 3> kindLetters{
+    {{TableKind::TABLE, 'r'}, {TableKind::VIEW, 'v'}, {TableKind::MATERIALIZED_VIEW, 'm'}}};
 
 std::string nativeKindOf(char kind, bool unlogged, bool partition) {
     switch (kind) {
@@ -15,12 +19,10 @@ std::string nativeKindOf(char kind, bool unlogged, bool partition) {
         return "PARTITIONED TABLE";
     case 'f':
         return "FOREIGN TABLE";
-    case 'v':
-        return "VIEW";
-    case 'm':
-        return "MATERIALIZED VIEW";
+    case 'r':
+        return unlogged ? "UNLOGGED TABLE" : partition ? "PARTITION" : "TABLE";
     default:
-        return std::string(unlogged ? "UNLOGGED TABLE" : partition ? "PARTITION" : "TABLE");
+        return database::nativeKindOf(kindLetters.valueOf(kind));
     }
 }
 
@@ -29,10 +31,6 @@ std::string trimmed(std::string const& statement) {
     auto const first = statement.find_first_not_of(" \n\t");
     auto const last = statement.find_last_not_of(" \n\t;");
     return first == std::string::npos ? "" : statement.substr(first, last - first + 1);
-}
-
-char const* storageName(char letter) {
-    return letter == 'p' ? "PLAIN" : letter == 'e' ? "EXTERNAL" : letter == 'm' ? "MAIN" : "EXTENDED";
 }
 
 char const* replicaIdentity(char letter) {
@@ -44,58 +42,115 @@ char const* rowSecurity(bool enabled, bool forced) {
     return enabled ? (forced ? "FORCED" : "ENABLED") : forced ? "FORCED, NOT ENABLED" : "";
 }
 
+constexpr char const* tableSql = R"sql(
+    SELECT c.oid AS oid, c.relname AS name, c.relnamespace AS schema, c.relkind AS kind,
+        c.relpersistence = 'u' AS unlogged, c.relispartition AS partition, {comment} AS comment,
+        {options} AS options,
+        (SELECT string_agg('toast.' || w, ', ') FROM pg_class AS o, unnest(o.reloptions) AS w
+            WHERE o.oid = c.reltoastrelid) AS toast_options,
+        (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = c.reltablespace) AS tablespace,
+        (SELECT amname FROM pg_am AS m WHERE m.oid = c.relam AND m.amname <> 'heap') AS access_method,
+        CASE WHEN c.relkind = 'p' THEN pg_get_partkeydef(c.oid) END AS partition_key,
+        pg_get_expr(c.relpartbound, c.oid) AS partition_bound,
+        CASE WHEN c.relkind IN ('v', 'm') THEN pg_get_viewdef(c.oid) END AS statement,
+        CASE WHEN c.relkind IN ('r', 'p', 'm') THEN c.relreplident END AS replica_identity,
+        c.relrowsecurity AS row_security, c.relforcerowsecurity AS forced_row_security,
+        CASE WHEN c.reloftype <> 0 THEN format_type(c.reloftype, NULL) END AS of_type,
+        (SELECT s.srvname FROM pg_foreign_table AS f JOIN pg_foreign_server AS s ON s.oid = f.ftserver
+            WHERE f.ftrelid = c.oid) AS server,
+        (SELECT {foreign_options} FROM pg_foreign_table AS f WHERE f.ftrelid = c.oid) AS foreign_options,
+        {needed_extensions} AS needed_extensions
+    FROM pg_class AS c
+    WHERE c.relkind IN ('r', 'p', 'f', 'v', 'm') AND {is_own}
+    ORDER BY c.oid)sql";
+
+std::string tableQuery() {
+    return filled(tableSql,
+                  {{"comment", commentOn("pg_class", "c.oid")},
+                   {"options", optionsText("c.reloptions")},
+                   {"foreign_options", foreignOptions("f.ftoptions")},
+                   {"needed_extensions",
+                    neededExtensions("pg_class", "c.oid", "'ALTER MATERIALIZED VIEW ' || c.oid::regclass")},
+                   {"is_own", isOwn("pg_class", "c.oid", "c.relnamespace")}});
+}
+
+struct TableRow : Query {
+    using Query::Query;
+    Number oid{*this, "oid"};
+    Text name{*this, "name"};
+    Number schema{*this, "schema"};
+    Letter kind{*this, "kind"};
+    Flag isUnlogged{*this, "unlogged"};
+    Flag isPartition{*this, "partition"};
+    Text comment{*this, "comment"};
+    Text options{*this, "options"};
+    Text toastOptions{*this, "toast_options"};
+    Text tablespace{*this, "tablespace"};
+    Text accessMethod{*this, "access_method"};
+    Text partitionKey{*this, "partition_key"};
+    Text partitionBound{*this, "partition_bound"};
+    Text statement{*this, "statement"};
+    Letter replicaIdentity{*this, "replica_identity"};
+    Flag hasRowSecurity{*this, "row_security"};
+    Flag hasForcedRowSecurity{*this, "forced_row_security"};
+    Text ofType{*this, "of_type"};
+    Text server{*this, "server"};
+    Text foreignOptions{*this, "foreign_options"};
+    Text neededExtensions{*this, "needed_extensions"};
+};
+
+std::string optionsOf(TableRow const& row) {
+    std::string const options = row.options;
+    std::string const toast = row.toastOptions;
+    return options + (options.empty() || toast.empty() ? "" : ", ") + toast;
+}
+
+Table tableOfRow(TableRow const& row, int schema) {
+    Table table;
+    table.name = row.name;
+    table.schema = schema;
+    table.kind = kindLetters.valueOf(row.kind);
+    table.nativeKind = nativeKindOf(row.kind, row.isUnlogged, row.isPartition);
+    table.comment = row.comment;
+    table.statement = trimmed(row.statement);
+    addExtra(table.extras, extra::with, optionsOf(row));
+    addExtra(table.extras, extra::tablespace, row.tablespace);
+    addExtra(table.extras, extra::accessMethod, row.accessMethod);
+    addFlag(table.extras, extra::unlogged, row.isUnlogged);
+    addExtra(table.extras, extra::partitionBy, row.partitionKey);
+    addExtra(table.extras, extra::partitionBound, row.partitionBound);
+    addExtra(table.extras, extra::replicaIdentity, replicaIdentity(row.replicaIdentity));
+    addExtra(table.extras, extra::rowSecurity, rowSecurity(row.hasRowSecurity, row.hasForcedRowSecurity));
+    addExtra(table.extras, extra::of, row.ofType);
+    addExtra(table.extras, extra::server, row.server);
+    addExtra(table.extras, extra::options, row.foreignOptions);
+    addExtra(table.extras, extra::dependsOnExtension, row.neededExtensions);
+    return table;
+}
+
+constexpr char const* parentSql = R"sql(
+    SELECT i.inhrelid AS child, i.inhparent AS parent, i.inhparent::regclass AS parent_name,
+        {detach_pending} AS detach_pending
+    FROM pg_inherits AS i JOIN pg_class AS c ON c.oid = i.inhrelid
+    WHERE c.relkind IN ('r', 'p', 'f')
+    ORDER BY i.inhrelid, i.inhseqno)sql";
+
+struct ParentRow : Query {
+    using Query::Query;
+    Number child{*this, "child"};
+    Number parent{*this, "parent"};
+    Text parentName{*this, "parent_name"};
+    Flag isDetaching{*this, "detach_pending"};
+};
+
 } // namespace
 
 void CatalogReader::readTables() {
-    Query row(
-        connection,
-        "SELECT c.oid, c.relname, c.relnamespace, c.relkind, c.relpersistence = 'u', c.relispartition, " +
-            commentOn("pg_class", "c.oid") + ", " + optionsText("c.reloptions") +
-            ", (SELECT string_agg('toast.' || w, ', ') FROM pg_class AS o, unnest(o.reloptions) AS w"
-            "   WHERE o.oid = c.reltoastrelid)"
-            ", (SELECT spcname FROM pg_tablespace AS s WHERE s.oid = c.reltablespace)"
-            ", (SELECT amname FROM pg_am AS m WHERE m.oid = c.relam AND m.amname <> 'heap')"
-            ", CASE WHEN c.relkind = 'p' THEN pg_get_partkeydef(c.oid) END"
-            ", pg_get_expr(c.relpartbound, c.oid)"
-            ", CASE WHEN c.relkind IN ('v', 'm') THEN pg_get_viewdef(c.oid) END"
-            ", CASE WHEN c.relkind IN ('r', 'p', 'm') THEN c.relreplident END, c.relrowsecurity, "
-            "c.relforcerowsecurity"
-            ", CASE WHEN c.reloftype <> 0 THEN format_type(c.reloftype, NULL) END"
-            ", (SELECT s.srvname FROM pg_foreign_table AS f JOIN pg_foreign_server AS s ON s.oid = f.ftserver"
-            "   WHERE f.ftrelid = c.oid)"
-            ", (SELECT " +
-            foreignOptions("f.ftoptions") + " FROM pg_foreign_table AS f WHERE f.ftrelid = c.oid), " +
-            neededExtensions("pg_class", "c.oid", "'ALTER MATERIALIZED VIEW ' || c.oid::regclass") +
-            " FROM pg_class AS c WHERE c.relkind IN ('r', 'p', 'f', 'v', 'm') AND" +
-            isOwn("pg_class", "c.oid", "c.relnamespace") + "ORDER BY c.oid");
+    TableRow row(connection, tableQuery());
     while (row.next()) {
-        Table table;
-        char const kind = *row.text(3);
-        table.name = row.text(1);
-        table.schema = schemaOf(row.number(2));
-        table.kind = kind == 'v'   ? TableKind::VIEW
-                     : kind == 'm' ? TableKind::MATERIALIZED_VIEW
-                                   : TableKind::TABLE;
-        table.nativeKind = nativeKindOf(kind, row.flag(4), row.flag(5));
-        table.comment = row.text(6);
-        table.statement = trimmed(row.text(13));
+        Table table = tableOfRow(row, schemaOf(row.schema));
         checkUnchanged(table.kind == TableKind::TABLE || !table.statement.empty());
-        std::string const toast = row.text(8);
-        std::string options = row.text(7);
-        options += (options.empty() || toast.empty() ? "" : ", ") + toast;
-        addExtra(table.extras, "with", options);
-        addExtra(table.extras, "tablespace", row.text(9));
-        addExtra(table.extras, "access method", row.text(10));
-        addFlag(table.extras, "unlogged", row.flag(4));
-        addExtra(table.extras, "partition by", row.text(11));
-        addExtra(table.extras, "partition bound", row.text(12));
-        addExtra(table.extras, "replica identity", replicaIdentity(*row.text(14)));
-        addExtra(table.extras, "row security", rowSecurity(row.flag(15), row.flag(16)));
-        addExtra(table.extras, "of", row.text(17));
-        addExtra(table.extras, "server", row.text(18));
-        addExtra(table.extras, "options", row.text(19));
-        addExtra(table.extras, "depends on extension", row.text(20));
-        tables.emplace(row.number(0), static_cast<int>(structure.tables.size()));
+        tables.emplace(row.oid, static_cast<int>(structure.tables.size()));
         structure.tables.push_back(std::move(table));
     }
     columnsByNumber.resize(structure.tables.size());
@@ -103,78 +158,21 @@ void CatalogReader::readTables() {
 
 /// A parent that belongs to an extension has no record, only its name.
 void CatalogReader::readParents() {
-    Query row(connection, std::string("SELECT i.inhrelid, i.inhparent, i.inhparent::regclass, ") +
-                              (since(140000) ? "i.inhdetachpending" : "false") +
-                              " FROM pg_inherits AS i"
-                              " JOIN pg_class AS c ON c.oid = i.inhrelid WHERE c.relkind IN ('r', 'p', 'f')"
-                              " ORDER BY i.inhrelid, i.inhseqno");
+    char const* const detaching = since(140000) ? "i.inhdetachpending" : "false";
+    ParentRow row(connection, filled(parentSql, {{"detach_pending", detaching}}));
     while (row.next()) {
-        int const child = tableOf(row.number(0));
+        int const child = tableOf(row.child);
         if (child < 0) {
             continue;
         }
         Table& table = structure.tables[static_cast<std::size_t>(child)];
-        addFlag(table.extras, "detach pending", row.flag(3));
-        int const parent = tableOf(row.number(1));
+        addFlag(table.extras, extra::detachPending, row.isDetaching);
+        int const parent = tableOf(row.parent);
         if (parent >= 0) {
             table.parents.push_back(parent);
         } else {
-            addExtra(table.extras, "inherits", row.text(2));
+            addExtra(table.extras, extra::inherits, row.parentName);
         }
-    }
-}
-
-void CatalogReader::readColumns() {
-    Query row(
-        connection,
-        "SELECT a.attrelid, a.attnum, a.attname, " + typeColumns("a.atttypid", "a.atttypmod", "t") +
-            ", a.attnotnull, pg_get_expr(d.adbin, d.adrelid), a.attgenerated, a.attidentity"
-            ", CASE WHEN a.attcollation <> t.typcollation THEN (SELECT quote_ident(k.nspname) || '.' ||"
-            "   quote_ident(l.collname) FROM pg_collation AS l JOIN pg_namespace AS k"
-            "   ON k.oid = l.collnamespace WHERE l.oid = a.attcollation) END"
-            ", CASE WHEN a.attstorage <> t.typstorage THEN a.attstorage END, " +
-            (since(140000) ? "nullif(a.attcompression, '')" : "NULL") +
-            ", CASE WHEN a.attstattarget >= 0 THEN a.attstattarget END, " + optionsText("a.attoptions") +
-            ", " + foreignOptions("a.attfdwoptions") +
-            ", n.description, a.attinhcount > 0 AND NOT c.relispartition, a.attislocal"
-            " FROM pg_attribute AS a JOIN pg_class AS c ON c.oid = a.attrelid"
-            " JOIN pg_type AS t ON t.oid = a.atttypid"
-            " LEFT JOIN pg_attrdef AS d ON d.adrelid = a.attrelid AND d.adnum = a.attnum"
-            " LEFT JOIN pg_description AS n ON n.classoid = 'pg_class'::regclass AND n.objoid = a.attrelid"
-            "   AND n.objsubid = a.attnum"
-            " WHERE a.attnum > 0 AND NOT a.attisdropped AND c.relkind IN ('r', 'p', 'f', 'v', 'm')"
-            " ORDER BY a.attrelid, a.attnum");
-    while (row.next()) {
-        int const owner = tableOf(row.number(0));
-        if (owner < 0) {
-            continue;
-        }
-        Column column;
-        column.name = row.text(2);
-        column.type = typeOf(row, 3);
-        column.notNull = row.flag(9);
-        column.defaultValue = row.text(10);
-        column.generated = *row.text(11) != 0;
-        column.comment = row.text(19);
-        char const identity = *row.text(12);
-        addExtra(column.extras, "generated",
-                 !column.generated      ? ""
-                 : *row.text(11) == 'v' ? "VIRTUAL"
-                                        : "STORED");
-        addExtra(column.extras, "identity", !identity ? "" : identity == 'a' ? "ALWAYS" : "BY DEFAULT");
-        addExtra(column.extras, "collation", row.text(13));
-        addExtra(column.extras, "storage", row.isNull(14) ? "" : storageName(*row.text(14)));
-        addExtra(column.extras, "compression", row.isNull(15) ? "" : *row.text(15) == 'l' ? "lz4" : "pglz");
-        addExtra(column.extras, "statistics", row.text(16));
-        addExtra(column.extras, "with", row.text(17));
-        addExtra(column.extras, "options", row.text(18));
-        addExtra(column.extras, "inherited", !row.flag(20) ? "" : row.flag(21) ? "and own" : "true");
-
-        auto& numbers = columnsByNumber[static_cast<std::size_t>(owner)];
-        auto& columns = structure.tables[static_cast<std::size_t>(owner)].columns;
-        numbers.resize(static_cast<std::size_t>(row.number(1)) + 1, -1);
-        numbers.back() = static_cast<int>(columns.size());
-        columns.push_back(std::move(column));
     }
 }
 

@@ -1,4 +1,7 @@
+#include "database/Enumerations.h"
+#include "postgres/CatalogQueries.h"
 #include "postgres/CatalogReader.h"
+#include "postgres/Extras.h"
 
 #include <algorithm>
 #include <string_view>
@@ -92,60 +95,118 @@ void unpackModifier(Type& type, std::string_view systemName, std::int64_t modifi
     }
 }
 
+constexpr char const* typeSql = R"sql(
+    SELECT t.oid AS oid, t.typname AS name, t.typnamespace AS schema, t.typtype AS kind,
+        format_type(t.oid, NULL) AS declaration, t.typcategory AS category, t.typnotnull AS not_null,
+        pg_get_expr(t.typdefaultbin, 0) AS default_value, {comment} AS comment, {collation} AS collation,
+        {base_columns}
+    FROM pg_type AS t LEFT JOIN pg_type AS b ON b.oid = t.typbasetype
+    WHERE {is_own}
+        AND (t.typtype IN ('d', 'e', 'r')
+            OR (t.typtype = 'c' AND EXISTS
+                (SELECT 1 FROM pg_class AS c WHERE c.oid = t.typrelid AND c.relkind = 'c'))
+            OR (t.typtype = 'b' AND t.typcategory <> 'A')
+            OR (t.typtype = 'p' AND NOT t.typisdefined))
+    ORDER BY t.oid)sql";
+
+std::string typeQuery() {
+    return filled(typeSql, {{"comment", commentOn("pg_type", "t.oid")},
+                            {"collation", otherCollation("t.typcollation", "b.typcollation")},
+                            {"base_columns", typeColumns("b.oid", "t.typtypmod", "b")},
+                            {"is_own", isOwn("pg_type", "t.oid", "t.typnamespace")}});
+}
+
+struct TypeRow : Query {
+    using Query::Query;
+    Number oid{*this, "oid"};
+    Text name{*this, "name"};
+    Number schema{*this, "schema"};
+    Letter kind{*this, "kind"};
+    Text declaration{*this, "declaration"};
+    Letter category{*this, "category"};
+    Flag isNotNull{*this, "not_null"};
+    Text defaultValue{*this, "default_value"};
+    Text comment{*this, "comment"};
+    Text collation{*this, "collation"};
+    TypeFields base{*this};
+};
+
+struct ValueRow : Query {
+    using Query::Query;
+    Number type{*this, "type"};
+    Text label{*this, "label"};
+};
+
+/// What a query tells of each type becomes its extra.
+struct TypeExtraRow : Query {
+    using Query::Query;
+    Number type{*this, "type"};
+    Text name{*this, "name"}; ///< stands behind the prefix in the name of the extra
+    Text value{*this, "value"};
+};
+
+constexpr char const* attributeSql = R"sql(
+    SELECT c.reltype AS type, '' AS name,
+        string_agg(quote_ident(a.attname) || ' ' || format_type(a.atttypid, a.atttypmod)
+            || coalesce(' COLLATE ' || {collation}, ''), ', ' ORDER BY a.attnum) AS value
+    FROM pg_class AS c JOIN pg_attribute AS a ON a.attrelid = c.oid JOIN pg_type AS t ON t.oid = a.atttypid
+    WHERE c.relkind = 'c' AND a.attnum > 0 AND NOT a.attisdropped
+    GROUP BY c.reltype)sql";
+
+constexpr char const* attributeCommentSql = R"sql(
+    SELECT c.reltype AS type, a.attname AS name, d.description AS value
+    FROM pg_class AS c JOIN pg_attribute AS a ON a.attrelid = c.oid
+        JOIN pg_description AS d ON d.classoid = 'pg_class'::regclass AND d.objoid = c.oid
+            AND d.objsubid = a.attnum
+    WHERE c.relkind = 'c'
+    ORDER BY c.oid, a.attnum)sql";
+
 /// An operator class of the users is named although it is the default, so that it is made first.
-std::string rangeParts(bool hasMultiranges) {
-    return "SELECT r.rngtypid, 'range', concat_ws(', ', 'SUBTYPE = ' || format_type(r.rngsubtype, NULL),"
-           " CASE WHEN NOT o.opcdefault OR n.nspname <> 'pg_catalog' THEN 'SUBTYPE_OPCLASS = ' || "
-           "quote_ident(n.nspname) || '.' ||"
-           " quote_ident(o.opcname) END,"
-           " CASE WHEN r.rngcollation <> s.typcollation THEN (SELECT 'COLLATION = ' || "
-           "quote_ident(k.nspname) "
-           "|| '.' ||"
-           " quote_ident(l.collname) FROM pg_collation AS l JOIN pg_namespace AS k ON k.oid = l.collnamespace"
-           " WHERE l.oid = r.rngcollation) END,"
-           " 'CANONICAL = ' || nullif(r.rngcanonical::text, '-'),"
-           " 'SUBTYPE_DIFF = ' || nullif(r.rngsubdiff::text, '-')" +
-           std::string(hasMultiranges ? ", 'MULTIRANGE_TYPE_NAME = ' || format_type(r.rngmultitypid, NULL)"
-                                      : "") +
-           ") FROM pg_range AS r JOIN pg_type AS s ON s.oid = r.rngsubtype JOIN pg_opclass AS o ON o.oid = "
-           "r.rngsubopc"
-           " JOIN pg_namespace AS n ON n.oid = o.opcnamespace ORDER BY r.rngtypid";
-}
+constexpr char const* rangeSql = R"sql(
+    SELECT r.rngtypid AS type, '' AS name,
+        concat_ws(', ',
+            'SUBTYPE = ' || format_type(r.rngsubtype, NULL),
+            CASE WHEN NOT o.opcdefault OR n.nspname <> 'pg_catalog'
+                THEN 'SUBTYPE_OPCLASS = ' || quote_ident(n.nspname) || '.' || quote_ident(o.opcname) END,
+            'COLLATION = ' || {collation},
+            'CANONICAL = ' || nullif(r.rngcanonical::text, '-'),
+            'SUBTYPE_DIFF = ' || nullif(r.rngsubdiff::text, '-'),
+            'MULTIRANGE_TYPE_NAME = ' || {multirange}) AS value
+    FROM pg_range AS r JOIN pg_type AS s ON s.oid = r.rngsubtype JOIN pg_opclass AS o ON o.oid = r.rngsubopc
+        JOIN pg_namespace AS n ON n.oid = o.opcnamespace
+    ORDER BY r.rngtypid)sql";
 
-/// A function of a type, as an option of its statement.
-std::string typeFunction(char const* option, char const* column) {
-    return std::string(", '") + option + " = ' || nullif(t." + column + "::text, '-')";
-}
+constexpr char const* baseTypeSql = R"sql(
+    SELECT t.oid AS type, '' AS name,
+        concat_ws(', ',
+            format('INPUT = %s, OUTPUT = %s', t.typinput, t.typoutput),
+            'RECEIVE = ' || nullif(t.typreceive::text, '-'),
+            'SEND = ' || nullif(t.typsend::text, '-'),
+            'TYPMOD_IN = ' || nullif(t.typmodin::text, '-'),
+            'TYPMOD_OUT = ' || nullif(t.typmodout::text, '-'),
+            'ANALYZE = ' || nullif(t.typanalyze::text, '-'),
+            'SUBSCRIPT = ' || {subscript},
+            'INTERNALLENGTH = ' || CASE WHEN t.typlen < 0 THEN 'VARIABLE' ELSE t.typlen::text END,
+            CASE WHEN t.typbyval THEN 'PASSEDBYVALUE' END,
+            'ALIGNMENT = ' ||
+                CASE t.typalign WHEN 'c' THEN 'char' WHEN 's' THEN 'int2' WHEN 'd' THEN 'double' ELSE 'int4' END,
+            'STORAGE = ' || CASE t.typstorage
+                WHEN 'p' THEN 'plain' WHEN 'e' THEN 'external' WHEN 'm' THEN 'main' ELSE 'extended' END,
+            'CATEGORY = ' || quote_literal(nullif(t.typcategory, 'U')::text),
+            CASE WHEN t.typispreferred THEN 'PREFERRED = true' END,
+            'DEFAULT = ' || quote_literal(t.typdefault),
+            'ELEMENT = ' || CASE WHEN t.typelem <> 0 THEN format_type(t.typelem, NULL) END,
+            'DELIMITER = ' || quote_literal(nullif(t.typdelim, ',')::text),
+            CASE WHEN t.typcollation <> 0 THEN 'COLLATABLE = true' END) AS value
+    FROM pg_type AS t
+    WHERE t.typtype = 'b' AND t.oid >= 16384
+    ORDER BY t.oid)sql";
 
-std::string baseTypeParts(bool hasSubscripts) {
-    return "SELECT t.oid, 'base', concat_ws(', ', format('INPUT = %s, OUTPUT = %s', t.typinput, "
-           "t.typoutput)" +
-           typeFunction("RECEIVE", "typreceive") + typeFunction("SEND", "typsend") +
-           typeFunction("TYPMOD_IN", "typmodin") + typeFunction("TYPMOD_OUT", "typmodout") +
-           typeFunction("ANALYZE", "typanalyze") +
-           (hasSubscripts ? typeFunction("SUBSCRIPT", "typsubscript") : "") +
-           ", 'INTERNALLENGTH = ' || CASE WHEN t.typlen < 0 THEN 'VARIABLE' ELSE t.typlen::text END,"
-           " CASE WHEN t.typbyval THEN 'PASSEDBYVALUE' END,"
-           " 'ALIGNMENT = ' || CASE t.typalign WHEN 'c' THEN 'char' WHEN 's' THEN 'int2' WHEN 'd' THEN "
-           "'double'"
-           " ELSE 'int4' END,"
-           " 'STORAGE = ' || CASE t.typstorage WHEN 'p' THEN 'plain' WHEN 'e' THEN 'external' WHEN 'm' THEN"
-           " 'main' ELSE 'extended' END, 'CATEGORY = ' || quote_literal(nullif(t.typcategory, 'U')::text),"
-           " CASE WHEN t.typispreferred THEN 'PREFERRED = true' END, 'DEFAULT = ' || "
-           "quote_literal(t.typdefault),"
-           " 'ELEMENT = ' || CASE WHEN t.typelem <> 0 THEN format_type(t.typelem, NULL) END,"
-           " 'DELIMITER = ' || quote_literal(nullif(t.typdelim, ',')::text),"
-           " CASE WHEN t.typcollation <> 0 THEN 'COLLATABLE = true' END)"
-           " FROM pg_type AS t WHERE t.typtype = 'b' AND t.oid >= 16384 ORDER BY t.oid";
-}
-
-TypeKind kindOf(char letter) {
-    return letter == 'd'   ? TypeKind::DOMAIN_TYPE
-           : letter == 'e' ? TypeKind::ENUMERATION
-           : letter == 'c' ? TypeKind::COMPOSITE
-           : letter == 'r' ? TypeKind::RANGE
-                           : TypeKind::BUILT_IN;
-}
+constexpr database::TwoWay<TypeKind, char, 5> kindLetters{{{TypeKind::BUILT_IN, 'b'},
+                                                           {TypeKind::DOMAIN_TYPE, 'd'},
+                                                           {TypeKind::ENUMERATION, 'e'},
+                                                           {TypeKind::COMPOSITE, 'c'},
+                                                           {TypeKind::RANGE, 'r'}}};
 
 } // namespace
 
@@ -154,28 +215,22 @@ void describeType(Type& type, std::string const& systemName, char category, std:
     unpackModifier(type, systemName, modifier);
 }
 
-std::string typeColumns(std::string const& oid, std::string const& modifier, std::string const& type) {
-    return oid + ", " + modifier + ", format_type(" + oid + ", " + modifier + "), CASE WHEN " + type +
-           ".typnamespace = 'pg_catalog'::regnamespace THEN " + type + ".typname END, " + type +
-           ".typcategory, " + type + ".typtype";
-}
-
-int CatalogReader::typeOf(Query const& row, int column) {
-    if (row.isNull(column)) {
+int CatalogReader::typeOf(TypeFields const& fields) {
+    if (fields.oid.isNull()) {
         return -1;
     }
-    auto const own = ownTypes.find(row.number(column));
+    auto const own = ownTypes.find(fields.oid);
     if (own != ownTypes.end()) {
         return own->second;
     }
     auto const next = static_cast<int>(structure.types.size());
     auto const [known, isNew] =
-        spelledTypes.emplace(std::pair(row.number(column), row.number(column + 1)), next);
+        spelledTypes.emplace(std::pair(Oid(fields.oid), std::int64_t(fields.modifier)), next);
     if (isNew) {
         Type type;
-        type.declaration = row.text(column + 2);
+        type.declaration = fields.declaration;
         type.name = type.declaration;
-        describeType(type, row.text(column + 3), *row.text(column + 4), row.number(column + 1));
+        describeType(type, fields.systemName, fields.category, fields.modifier);
         structure.types.push_back(std::move(type));
     }
     return known->second;
@@ -183,84 +238,64 @@ int CatalogReader::typeOf(Query const& row, int column) {
 
 /// Those that come with a table, an array or a range are left out.
 void CatalogReader::readTypes() {
-    Query row(
-        connection,
-        "SELECT t.oid, t.typname, t.typnamespace, t.typtype, format_type(t.oid, NULL), t.typcategory, "
-        "t.typnotnull, pg_get_expr(t.typdefaultbin, 0), " +
-            commentOn("pg_type", "t.oid") +
-            ", CASE WHEN t.typtype = 'd' AND t.typcollation <> b.typcollation THEN (SELECT"
-            " quote_ident(k.nspname) || '.' || quote_ident(l.collname) FROM pg_collation AS l"
-            " JOIN pg_namespace AS k ON k.oid = l.collnamespace WHERE l.oid = t.typcollation) END, " +
-            typeColumns("b.oid", "t.typtypmod", "b") +
-            " FROM pg_type AS t LEFT JOIN pg_type AS b ON b.oid = t.typbasetype"
-            " WHERE" +
-            isOwn("pg_type", "t.oid", "t.typnamespace") +
-            "AND (t.typtype IN ('d', 'e', 'r') OR (t.typtype = 'c' AND EXISTS"
-            " (SELECT 1 FROM pg_class AS c WHERE c.oid = t.typrelid AND c.relkind = 'c'))"
-            " OR (t.typtype = 'b' AND t.typcategory <> 'A') OR (t.typtype = 'p' AND NOT t.typisdefined))"
-            " ORDER BY t.oid");
+    TypeRow row(connection, typeQuery());
     while (row.next()) {
         Type type;
-        type.name = row.text(1);
-        type.schema = schemaOf(row.number(2));
-        type.kind = kindOf(*row.text(3));
-        type.declaration = row.text(4);
-        type.notNull = row.flag(6);
-        type.defaultValue = row.text(7);
-        type.comment = row.text(8);
-        addExtra(type.extras, "collation", row.text(9));
-        addFlag(type.extras, "shell", *row.text(3) == 'p');
-        type.base = typeOf(row, 10);
+        type.name = row.name;
+        type.schema = schemaOf(row.schema);
+        type.kind = kindLetters.valueOf(row.kind);
+        type.declaration = row.declaration;
+        type.notNull = row.isNotNull;
+        type.defaultValue = row.defaultValue;
+        type.comment = row.comment;
+        addExtra(type.extras, extra::collation, row.collation);
+        addFlag(type.extras, extra::shell, row.kind == 'p');
+        type.base = typeOf(row.base);
         if (type.base >= 0) {
             Type const& base = structure.types[static_cast<std::size_t>(type.base)];
             type.dataType = base.dataType;
             type.length = base.length;
             type.scale = base.scale;
         } else {
-            describeType(type, "", *row.text(5), -1);
+            describeType(type, "", row.category, -1);
         }
-        ownTypes.emplace(row.number(0), static_cast<int>(structure.types.size()));
+        ownTypes.emplace(row.oid, static_cast<int>(structure.types.size()));
         structure.types.push_back(std::move(type));
     }
 }
 
 void CatalogReader::readEnumerationValues() {
-    Query row(connection, "SELECT enumtypid, enumlabel FROM pg_enum ORDER BY enumtypid, enumsortorder");
+    ValueRow row(
+        connection,
+        "SELECT enumtypid AS type, enumlabel AS label FROM pg_enum ORDER BY enumtypid, enumsortorder");
     while (row.next()) {
-        auto const type = ownTypes.find(row.number(0));
+        auto const type = ownTypes.find(row.type);
         if (type != ownTypes.end()) {
-            structure.types[static_cast<std::size_t>(type->second)].values.emplace_back(row.text(1));
+            structure.types[static_cast<std::size_t>(type->second)].values.emplace_back(row.label);
         }
     }
 }
 
 /// What a composite type, a range and a type made of functions consist of stands in extras, as SQL writes it.
 void CatalogReader::readTypeExtras() {
-    std::string const collation = "coalesce((SELECT ' COLLATE ' || quote_ident(n.nspname) || '.' ||"
-                                  " quote_ident(l.collname) FROM pg_collation AS l JOIN pg_namespace AS n"
-                                  " ON n.oid = l.collnamespace WHERE l.oid = a.attcollation"
-                                  " AND a.attcollation <> t.typcollation), '')";
-    std::string const attributes =
-        "SELECT c.reltype, 'attributes', string_agg(quote_ident(a.attname) || ' ' ||"
-        " format_type(a.atttypid, a.atttypmod) || " +
-        collation +
-        ", ', ' ORDER BY a.attnum) FROM pg_class AS c JOIN pg_attribute AS a ON a.attrelid = c.oid"
-        " JOIN pg_type AS t ON t.oid = a.atttypid"
-        " WHERE c.relkind = 'c' AND a.attnum > 0 AND NOT a.attisdropped GROUP BY c.reltype";
-    std::string const comments =
-        "SELECT c.reltype, 'comment on ' || a.attname, d.description FROM pg_class AS c"
-        " JOIN pg_attribute AS a ON a.attrelid = c.oid JOIN pg_description AS d"
-        " ON d.classoid = 'pg_class'::regclass AND d.objoid = c.oid"
-        " AND d.objsubid = a.attnum WHERE c.relkind = 'c' ORDER BY c.oid, a.attnum";
-    for (std::string const& sql :
-         {attributes, comments, rangeParts(since(140000)), baseTypeParts(since(140000))}) {
-        Query row(connection, sql);
-        while (row.next()) {
-            auto const type = ownTypes.find(row.number(0));
-            if (type != ownTypes.end()) {
-                addExtra(structure.types[static_cast<std::size_t>(type->second)].extras, row.text(1),
-                         row.text(2));
-            }
+    bool const since14 = since(140000);
+    addToTypes(extra::attributes,
+               filled(attributeSql, {{"collation", otherCollation("a.attcollation", "t.typcollation")}}));
+    addToTypes(prefix::commentOn, attributeCommentSql);
+    addToTypes(extra::range,
+               filled(rangeSql, {{"collation", otherCollation("r.rngcollation", "s.typcollation")},
+                                 {"multirange", since14 ? "format_type(r.rngmultitypid, NULL)" : "NULL"}}));
+    addToTypes(extra::base,
+               filled(baseTypeSql, {{"subscript", since14 ? "nullif(t.typsubscript::text, '-')" : "NULL"}}));
+}
+
+void CatalogReader::addToTypes(std::string const& prefix, std::string const& sql) {
+    TypeExtraRow row(connection, sql);
+    while (row.next()) {
+        auto const type = ownTypes.find(row.type);
+        if (type != ownTypes.end()) {
+            addExtra(structure.types[static_cast<std::size_t>(type->second)].extras,
+                     prefix + std::string(row.name), row.value);
         }
     }
 }

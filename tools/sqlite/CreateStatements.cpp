@@ -1,6 +1,8 @@
 #include "sqlite/CreateStatements.h"
 
+#include "database/Enumerations.h"
 #include "database/SqlTokens.h"
+#include "sqlite/Extras.h"
 
 namespace sqlite {
 namespace {
@@ -204,12 +206,12 @@ private:
             readReference(key);
         } else if (cursor.take("NOT", "NULL")) {
             readConflict(column.extras);
-            addName(column.extras, "not null constraint", name);
+            addName(column.extras, extra::notNullConstraint, name);
         } else if (cursor.take("COLLATE")) {
-            column.extras.push_back({"collation", cursor.next().name()});
+            column.extras.push_back({extra::collation, cursor.next().name()});
         } else if (cursor.take("DEFAULT")) {
             skipDefault();
-            addName(column.extras, "default constraint", name);
+            addName(column.extras, extra::defaultConstraint, name);
         } else if (cursor.take("GENERATED", "ALWAYS") || cursor.peek().is("AS")) {
             readGenerated(column);
         } else if (cursor.take("NULL")) {
@@ -238,11 +240,11 @@ private:
         key.columns = {column.name};
         cursor.take("ASC");
         if (cursor.take("DESC")) {
-            key.extras.push_back({"order", "DESC"});
+            key.extras.push_back({extra::order, "DESC"});
         }
         readConflict(key.extras);
         if (cursor.take("AUTOINCREMENT")) {
-            key.extras.push_back({"autoincrement", "true"});
+            key.extras.push_back({extra::autoincrement, "true"});
         }
     }
 
@@ -251,7 +253,7 @@ private:
         if (cursor.take("ON", "CONFLICT")) {
             std::string const action = database::upperCase(cursor.next().text);
             if (action != "ABORT") {
-                extras.push_back({"conflict", action});
+                extras.push_back({extra::conflict, action});
             }
         }
     }
@@ -274,7 +276,7 @@ private:
         column.generated = textOf(cursor.inside());
         bool const stored = cursor.take("STORED");
         cursor.take("VIRTUAL");
-        column.extras.push_back({"generated", stored ? "STORED" : "VIRTUAL"});
+        column.extras.push_back({extra::generated, stored ? "STORED" : "VIRTUAL"});
     }
 
     void readTableConstraint() {
@@ -302,7 +304,7 @@ private:
         std::vector<Token> members = cursor.inside();
         if (!members.empty() && members.back().is("AUTOINCREMENT")) {
             members.pop_back();
-            key.extras.push_back({"autoincrement", "true"});
+            key.extras.push_back({extra::autoincrement, "true"});
         }
         bool plain = true;
         for (std::vector<Token> const& part : splitAtCommas(members)) {
@@ -311,7 +313,7 @@ private:
             plain = plain && !member.descending && member.collation.empty();
         }
         if (!plain) {
-            key.extras.push_back({"columns", textOf(members)});
+            key.extras.push_back({extra::columns, textOf(members)});
         }
         readConflict(key.extras);
     }
@@ -344,12 +346,12 @@ private:
         } else if (cursor.take("MATCH")) {
             std::string const match = database::upperCase(cursor.next().name());
             if (match != "SIMPLE") {
-                key.extras.push_back({"match", match});
+                key.extras.push_back({extra::match, match});
             }
         } else if (cursor.take("NOT", "DEFERRABLE")) {
             readDeferral();
         } else if (cursor.take("DEFERRABLE")) {
-            key.extras.push_back({"deferrable", readDeferral()});
+            key.extras.push_back({extra::deferrable, readDeferral()});
         } else {
             return false;
         }
@@ -363,20 +365,20 @@ private:
     }
 
     Action readAction() {
-        if (cursor.take("SET", "NULL")) {
-            return Action::SET_NULL;
+        for (Action const action :
+             {Action::SET_NULL, Action::SET_DEFAULT, Action::CASCADE, Action::RESTRICT, Action::NO_ACTION}) {
+            if (takeWords(database::textOf(action))) {
+                return action;
+            }
         }
-        if (cursor.take("SET", "DEFAULT")) {
-            return Action::SET_DEFAULT;
-        }
-        if (cursor.take("CASCADE")) {
-            return Action::CASCADE;
-        }
-        if (cursor.take("RESTRICT")) {
-            return Action::RESTRICT;
-        }
-        cursor.take("NO", "ACTION");
         return Action::NO_ACTION;
+    }
+
+    /// Takes one or two keywords if they stand here.
+    bool takeWords(std::string_view text) {
+        std::size_t const blank = text.find(' ');
+        return blank == std::string_view::npos ? cursor.take(text)
+                                               : cursor.take(text.substr(0, blank), text.substr(blank + 1));
     }
 
     Cursor cursor;

@@ -1,5 +1,6 @@
 #include "sqlite/SqlWriter.h"
 
+#include "database/Enumerations.h"
 #include "database/Records.h"
 #include "database/SqlTokens.h"
 #include "sqlite/Names.h"

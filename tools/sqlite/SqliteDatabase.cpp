@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -167,8 +168,9 @@ void Database::configure() {
     sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
     sqlite3_collation_needed(handle, nullptr, provideCollation);
     Query names(*this, "PRAGMA collation_list"); // later it lists what the schema names as well
+    Text const name(names, "name");
     while (names.next()) {
-        collations.insert(database::lowerCase(names.text(1)));
+        collations.insert(database::lowerCase(std::string(name)));
     }
     int const code = sqlite3_create_function(handle, "qor_module_of", 1,
                                              SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY, nullptr,
@@ -227,7 +229,7 @@ void Database::checkSchema(bool sizeKnown) {
         if (!check.next()) {
             throw ToolError(file, "is damaged");
         }
-        if (std::string_view const result = check.text(0); result != "ok") {
+        if (std::string const result = Text(check, "quick_check"); result != "ok") {
             throw ToolError(file, "is damaged: " + firstFinding(result));
         }
     } catch (QueryError const&) { // of a generated column or a virtual table, which only the application has
@@ -287,13 +289,23 @@ bool Query::next() {
     return code == SQLITE_ROW;
 }
 
-char const* Query::text(int column) const {
-    auto const* characters = reinterpret_cast<char const*>(sqlite3_column_text(statement.get(), column));
+Field::Field(Query const& query, char const* name) : statement(query.statement.get()), column(0) {
+    int const count = sqlite3_column_count(statement);
+    while (column < count && std::string_view(name) != sqlite3_column_name(statement, column)) {
+        ++column;
+    }
+    if (column == count) {
+        throw std::logic_error(std::string("a query has no column ") + name);
+    }
+}
+
+char const* Field::text() const {
+    auto const* characters = reinterpret_cast<char const*>(sqlite3_column_text(statement, column));
     return characters ? characters : "";
 }
 
-int Query::number(int column) const {
-    return sqlite3_column_int(statement.get(), column);
+int Field::number() const {
+    return sqlite3_column_int(statement, column);
 }
 
 } // namespace sqlite

@@ -76,18 +76,47 @@ public:
 
     /// Goes to the next row; false if there is none.
     bool next();
-    /// A column of the row as text in UTF-8, empty for NULL; it lives until `next`.
-    char const* text(int column) const;
-    /// A column of the row as a number, 0 for NULL.
-    int number(int column) const;
 
 private:
+    friend class Field;
+
     struct Finalizer {
         void operator()(sqlite3_stmt* handle) const;
     };
 
     Database& database;
     std::unique_ptr<sqlite3_stmt, Finalizer> statement;
+};
+
+/// A column of a Query. It is found by its name once, and is that of the current row from then on.
+class Field {
+public:
+    /// Throws std::logic_error if the Query has no column of that name.
+    Field(Query const& query, char const* name);
+
+protected:
+    /// In UTF-8, empty for NULL.
+    char const* text() const;
+    /// 0 for NULL.
+    int number() const;
+
+private:
+    sqlite3_stmt* statement;
+    int column;
+};
+
+/// The text of a column in UTF-8, empty for NULL.
+class Text : public Field {
+public:
+    using Field::Field;
+    operator std::string() const { return text(); }
+};
+
+/// A column that holds a number, 0 for NULL.
+class Number : public Field {
+public:
+    using Field::Field;
+    operator int() const { return number(); }
 };
 
 } // namespace sqlite

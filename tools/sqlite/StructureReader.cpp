@@ -4,6 +4,7 @@
 #include "kit/ToolError.h"
 #include "sqlite/CreateStatements.h"
 #include "sqlite/DeclaredType.h"
+#include "sqlite/Extras.h"
 #include "sqlite/Names.h"
 #include "sqlite/SqliteDatabase.h"
 #include "sqlite/Surroundings.h"
@@ -32,38 +33,75 @@ enum Hidden { ORDINARY = 0, HIDDEN = 1, GENERATED_VIRTUAL = 2, GENERATED_STORED 
 /// The tables of the database, without SQLite's own, with what kind of table each is. `closed` is a virtual
 /// table whose module isn't there, so that nothing but its name is known. `kinds` is materialized since each
 /// use of the list makes it anew.
-#define TABLES                                                                                               \
-    "WITH kinds AS MATERIALIZED"                                                                             \
-    " (SELECT name, type, wr, strict FROM pragma_table_list WHERE schema = 'main'),"                         \
-    " tables AS (SELECT s.name, s.sql, k.type, k.wr, k.strict, k.type = 'virtual' AND NOT EXISTS"            \
-    " (SELECT 1 FROM pragma_module_list AS m WHERE m.name = qor_module_of(s.sql) COLLATE NOCASE) AS closed"  \
-    " FROM main.sqlite_schema AS s LEFT JOIN kinds AS k ON k.name = s.name"                                  \
-    " WHERE s.type = 'table' AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\') "
+std::string const withTables = R"sql(
+    WITH kinds AS MATERIALIZED
+        (SELECT name, type, wr, strict FROM pragma_table_list WHERE schema = 'main'),
+    tables AS (SELECT s.name, s.sql, k.type, k.wr, k.strict, k.type = 'virtual' AND NOT EXISTS
+            (SELECT 1 FROM pragma_module_list AS m WHERE m.name = qor_module_of(s.sql) COLLATE NOCASE) AS closed
+        FROM main.sqlite_schema AS s LEFT JOIN kinds AS k ON k.name = s.name
+        WHERE s.type = 'table' AND s.name NOT LIKE 'sqlite\_%' ESCAPE '\'))sql";
 
-constexpr char const* tablesQuery =
-    TABLES "SELECT name, type, wr, strict, closed, sql FROM tables ORDER BY name";
+std::string const tablesQuery = withTables + R"sql(
+    SELECT name AS name, type AS kind, wr AS without_rowid, strict AS strict, closed AS closed, sql AS statement
+    FROM tables ORDER BY name)sql";
 
-#define COLUMNS ", c.name, c.type, c.\"notnull\", c.dflt_value, c.hidden"
+/// Of a column `c` in a pragma's list.
+std::string const columnFields = R"sql(c.name AS name, c.type AS type, c."notnull" AS not_null,
+    c.dflt_value AS default_value, c.hidden AS hidden)sql";
 
-constexpr char const* columnsQuery =
-    TABLES "SELECT t.name" COLUMNS " FROM tables AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
-           " WHERE t.closed IS NOT 1 ORDER BY t.name, c.cid";
+std::string const columnsQuery = withTables + "SELECT t.name AS owner, " + columnFields + R"sql(
+    FROM tables AS t JOIN pragma_table_xinfo(t.name, 'main') AS c
+    WHERE t.closed IS NOT 1 ORDER BY t.name, c.cid)sql";
 
-constexpr char const* viewsQuery =
-    "SELECT name, sql FROM main.sqlite_schema WHERE type = 'view' ORDER BY name";
+constexpr char const* viewsQuery = R"sql(
+    SELECT name AS name, sql AS statement FROM main.sqlite_schema WHERE type = 'view' ORDER BY name)sql";
 
-constexpr char const* viewColumnsQuery =
-    "SELECT t.name" COLUMNS " FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c"
-    " WHERE t.type = 'view' ORDER BY t.name, c.cid";
-
-#undef TABLES
+std::string const viewColumnsQuery = "SELECT t.name AS owner, " + columnFields + R"sql(
+    FROM main.sqlite_schema AS t JOIN pragma_table_xinfo(t.name, 'main') AS c
+    WHERE t.type = 'view' ORDER BY t.name, c.cid)sql";
 
 /// Those that a constraint brings along have no statement.
-constexpr char const* indexesQuery = "SELECT name, tbl_name, sql FROM main.sqlite_schema"
-                                     " WHERE type = 'index' AND sql IS NOT NULL ORDER BY tbl_name, name";
+constexpr char const* indexesQuery = R"sql(
+    SELECT name AS name, tbl_name AS owner, sql AS statement FROM main.sqlite_schema
+    WHERE type = 'index' AND sql IS NOT NULL ORDER BY tbl_name, name)sql";
 
-constexpr char const* triggersQuery = "SELECT name, tbl_name, sql FROM main.sqlite_schema"
-                                      " WHERE type = 'trigger' ORDER BY tbl_name, name";
+constexpr char const* triggersQuery = R"sql(
+    SELECT name AS name, tbl_name AS owner, sql AS statement FROM main.sqlite_schema
+    WHERE type = 'trigger' ORDER BY tbl_name, name)sql";
+
+struct TableRow : Query {
+    using Query::Query;
+    Text name{*this, "name"};
+    Text kind{*this, "kind"};
+    Number isWithoutRowid{*this, "without_rowid"};
+    Number isStrict{*this, "strict"};
+    Number isClosed{*this, "closed"};
+    Text statement{*this, "statement"};
+};
+
+struct ColumnRow : Query {
+    using Query::Query;
+    Text owner{*this, "owner"};
+    Text name{*this, "name"};
+    Text type{*this, "type"};
+    Number isNotNull{*this, "not_null"};
+    Text defaultValue{*this, "default_value"};
+    Number hidden{*this, "hidden"};
+};
+
+struct ViewRow : Query {
+    using Query::Query;
+    Text name{*this, "name"};
+    Text statement{*this, "statement"};
+};
+
+/// Of an index or a trigger.
+struct PartRow : Query {
+    using Query::Query;
+    Text name{*this, "name"};
+    Text owner{*this, "owner"};
+    Text statement{*this, "statement"};
+};
 
 std::string kindOf(std::string const& type, bool withoutRowid, bool strict) {
     std::string kind = type == "virtual" ? "VIRTUAL TABLE" : type == "shadow" ? "SHADOW TABLE" : "TABLE";
@@ -102,8 +140,9 @@ private:
         Query encoding(source, "PRAGMA main.encoding");
         encoding.next();
         structure.catalog.name = std::filesystem::path(source.path()).stem().string();
-        structure.origin = {"SQLite",         source.writerVersion(), source.path(),
-                            encoding.text(0), "SQLite database",      "3"};
+        structure.origin = {"SQLite",          source.writerVersion(),
+                            source.path(),     Text(encoding, "encoding"),
+                            "SQLite database", "3"};
         structure.schemas.emplace_back();
         structure.schemas.back().name = "main";
         structure.keepsKeyOrder = true; // it numbers the indexes of the keys and rules what fails first
@@ -111,19 +150,25 @@ private:
 
     /// What else an application finds in an empty database; 0 and UTF-8 are what every database begins with.
     void readSettings() {
-        for (char const* const name : {"user_version", "application_id"}) {
-            Query row(source, std::string("PRAGMA main.") + name);
-            if (row.next() && row.number(0) != 0) {
-                structure.catalog.extras.push_back({name, row.text(0)});
+        for (char const* const name : {extra::userVersion, extra::applicationId}) {
+            std::string const value = setting(name);
+            if (value != "0") {
+                structure.catalog.extras.push_back({name, value});
             }
         }
         if (structure.origin.encoding != "UTF-8") {
-            structure.catalog.extras.push_back({"encoding", structure.origin.encoding});
+            structure.catalog.extras.push_back({extra::encoding, structure.origin.encoding});
         }
-        Query row(source, "PRAGMA main.auto_vacuum");
-        if (row.next() && row.number(0) != 0) {
-            structure.catalog.extras.push_back({"auto_vacuum", row.number(0) == 1 ? "FULL" : "INCREMENTAL"});
+        std::string const vacuum = setting(extra::autoVacuum);
+        if (vacuum != "0") {
+            structure.catalog.extras.push_back({extra::autoVacuum, vacuum == "1" ? "FULL" : "INCREMENTAL"});
         }
+    }
+
+    /// A number that the file keeps.
+    std::string setting(std::string const& name) {
+        Query row(source, "PRAGMA main." + name);
+        return row.next() ? std::string(Text(row, name.c_str())) : "0";
     }
 
     /// A remark is the comment of its object, since SQLite has no comments of its own.
@@ -148,18 +193,18 @@ private:
     }
 
     void readTables() {
-        Query rows(source, tablesQuery);
-        while (rows.next()) {
+        TableRow row(source, tablesQuery);
+        while (row.next()) {
             Table table;
-            table.name = rows.text(0);
+            table.name = row.name;
             table.schema = 0;
-            std::string const type = rows.text(1);
-            table.nativeKind = kindOf(type, rows.number(2), rows.number(3));
-            std::string const statement = rows.text(5);
+            std::string const type = row.kind;
+            table.nativeKind = kindOf(type, row.isWithoutRowid, row.isStrict);
+            std::string const statement = row.statement;
             if (type == "virtual") {
-                table.extras = {{"module", moduleOf(statement)}, {"statement", statement}};
+                table.extras = {{extra::module, moduleOf(statement)}, {extra::statement, statement}};
             }
-            if (rows.number(4)) {
+            if (row.isClosed) {
                 remark(table, "table " + table.name,
                        "The columns are unknown: the module of this virtual table isn't available.");
             }
@@ -188,7 +233,8 @@ private:
         columns[number].clear();
         try {
             std::string const name = quoteText(structure.tables[number].name);
-            readColumns("SELECT " + name + COLUMNS " FROM pragma_table_xinfo(" + name + ", 'main') AS c");
+            readColumns("SELECT " + name + " AS owner, " + columnFields + " FROM pragma_table_xinfo(" + name +
+                        ", 'main') AS c");
         } catch (QueryError const& error) {
             Table& table = structure.tables[number];
             remark(table, (table.kind == TableKind::VIEW ? "view " : "table ") + table.name,
@@ -197,23 +243,23 @@ private:
     }
 
     void readColumns(std::string const& sql) {
-        Query rows(source, sql);
-        while (rows.next()) {
-            if (rows.number(5) != HIDDEN) {
-                readColumn(rows);
+        ColumnRow row(source, sql);
+        while (row.next()) {
+            if (row.hidden != HIDDEN) {
+                readColumn(row);
             }
         }
     }
 
-    void readColumn(Query const& row) {
-        int const number = tableOf(row.text(0));
+    void readColumn(ColumnRow const& row) {
+        int const number = tableOf(row.owner);
         Table& owner = structure.tables[static_cast<std::size_t>(number)];
         Column column;
-        column.name = row.text(1);
-        column.type = typeOf(row.text(2));
-        column.notNull = row.number(3);
-        column.defaultValue = database::trimmedSql(row.text(4));
-        column.generated = row.number(5) == GENERATED_VIRTUAL || row.number(5) == GENERATED_STORED;
+        column.name = row.name;
+        column.type = typeOf(row.type);
+        column.notNull = row.isNotNull;
+        column.defaultValue = database::trimmedSql(std::string(row.defaultValue));
+        column.generated = row.hidden == GENERATED_VIRTUAL || row.hidden == GENERATED_STORED;
         columns[static_cast<std::size_t>(number)].emplace(database::lowerCase(column.name),
                                                           static_cast<int>(owner.columns.size()));
         owner.columns.push_back(column);
@@ -245,22 +291,7 @@ private:
 
     void readViews() {
         std::size_t const first = structure.tables.size();
-        {
-            Query rows(source, viewsQuery);
-            while (rows.next()) {
-                Table view;
-                view.name = rows.text(0);
-                view.schema = 0;
-                view.kind = TableKind::VIEW;
-                view.nativeKind = "VIEW";
-                ViewText const text = readCreateView(rows.text(1));
-                view.statement = text.select;
-                if (text.named) {
-                    view.extras = {{"columns", "named"}};
-                }
-                addTable(view);
-            }
-        }
+        addViews();
         std::vector<std::string> missing;
         for (std::size_t i = first; i < structure.tables.size(); ++i) {
             missing.push_back(surroundings.missingIn(structure.tables[i].statement));
@@ -272,6 +303,23 @@ private:
         for (std::size_t i = first; i < structure.tables.size(); ++i) {
             Table& view = structure.tables[i];
             remark(view, "view " + view.name, missing[i - first]);
+        }
+    }
+
+    void addViews() {
+        ViewRow row(source, viewsQuery);
+        while (row.next()) {
+            Table view;
+            view.name = row.name;
+            view.schema = 0;
+            view.kind = TableKind::VIEW;
+            view.nativeKind = "VIEW";
+            ViewText const text = readCreateView(std::string(row.statement));
+            view.statement = text.select;
+            if (text.named) {
+                view.extras = {{extra::columns, "named"}};
+            }
+            addTable(view);
         }
     }
 
@@ -319,7 +367,7 @@ private:
     void remarkColumn(Table const& table, Column& column) {
         std::string const called = "column " + table.name + "." + column.name;
         remark(column, called, surroundings.missingIn(column.defaultValue));
-        if (std::string const* const collation = findExtra(column.extras, "collation")) {
+        if (std::string const* const collation = findExtra(column.extras, extra::collation)) {
             remark(column, called, surroundings.missingCollation(*collation));
         }
     }
@@ -351,7 +399,7 @@ private:
                 primaryKeys[number] = key.columns;
             }
             sortByName(key.extras);
-            if (std::string const* const members = findExtra(key.extras, "columns")) {
+            if (std::string const* const members = findExtra(key.extras, extra::columns)) {
                 remark(key, "key of " + nameOf(number), surroundings.missingIn(*members));
             }
             structure.keys.push_back(key);
@@ -376,8 +424,8 @@ private:
         if (key.referredColumns.size() != key.columns.size()) {
             key.referredColumns.clear();
             std::string const names = quoteNames(from.referredColumns);
-            key.extras.push_back(
-                {"references", quoteName(from.referredTable) + (names.empty() ? "" : "(" + names + ")")});
+            key.extras.push_back({extra::references,
+                                  quoteName(from.referredTable) + (names.empty() ? "" : "(" + names + ")")});
         }
     }
 
@@ -396,12 +444,12 @@ private:
     // ---- indexes and triggers ------------------------------------------------------------------------
 
     void readIndexes() {
-        Query rows(source, indexesQuery);
-        while (rows.next()) {
+        PartRow row(source, indexesQuery);
+        while (row.next()) {
             Index index;
-            index.name = rows.text(0);
-            index.table = tableOf(rows.text(1));
-            std::string const statement = rows.text(2);
+            index.name = row.name;
+            index.table = tableOf(row.owner);
+            std::string const statement = row.statement;
             auto const words = database::tokenize(statement);
             index.unique = words.size() > 1 && words[1].is("UNIQUE");
             IndexText const text = readCreateIndex(statement);
@@ -409,7 +457,7 @@ private:
                 index.members.push_back(memberOf(index.table, member));
             }
             if (!text.where.empty()) {
-                index.extras.push_back({"where", text.where});
+                index.extras.push_back({extra::where, text.where});
             }
             remark(index, "index " + index.name, surroundings.missingIn(text.all));
             structure.indexes.push_back(index);
@@ -424,18 +472,18 @@ private:
         }
         member.descending = from.descending;
         if (!from.collation.empty()) {
-            member.extras.push_back({"collation", from.collation});
+            member.extras.push_back({extra::collation, from.collation});
         }
         return member;
     }
 
     void readTriggers() {
-        Query rows(source, triggersQuery);
-        while (rows.next()) {
+        PartRow row(source, triggersQuery);
+        while (row.next()) {
             Trigger trigger;
-            trigger.name = rows.text(0);
-            trigger.table = tableOf(rows.text(1));
-            trigger.statement = rows.text(2);
+            trigger.name = row.name;
+            trigger.table = tableOf(row.owner);
+            trigger.statement = row.statement;
             TriggerText const text = readCreateTrigger(trigger.statement);
             trigger.time = text.time;
             trigger.onInsert = text.onInsert;
@@ -443,7 +491,7 @@ private:
             trigger.onDelete = text.onDelete;
             remark(trigger, "trigger " + trigger.name, surroundings.missingIn(text.body));
             if (!text.columns.empty()) {
-                trigger.extras.push_back({"columns", quoteNames(text.columns)});
+                trigger.extras.push_back({extra::columns, quoteNames(text.columns)});
             }
             structure.triggers.push_back(trigger);
         }
@@ -460,8 +508,6 @@ private:
 };
 
 } // namespace
-
-#undef COLUMNS
 
 Structure readStructure(Database& database) {
     return Reader(database).run();

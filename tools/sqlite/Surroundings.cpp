@@ -10,8 +10,9 @@ namespace {
 std::set<std::string> namesFrom(Database& database, char const* sql) {
     std::set<std::string> names;
     Query rows(database, sql);
+    Text const name(rows, "name");
     while (rows.next()) {
-        names.insert(database::lowerCase(rows.text(0)));
+        names.insert(database::lowerCase(std::string(name)));
     }
     return names;
 }

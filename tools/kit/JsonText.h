@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace exchange {
+namespace kit {
 
 /// Whether a text is well-formed UTF-8.
 bool isUtf8(std::string_view text);
@@ -18,4 +18,4 @@ std::string jsonValue(std::string_view text);
 /// marks if the text isn't well-formed UTF-8.
 std::string printable(std::string_view text);
 
-} // namespace exchange
+} // namespace kit

@@ -1,8 +1,8 @@
-#include "exchange/JsonText.h"
+#include "kit/JsonText.h"
 
 #include <cstdio>
 
-namespace exchange {
+namespace kit {
 namespace {
 
 struct Lead {
@@ -112,4 +112,4 @@ std::string printable(std::string_view text) {
     return result;
 }
 
-} // namespace exchange
+} // namespace kit
