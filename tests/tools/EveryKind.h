@@ -3,6 +3,7 @@
 #include "TemporaryFolder.h"
 #include "exchange/Attributes.h"
 #include "kit/Graph.h"
+#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORMetaRepository.h>

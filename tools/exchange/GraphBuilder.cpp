@@ -1,6 +1,7 @@
 #include "exchange/GraphBuilder.h"
 
 #include "exchange/Attributes.h"
+#include "kit/LinkEnds.h"
 #include "kit/Progress.h"
 #include "kit/Reflection.h"
 #include "kit/TreePrinter.h"

@@ -1,6 +1,7 @@
 #include "exchange/LinkSequence.h"
 
 #include "kit/GraphOrder.h"
+#include "kit/LinkEnds.h"
 #include "kit/Numbering.h"
 #include "kit/Reflection.h"
 #include "kit/ToolError.h"

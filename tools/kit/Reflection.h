@@ -31,11 +31,6 @@ inline std::vector<QORMetaAttribute*> attributesOf(QORObject const& object) {
     return recordsOf<QORMetaAttribute>(object.getMetaClass()->getMetaAttributes());
 }
 
-/// Whether a link is recorded at this end: that of the owner or of the referring object.
-inline bool isNearEnd(QORMetaLink const& link) {
-    return link.getType() == QORMetaLinkType::CHILD || link.getType() == QORMetaLinkType::REF;
-}
-
 /// The characters of a text, for as long as it lives.
 inline std::string_view view(QORString const& text) {
     return {text.chars, static_cast<std::size_t>(text.length)};
