@@ -1,8 +1,8 @@
 #include "EveryKind.h"
 #include "exchange/JsonReader.h"
 #include "exchange/JsonWriter.h"
-#include "kit/LinkEnds.h"
 #include "kit/Numbering.h"
+#include "kit/Reflection.h"
 #include "kit/ToolError.h"
 #include "kit/Verify.h"
 

@@ -1,7 +1,6 @@
 #include "kit/Numbering.h"
 
 #include "kit/Graph.h"
-#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORArgument.h>

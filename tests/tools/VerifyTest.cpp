@@ -1,6 +1,5 @@
 #include "kit/Verify.h"
 
-#include "kit/LinkEnds.h"
 #include "kit/Reflection.h"
 
 #include <qor/QORAttribute.h>

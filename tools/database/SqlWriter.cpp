@@ -1,4 +1,5 @@
 #include "database/SqlWriter.h"
+#include "database/Enumerations.h"
 
 #include "database/Records.h"
 
