@@ -16,7 +16,13 @@ class SqliteDialect : public database::Dialect {
 public:
     char const* name() const override { return "sqlite"; }
     char const* system() const override { return "SQLite"; }
-    Habits habits() const override { return {true, true, true}; }
+    Habits habits() const override {
+        Habits own;
+        own.brackets = true;
+        own.untypedColumns = true;
+        own.integerKeysNumberRows = true;
+        return own;
+    }
 
 private:
     Omissions writeOwn(Structure const& structure, std::ostream& out) const override {
