@@ -5,8 +5,9 @@ namespace {
 
 using database::ExtraFacts;
 
+constexpr char const* statements = "the statements that create it, and its comment";
+
 ExtraFacts ofCatalogs() {
-    constexpr char const* statements = "the statements that create it, and its comment";
     return {
         {prefix::extension,
          "NAME",
@@ -24,6 +25,11 @@ ExtraFacts ofCatalogs() {
          "the statement that creates it, without options"},
         {prefix::cast, "(TYPE AS TYPE)", {"DatabaseCatalog"}, statements},
         {prefix::transform, "FOR TYPE LANGUAGE NAME", {"DatabaseCatalog"}, statements},
+    };
+}
+
+ExtraFacts ofOperatorsAndWords() {
+    return {
         {prefix::operatorItself, "NAME(TYPE,TYPE)", {"DatabaseCatalog"}, statements},
         {prefix::operatorFamily, "NAME USING METHOD", {"DatabaseCatalog"}, statements},
         {prefix::operatorClass, "NAME USING METHOD", {"DatabaseCatalog"}, statements},
@@ -35,6 +41,11 @@ ExtraFacts ofCatalogs() {
         {prefix::textSearchTemplate, "NAME", {"DatabaseCatalog"}, statements},
         {prefix::textSearchDictionary, "NAME", {"DatabaseCatalog"}, statements},
         {prefix::textSearchConfiguration, "NAME", {"DatabaseCatalog"}, statements},
+    };
+}
+
+ExtraFacts ofPublications() {
+    return {
         {prefix::publication, "NAME", {"DatabaseCatalog"}, statements},
         {prefix::eventTrigger, "NAME", {"DatabaseCatalog"}, statements},
         {prefix::commentOnType,
@@ -177,8 +188,8 @@ ExtraFacts ofSequences() {
 
 ExtraFacts extraFacts() {
     ExtraFacts facts;
-    for (auto const& part : {ofCatalogs(), ofTypes(), ofTables(), ofColumns(), ofKeysAndIndexes(),
-                             ofRoutines(), ofSequences()}) {
+    for (auto const& part : {ofCatalogs(), ofOperatorsAndWords(), ofPublications(), ofTypes(), ofTables(),
+                             ofColumns(), ofKeysAndIndexes(), ofRoutines(), ofSequences()}) {
         facts.insert(facts.end(), part.begin(), part.end());
     }
     return facts;
