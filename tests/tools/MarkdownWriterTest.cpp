@@ -4,7 +4,7 @@
 #include "NastyNames.h"
 #include "database/ModelBuilder.h"
 #include "database/ModelReader.h"
-#include "sqlite/SqlWriter.h"
+#include "sqlite/SqliteDialect.h"
 
 #include <qor/QORAliasFeature.h>
 #include <qor/QORCandidateKey.h>
@@ -57,7 +57,7 @@ TEST(MarkdownWriter, ColumnsOfAKeyStandInTheOrderOfTheKeyAsInSql) {
     EXPECT_THAT(page.str(), HasSubstr("- Primary key: y, x\n"));
     EXPECT_THAT(page.str(), HasSubstr("- Foreign key crossed: q, p to t (y, x)\n"));
     std::ostringstream sql;
-    sqlite::writeSqliteSql(database::readModel(*model), sql);
+    sqlite::sqliteDialect().write(database::readModel(*model), &sqlite::sqliteDialect(), sql);
     EXPECT_THAT(sql.str(), HasSubstr("CONSTRAINT crossed FOREIGN KEY (q, p) REFERENCES t(y, x)"));
 }
 

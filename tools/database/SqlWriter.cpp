@@ -1,6 +1,7 @@
 #include "database/SqlWriter.h"
 #include "database/Enumerations.h"
 
+#include "database/Extras.h"
 #include "database/Records.h"
 
 #include <ostream>
@@ -74,10 +75,10 @@ std::string SqlWriter::keyOptions(Key const&) {
 
 std::string SqlWriter::referenceText(Key const& key) {
     std::string const target = key.referredTable < 0 || key.referredColumns.empty()
-                                   ? clause(key.extras, "references", " REFERENCES ")
+                                   ? clause(key.extras, extra::references, " REFERENCES ")
                                    : " REFERENCES " + tableName(key.referredTable) + " " +
                                          columnNames(key.referredTable, key.referredColumns);
-    return target + clause(key.extras, "match", " MATCH ") + actionText(" ON UPDATE ", key.onUpdate) +
+    return target + clause(key.extras, extra::match, " MATCH ") + actionText(" ON UPDATE ", key.onUpdate) +
            actionText(" ON DELETE ", key.onDelete);
 }
 

@@ -1,5 +1,6 @@
 #include "database/Writable.h"
 
+#include "database/Extras.h"
 #include "database/SqlTokens.h"
 #include "kit/JsonText.h"
 
@@ -286,7 +287,7 @@ private:
         if (std::set<std::string>(type.values.begin(), type.values.end()).size() != type.values.size()) {
             return omit("type " + type.name, "it has a duplicate value");
         }
-        if (type.kind == TypeKind::RANGE && !findExtra(type.extras, "range")) {
+        if (type.kind == TypeKind::RANGE && !findExtra(type.extras, extra::range)) {
             return omit("type " + type.name, "a range needs a subtype");
         }
         return types.emplace(type.schema, type.name).second ||
@@ -339,7 +340,7 @@ private:
                 (query.empty() || !std::all_of(query.begin(), query.end(), isClosed))) {
                 return omit(what, "its query is unknown");
             }
-            bool const isTold = findExtra(each.extras, "statement") != nullptr;
+            bool const isTold = findExtra(each.extras, extra::statement) != nullptr;
             if (each.kind == TableKind::TABLE && each.columns.empty() && !rules.emptyTables && !isTold) {
                 return omit(what, "it has no columns");
             }
@@ -383,7 +384,7 @@ private:
 
     /// Only whole numbers are counted up.
     void completeIdentity(Column& one, std::string const& of) {
-        if (!findExtra(one.extras, "identity") || isCountable(one)) {
+        if (!findExtra(one.extras, extra::identity) || isCountable(one)) {
             return;
         }
         omit("identity of column " + one.name + " of " + of, "its type isn't an integer type");
@@ -527,7 +528,7 @@ private:
     }
 
     bool completeReference(Key& record, std::string const& what) {
-        bool const isTold = findExtra(record.extras, "references") != nullptr;
+        bool const isTold = findExtra(record.extras, extra::references) != nullptr;
         int const target = movedTo(tables, record.referredTable);
         if (isTold) {
             record.referredTable = target;
@@ -573,7 +574,7 @@ private:
             for (IndexMember const& member : index.members) {
                 set.insert(movedTo(columns[static_cast<std::size_t>(index.table)], member.column));
             }
-            if (index.unique && !set.count(-1) && !findExtra(index.extras, "where")) {
+            if (index.unique && !set.count(-1) && !findExtra(index.extras, extra::where)) {
                 unique[movedTo(tables, index.table)].insert(set);
             }
         }
@@ -639,7 +640,7 @@ private:
             if (!areThere) {
                 return omit(what, "a column or expression of it is missing");
             }
-            std::string const* const where = findExtra(index.extras, "where");
+            std::string const* const where = findExtra(index.extras, extra::where);
             if (where && !isWhole(*where, brackets)) {
                 return omit(what, notWhole, *where);
             }

@@ -1,6 +1,7 @@
 #include "postgres/SqlWriter.h"
 
 #include "database/Records.h"
+#include "postgres/Extras.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
@@ -58,7 +59,7 @@ bool SqlWriter::isLaterCheckOfParent(Table const& table, std::string const& name
     return std::any_of(table.parents.begin(), table.parents.end(), [&](int parent) {
         auto const& checks = at(checksOfTable, parent);
         return std::any_of(checks.begin(), checks.end(), [&](Check const* check) {
-            return check->name == name && has(*check, "not valid");
+            return check->name == name && has(*check, extra::notValid);
         });
     });
 }
@@ -70,7 +71,7 @@ void SqlWriter::writeAlterations() {
     }
     for (std::size_t i = 0; i < structure.types.size(); ++i) {
         for (Check const* const check : checksOfType[i]) {
-            if (has(*check, "not valid")) {
+            if (has(*check, extra::notValid)) {
                 statement("ALTER DOMAIN " + typeName(static_cast<int>(i)) + " ADD " + checkText(*check));
             }
         }
@@ -81,9 +82,9 @@ void SqlWriter::writeAlterations() {
         }
     }
     for (Sequence const& sequence : structure.sequences) {
-        if (has(sequence, "owned by")) {
+        if (has(sequence, extra::ownedBy)) {
             statement("ALTER SEQUENCE " + qualified(sequence.schema, sequence.name) + " OWNED BY " +
-                      valueOf(sequence.extras, "owned by"));
+                      valueOf(sequence.extras, extra::ownedBy));
         }
     }
 }
@@ -94,16 +95,16 @@ void SqlWriter::writeTableAlterations(int index) {
     for (Check const* const check : at(checksOfTable, index)) {
         bool const comesWithParent =
             isInherited(index, *check) || (isPartition(table) && isLaterCheckOfParent(table, check->name));
-        if (has(*check, "not valid") && !comesWithParent) {
+        if (has(*check, extra::notValid) && !comesWithParent) {
             statement("ALTER TABLE " + tableName(index) + " ADD " + checkText(*check));
         }
     }
     for (Key const* const key : at(keysOfTable, index)) {
-        writeIndexUse(index, *key, has(*key, "clustered"));
+        writeIndexUse(index, *key, has(*key, extra::clustered));
     }
-    if (has(table, "replica identity")) {
+    if (has(table, extra::replicaIdentity)) {
         statement("ALTER TABLE ONLY " + tableName(index) + " REPLICA IDENTITY " +
-                  valueOf(table.extras, "replica identity"));
+                  valueOf(table.extras, extra::replicaIdentity));
     }
 }
 
@@ -115,7 +116,7 @@ void SqlWriter::writeIndexUse(int table, Named const& index, bool isClustered) {
     if (isClustered) {
         statement("ALTER TABLE " + tableName(table) + " CLUSTER ON " + quoteName(index.name));
     }
-    if (has(index, "replica identity")) {
+    if (has(index, extra::replicaIdentity)) {
         statement("ALTER TABLE ONLY " + tableName(table) + " REPLICA IDENTITY USING INDEX " +
                   quoteName(index.name));
     }
@@ -153,7 +154,7 @@ void SqlWriter::writeColumnAlterations(Table const& table, Column const& column)
     std::string const start = "ALTER TABLE ONLY " + qualified(table.schema, table.name) + " ALTER COLUMN " +
                               quoteName(column.name) + " ";
     bool const isOfView = table.kind != TableKind::TABLE;
-    bool const isOfParent = valueOf(column.extras, "inherited") == "true" && !isPartition(table);
+    bool const isOfParent = valueOf(column.extras, extra::inherited) == "true" && !isPartition(table);
     Column const made = isOfParent ? inheritedColumn(table, column.name) : column;
     bool const hasOwnDefault =
         isLateDefault(table, column) || (!column.generated && made.defaultValue != column.defaultValue);
@@ -164,19 +165,19 @@ void SqlWriter::writeColumnAlterations(Table const& table, Column const& column)
     if (column.notNull && !made.notNull) {
         statement(start + "SET NOT NULL");
     }
-    if (isOfParent && has(column, "identity")) {
+    if (isOfParent && has(column, extra::identity)) {
         statement(start + "ADD" + identityText(column));
     }
-    if (has(column, "identity changes")) {
-        statement(valueOf(column.extras, "identity changes"));
+    if (has(column, extra::identityChanges)) {
+        statement(valueOf(column.extras, extra::identityChanges));
     }
     for (auto const& [name, words] : settings) {
         if (has(column, name)) {
             statement(start + words + valueOf(column.extras, name));
         }
     }
-    if (has(column, "with")) {
-        statement(start + "SET (" + valueOf(column.extras, "with") + ")");
+    if (has(column, extra::with)) {
+        statement(start + "SET (" + valueOf(column.extras, extra::with) + ")");
     }
 }
 
@@ -185,14 +186,14 @@ void SqlWriter::writeTableExtras() {
     for (std::size_t i = 0; i < structure.tables.size(); ++i) {
         Table const& table = structure.tables[i];
         for (Extra const& extra : table.extras) {
-            bool const isStatement = beginsWith(extra.name, "exclusion ") ||
-                                     beginsWith(extra.name, "policy ") || beginsWith(extra.name, "rule ") ||
-                                     beginsWith(extra.name, "statistics ");
+            bool const isStatement =
+                beginsWith(extra.name, prefix::exclusion) || beginsWith(extra.name, prefix::policy) ||
+                beginsWith(extra.name, prefix::rule) || beginsWith(extra.name, prefix::statistics);
             if (isStatement) {
                 statement(extra.value);
             }
         }
-        std::string const security = valueOf(table.extras, "row security");
+        std::string const security = valueOf(table.extras, extra::rowSecurity);
         std::string const start = "ALTER TABLE " + tableName(static_cast<int>(i));
         if (security == "ENABLED" || security == "FORCED") {
             statement(start + " ENABLE ROW LEVEL SECURITY");

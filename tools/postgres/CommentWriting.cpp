@@ -1,6 +1,7 @@
 #include "postgres/SqlWriter.h"
 
 #include "database/Records.h"
+#include "postgres/Extras.h"
 #include "postgres/SqlNames.h"
 
 #include <string_view>
@@ -53,7 +54,7 @@ void SqlWriter::writeComments() {
 }
 
 void SqlWriter::writeSchemaComment(Schema const& schema) {
-    if (!has(schema, "extension")) {
+    if (!has(schema, extra::extension)) {
         comment("SCHEMA", quoteName(schema.name), schema.comment);
     }
 }
@@ -94,7 +95,7 @@ void SqlWriter::writeTableComments() {
         std::string const name = tableName(static_cast<int>(i));
         comment(table.kind == TableKind::VIEW                ? "VIEW"
                 : table.kind == TableKind::MATERIALIZED_VIEW ? "MATERIALIZED VIEW"
-                : has(table, "server")                       ? "FOREIGN TABLE"
+                : has(table, extra::server)                  ? "FOREIGN TABLE"
                                                              : "TABLE",
                 name, table.comment);
         for (Column const& column : table.columns) {
@@ -109,7 +110,7 @@ void SqlWriter::writeTableComments() {
     for (Trigger const& trigger : structure.triggers) {
         std::string const name = quoteName(trigger.name) + " ON " + tableName(trigger.table);
         comment("TRIGGER", name, trigger.comment);
-        comment("CONSTRAINT", name, valueOf(trigger.extras, "comment on constraint"));
+        comment("CONSTRAINT", name, valueOf(trigger.extras, extra::commentOnConstraint));
     }
 }
 
@@ -118,7 +119,7 @@ void SqlWriter::writeConstraintComments(int table) {
         comment("CONSTRAINT", quoteName(key->name) + " ON " + tableName(table),
                 key->name.empty() ? "" : key->comment);
         comment("INDEX", qualified(at(structure.tables, table).schema, key->name),
-                key->name.empty() ? "" : valueOf(key->extras, "comment on index"));
+                key->name.empty() ? "" : valueOf(key->extras, extra::commentOnIndex));
     }
     for (Check const* const check : at(checksOfTable, table)) {
         comment("CONSTRAINT", quoteName(check->name) + " ON " + tableName(table),

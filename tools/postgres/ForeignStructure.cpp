@@ -181,7 +181,7 @@ void Translation::leaveOut(std::size_t table, std::string const& object, std::st
 void Translation::leaveOutExtras(Extras const& extras, std::set<std::string> const& kept,
                                  std::string const& object, Omissions& into) const {
     for (Extra const& extra : extras) {
-        bool const isUsual = extra.name == "collation" && equalIgnoringCase(extra.value, "BINARY");
+        bool const isUsual = extra.name == extra::collation && equalIgnoringCase(extra.value, "BINARY");
         if (!kept.count(extra.name) && !isUsual) {
             into.push_back(omissionOf(extra, object, "PostgreSQL"));
         }

@@ -1,6 +1,7 @@
 #include "postgres/SqlWriter.h"
 
 #include "database/Records.h"
+#include "postgres/Extras.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
@@ -21,8 +22,8 @@ Omission secretsOf(std::string const& thing) {
 
 /// A type of functions in C or of the server; empty if its statement isn't known.
 std::string baseTypeStatement(Type const& type, std::string const& name) {
-    std::string const parts = valueOf(type.extras, "base");
-    if (has(type, "shell")) {
+    std::string const parts = valueOf(type.extras, extra::base);
+    if (has(type, extra::shell)) {
         return "CREATE TYPE " + name;
     }
     return beginsWith(parts, "INPUT = ") ? "CREATE TYPE " + name + " (" + parts + ")" : "";
@@ -89,8 +90,8 @@ void SqlWriter::addTypes(Creations& creations) {
         }
         auto const index = static_cast<int>(i);
         Creation made = {schemaName(type.schema), type.name, typeStatement(type, index)};
-        bool const hasShell =
-            has(type, "base") || valueOf(type.extras, "range").find("CANONICAL = ") != std::string::npos;
+        bool const hasShell = has(type, extra::base) ||
+                              valueOf(type.extras, extra::range).find("CANONICAL = ") != std::string::npos;
         if (made.statement.empty()) {
             creations.push_back(omitted({"base type " + type.declaration, "its statement wasn't read", ""}));
             continue;
@@ -113,11 +114,12 @@ void SqlWriter::addSequences(Creations& creations) {
         Extras const& extras = sequence.extras;
         creations.push_back(
             {schemaName(sequence.schema), sequence.name,
-             (has(sequence, "unlogged") ? "CREATE UNLOGGED SEQUENCE " : "CREATE SEQUENCE ") +
-                 qualified(sequence.schema, sequence.name) + clause(extras, "type", " AS ") +
-                 clause(extras, "start", " START WITH ") + clause(extras, "increment", " INCREMENT BY ") +
-                 clause(extras, "minimum", " MINVALUE ") + clause(extras, "maximum", " MAXVALUE ") +
-                 clause(extras, "cache", " CACHE ") + (has(sequence, "cycle") ? " CYCLE" : "")});
+             (has(sequence, extra::unlogged) ? "CREATE UNLOGGED SEQUENCE " : "CREATE SEQUENCE ") +
+                 qualified(sequence.schema, sequence.name) + clause(extras, extra::type, " AS ") +
+                 clause(extras, extra::start, " START WITH ") +
+                 clause(extras, extra::increment, " INCREMENT BY ") +
+                 clause(extras, extra::minimum, " MINVALUE ") + clause(extras, extra::maximum, " MAXVALUE ") +
+                 clause(extras, extra::cache, " CACHE ") + (has(sequence, extra::cycle) ? " CYCLE" : "")});
     }
 }
 
@@ -150,7 +152,7 @@ void SqlWriter::addTables(Creations& creations) {
             made.bare = emptyView(table);
             made.rest = "CREATE OR REPLACE" + made.statement.substr(std::string("CREATE").size());
         }
-        if (has(table, "server")) {
+        if (has(table, extra::server)) {
             creations.push_back(omitted(secretsOf("foreign table " + tableName(index))));
         }
         creations.push_back(std::move(made));
@@ -163,13 +165,13 @@ void SqlWriter::addPartitions(Creations& creations) {
     for (std::size_t i = 0; i < structure.tables.size(); ++i) {
         Table const& table = structure.tables[i];
         std::string const parent =
-            table.parents.empty() ? valueOf(table.extras, "inherits") : tableName(table.parents.front());
+            table.parents.empty() ? valueOf(table.extras, extra::inherits) : tableName(table.parents.front());
         if (isPartition(table) && !parent.empty()) {
             creations.push_back({"", "",
                                  "ALTER TABLE ONLY " + parent + " ATTACH PARTITION " +
                                      tableName(static_cast<int>(i)) + " " +
-                                     valueOf(table.extras, "partition bound")});
-            if (has(table, "detach pending")) {
+                                     valueOf(table.extras, extra::partitionBound)});
+            if (has(table, extra::detachPending)) {
                 creations.push_back(omitted({"detaching of " + tableName(static_cast<int>(i)),
                                              "it isn't complete, from " + parent, ""}));
             }
@@ -208,10 +210,10 @@ std::string SqlWriter::typeStatement(Type const& type, int index, bool isBare) {
         return "CREATE TYPE " + name + " AS ENUM (" + values + ")";
     }
     if (type.kind == TypeKind::COMPOSITE) {
-        return "CREATE TYPE " + name + " AS (" + valueOf(type.extras, "attributes") + ")";
+        return "CREATE TYPE " + name + " AS (" + valueOf(type.extras, extra::attributes) + ")";
     }
     if (type.kind == TypeKind::RANGE) {
-        return "CREATE TYPE " + name + " AS RANGE (" + valueOf(type.extras, "range") + ")";
+        return "CREATE TYPE " + name + " AS RANGE (" + valueOf(type.extras, extra::range) + ")";
     }
     return type.kind == TypeKind::DOMAIN_TYPE ? domainStatement(type, index, isBare)
                                               : baseTypeStatement(type, name);
@@ -219,11 +221,11 @@ std::string SqlWriter::typeStatement(Type const& type, int index, bool isBare) {
 
 std::string SqlWriter::domainStatement(Type const& type, int index, bool isBare) {
     std::string text = "CREATE DOMAIN " + qualified(type.schema, type.name) + " AS " + typeName(type.base) +
-                       clause(type.extras, "collation", " COLLATE ") +
+                       clause(type.extras, extra::collation, " COLLATE ") +
                        (type.defaultValue.empty() || isBare ? "" : " DEFAULT " + type.defaultValue) +
                        (type.notNull ? " NOT NULL" : "");
     for (Check const* const check : at(checksOfType, index)) {
-        text += has(*check, "not valid") || isBare ? "" : " " + checkText(*check);
+        text += has(*check, extra::notValid) || isBare ? "" : " " + checkText(*check);
     }
     return text;
 }
@@ -233,7 +235,7 @@ std::string SqlWriter::restOfDomain(int index) {
     std::string const start = "ALTER DOMAIN " + typeName(index);
     std::string text = type.defaultValue.empty() ? "" : start + " SET DEFAULT " + type.defaultValue;
     for (Check const* const check : at(checksOfType, index)) {
-        if (!has(*check, "not valid")) {
+        if (!has(*check, extra::notValid)) {
             text += (text.empty() ? "" : ";\n") + start + " ADD " + checkText(*check);
         }
     }

@@ -3,6 +3,7 @@
 #include "database/Enumerations.h"
 #include "database/Records.h"
 #include "postgres/ArrayCasts.h"
+#include "postgres/Extras.h"
 #include "postgres/ForeignTypes.h"
 #include "postgres/SqlComments.h"
 #include "postgres/SqlNames.h"
@@ -79,7 +80,7 @@ void SqlWriter::writeSettings() {
 
 void SqlWriter::writeSchemas() {
     for (Schema const& schema : structure.schemas) {
-        if (!has(schema, "extension")) {
+        if (!has(schema, extra::extension)) {
             statement("CREATE SCHEMA IF NOT EXISTS " + quoteName(schema.name));
         }
     }
@@ -131,17 +132,17 @@ std::string SqlWriter::typeName(int index) const {
 }
 
 bool SqlWriter::isPartition(Table const& table) {
-    return has(table, "partition bound");
+    return has(table, extra::partitionBound);
 }
 
 bool SqlWriter::isPartitioned(int table) const {
-    return has(at(structure.tables, table), "partition by");
+    return has(at(structure.tables, table), extra::partitionBy);
 }
 
 /// An index that isn't valid is, unless it is one of a partitioned table, what a failure left. No statement
 /// makes such.
 bool SqlWriter::isWritten(Index const& index) const {
-    return !has(index, "not valid") || isPartitioned(index.table);
+    return !has(index, extra::notValid) || isPartitioned(index.table);
 }
 
 /// Keys and indexes of these are put together once the tables are.
@@ -151,7 +152,7 @@ bool SqlWriter::isInPartitions(int table) const {
 
 /// True for what a table has from its parents alone. A partition is made by itself and becomes one later.
 bool SqlWriter::isInherited(int table, Named const& thing) const {
-    return valueOf(thing.extras, "inherited") == "true" && !isPartition(at(structure.tables, table));
+    return valueOf(thing.extras, extra::inherited) == "true" && !isPartition(at(structure.tables, table));
 }
 
 // ---- indexes -----------------------------------------------------------------------------------------
@@ -165,7 +166,7 @@ void SqlWriter::writeIndexes() {
         }
         statement(indexText(index));
         for (std::size_t i = 0; i < index.members.size(); ++i) {
-            std::string const target = valueOf(index.members[i].extras, "statistics");
+            std::string const target = valueOf(index.members[i].extras, extra::statistics);
             if (!target.empty() && !index.name.empty()) {
                 statement("ALTER INDEX " + qualified(at(structure.tables, index.table).schema, index.name) +
                           " ALTER COLUMN " + std::to_string(i + 1) + " SET STATISTICS " + target);
@@ -179,8 +180,8 @@ void SqlWriter::writeIndexes() {
 /// What the indexes of partitions are parts of.
 void SqlWriter::writeParts() {
     auto const attach = [this](Named const& thing, int table) {
-        if (has(thing, "part of") && !thing.name.empty()) {
-            statement("ALTER INDEX " + valueOf(thing.extras, "part of") + " ATTACH PARTITION " +
+        if (has(thing, extra::partOf) && !thing.name.empty()) {
+            statement("ALTER INDEX " + valueOf(thing.extras, extra::partOf) + " ATTACH PARTITION " +
                       qualified(at(structure.tables, table).schema, thing.name));
         }
     };
@@ -199,25 +200,26 @@ std::string SqlWriter::indexText(Index const& index) {
     for (IndexMember const& member : index.members) {
         members += (members.empty() ? "" : ", ") + memberText(index, member);
     }
-    std::string const space = valueOf(index.extras, "tablespace");
-    std::string const method = valueOf(index.extras, "method");
+    std::string const space = valueOf(index.extras, extra::tablespace);
+    std::string const method = valueOf(index.extras, extra::method);
     return indexStart(index, index.name.empty() ? "" : quoteName(index.name)) +
            (isPartitioned(index.table) ? "ONLY " : "") + tableName(index.table) +
            (method.empty() ? "" : " USING " + quoteName(method)) + " (" + members + ")" +
-           clause(index.extras, "include", " INCLUDE (", ")") +
-           (has(index, "nulls not distinct") ? " NULLS NOT DISTINCT" : "") +
-           clause(index.extras, "with", " WITH (", ")") +
+           clause(index.extras, extra::include, " INCLUDE (", ")") +
+           (has(index, extra::nullsNotDistinct) ? " NULLS NOT DISTINCT" : "") +
+           clause(index.extras, extra::with, " WITH (", ")") +
            (space.empty() ? "" : " TABLESPACE " + quoteName(space)) +
-           clause(index.extras, "where", " WHERE ");
+           clause(index.extras, extra::where, " WHERE ");
 }
 
 std::string SqlWriter::memberText(Index const& index, IndexMember const& member) {
     std::string text = member.column >= 0
                            ? quoteName(at(at(structure.tables, index.table).columns, member.column).name)
                            : "(" + member.expression + ")";
-    text += clause(member.extras, "collation", " COLLATE ") + clause(member.extras, "opclass", " ") +
-            clause(member.extras, "opclass options", " (", ")");
-    return text + (member.descending ? " DESC" : "") + clause(member.extras, "nulls", " NULLS ");
+    text += clause(member.extras, extra::collation, " COLLATE ") +
+            clause(member.extras, extra::opclass, " ") +
+            clause(member.extras, extra::opclassOptions, " (", ")");
+    return text + (member.descending ? " DESC" : "") + clause(member.extras, extra::nulls, " NULLS ");
 }
 
 // ---- foreign keys ------------------------------------------------------------------------------------
@@ -227,7 +229,7 @@ std::string SqlWriter::memberText(Index const& index, IndexMember const& member)
 void SqlWriter::writeForeignKeys() {
     std::vector<std::pair<int, Key const*>> named;
     for (Key const& key : structure.keys) {
-        if (key.kind == KeyKind::FOREIGN && has(key, "inherited") && !isNamedByParent(key)) {
+        if (key.kind == KeyKind::FOREIGN && has(key, extra::inherited) && !isNamedByParent(key)) {
             named.emplace_back(-depthOf(key.table), &key);
         }
     }
@@ -237,7 +239,7 @@ void SqlWriter::writeForeignKeys() {
         writeForeignKey(*entry.second);
     }
     for (Key const& key : structure.keys) {
-        if (key.kind == KeyKind::FOREIGN && !has(key, "inherited")) {
+        if (key.kind == KeyKind::FOREIGN && !has(key, extra::inherited)) {
             writeForeignKey(key);
         }
     }
@@ -265,7 +267,7 @@ int SqlWriter::depthOf(int table) const {
 }
 
 void SqlWriter::writeForeignKey(Key const& key) {
-    if (key.referredColumns.empty() && !has(key, "references")) {
+    if (key.referredColumns.empty() && !has(key, extra::references)) {
         leftOut(
             {"foreign key " + key.name + " of " + tableName(key.table), "what it refers to is unknown", ""});
         return;
@@ -279,7 +281,7 @@ void SqlWriter::writeForeignKey(Key const& key) {
 void SqlWriter::writeTriggers() {
     for (Trigger const& trigger : structure.triggers) {
         statement(trigger.statement);
-        std::string const enabled = valueOf(trigger.extras, "enabled");
+        std::string const enabled = valueOf(trigger.extras, extra::enabled);
         if (!enabled.empty()) {
             statement("ALTER TABLE " + tableName(trigger.table) +
                       (enabled == "NO" ? " DISABLE" : " ENABLE " + enabled) + " TRIGGER " +
@@ -288,15 +290,15 @@ void SqlWriter::writeTriggers() {
     }
     for (Table const& table : structure.tables) {
         for (Extra const& extra : table.extras) {
-            if (beginsWith(extra.name, "trigger ")) {
+            if (beginsWith(extra.name, prefix::trigger)) {
                 statement(extra.value);
             }
         }
     }
     for (Key const& key : structure.keys) {
-        if (has(key, "enabled")) {
+        if (has(key, extra::enabled)) {
             leftOut({"state of the triggers of the key " + key.name + " of " + tableName(key.table),
-                     "only a superuser may set it: enabled " + valueOf(key.extras, "enabled"), ""});
+                     "only a superuser may set it: enabled " + valueOf(key.extras, extra::enabled), ""});
         }
     }
     tellOmissions(&ForeignStructure::ofTriggers);
@@ -305,8 +307,8 @@ void SqlWriter::writeTriggers() {
 /// The extensions with which a thing goes when they are dropped.
 void SqlWriter::writeExtensionNeeds() {
     auto const writeOne = [this](Named const& thing) {
-        if (has(thing, "depends on extension")) {
-            statement(valueOf(thing.extras, "depends on extension"));
+        if (has(thing, extra::dependsOnExtension)) {
+            statement(valueOf(thing.extras, extra::dependsOnExtension));
         }
     };
     auto const write = [&](auto const& things) { std::for_each(things.begin(), things.end(), writeOne); };

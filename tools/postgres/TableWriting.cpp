@@ -1,6 +1,7 @@
 #include "postgres/SqlWriter.h"
 
 #include "database/Records.h"
+#include "postgres/Extras.h"
 #include "postgres/SqlNames.h"
 
 #include <algorithm>
@@ -9,33 +10,35 @@ namespace postgres {
 using namespace database;
 
 std::string SqlWriter::tableStatement(Table const& table, int index, bool isBare) {
-    std::string const type = valueOf(table.extras, "of");
+    std::string const type = valueOf(table.extras, extra::of);
     std::vector<std::string> const parts = tableParts(table, index, isBare);
-    std::string text = std::string("CREATE ") + (has(table, "unlogged") ? "UNLOGGED " : "") +
-                       (has(table, "server") ? "FOREIGN " : "") + "TABLE " + tableName(index);
+    std::string text = std::string("CREATE ") + (has(table, extra::unlogged) ? "UNLOGGED " : "") +
+                       (has(table, extra::server) ? "FOREIGN " : "") + "TABLE " + tableName(index);
     text += type.empty() ? "" : " OF " + type;
     text += type.empty() || !parts.empty() ? " " + partsText(parts) : "";
-    std::string parents = valueOf(table.extras, "inherits");
+    std::string parents = valueOf(table.extras, extra::inherits);
     for (int const parent : table.parents) {
         parents += (parents.empty() ? "" : ", ") + tableName(parent);
     }
     text += parents.empty() || isPartition(table) ? "" : " INHERITS (" + parents + ")";
-    return text + clause(table.extras, "partition by", " PARTITION BY ") +
-           (has(table, "server") ? serverText(table) : storageText(table));
+    return text + clause(table.extras, extra::partitionBy, " PARTITION BY ") +
+           (has(table, extra::server) ? serverText(table) : storageText(table));
 }
 
 std::string SqlWriter::serverText(Table const& table) {
-    return " SERVER " + quoteName(valueOf(table.extras, "server")) +
-           clause(table.extras, "options", " OPTIONS (", ")");
+    return " SERVER " + quoteName(valueOf(table.extras, extra::server)) +
+           clause(table.extras, extra::options, " OPTIONS (", ")");
 }
 
 /// How a table or a materialized view is stored.
 std::string SqlWriter::storageText(Table const& table) {
-    std::string const method =
-        has(table, "access method") ? " USING " + quoteName(valueOf(table.extras, "access method")) : "";
-    std::string const space =
-        has(table, "tablespace") ? " TABLESPACE " + quoteName(valueOf(table.extras, "tablespace")) : "";
-    return method + clause(table.extras, "with", " WITH (", ")") + space;
+    std::string const method = has(table, extra::accessMethod)
+                                   ? " USING " + quoteName(valueOf(table.extras, extra::accessMethod))
+                                   : "";
+    std::string const space = has(table, extra::tablespace)
+                                  ? " TABLESPACE " + quoteName(valueOf(table.extras, extra::tablespace))
+                                  : "";
+    return method + clause(table.extras, extra::with, " WITH (", ")") + space;
 }
 
 /// The columns and constraints.
@@ -53,7 +56,7 @@ std::vector<std::string> SqlWriter::tableParts(Table const& table, int index, bo
         add(key->kind != KeyKind::FOREIGN && !isInPartitions(index), keyText(*key));
     }
     for (Check const* const check : at(checksOfTable, index)) {
-        add(!isBare && !has(*check, "not valid") && !isInherited(index, *check), checkText(*check));
+        add(!isBare && !has(*check, extra::notValid) && !isInherited(index, *check), checkText(*check));
     }
     return parts;
 }
@@ -67,7 +70,7 @@ std::string SqlWriter::restOfTable(int index) {
         text += isSet ? restOfDefault(index, column) : "";
     }
     for (Check const* const check : at(checksOfTable, index)) {
-        if (!has(*check, "not valid") && !isInherited(index, *check)) {
+        if (!has(*check, extra::notValid) && !isInherited(index, *check)) {
             text += ";\nALTER TABLE " + tableName(index) + " ADD " + checkText(*check);
         }
     }
@@ -94,20 +97,20 @@ std::string SqlWriter::restOfDefault(int table, Column const& column) {
 std::string SqlWriter::columnText(Table const& table, Column const& column, bool isBare) {
     Extras const& extras = column.extras;
     std::string text = quoteName(column.name);
-    if (has(table, "of")) {
+    if (has(table, extra::of)) {
         bool const isChanged = column.notNull || !column.defaultValue.empty();
         if (!isChanged) {
             return "";
         }
         text += " WITH OPTIONS";
     } else {
-        text += " " + typeName(column.type) + clause(extras, "options", " OPTIONS (", ")") +
-                clause(extras, "collation", " COLLATE ");
+        text += " " + typeName(column.type) + clause(extras, extra::options, " OPTIONS (", ")") +
+                clause(extras, extra::collation, " COLLATE ");
     }
     if (column.generated) {
         text += " GENERATED ALWAYS AS (" + column.defaultValue + ") ";
-        text += valueOf(extras, "generated") == "VIRTUAL" ? "VIRTUAL" : "STORED";
-    } else if (has(column, "identity")) {
+        text += valueOf(extras, extra::generated) == "VIRTUAL" ? "VIRTUAL" : "STORED";
+    } else if (has(column, extra::identity)) {
         text += identityText(column);
     } else if (!column.defaultValue.empty() && !isBare && !isLateDefault(table, column)) {
         text += " DEFAULT " + column.defaultValue;
@@ -116,33 +119,35 @@ std::string SqlWriter::columnText(Table const& table, Column const& column, bool
 }
 
 std::string SqlWriter::identityText(Column const& column) {
-    return clause(column.extras, "identity", " GENERATED ", " AS IDENTITY") +
-           clause(column.extras, "identity sequence", " (", ")");
+    return clause(column.extras, extra::identity, " GENERATED ", " AS IDENTITY") +
+           clause(column.extras, extra::identitySequence, " (", ")");
 }
 
 std::string SqlWriter::keyText(Key const& key) {
-    return database::SqlWriter::keyText(key) + clause(key.extras, "deferrable", " DEFERRABLE ") +
-           (has(key, "not valid") ? " NOT VALID" : "");
+    return database::SqlWriter::keyText(key) + clause(key.extras, extra::deferrable, " DEFERRABLE ") +
+           (has(key, extra::notValid) ? " NOT VALID" : "");
 }
 
 std::string SqlWriter::keyColumns(Key const& key) {
-    return (has(key, "nulls not distinct") ? "NULLS NOT DISTINCT " : "") +
+    return (has(key, extra::nullsNotDistinct) ? "NULLS NOT DISTINCT " : "") +
            columnNames(key.table, key.columns);
 }
 
 std::string SqlWriter::keyOptions(Key const& key) {
-    std::string const space = valueOf(key.extras, "tablespace");
-    return clause(key.extras, "include", " INCLUDE (", ")") + clause(key.extras, "with", " WITH (", ")") +
+    std::string const space = valueOf(key.extras, extra::tablespace);
+    return clause(key.extras, extra::include, " INCLUDE (", ")") +
+           clause(key.extras, extra::with, " WITH (", ")") +
            (space.empty() ? "" : " USING INDEX TABLESPACE " + quoteName(space));
 }
 
 std::string SqlWriter::referenceText(Key const& key) {
-    return database::SqlWriter::referenceText(key) + clause(key.extras, "on delete columns", " (", ")");
+    return database::SqlWriter::referenceText(key) + clause(key.extras, extra::onDeleteColumns, " (", ")");
 }
 
 std::string SqlWriter::checkText(Check const& check) {
     return database::SqlWriter::checkText(check.name, check.expression) +
-           (has(check, "no inherit") ? " NO INHERIT" : "") + (has(check, "not valid") ? " NOT VALID" : "");
+           (has(check, extra::noInherit) ? " NO INHERIT" : "") +
+           (has(check, extra::notValid) ? " NOT VALID" : "");
 }
 
 /// A view of the same columns and no rows, which needs nothing but their types.
@@ -150,7 +155,7 @@ std::string SqlWriter::emptyView(Table const& table) {
     std::string columns;
     for (Column const& column : table.columns) {
         columns += (columns.empty() ? " NULL::" : ", NULL::") + typeName(column.type) +
-                   clause(column.extras, "collation", " COLLATE ") + " AS " + quoteName(column.name);
+                   clause(column.extras, extra::collation, " COLLATE ") + " AS " + quoteName(column.name);
     }
     return "CREATE VIEW " + qualified(table.schema, table.name) + " AS SELECT" + columns;
 }

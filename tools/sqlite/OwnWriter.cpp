@@ -2,6 +2,7 @@
 
 #include "database/Records.h"
 #include "database/SqlTokens.h"
+#include "sqlite/Extras.h"
 #include "sqlite/Names.h"
 
 #include <algorithm>
@@ -64,7 +65,7 @@ Translation OwnWriter::expression(std::string const& sql) const {
 
 /// A virtual table has a statement of its own.
 void OwnWriter::writeTable(int table) {
-    if (std::string const* const whole = findExtra(at(structure.tables, table).extras, "statement")) {
+    if (std::string const* const whole = findExtra(at(structure.tables, table).extras, extra::statement)) {
         statement(*whole);
     } else {
         SqlWriter::writeTable(table);
@@ -87,12 +88,12 @@ std::string OwnWriter::typeText(database::Column const& column) const {
 }
 
 std::string OwnWriter::collationText(Extras const& extras) const {
-    std::string const collation = valueOf(extras, "collation");
+    std::string const collation = valueOf(extras, extra::collation);
     return collation.empty() ? "" : " COLLATE " + quoteName(collation);
 }
 
 std::string OwnWriter::conflictText(Extras const& extras) const {
-    return database::clause(extras, "conflict", " ON CONFLICT ");
+    return database::clause(extras, extra::conflict, " ON CONFLICT ");
 }
 
 // ---- keys --------------------------------------------------------------------------------------------
@@ -100,7 +101,7 @@ std::string OwnWriter::conflictText(Extras const& extras) const {
 /// The primary key that must stand with its column, or null.
 Key const* OwnWriter::columnKeyOf(int table) const {
     for (Key const* key : at(keysOfTable, table)) {
-        bool const needed = has(*key, "autoincrement") || has(*key, "order");
+        bool const needed = has(*key, extra::autoincrement) || has(*key, extra::order);
         if (key->kind == KeyKind::PRIMARY && key->columns.size() == 1 && needed) {
             return key;
         }
@@ -118,7 +119,7 @@ bool OwnWriter::standsInColumn(Key const& key) const {
     bool const isBefore =
         std::find(keys.begin(), keys.end(), &key) < std::find(keys.begin(), keys.end(), columnKey);
     return isBefore && key.kind == KeyKind::UNIQUE && key.columns.size() == 1 &&
-           key.columns[0] <= columnKey->columns[0] && !has(key, "columns");
+           key.columns[0] <= columnKey->columns[0] && !has(key, extra::columns);
 }
 
 std::string OwnWriter::keysInColumn(int table, int column) const {
@@ -134,13 +135,13 @@ std::string OwnWriter::keysInColumn(int table, int column) const {
 }
 
 std::string OwnWriter::primaryKeyText(Key const& key) const {
-    return "PRIMARY KEY" + database::clause(key.extras, "order", " ") + conflictText(key.extras) +
-           (has(key, "autoincrement") ? " AUTOINCREMENT" : "");
+    return "PRIMARY KEY" + database::clause(key.extras, extra::order, " ") + conflictText(key.extras) +
+           (has(key, extra::autoincrement) ? " AUTOINCREMENT" : "");
 }
 
 /// Those of a primary or unique key may have collations and an order.
 std::string OwnWriter::keyColumns(Key const& key) {
-    std::string const* const members = findExtra(key.extras, "columns");
+    std::string const* const members = findExtra(key.extras, extra::columns);
     return members && key.kind != KeyKind::FOREIGN ? "(" + *members + ")" : SqlWriter::keyColumns(key);
 }
 
@@ -160,7 +161,7 @@ std::string OwnWriter::nameOf(database::Index const& index) {
 }
 
 bool OwnWriter::namesColumns(Table const& view) const {
-    return has(view, "columns");
+    return has(view, extra::columns);
 }
 
 bool OwnWriter::writeAccepted(std::string const&, std::string const& text) {

@@ -1,6 +1,7 @@
 #include "sqlite/Requirements.h"
 
 #include "database/SqlTokens.h"
+#include "sqlite/Extras.h"
 #include "sqlite/Names.h"
 #include "sqlite/Scratch.h"
 
@@ -35,7 +36,7 @@ public:
 
     void meet() {
         for (Table& table : structure.tables) {
-            if (table.kind == TableKind::TABLE && !findExtra(table.extras, "statement")) {
+            if (table.kind == TableKind::TABLE && !findExtra(table.extras, extra::statement)) {
                 meetColumns(table);
             }
         }
@@ -139,7 +140,7 @@ private:
         if (key.kind == KeyKind::FOREIGN) {
             drop("match", "FOREIGN KEY (" + list + ") REFERENCES t MATCH ");
             drop("deferrable", "FOREIGN KEY (" + list + ") REFERENCES t DEFERRABLE ");
-            std::string const* const told = findExtra(key.extras, "references");
+            std::string const* const told = findExtra(key.extras, extra::references);
             return !told ||
                    accepts(scratch.problem(skeleton(table, "FOREIGN KEY (" + list + ") REFERENCES " + *told)),
                            name, *told);
@@ -166,12 +167,12 @@ private:
 
     /// A primary key that is declared with its column. Only a plain INTEGER has AUTOINCREMENT.
     void meetColumnKey(Table const& table, Key& key, std::string const& name) {
-        std::string const* const order = findExtra(key.extras, "order");
+        std::string const* const order = findExtra(key.extras, extra::order);
         if (order && !equalIgnoringCase(*order, "ASC") && !equalIgnoringCase(*order, "DESC")) {
             omit("order of " + name, "it is neither ASC nor DESC", *order);
             erase(key.extras, "order");
         }
-        if (!findExtra(key.extras, "autoincrement")) {
+        if (!findExtra(key.extras, extra::autoincrement)) {
             return;
         }
         Column const& column = table.columns[static_cast<std::size_t>(key.columns.front())];
@@ -234,7 +235,7 @@ private:
     // ---- indexes, views, triggers --------------------------------------------------------------------
 
     bool takesIndex(database::Index const& index) {
-        std::string const* const where = findExtra(index.extras, "where");
+        std::string const* const where = findExtra(index.extras, extra::where);
         bool const isPlain =
             std::all_of(index.members.begin(), index.members.end(),
                         [](database::IndexMember const& member) { return member.column >= 0; });

@@ -3,6 +3,7 @@
 #include "database/Enumerations.h"
 #include "database/Records.h"
 #include "database/SqlTokens.h"
+#include "sqlite/Extras.h"
 #include "sqlite/Names.h"
 
 #include <ostream>
@@ -39,7 +40,7 @@ std::string originalOf(database::Index const& index) {
     for (database::IndexMember const& member : index.members) {
         text += (text.empty() || member.expression.empty() ? "" : ", ") + member.expression;
     }
-    std::string const where = valueOf(index.extras, "where");
+    std::string const where = valueOf(index.extras, extra::where);
     return where.empty() ? text : text + " WHERE " + where;
 }
 
@@ -244,7 +245,7 @@ std::string SqlWriter::columnText(Table const& table, Column const& column) {
     Type const* const type = typeOf(column);
     bool const inDomain = type && type->kind == TypeKind::DOMAIN_TYPE;
     if (column.notNull || (inDomain && type->notNull)) {
-        text += " " + constraintName(valueOf(column.extras, "not null constraint")) + "NOT NULL" +
+        text += " " + constraintName(valueOf(column.extras, extra::notNullConstraint)) + "NOT NULL" +
                 conflictText(column.extras);
     }
     if (column.generated) {
@@ -262,7 +263,7 @@ std::string SqlWriter::generatedText(Table const& table, Column const& column) {
                        column.defaultValue);
         return "";
     }
-    bool const stored = valueOf(column.extras, "generated") == "STORED";
+    bool const stored = valueOf(column.extras, extra::generated) == "STORED";
     return " GENERATED ALWAYS AS (" + translation.text + ")" + (stored ? " STORED" : " VIRTUAL");
 }
 
@@ -276,7 +277,7 @@ std::string SqlWriter::defaultText(Table const& table, Column const& column, std
         return "";
     }
     std::string const& text = translation.text;
-    return " " + constraintName(valueOf(column.extras, "default constraint")) + "DEFAULT " +
+    return " " + constraintName(valueOf(column.extras, extra::defaultConstraint)) + "DEFAULT " +
            (isPlainValue(database::tokenize(text)) ? text : "(" + text + ")");
 }
 
@@ -305,17 +306,17 @@ std::string SqlWriter::keyOptions(Key const& key) {
 }
 
 std::string SqlWriter::referenceText(Key const& key) {
-    std::string const* const missing = findExtra(key.extras, "references");
+    std::string const* const missing = findExtra(key.extras, extra::references);
     std::string const target =
         missing ? *missing
                 : tableName(key.referredTable) + columnNames(key.referredTable, key.referredColumns);
     remarkExtrasLater(key, {"references", "match", "deferrable"});
     std::string text = " REFERENCES " + target;
-    if (std::string const* match = findExtra(key.extras, "match")) {
+    if (std::string const* match = findExtra(key.extras, extra::match)) {
         text += " MATCH " + *match;
     }
     text += actionText(" ON DELETE ", key.onDelete) + actionText(" ON UPDATE ", key.onUpdate);
-    if (std::string const* deferral = findExtra(key.extras, "deferrable")) {
+    if (std::string const* deferral = findExtra(key.extras, extra::deferrable)) {
         text += " DEFERRABLE " + *deferral;
     }
     return text;
@@ -343,7 +344,7 @@ Translation SqlWriter::indexText(database::Index const& index) const {
         result.text += (result.text.empty() ? "(" : ", ") + part.text;
     }
     result.text += ")";
-    if (std::string const* const where = findExtra(index.extras, "where")) {
+    if (std::string const* const where = findExtra(index.extras, extra::where)) {
         Translation const condition = expression(*where);
         result.text += " WHERE " + condition.text;
         result.problem = condition.problem;
@@ -375,7 +376,7 @@ void SqlWriter::writeIndex(database::Index const& index) {
         return;
     }
     remarkComment(what, index);
-    bool const isTree = valueOf(index.extras, "method") == "btree";
+    bool const isTree = valueOf(index.extras, extra::method) == "btree";
     remarkExtras(what, index.extras,
                  isTree ? std::set<std::string>{"where", "method"} : std::set<std::string>{"where"});
     for (database::IndexMember const& member : index.members) {
