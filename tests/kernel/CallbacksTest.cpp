@@ -6,7 +6,7 @@
 #include <qor/QORGrouping.h>
 #include <qor/QORTraversalOperation.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -27,13 +27,13 @@ public:
         return act(object);
     }
 
-    EventLog visited;
+    Labels visited;
 
 private:
     std::function<bool(QORObject*)> act;
 };
 
-EventLog visit(QORObject& top, std::function<bool(QORObject*)> function) {
+Labels visit(QORObject& top, std::function<bool(QORObject*)> function) {
     Visiting operation(std::move(function));
     top.depthTraversal(operation, nullptr);
     return operation.visited;
@@ -94,7 +94,7 @@ TEST(Callbacks, PreProcessMayDeleteItsObjectIfItReturnsFalse) {
             delete object;
         return !goes;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "c", "d"}), visit(*top, deleteSome));
+    EXPECT_EQ((Labels{"top", "a", "b", "c", "d"}), visit(*top, deleteSome));
     EXPECT_EQ(2, top->getChildPackageCount());
 }
 
@@ -108,7 +108,7 @@ TEST(Callbacks, TheVisitedObjectMayBeUnlinkedAndIsWalkedToItsEnd) {
         }
         return true;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "below", "c", "d"}), visit(*top, unlink));
+    EXPECT_EQ((Labels{"top", "a", "b", "below", "c", "d"}), visit(*top, unlink));
     EXPECT_EQ(3, top->getChildPackageCount());
 }
 
@@ -122,7 +122,7 @@ TEST(Callbacks, TheVisitedObjectMayMoveToAnOwnerAheadAndIsVisitedThereToo) {
         }
         return true;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "below", "c", "b", "below", "d"}), visit(*top, move));
+    EXPECT_EQ((Labels{"top", "a", "b", "below", "c", "b", "below", "d"}), visit(*top, move));
 }
 
 TEST(Callbacks, RenamingWhateverIsVisitedBringsAVectorsElementsAgainAndAgain) {
@@ -136,7 +136,7 @@ TEST(Callbacks, RenamingWhateverIsVisitedBringsAVectorsElementsAgainAndAgain) {
             object->setName(++renamed);
         return true;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "1", "2", "3", "4", "5", "6"}), visit(top, rename));
+    EXPECT_EQ((Labels{"top", "a", "b", "1", "2", "3", "4", "5", "6"}), visit(top, rename));
 }
 
 TEST(Callbacks, RenamingAfterTheWalkReachesEachObjectOnce) {
@@ -148,7 +148,7 @@ TEST(Callbacks, RenamingAfterTheWalkReachesEachObjectOnce) {
     });
     for (QORObject* const object : collected)
         object->setName(object->getName() + "-renamed");
-    EXPECT_EQ((EventLog{"top-renamed", "a-renamed", "b-renamed", "below-renamed", "c-renamed", "d-renamed"}),
+    EXPECT_EQ((Labels{"top-renamed", "a-renamed", "b-renamed", "below-renamed", "c-renamed", "d-renamed"}),
               visit(*top, [](QORObject*) { return true; }));
 }
 

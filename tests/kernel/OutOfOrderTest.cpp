@@ -19,7 +19,7 @@
 #include <qor/QORSynonym.h>
 #include <qor/QORTypeValue.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -227,21 +227,21 @@ TEST_F(OutOfOrder, EitherOwnerMayGoFirst) {
         arguments.clear();
         for (char const* name : {"a", "b", "c", "d"})
             add(name);
-        EventLog deaths;
+        Graph graph;
         for (QORArgument* const argument : arguments)
-            argument->addNote(mortal<QORNote>(deaths, argument->getName().chars));
+            argument->addNote(graph.mortal<QORNote>(argument->getName().chars));
         arguments[0]->setName("z");
         arguments[2]->setName("0");
         if (classFirst)
             parameterized.reset();
         else
             operation.reset();
-        EXPECT_TRUE(deaths.empty());
+        EXPECT_TRUE(graph.deaths.empty());
         if (classFirst)
             operation.reset();
         else
             parameterized.reset();
-        EXPECT_EQ(4U, deaths.size());
+        EXPECT_EQ(4U, graph.deaths.size());
     }
 }
 
