@@ -7,7 +7,7 @@
 #include <qor/QORClass.h>
 #include <qor/QORForeignKey.h>
 
-#include <Mortal.h>
+#include <Graph.h>
 
 #include <gtest/gtest.h>
 #include <initializer_list>
