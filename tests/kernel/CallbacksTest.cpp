@@ -68,12 +68,9 @@ private:
 };
 
 void transcode(QORObject& object) {
-    std::unique_ptr<QOREncodingConverter> const from(QOREncodingConverter::create("ISO-8859-1"));
-    std::unique_ptr<QOREncodingConverter> const to(QOREncodingConverter::create("UTF-8"));
-    int first = 0;
-    int errors = 0;
-    object.transcode(from.get(), to.get(), first, errors);
-    EXPECT_EQ(0, errors);
+    Recoding recode("ISO-8859-1", "UTF-8");
+    recode(object);
+    EXPECT_EQ(0, recode.errors);
 }
 
 QORDesignPackage* commented(char const* name) {

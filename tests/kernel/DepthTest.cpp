@@ -3,7 +3,6 @@
 #include <qor/QORCondition.h>
 #include <qor/QORConstantNode.h>
 #include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORGrouping.h>
 #include <qor/QORNote.h>
 #include <qor/QOROperatorNode.h>
@@ -132,13 +131,10 @@ protected:
             }
             int count = 0;
         } operation;
-        std::unique_ptr<QOREncodingConverter> const latin(QOREncodingConverter::create("ISO-8859-1"));
-        std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-        int converted = 0;
-        int failed = 0;
-        top.transcode(latin.get(), utf8.get(), converted, failed);
-        EXPECT_EQ(0, failed);
-        EXPECT_LE(length + 1, converted);
+        Recoding recode("ISO-8859-1", "UTF-8");
+        recode(top);
+        EXPECT_EQ(0, recode.errors);
+        EXPECT_LE(length + 1, recode.converted);
         top.depthTraversal(operation, nullptr);
         EXPECT_EQ(length, operation.count); // all but the note
     }

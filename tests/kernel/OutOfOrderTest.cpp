@@ -7,7 +7,6 @@
 #include <qor/QORConfigurationFormat.h>
 #include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORException.h>
 #include <qor/QORMappingModel.h>
 #include <qor/QORModel.h>
@@ -459,11 +458,9 @@ struct OutOfOrderSynonyms : public ::testing::Test {
     }
 
     void transcode(QORObject& object) {
-        std::unique_ptr<QOREncodingConverter> const latin1(QOREncodingConverter::create("ISO-8859-1"));
-        std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-        int converted = 0, failed = 0;
-        object.transcode(latin1.get(), utf8.get(), converted, failed);
-        EXPECT_EQ(0, failed);
+        Recoding recode("ISO-8859-1", "UTF-8");
+        recode(object);
+        EXPECT_EQ(0, recode.errors);
     }
 
     QORModel model;

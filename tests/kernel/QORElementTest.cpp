@@ -1,11 +1,8 @@
 #include <qor/QORElement.h>
 
-#include <qor/QORClass.h>
 #include <qor/QORDesignPackage.h>
 #include <qor/QORElementNamePart.h>
 #include <qor/QORElementNode.h>
-#include <qor/QOREncodingConverter.h>
-#include <qor/QORMetaClass.h>
 #include <qor/QORNote.h>
 #include <qor/QORNoteByPosition.h>
 #include <qor/QORObject.h>
@@ -335,22 +332,9 @@ TEST(QORElement, WalksNotesAndThenPropertyValues) {
     element.removeElementNode(&node);
 }
 
-namespace {
+// ---- re-encoding ----------------------------------------------------------------------------------------
 
-class QORElementTranscode : public ::testing::Test {
-protected:
-    void toUtf8(QORObject& object) { object.transcode(latin.get(), utf8.get(), converted, failed); }
-    void toLatin(QORObject& object) { object.transcode(utf8.get(), latin.get(), converted, failed); }
-
-    std::unique_ptr<QOREncodingConverter> latin{QOREncodingConverter::create("ISO-8859-1")};
-    std::unique_ptr<QOREncodingConverter> utf8{QOREncodingConverter::create("UTF-8")};
-    int converted = 0;
-    int failed = 0;
-};
-
-} // namespace
-
-TEST_F(QORElementTranscode, ConvertsTheThreeTextsTheNameTheNotesAndTheValues) {
+TEST(QORElementTranscode, ConvertsTheThreeTextsTheNameTheNotesAndTheValues) {
     Plain<QORElement> element;
     element.setName("\xE9");
     element.setDescription("\xE8");
@@ -360,7 +344,8 @@ TEST_F(QORElementTranscode, ConvertsTheThreeTextsTheNameTheNotesAndTheValues) {
     element.getNote(0)->setValue("\xE4");
     element.addPropertyValue(new QORPropertyValue);
     element.getPropertyValue(0)->setValue("\xE3");
-    toUtf8(element);
+    Recoding recode("ISO-8859-1", "UTF-8");
+    recode(element);
     EXPECT_STREQ("\xC3\xA9", element.getName().chars);
     EXPECT_STREQ("\xC3\xA8", element.getDescription().chars);
     EXPECT_STREQ("\xC3\xA7", element.getNativeId().chars);
@@ -368,19 +353,20 @@ TEST_F(QORElementTranscode, ConvertsTheThreeTextsTheNameTheNotesAndTheValues) {
     EXPECT_STREQ("\xC3\xA5", element.getNote(0)->getName().chars);
     EXPECT_STREQ("\xC3\xA4", element.getNote(0)->getValue().chars);
     EXPECT_STREQ("\xC3\xA3", element.getPropertyValue(0)->getValue().chars);
-    EXPECT_EQ(7, converted);
-    EXPECT_EQ(0, failed);
+    EXPECT_EQ(7, recode.converted);
+    EXPECT_EQ(0, recode.errors);
 }
 
-TEST_F(QORElementTranscode, EmptyTextsAreNotConverted) {
+TEST(QORElementTranscode, EmptyTextsAreNotConverted) {
     Plain<QORElement> element;
     element.addNote(new QORNote);
-    toUtf8(element);
-    EXPECT_EQ(0, converted);
-    EXPECT_EQ(0, failed);
+    Recoding recode("ISO-8859-1", "UTF-8");
+    recode(element);
+    EXPECT_EQ(0, recode.converted);
+    EXPECT_EQ(0, recode.errors);
 }
 
-TEST_F(QORElementTranscode, AFailureOnOneTextDoesNotHoldBackTheNext) {
+TEST(QORElementTranscode, AFailureOnOneTextDoesNotHoldBackTheNext) {
     for (unsigned broken = 0; broken < 16; ++broken) {
         Plain<QORElement> element;
         auto const text = [broken](unsigned bit) { return broken >> bit & 1 ? "\xFF" : "\xC3\xA9"; };
@@ -389,18 +375,18 @@ TEST_F(QORElementTranscode, AFailureOnOneTextDoesNotHoldBackTheNext) {
         element.setNativeId(text(1));
         element.setNativeType(text(2));
         element.setName(text(3));
-        converted = 0;
-        failed = 10;
-        toLatin(element);
+        Recoding recode;
+        recode.errors = 10;
+        recode(element);
         EXPECT_STREQ(expected(0), element.getDescription().chars) << broken;
         EXPECT_STREQ(expected(1), element.getNativeId().chars) << broken;
         EXPECT_STREQ(expected(2), element.getNativeType().chars) << broken;
         EXPECT_STREQ(expected(3), element.getName().chars) << broken;
-        EXPECT_EQ(14, converted + failed) << broken;
+        EXPECT_EQ(14, recode.converted + recode.errors) << broken;
     }
 }
 
-TEST_F(QORElementTranscode, NotesGoByAddressBeforeTheValues) {
+TEST(QORElementTranscode, NotesGoByAddressBeforeTheValues) {
     class Noting : public QORNote {
     public:
         explicit Noting(Objects& names) : log(names) { name = "n"; }
@@ -419,6 +405,7 @@ TEST_F(QORElementTranscode, NotesGoByAddressBeforeTheValues) {
     std::sort(notes.begin(), notes.end(), std::less<>());
     for (std::size_t const i : {1U, 2U, 0U})
         element.addNote(notes[i]);
-    toUtf8(element);
+    Recoding recode("ISO-8859-1", "UTF-8");
+    recode(element);
     EXPECT_EQ((Objects{notes[0], notes[1], notes[2]}), order);
 }

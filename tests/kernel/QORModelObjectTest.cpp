@@ -1,12 +1,9 @@
 #include <qor/QORModelObject.h>
 
 #include <qor/QORBusinessRule.h>
-#include <qor/QORClass.h>
 #include <qor/QORDatabaseSchema.h>
 #include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORKeyMap.h>
-#include <qor/QORMetaClass.h>
 #include <qor/QORNote.h>
 #include <qor/QORPhysicalObject.h>
 #include <qor/QORProjection.h>
@@ -115,10 +112,8 @@ TEST(QORModelObject, IsolateWithDeletionTakesSynonymsInTheirTurn) {
 }
 
 TEST(QORModelObject, TranscodeConvertsItsTextsThenTheElementsThenSynonyms) {
-    std::unique_ptr<QOREncodingConverter> const latin(QOREncodingConverter::create("ISO-8859-1"));
-    std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-    int converted = 0;
-    int failed = 0;
+    Recoding toUtf8("ISO-8859-1", "UTF-8");
+    Recoding toLatin("UTF-8", "ISO-8859-1");
     Plain<QORModelObject> object;
     object.setPhysicalName("\xE9");
     object.setComment("\xE8");
@@ -126,20 +121,20 @@ TEST(QORModelObject, TranscodeConvertsItsTextsThenTheElementsThenSynonyms) {
     object.setDescription("\xE6");
     object.addSynonym(named<QORSynonym>("\xE5"));
     object.addNote(named<QORNote>("\xE4"));
-    object.transcode(latin.get(), utf8.get(), converted, failed);
+    toUtf8(object);
     EXPECT_STREQ("\xC3\xA9", object.getPhysicalName().chars);
     EXPECT_STREQ("\xC3\xA8", object.getComment().chars);
     EXPECT_STREQ("\xC3\xA7", object.getStereotype().chars);
     EXPECT_STREQ("\xC3\xA6", object.getDescription().chars);
     EXPECT_STREQ("\xC3\xA5", object.getSynonym(0)->getName().chars);
     EXPECT_STREQ("\xC3\xA4", object.getNote(0)->getName().chars);
-    EXPECT_EQ(6, converted);
+    EXPECT_EQ(6, toUtf8.converted);
     object.setComment("\xFF");
-    object.transcode(utf8.get(), latin.get(), converted, failed);
+    toLatin(object);
     EXPECT_STREQ("\xE9", object.getPhysicalName().chars);
     EXPECT_STREQ("\xFF", object.getComment().chars);
     EXPECT_STREQ("\xE7", object.getStereotype().chars);
-    EXPECT_EQ(1, failed);
+    EXPECT_EQ(1, toLatin.errors);
 }
 
 TEST(QORModelObject, WalksSynonymsByNameBehindTheElementsChildren) {

@@ -1,9 +1,5 @@
 #include <qor/QORNote.h>
 
-#include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
-#include <qor/QORMetaClass.h>
-
 #include "Graph.h"
 
 #include <gtest/gtest.h>
@@ -17,5 +13,3 @@ TEST(QORNote, EqualsOnlyNotes) {
     EXPECT_FALSE(note.equals(object));
     EXPECT_TRUE(note.QORObject::finalEquals(object));
 }
-
-// ---- its element ----------------------------------------------------------------------------------------

@@ -1,11 +1,6 @@
 #include <qor/QORSynonym.h>
 
-#include <qor/QORClass.h>
 #include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
-#include <qor/QORException.h>
-#include <qor/QORMetaClass.h>
-#include <qor/QORNote.h>
 
 #include "Graph.h"
 
@@ -54,15 +49,12 @@ TEST(QORSynonym, EqualityIsThatOfTheModelObjectLayerAmongSynonyms) {
 }
 
 TEST(QORSynonym, TranscodeMakesACollidingNameUnique) {
-    std::unique_ptr<QOREncodingConverter> const utf7(QOREncodingConverter::create("UTF-7"));
-    std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-    int converted = 0;
-    int failed = 0;
+    Recoding recode("UTF-7", "UTF-8");
     QORDesignPackage object;
     object.addSynonym(named<QORSynonym>("+AEE-"));
     object.addSynonym(named<QORSynonym>("A"));
-    object.transcode(utf7.get(), utf8.get(), converted, failed);
+    recode(object);
     EXPECT_STREQ("A", object.getSynonym(0)->getName().chars);
     EXPECT_STREQ("A/1", object.getSynonym(1)->getName().chars);
-    EXPECT_EQ(2, converted);
+    EXPECT_EQ(2, recode.converted);
 }
