@@ -9,8 +9,7 @@
 TEST(QORDiagram, ShowsItsName) {
     Graph graph;
     auto* const diagram = graph.make<QORClassDiagram>("diagram");
-    auto* const projection = graph.make<QORProjection>("projection");
-    diagram->addPresentationElement(projection);
+    diagram->addPresentationElement(graph.make<QORProjection>("projection"));
     EXPECT_STREQ(diagram->getDisplayName().chars, "diagram");
 }
 
@@ -86,9 +85,8 @@ TEST(QORDiagram, ReencodesAndWalksItsProjectionsOnly) {
     Graph graph;
     auto* const diagram = graph.make<QORClassDiagram>(inUtf8);
     auto* const projection = graph.mortal<QORProjection>("projection");
-    auto* const element = graph.mortal<QORClass>("element");
     diagram->addPresentationElement(projection);
-    diagram->addModelElement(element);
+    diagram->addModelElement(graph.mortal<QORClass>("element"));
     EXPECT_EQ(walkOf(*diagram), (Objects{diagram, projection}));
     Recoding recode;
     recode(*diagram);

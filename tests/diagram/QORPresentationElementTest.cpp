@@ -33,9 +33,8 @@ TEST(QORPresentationElement, ShowsTheComputedNameOfAnUnnamedSubject) {
     EXPECT_STREQ(projection->getDisplayName().chars, "_value");
     subject->setName("name");
     EXPECT_STREQ(projection->getDisplayName().chars, "_name");
-    auto* const unnamed = graph.make<QORClass>();
     projection->removeSubjectModelObject(subject);
-    projection->addSubjectModelObject(unnamed);
+    projection->addSubjectModelObject(graph.make<QORClass>());
     EXPECT_STREQ(projection->getDisplayName().chars, "_");
 }
 

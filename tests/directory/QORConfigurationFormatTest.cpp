@@ -43,7 +43,6 @@ TEST(QORConfigurationFormat, IsolatesTheFormatsItAppliesToFirst) {
 TEST(QORConfigurationFormat, WalksNoFormat) {
     Graph graph;
     auto* const format = graph.make<QORConfigurationFormat>();
-    auto* const model = graph.make<QORModelFormat>();
-    format->addMetadataFormat(model);
+    format->addMetadataFormat(graph.make<QORModelFormat>());
     EXPECT_EQ(walkOf(*format), Objects{format});
 }

@@ -12,10 +12,8 @@ TEST(QORDirectory, DeletesProductsThenScopes) {
     Graph graph;
     QORDirectory directory;
     directory.addPropertyElementTypeScope(graph.mortal<QORPropertyElementTypeScope>("scope"));
-    for (char const* name : {"b", "a"}) {
-        auto* const product = graph.mortal<QORProduct>(name);
-        directory.addProduct(product);
-    }
+    for (char const* name : {"b", "a"})
+        directory.addProduct(graph.mortal<QORProduct>(name));
     directory.addNote(graph.mortal<QORNote>("note"));
     EXPECT_TRUE(directory.recursiveDelete());
     EXPECT_EQ(graph.deaths, (Labels{"note", "a", "b", "scope"}));
@@ -28,8 +26,7 @@ TEST(QORDirectory, TakesTheWholeTreeWithIt) {
     auto* const product = graph.mortal<QORProduct>("product");
     auto* const version = graph.mortal<QORVersion>("version");
     auto* const format = graph.mortal<QORModelFormat>("format");
-    auto* const model = graph.mortal<QORModel>("model");
-    format->addModel(model);
+    format->addModel(graph.mortal<QORModel>("model"));
     version->addFormat(format);
     version->addDefaultFormat(format);
     version->addOriginalFormat(format);
@@ -68,10 +65,8 @@ TEST(QORDirectory, ReencodesProductsThenScopes) {
     QORDirectory directory;
     directory.setAuthor(inUtf8);
     directory.addPropertyElementTypeScope(graph.mortal<QORPropertyElementTypeScope>("scope"));
-    for (char const* name : {"b", "a"}) {
-        auto* const product = graph.mortal<QORProduct>(name);
-        directory.addProduct(product);
-    }
+    for (char const* name : {"b", "a"})
+        directory.addProduct(graph.mortal<QORProduct>(name));
     Recoding recode;
     recode(directory);
     EXPECT_EQ(graph.recodings, (Labels{"a", "b", "scope"}));

@@ -55,9 +55,8 @@ TEST(QORMappingFormat, ReencodesAndWalksItsModelOnly) {
     Graph graph;
     auto* const format = graph.make<QORMappingFormat>();
     auto* const model = graph.mortal<QORMappingModel>("model");
-    auto* const source = graph.mortal<QORModelFormat>("source");
     format->addMappingModel(model);
-    format->addSourceModelFormat(source);
+    format->addSourceModelFormat(graph.mortal<QORModelFormat>("source"));
     EXPECT_EQ(walkOf(*format), (Objects{format, model}));
     Recoding recode;
     recode(*format);

@@ -34,9 +34,8 @@ TEST(QORModelFormat, ReencodesAndWalksItsModelOnly) {
     Graph graph;
     auto* const format = graph.make<QORModelFormat>(inUtf8);
     auto* const model = graph.mortal<QORModel>("model");
-    auto* const mapping = graph.mortal<QORMappingFormat>("mapping");
     format->addModel(model);
-    format->addSourceOfMappingFormat(mapping);
+    format->addSourceOfMappingFormat(graph.mortal<QORMappingFormat>("mapping"));
     EXPECT_EQ(walkOf(*format), (Objects{format, model}));
     Recoding recode;
     recode(*format);

@@ -29,10 +29,9 @@ TEST(QORProduct, ANameTakenInTheParentProductIsNoObstacleInTheDirectory) {
     auto* const directory = graph.make<QORDirectory>();
     auto* const parent = graph.make<QORProduct>();
     auto* const product = graph.make<QORProduct>("a");
-    auto* const sibling = graph.make<QORProduct>("m");
     directory->addProduct(product);
     parent->addChildProduct(product);
-    parent->addChildProduct(sibling);
+    parent->addChildProduct(graph.make<QORProduct>("m"));
     product->setName("m");
     EXPECT_STREQ(product->getName().chars, "m");
     EXPECT_EQ(parent->getChildProductCount(), 2);
@@ -72,14 +71,10 @@ TEST(QORProduct, DeletesReferencesThenVersionsThenChildrenThenAFreeDefaultVersio
     Graph graph;
     QORProduct product;
     product.addDefaultVersion(graph.mortal<QORVersion>("default"));
-    for (char const* name : {"child b", "child a"}) {
-        auto* const child = graph.mortal<QORProduct>(name);
-        product.addChildProduct(child);
-    }
-    for (char const* name : {"version b", "version a"}) {
-        auto* const version = graph.mortal<QORVersion>(name);
-        product.addVersion(version);
-    }
+    for (char const* name : {"child b", "child a"})
+        product.addChildProduct(graph.mortal<QORProduct>(name));
+    for (char const* name : {"version b", "version a"})
+        product.addVersion(graph.mortal<QORVersion>(name));
     product.addReferencedComponent(graph.mortal<QORProduct>("referenced"));
     product.addReferencedByComponent(graph.mortal<QORProduct>("referrer"));
     product.addNote(graph.mortal<QORNote>("note"));
@@ -118,10 +113,9 @@ TEST(QORProduct, ReencodesAndWalksVersionsThenChildren) {
     auto* const product = graph.make<QORProduct>();
     auto* const child = graph.mortal<QORProduct>("child");
     auto* const version = graph.mortal<QORVersion>("version");
-    auto* const defaultVersion = graph.mortal<QORVersion>("default");
     product->addChildProduct(child);
     product->addVersion(version);
-    product->addDefaultVersion(defaultVersion);
+    product->addDefaultVersion(graph.mortal<QORVersion>("default"));
     EXPECT_EQ(walkOf(*product), (Objects{product, version, child}));
     Recoding recode;
     recode(*product);

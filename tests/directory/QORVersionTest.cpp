@@ -66,10 +66,9 @@ TEST(QORVersion, EndsACycleOnlyWithTheLastOfItsLinks) {
     Graph graph;
     auto* const one = graph.mortal<QORVersion>("one");
     auto* const two = graph.mortal<QORVersion>("two");
-    auto* const free = graph.mortal<QORVersion>("free");
     one->addPredecessorVersion(two);
     one->addSuccessorVersion(two);
-    one->addPredecessorVersion(free);
+    one->addPredecessorVersion(graph.mortal<QORVersion>("free"));
     delete one;
     EXPECT_EQ(graph.deaths, (Labels{"one", "free", "two"}));
 }
@@ -181,12 +180,10 @@ TEST(QORVersion, ReencodesAndWalksItsFormatsOnly) {
     auto* const version = graph.make<QORVersion>();
     auto* const model = graph.mortal<QORModelFormat>("model");
     auto* const file = graph.mortal<QORFileFormat>("file");
-    auto* const original = graph.mortal<QORFileFormat>("original");
-    auto* const successor = graph.mortal<QORVersion>("successor");
     version->addFormat(model);
     version->addFormat(file);
-    version->addOriginalFormat(original);
-    version->addSuccessorVersion(successor);
+    version->addOriginalFormat(graph.mortal<QORFileFormat>("original"));
+    version->addSuccessorVersion(graph.mortal<QORVersion>("successor"));
     EXPECT_EQ(walkOf(*version), (Objects{version, file, model}));
     Recoding recode;
     recode(*version);

@@ -7,9 +7,8 @@
 TEST(QORAttributeMap, ShowsItsFirstDestinationFeature) {
     Graph graph;
     auto* const map = graph.make<QORAttributeMap>("map");
-    auto* const destination = graph.make<QORAttribute>("destination");
     EXPECT_STREQ(map->getDisplayName().chars, "map");
-    map->addDestinationFeature(destination);
+    map->addDestinationFeature(graph.make<QORAttribute>("destination"));
     EXPECT_STREQ(map->getDisplayName().chars, "destination");
 }
 

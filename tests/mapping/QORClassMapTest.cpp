@@ -11,11 +11,9 @@
 TEST(QORClassMap, ShowsItsFirstDestinationClassifierAndNoAttribute) {
     Graph graph;
     auto* const map = graph.make<QORClassMap>("map");
-    auto* const attribute = graph.make<QORAttribute>("attribute");
-    auto* const destination = graph.make<QORClass>("destination");
-    map->addDestinationAttribute(attribute);
+    map->addDestinationAttribute(graph.make<QORAttribute>("attribute"));
     EXPECT_STREQ(map->getDisplayName().chars, "map");
-    map->addDestinationClassifier(destination);
+    map->addDestinationClassifier(graph.make<QORClass>("destination"));
     EXPECT_STREQ(map->getDisplayName().chars, "destination");
 }
 

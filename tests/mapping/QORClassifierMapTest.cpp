@@ -12,8 +12,7 @@
 TEST(QORClassifierMap, ShowsItsOwnNameWithoutADestination) {
     Graph graph;
     auto* const map = graph.make<QORClassifierMap>("map");
-    auto* const source = graph.make<QORClass>("source");
-    map->addSourceClassifier(source);
+    map->addSourceClassifier(graph.make<QORClass>("source"));
     EXPECT_STREQ(map->getDisplayName().chars, "map");
 }
 
@@ -34,8 +33,7 @@ TEST(QORClassifierMap, ShowsTheDestinationOfTheLowestAddress) {
 TEST(QORClassifierMap, ShowsAnEmptyTextForADestinationWithoutAName) {
     Graph graph;
     auto* const map = graph.make<QORClassifierMap>("map");
-    auto* const unnamed = graph.make<QORClass>();
-    map->addDestinationClassifier(unnamed);
+    map->addDestinationClassifier(graph.make<QORClass>());
     EXPECT_STREQ(map->getDisplayName().chars, "");
 }
 
@@ -63,8 +61,7 @@ TEST(QORClassifierMap, DeletesItsExpressionThenFeatureMapsThenClassifiersThatNob
     auto* const both = graph.mortal<QORClass>("both");
     map.addSourceClassifier(both);
     map.addDestinationClassifier(both);
-    auto* const featureB = graph.mortal<QORFeatureMap>("b");
-    map.addFeatureMap(featureB);
+    map.addFeatureMap(graph.mortal<QORFeatureMap>("b"));
     map.addFeatureMap(graph.mortal<QORFeatureMap>("unnamed", ""));
     map.addExpression(graph.mortal<QORExpression>("expression"));
     map.addNote(graph.mortal<QORNote>("note"));
@@ -86,8 +83,7 @@ TEST(QORClassifierMap, LetsAFeatureMapWithoutAnyReferenceGoWithIt) {
     Graph graph;
     auto* const map = graph.mortal<QORClassifierMap>("map");
     auto* const feature = graph.mortal<QORFeatureMap>("feature");
-    auto* const expression = graph.mortal<QORExpression>("expression");
-    feature->addExpression(expression);
+    feature->addExpression(graph.mortal<QORExpression>("expression"));
     map->addFeatureMap(feature);
     delete map;
     EXPECT_EQ(graph.deaths, (Labels{"map", "expression", "feature"}));
@@ -145,14 +141,12 @@ TEST(QORClassifierMap, GivesAFeatureMapAnotherNameThatCollidesAfterReencoding) {
 TEST(QORClassifierMap, WalksExpressionThenFeatureMapsAndNoClassifier) {
     Graph graph;
     auto* const map = graph.make<QORClassifierMap>();
-    auto* const source = graph.make<QORClass>();
-    auto* const destination = graph.make<QORClass>();
     auto* const featureB = graph.make<QORFeatureMap>("b");
     auto* const featureA = graph.make<QORFeatureMap>("a");
     auto* const expression = graph.make<QORExpression>();
     auto* const note = graph.make<QORNote>();
-    map->addSourceClassifier(source);
-    map->addDestinationClassifier(destination);
+    map->addSourceClassifier(graph.make<QORClass>());
+    map->addDestinationClassifier(graph.make<QORClass>());
     map->addFeatureMap(featureB);
     map->addFeatureMap(featureA);
     map->addExpression(expression);

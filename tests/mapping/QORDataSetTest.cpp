@@ -32,13 +32,11 @@ TEST(QORDataSet, IsRenamedAsAClassifierWithoutATransformation) {
     Graph graph;
     auto* const package = graph.make<QORDesignPackage>();
     auto* const set = graph.make<QORDataSet>("set");
-    auto* const taken = graph.make<QORDataSet>("taken");
     package->addModelElement(set);
-    package->addModelElement(taken);
+    package->addModelElement(graph.make<QORDataSet>("taken"));
     expectNameRefused(*set, "taken", "DesignPackage", "ModelElement");
     auto* const report = graph.make<QORReport>();
-    auto* const other = graph.make<QORReportDataSet>("m");
-    report->addClassifier(other);
+    report->addClassifier(graph.make<QORReportDataSet>("m"));
     report->addClassifier(set);
     set->setName("b"); // under a report, so the package isn't asked
     EXPECT_EQ(report->getClassifier(0), set);

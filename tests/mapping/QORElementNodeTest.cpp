@@ -65,10 +65,9 @@ TEST(QORElementNode, IsolatesItsElementThenItsPartsThenTheRest) {
 TEST(QORElementNode, ReencodesAndWalksItsPartsInOrder) {
     Graph graph;
     auto* const node = graph.make<QORElementNode>();
-    auto* const element = graph.mortal<QORClass>("element");
     auto* const partB = graph.mortal<QORElementNamePart>("b");
     auto* const partA = graph.mortal<QORElementNamePart>("a");
-    node->addElement(element);
+    node->addElement(graph.mortal<QORClass>("element"));
     node->addElementNamePart(partB);
     node->addElementNamePart(partA);
     EXPECT_EQ(walkOf(*node), (Objects{node, partB, partA}));

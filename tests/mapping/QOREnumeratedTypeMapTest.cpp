@@ -10,11 +10,9 @@
 TEST(QOREnumeratedTypeMap, ShowsItsDestinationClassifierAndNoType) {
     Graph graph;
     auto* const map = graph.make<QOREnumeratedTypeMap>("map");
-    auto* const type = graph.make<QORDerivedType>("type");
-    auto* const destination = graph.make<QORClass>("destination");
-    map->addDestinationDerivedType(type);
+    map->addDestinationDerivedType(graph.make<QORDerivedType>("type"));
     EXPECT_STREQ(map->getDisplayName().chars, "map");
-    map->addDestinationClassifier(destination);
+    map->addDestinationClassifier(graph.make<QORClass>("destination"));
     EXPECT_STREQ(map->getDisplayName().chars, "destination");
 }
 

@@ -262,8 +262,7 @@ TEST(QORExpressionNode, IsolatesInItsOwnOrder) {
 TEST(QORExpressionNode, ReencodesItsOriginalTextBeforeItsName) {
     Graph graph;
     auto* const node = graph.mortal<QORConstantNode>("node");
-    auto* const next = graph.mortal<QORConstantNode>("next");
-    node->addNextExpressionNode(next);
+    node->addNextExpressionNode(graph.mortal<QORConstantNode>("next"));
     node->QORConstantNode::setName(inUtf8);
     node->setOriginalText(inUtf8);
     node->onSetName = [&] { EXPECT_STREQ(node->getOriginalText().chars, inLatin1); };
@@ -277,11 +276,9 @@ TEST(QORExpressionNode, ReencodesItsOriginalTextBeforeItsName) {
 TEST(QORExpressionNode, WalksNotesAndNoNeighbour) {
     Graph graph;
     auto* const node = graph.make<QORConstantNode>();
-    auto* const previous = graph.make<QORConstantNode>();
-    auto* const next = graph.make<QORConstantNode>();
     auto* const note = graph.make<QORNote>();
-    node->addPreviousExpressionNode(previous);
-    node->addNextExpressionNode(next);
+    node->addPreviousExpressionNode(graph.make<QORConstantNode>());
+    node->addNextExpressionNode(graph.make<QORConstantNode>());
     node->addNote(note);
     EXPECT_EQ(walkOf(*node), (Objects{node, note}));
 }

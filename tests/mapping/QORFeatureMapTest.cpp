@@ -10,8 +10,7 @@
 TEST(QORFeatureMap, ShowsItsOwnNameWithoutADestination) {
     Graph graph;
     auto* const map = graph.make<QORFeatureMap>("map");
-    auto* const source = graph.make<QORAttribute>("source");
-    map->addSourceFeature(source);
+    map->addSourceFeature(graph.make<QORAttribute>("source"));
     EXPECT_STREQ(map->getDisplayName().chars, "map");
 }
 
@@ -79,9 +78,8 @@ TEST(QORFeatureMap, ReencodesTextsThenItsExpression) {
 TEST(QORFeatureMap, WalksItsExpressionAndNoFeature) {
     Graph graph;
     auto* const map = graph.make<QORFeatureMap>();
-    auto* const source = graph.make<QORAttribute>();
     auto* const expression = graph.make<QORExpression>();
-    map->addSourceFeature(source);
+    map->addSourceFeature(graph.make<QORAttribute>());
     map->addExpression(expression);
     EXPECT_EQ(walkOf(*map), (Objects{map, expression}));
 }

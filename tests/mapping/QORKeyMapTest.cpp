@@ -10,11 +10,9 @@
 TEST(QORKeyMap, ShowsItsFirstDestinationFeatureAndNoKey) {
     Graph graph;
     auto* const map = graph.make<QORKeyMap>("map");
-    auto* const key = graph.make<QORCandidateKey>("key");
-    auto* const feature = graph.make<QORAttribute>("feature");
-    map->addDestinationKey(key);
+    map->addDestinationKey(graph.make<QORCandidateKey>("key"));
     EXPECT_STREQ(map->getDisplayName().chars, "map");
-    map->addDestinationFeature(feature);
+    map->addDestinationFeature(graph.make<QORAttribute>("feature"));
     EXPECT_STREQ(map->getDisplayName().chars, "feature");
 }
 
@@ -67,9 +65,7 @@ TEST(QORKeyMap, IsolatesItsOwnEndsFirst) {
 TEST(QORKeyMap, WalksNoOtherKeyMap) {
     Graph graph;
     auto* const map = graph.make<QORKeyMap>();
-    auto* const child = graph.make<QORKeyMap>();
-    auto* const parent = graph.make<QORKeyMap>();
-    map->addChildKeyMap(child);
-    map->addParentKeyMap(parent);
+    map->addChildKeyMap(graph.make<QORKeyMap>());
+    map->addParentKeyMap(graph.make<QORKeyMap>());
     EXPECT_EQ(walkOf(*map), Objects{map});
 }

@@ -9,44 +9,6 @@
 #include <qor/QORPropertyElementTypeScope.h>
 #include <qor/QORTransformation.h>
 
-namespace {
-
-constexpr char const* someTime = "12:34:56 2001-02-03";
-constexpr char const* otherTime = "01:02:03 2004-05-06";
-
-QORDate date(char const* text) {
-    QORDate result;
-    result.setDate(QORString(text));
-    return result;
-}
-
-} // namespace
-
-TEST(QORMappingModel, CopyConstructorTakesTheTime) {
-    QORMappingModel source;
-    source.setCreationTime(date(someTime));
-    source.addVariableClass(new QORClass);
-    QORMappingModel const copy(source);
-    EXPECT_STREQ(copy.getCreationTime().chars(), someTime);
-    EXPECT_EQ(copy.getVariableClass(), nullptr);
-    EXPECT_FALSE(copy.isReferenced());
-}
-
-TEST(QORMappingModel, AssignmentLeavesTheTime) {
-    QORMappingModel source;
-    source.setName("source");
-    source.setCreationTime(date(someTime));
-    QORMappingModel assigned;
-    assigned.setCreationTime(date(otherTime));
-    assigned = source;
-    EXPECT_STREQ(assigned.getName().chars, "source");
-    EXPECT_STREQ(assigned.getCreationTime().chars(), otherTime);
-    QORMappingModel set;
-    set.setFrom(source);
-    EXPECT_STREQ(set.getName().chars, "source");
-    EXPECT_STREQ(set.getCreationTime().chars(), "00:00:00 ");
-}
-
 TEST(QORMappingModel, SortsTransformationsOfOneNameByAddress) {
     Graph graph;
     auto* const model = graph.make<QORMappingModel>();
@@ -68,10 +30,8 @@ TEST(QORMappingModel, DeletesWhatItOwnsSingleObjectsFirst) {
     QORMappingModel model;
     model.addType(graph.mortal<QORBaseType>("type"));
     model.addPropertyElementTypeScope(graph.mortal<QORPropertyElementTypeScope>("scope"));
-    auto* const b = graph.mortal<QORTransformation>("b");
-    auto* const a = graph.mortal<QORTransformation>("a");
-    model.addTransformation(b);
-    model.addTransformation(a);
+    model.addTransformation(graph.mortal<QORTransformation>("b"));
+    model.addTransformation(graph.mortal<QORTransformation>("a"));
     model.addMetadataOrigin(graph.mortal<QORMetadataOrigin>("origin"));
     model.addVariableClass(graph.mortal<QORClass>("variables"));
     EXPECT_TRUE(model.recursiveDelete());
@@ -111,10 +71,8 @@ TEST(QORMappingModel, ReencodesWhatItOwnsInOrder) {
 TEST(QORMappingModel, ReencodesEachTransformationOnceThoughItsPlaceChanges) {
     Graph graph;
     QORMappingModel model;
-    for (char const* name : {"\xC2\xBF", "\xC3\x80", "\xC3\xBF"}) {
-        auto* const transformation = graph.mortal<QORTransformation>(name);
-        model.addTransformation(transformation);
-    }
+    for (char const* name : {"\xC2\xBF", "\xC3\x80", "\xC3\xBF"})
+        model.addTransformation(graph.mortal<QORTransformation>(name));
     Recoding recode;
     recode(model);
     EXPECT_EQ(graph.recodings, (Labels{"\xC2\xBF", "\xC3\x80", "\xC3\xBF"}));

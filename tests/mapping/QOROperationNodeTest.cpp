@@ -42,10 +42,9 @@ TEST(QOROperationNode, IsolatesItsOperationThenArgumentsThenTheRest) {
 TEST(QOROperationNode, ReencodesAndWalksItsArguments) {
     Graph graph;
     auto* const node = graph.make<QOROperationNode>();
-    auto* const operation = graph.mortal<QOROperation>("operation");
     auto* const argument = graph.mortal<QORConstantNode>("argument");
     auto* const note = graph.make<QORNote>();
-    node->addOperation(operation);
+    node->addOperation(graph.mortal<QOROperation>("operation"));
     node->addExpressionNode(argument);
     node->addNote(note);
     EXPECT_EQ(walkOf(*node), (Objects{node, note, argument}));

@@ -119,9 +119,8 @@ TEST(QORStatementNode, ReencodesAndWalksItsMembersOnly) {
     Graph graph;
     auto* const statement = graph.make<QORStatementNode>();
     auto* const member = graph.mortal<QORConstantNode>("member");
-    auto* const referenced = graph.mortal<QORConstantNode>("referenced");
     statement->addExpressionNode(member);
-    statement->addReferencedExpressionNode(referenced);
+    statement->addReferencedExpressionNode(graph.mortal<QORConstantNode>("referenced"));
     EXPECT_EQ(walkOf(*statement), (Objects{statement, member}));
     Recoding recode;
     recode(*statement);

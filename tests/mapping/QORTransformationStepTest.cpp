@@ -39,8 +39,7 @@ TEST(QORTransformationStep, SparesAPrecedenceToItselfUntilItsSecondEndIsTakenApa
     auto* const loop = graph.mortal<QORStepPrecedence>("loop");
     step.addSourceOfStepPrecedence(loop);
     step.addDestinationOfStepPrecedence(loop);
-    auto* const outgoing = graph.mortal<QORStepPrecedence>("outgoing");
-    step.addSourceOfStepPrecedence(outgoing);
+    step.addSourceOfStepPrecedence(graph.mortal<QORStepPrecedence>("outgoing"));
     EXPECT_TRUE(step.recursiveDelete());
     ASSERT_EQ(graph.deaths.size(), 3U);
     EXPECT_EQ(graph.deaths.front(), "outgoing");
@@ -81,11 +80,9 @@ TEST(QORTransformationStep, IsolatesInItsOwnOrder) {
 TEST(QORTransformationStep, ReencodesAndWalksItsTransformationOnly) {
     Graph graph;
     auto* const step = graph.make<QORTransformationStep>();
-    auto* const task = graph.mortal<QORTransformationTask>("task");
-    auto* const edge = graph.mortal<QORStepPrecedence>("edge");
     auto* const transformation = graph.mortal<QORTransformation>("transformation");
-    step->addTransformationTask(task);
-    step->addSourceOfStepPrecedence(edge);
+    step->addTransformationTask(graph.mortal<QORTransformationTask>("task"));
+    step->addSourceOfStepPrecedence(graph.mortal<QORStepPrecedence>("edge"));
     step->addTransformation(transformation);
     EXPECT_EQ(walkOf(*step), (Objects{step, transformation}));
     Recoding recode;

@@ -15,10 +15,8 @@ TEST(QORTransformationTask, DeletesItsTransformationsThenFreeSteps) {
     QORTransformationTask task;
     task.addTransformationStep(kept);
     task.addTransformationStep(graph.mortal<QORTransformationStep>("step"));
-    for (char const* name : {"b", "a"}) {
-        auto* const transformation = graph.mortal<QORTransformation>(name);
-        task.addTransformation(transformation);
-    }
+    for (char const* name : {"b", "a"})
+        task.addTransformation(graph.mortal<QORTransformation>(name));
     task.addNote(graph.mortal<QORNote>("note"));
     EXPECT_TRUE(task.recursiveDelete());
     EXPECT_EQ(graph.deaths, (Labels{"note", "a", "b", "step"}));
@@ -39,9 +37,8 @@ TEST(QORTransformationTask, IsolatesPackageTransformationsAndSteps) {
 TEST(QORTransformationTask, ReencodesAndWalksTransformationsOnly) {
     Graph graph;
     auto* const task = graph.make<QORTransformationTask>();
-    auto* const step = graph.mortal<QORTransformationStep>("step");
     auto* const transformation = graph.mortal<QORTransformation>("transformation");
-    task->addTransformationStep(step);
+    task->addTransformationStep(graph.mortal<QORTransformationStep>("step"));
     task->addTransformation(transformation);
     EXPECT_EQ(walkOf(*task), (Objects{task, transformation}));
     Recoding recode;

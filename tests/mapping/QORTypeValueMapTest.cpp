@@ -23,8 +23,7 @@ TEST(QORTypeValueMap, ShowsBothValuesAroundTo) {
 TEST(QORTypeValueMap, ShowsNoDestinationFeature) {
     Graph graph;
     auto* const map = graph.make<QORTypeValueMap>();
-    auto* const feature = graph.make<QORAttribute>("feature");
-    map->addDestinationFeature(feature);
+    map->addDestinationFeature(graph.make<QORAttribute>("feature"));
     EXPECT_STREQ(map->getDisplayName().chars, "_to_");
 }
 

@@ -1,5 +1,6 @@
 #include "Expectations.h"
 
+#include <qor/QORReport.h>
 #include <qor/QORReportAttribute.h>
 #include <qor/QORReportDataSet.h>
 #include <qor/QORReportField.h>
@@ -7,8 +8,7 @@
 TEST(QORReportField, ShowsItsOwnName) {
     Graph graph;
     auto* const field = graph.make<QORReportField>("field");
-    auto* const attribute = graph.make<QORReportAttribute>("attribute");
-    field->addReportAttribute(attribute);
+    field->addReportAttribute(graph.make<QORReportAttribute>("attribute"));
     EXPECT_STREQ(field->getDisplayName().chars, "field");
 }
 

@@ -2,32 +2,12 @@
 
 #include <qor/QORCondition.h>
 #include <qor/QORNote.h>
+#include <qor/QORReport.h>
 #include <qor/QORReportDataSet.h>
+#include <qor/QORReportRectangle.h>
 #include <qor/QORSynonym.h>
 
 using Item = QORReportRectangle;
-
-TEST(QORReportItem, LeavesItsReportBeforeItsParentItem) {
-    Graph graph;
-    auto* const report = graph.make<QORReport>();
-    auto* const parent = graph.make<Item>();
-    auto* const item = graph.make<Item>("item");
-    parent->addChildReportItem(item);
-    report->addReportItem(item);
-    EXPECT_EQ(item->getParentCount(), 2);
-    item->setName("renamed");
-    EXPECT_STREQ(item->getName().chars, "renamed");
-    EXPECT_EQ(report->getReportItem(0), item);
-    EXPECT_EQ(parent->getChildReportItem(0), item);
-    EXPECT_EQ(item->getParent(), report);
-    expectDeletionRefused(*item);
-    EXPECT_EQ(item->removeAggregationAssembly(), report);
-    EXPECT_EQ(item->getParent(), parent);
-    expectDeletionRefused(*item);
-    EXPECT_EQ(item->removeAggregationAssembly(), parent);
-    EXPECT_EQ(item->removeAggregationAssembly(), nullptr);
-    EXPECT_TRUE(item->recursiveDelete());
-}
 
 TEST(QORReportItem, SortsItsConditionsByNameAndTheirItemsByAddress) {
     Graph graph;
@@ -96,12 +76,10 @@ TEST(QORReportItem, ReencodesAndWalksItsChildrenOnly) {
     Graph graph;
     auto* const item = graph.make<Item>();
     auto* const child = graph.mortal<Item>("child");
-    auto* const referenced = graph.mortal<Item>("referenced");
-    auto* const condition = graph.mortal<QORCondition>("condition");
     auto* const synonym = graph.make<QORSynonym>();
     item->addChildReportItem(child);
-    item->addReferencedReportItem(referenced);
-    item->addCondition(condition);
+    item->addReferencedReportItem(graph.mortal<Item>("referenced"));
+    item->addCondition(graph.mortal<QORCondition>("condition"));
     item->addSynonym(synonym);
     EXPECT_EQ(walkOf(*item), (Objects{item, synonym, child}));
     Recoding recode;

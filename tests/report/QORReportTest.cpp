@@ -6,18 +6,19 @@
 #include <qor/QORDesignPackage.h>
 #include <qor/QORNote.h>
 #include <qor/QORPrompt.h>
+#include <qor/QORReport.h>
 #include <qor/QORReportDataSet.h>
 #include <qor/QORReportPage.h>
+#include <qor/QORReportRectangle.h>
 
 TEST(QORReport, IsNamedAndOwnedAsAModelElement) {
     Graph graph;
     auto* const package = graph.make<QORDesignPackage>();
     auto* const report = graph.make<QORReport>("report");
     auto* const taken = graph.make<QORReport>("taken");
-    auto* const class_ = graph.make<QORClass>("class");
     package->addModelElement(report);
     package->addModelElement(taken);
-    package->addModelElement(class_);
+    package->addModelElement(graph.make<QORClass>("class"));
     expectNameRefused(*report, "taken", "DesignPackage", "ModelElement");
     report->setName("class"); // of another kind, so not taken
     EXPECT_STREQ(report->getName().chars, "class");
@@ -49,8 +50,7 @@ TEST(QORReport, SortsItsClassifiersByNameAndAddress) {
 TEST(QORReport, DeletesItemsThenClassifiers) {
     Graph graph;
     QORReport report;
-    auto* const prompt = graph.mortal<QORPrompt>("prompt", "b");
-    report.addClassifier(prompt);
+    report.addClassifier(graph.mortal<QORPrompt>("prompt", "b"));
     auto* const data = graph.mortal<QORReportDataSet>("data", "a");
     report.addClassifier(data);
     auto* const condition = graph.mortal<QORCondition>("condition");
