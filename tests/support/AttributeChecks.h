@@ -216,6 +216,18 @@ inline void checkForeignTexts(Attribute const& attribute) {
     }
 }
 
+/// The target of an assignment keeps what it has.
+inline void checkKeeping(Attribute const& attribute, QORObject const& source) {
+    Subject target(attribute.maker, false);
+    Value const own = valuesOf(attribute)[1];
+    ASSERT_NE(own.text, otherThanFirst(attribute).text);
+    set(attribute, *target, own);
+    attribute.maker.assign(*target, source);
+    expectValue(attribute, *target, own);
+    target->setFrom(source);
+    expectValue(attribute, *target, own);
+}
+
 inline void checkCarrying(Attribute const& attribute) {
     Value const value = otherThanFirst(attribute);
     Subject source(attribute.maker, false), assigned(attribute.maker, false),
@@ -229,6 +241,8 @@ inline void checkCarrying(Attribute const& attribute) {
     EXPECT_EQ(kept ? attribute.row.first : value.text, textOf(attribute, *assigned));
     EXPECT_EQ(otherwise.get(), &otherwise->setFrom(*source));
     EXPECT_EQ(textOf(attribute, *assigned), textOf(attribute, *otherwise));
+    if (!attribute.row.assigned)
+        checkKeeping(attribute, *source);
     expectValue(attribute, *source, value);
     attribute.maker.assign(*source, *source);
     expectValue(attribute, *source, value);
