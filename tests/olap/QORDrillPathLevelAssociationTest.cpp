@@ -20,21 +20,6 @@ void linkEnds(Graph& graph, Step& step, Owners owners) {
 
 } // namespace
 
-TEST(QORDrillPathLevelAssociation, ShowsDrillPathAndLevelAndNotItsName) {
-    Graph graph;
-    auto* const step = graph.make<Step>("X");
-    EXPECT_EQ(step->getDisplayName(), "");
-    auto* const path = graph.make<QORDrillPath>("D");
-    ASSERT_TRUE(step->addDrillPath(path));
-    EXPECT_EQ(step->getDisplayName(), "D_");
-    ASSERT_TRUE(step->addLevel(graph.make<QORLevel>("L")));
-    EXPECT_EQ(step->getDisplayName(), "D_L");
-    ASSERT_TRUE(step->removeDrillPath(path));
-    EXPECT_EQ(step->getDisplayName(), "L");
-    ASSERT_TRUE(step->addTopOfDrillPath(path) && step->addBottomOfDrillPath(path));
-    EXPECT_EQ(step->getDisplayName(), "L");
-}
-
 TEST(QORDrillPathLevelAssociation, ANewNameTakesItToTheEndOfItsDrillPath) {
     expectNewNameMovesToEnd(&QORDrillPath::addDrillPathLevelAssociation,
                             &QORDrillPath::getDrillPathLevelAssociation);

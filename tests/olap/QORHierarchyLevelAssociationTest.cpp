@@ -20,21 +20,6 @@ void linkEnds(Graph& graph, Step& step, Owners owners) {
 
 } // namespace
 
-TEST(QORHierarchyLevelAssociation, ShowsHierarchyAndLevelAndNotItsName) {
-    Graph graph;
-    auto* const step = graph.make<Step>("X");
-    EXPECT_EQ(step->getDisplayName(), "");
-    auto* const hierarchy = graph.make<QORHierarchy>("H");
-    ASSERT_TRUE(step->addHierarchy(hierarchy));
-    EXPECT_EQ(step->getDisplayName(), "H_");
-    ASSERT_TRUE(step->addLevel(graph.make<QORLevel>("L")));
-    EXPECT_EQ(step->getDisplayName(), "H_L");
-    ASSERT_TRUE(step->removeHierarchy(hierarchy));
-    EXPECT_EQ(step->getDisplayName(), "L");
-    ASSERT_TRUE(step->addTopOfHierarchy(hierarchy) && step->addBottomOfHierarchy(hierarchy));
-    EXPECT_EQ(step->getDisplayName(), "L");
-}
-
 TEST(QORHierarchyLevelAssociation, ANewNameTakesItToTheEndOfItsHierarchy) {
     expectNewNameMovesToEnd(&QORHierarchy::addHierarchyLevelAssociation,
                             &QORHierarchy::getHierarchyLevelAssociation);

@@ -4,9 +4,7 @@
 #include <qor/QORDimension.h>
 #include <qor/QORHierarchy.h>
 #include <qor/QORHierarchyLevelAssociation.h>
-#include <qor/QORHierarchyLevelAssociationByPosition.h>
 #include <qor/QORLevel.h>
-#include <qor/QORNote.h>
 
 namespace {
 
@@ -23,13 +21,6 @@ void linkEnds(Graph& graph, Hierarchy& hierarchy, Owners owners) {
     linkOwner(graph, owners, "dimension", hierarchy, &Hierarchy::addDimension);
 }
 
-Step* stepOf(Graph& graph, Hierarchy& hierarchy, char const* name, short position = 0) {
-    auto* const step = graph.make<Step>(name);
-    step->setPosition(position);
-    EXPECT_TRUE(hierarchy.addHierarchyLevelAssociation(step));
-    return step;
-}
-
 } // namespace
 
 TEST(QORHierarchy, TheDimensionItIsTheDefaultOfIsNoParent) {
@@ -44,22 +35,6 @@ TEST(QORHierarchy, TheDimensionItIsTheDefaultOfIsNoParent) {
     EXPECT_EQ(hierarchy->getParentCount(), 1);
     EXPECT_EQ(hierarchy->removeAggregationAssembly(), dimension);
     EXPECT_NE(hierarchy->getDefaultOfDimension(), nullptr);
-}
-
-TEST(QORHierarchy, KeepsItsStepsInTheOrderOfAddingAndReadsThemByPosition) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>();
-    auto* const last = stepOf(graph, *hierarchy, "A", 3);
-    auto* const second = stepOf(graph, *hierarchy, "C", 1);
-    auto* const first = stepOf(graph, *hierarchy, "B", 1);
-    EXPECT_EQ(listOf(3, [&](int i) { return hierarchy->getHierarchyLevelAssociation(i); }),
-              (std::vector<Step*>{last, second, first}));
-    QORHierarchyLevelAssociationByPosition view;
-    ASSERT_TRUE(view.add(graph.make<Step>(), false, nullptr));
-    hierarchy->getHierarchyLevelAssociationByPosition(view);
-    EXPECT_EQ(listOf(view), (Objects{first, second, last}));
-    Hierarchy().getHierarchyLevelAssociationByPosition(view);
-    EXPECT_EQ(view.size, 0);
 }
 
 TEST(QORHierarchy, IsTakenApartInOrder) {
@@ -90,29 +65,4 @@ TEST(QORHierarchy, DeletesItsStepsThatAreTopOrBottomOnce) {
                 hierarchy->addHierarchyLevelAssociation(graph.mortal<Step>("second")));
     delete hierarchy;
     EXPECT_EQ(graph.deaths, (Labels{"step", "second"}));
-}
-
-TEST(QORHierarchy, ReencodesNotesBeforeStepsAndEachStepOnce) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>(inUtf8);
-    ASSERT_TRUE(hierarchy->addHierarchyLevelAssociation(graph.mortal<Step>("first", inUtf8)) &&
-                hierarchy->addHierarchyLevelAssociation(graph.mortal<Step>("second", inUtf8)) &&
-                hierarchy->addTopHierarchyLevelAssociation(graph.mortal<Step>("top")) &&
-                hierarchy->addNote(graph.mortal<QORNote>("note")));
-    Recoding recode;
-    recode(*hierarchy);
-    EXPECT_EQ(graph.recodings, (Labels{"note", "first", "second"}));
-    EXPECT_EQ(recode.converted, 4);
-    EXPECT_EQ(hierarchy->getName(), inLatin1);
-}
-
-TEST(QORHierarchy, IsWalkedWithNotesBeforeStepsAndReachesNoLevel) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>();
-    auto* const first = stepOf(graph, *hierarchy, "B");
-    auto* const second = stepOf(graph, *hierarchy, "A");
-    auto* const note = graph.make<QORNote>();
-    ASSERT_TRUE(hierarchy->addNote(note) && first->addLevel(graph.make<QORLevel>()) &&
-                hierarchy->addTopHierarchyLevelAssociation(graph.make<Step>()));
-    EXPECT_EQ(walkOf(*hierarchy), (Objects{hierarchy, note, first, second}));
 }
