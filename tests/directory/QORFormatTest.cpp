@@ -4,13 +4,6 @@
 #include <qor/QORNote.h>
 #include <qor/QORVersion.h>
 
-using namespace graph;
-
-TEST(QORFormat, IsAnAbstractRepositoryObject) {
-    expectAbstract<QORFormat>(QORElementType::FORMAT, 32, "Format",
-                              QORRepositoryObject::getStaticMetaClass());
-}
-
 TEST(QORFormat, TakesAnyFormatType) {
     Plain<QORFormat> format;
     EXPECT_STREQ(format.getFormatType().chars, "");
@@ -52,14 +45,6 @@ TEST(QORFormat, AssignmentFromAFixedTypeIsPlain) {
     EXPECT_EQ(file.getElementType(), QORElementType::FILE_FORMAT);
 }
 
-TEST(QORFormat, IsReferencedThroughEachOfItsLinks) {
-    using F = QORFormat;
-    using Near = Plain<QORFormat>;
-    expectReferencedThrough<Near, QORVersion>(&F::addVersion, &F::removeVersion);
-    expectReferencedThrough<Near, QORVersion>(&F::addDefaultOfVersion, &F::removeDefaultOfVersion);
-    expectReferencedThrough<Near, QORVersion>(&F::addOriginalOfVersion, &F::removeOriginalOfVersion);
-}
-
 TEST(QORFormat, RefusesATakenNameOfItsClassInItsVersion) {
     QORVersion version;
     auto* const format = named<QORFileFormat>("format");
@@ -74,56 +59,38 @@ TEST(QORFormat, RefusesATakenNameOfItsClassInItsVersion) {
     EXPECT_EQ(version.getFormat(1), format);
 }
 
-TEST(QORFormat, BelongsToItsVersionOnly) {
-    Held<QORVersion> version;
-    Held<QORVersion> other;
-    Held<QORFileFormat> format;
-    other->addDefaultFormat(format);
-    other->addOriginalFormat(format);
-    EXPECT_EQ(format->getParentCount(), 0);
-    EXPECT_EQ(format->removeAggregationAssembly(), nullptr);
-    version->addFormat(format);
-    EXPECT_EQ(format->getParent(), version.get());
-    EXPECT_EQ(format->getParentCount(), 1);
-    expectDeletionRefused(*format);
-    EXPECT_EQ(other->getDefaultFormat(), format.get());
-    EXPECT_EQ(format->removeAggregationAssembly(), version.get());
-    EXPECT_EQ(version->getFormatCount(), 0);
-    EXPECT_EQ(other->getOriginalFormat(), format.get());
-}
-
 TEST(QORFormat, DeletesFreeVersionsThatUseIt) {
-    Journal journal;
+    Graph graph;
     Plain<QORFormat> format;
-    format.addOriginalOfVersion(watched<QORVersion>(journal, "original of"));
-    format.addDefaultOfVersion(watched<QORVersion>(journal, "default of"));
-    format.addNote(watched<QORNote>(journal, "note"));
+    format.addOriginalOfVersion(graph.mortal<QORVersion>("original of"));
+    format.addDefaultOfVersion(graph.mortal<QORVersion>("default of"));
+    format.addNote(graph.mortal<QORNote>("note"));
     EXPECT_TRUE(format.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"note", "default of", "original of"}));
+    EXPECT_EQ(graph.deaths, (Labels{"note", "default of", "original of"}));
 }
 
 TEST(QORFormat, IsolatesInItsOwnOrder) {
-    Journal journal;
+    Graph graph;
     Plain<QORFormat> format;
-    format.addNote(watched<QORNote>(journal, "note"));
-    format.addOriginalOfVersion(watched<QORVersion>(journal, "original of"));
-    format.addDefaultOfVersion(watched<QORVersion>(journal, "default of"));
-    format.addVersion(watched<QORVersion>(journal, "version"));
+    format.addNote(graph.mortal<QORNote>("note"));
+    format.addOriginalOfVersion(graph.mortal<QORVersion>("original of"));
+    format.addDefaultOfVersion(graph.mortal<QORVersion>("default of"));
+    format.addVersion(graph.mortal<QORVersion>("version"));
     EXPECT_EQ(format.isolate(true), &format);
-    EXPECT_EQ(journal.deaths, (Labels{"version", "default of", "original of", "note"}));
+    EXPECT_EQ(graph.deaths, (Labels{"version", "default of", "original of", "note"}));
 }
 
 TEST(QORFormat, ReencodesItsTypeBeforeItsName) {
-    Journal journal;
-    Watched<QORFormat> format(journal, "format");
-    format.QORFormat::setName(rawText);
-    format.setFormatType(rawText);
-    format.setAuthor(stubbornText);
-    format.onSetName = [&] { EXPECT_STREQ(format.getFormatType().chars, recodedText); };
+    Graph graph;
+    Mortal<QORFormat> format(graph, "format");
+    format.QORFormat::setName(inUtf8);
+    format.setFormatType(inUtf8);
+    format.setAuthor(notInLatin1);
+    format.onSetName = [&] { EXPECT_STREQ(format.getFormatType().chars, inLatin1); };
     Recoding recode;
     recode(format);
-    EXPECT_EQ(journal.namings, Labels{"format"});
-    EXPECT_STREQ(format.getName().chars, recodedText);
+    EXPECT_EQ(graph.namings, Labels{"format"});
+    EXPECT_STREQ(format.getName().chars, inLatin1);
     EXPECT_EQ(recode.errors, 1);
 }
 

@@ -2,10 +2,7 @@
 
 #include <qor/QORConfigurationFormat.h>
 #include <qor/QORMetadataFormat.h>
-#include <qor/QORModelFormat.h>
 #include <qor/QORVersion.h>
-
-using namespace graph;
 
 namespace {
 
@@ -29,11 +26,6 @@ void expectTypeRefused(Operation const& operation) {
 }
 
 } // namespace
-
-TEST(QORMetadataFormat, IsAnAbstractFormat) {
-    expectAbstract<QORMetadataFormat>(QORElementType::METADATA_FORMAT, 35, "MetadataFormat",
-                                      QORFormat::getStaticMetaClass());
-}
 
 TEST(QORMetadataFormat, RefusesAnotherTypeThanThePresentOneWithAMessage) {
     CustomFormat format;
@@ -92,69 +84,62 @@ TEST(QORMetadataFormat, CopyConstructorNeverRefuses) {
 }
 
 TEST(QORMetadataFormat, ReencodesItsTypeWithoutAskingTheSetter) {
-    CustomFormat format(rawText);
+    CustomFormat format(inUtf8);
     Recoding recode;
     recode(format);
-    EXPECT_STREQ(format.getFormatType().chars, recodedText);
-}
-
-TEST(QORMetadataFormat, IsReferencedThroughItsConfigurations) {
-    using F = QORMetadataFormat;
-    expectReferencedThrough<CustomFormat, QORConfigurationFormat>(&F::addConfigurationFormat,
-                                                                  &F::removeConfigurationFormat);
-    expectReferencedThrough<CustomFormat, QORVersion>(&QORFormat::addVersion, &QORFormat::removeVersion);
+    EXPECT_STREQ(format.getFormatType().chars, inLatin1);
 }
 
 TEST(QORMetadataFormat, SortsConfigurationsByNameAndLeavesThemWhereTheyAreWhenRenamed) {
-    Held<CustomFormat> format;
-    Held<QORConfigurationFormat> b("b");
-    Held<QORConfigurationFormat> a("a");
+    Graph graph;
+    auto* const format = graph.make<CustomFormat>();
+    auto* const b = graph.make<QORConfigurationFormat>("b");
+    auto* const a = graph.make<QORConfigurationFormat>("a");
     EXPECT_TRUE(format->addConfigurationFormat(b));
     EXPECT_TRUE(a->addMetadataFormat(format));
-    EXPECT_EQ(format->getConfigurationFormat(0), a.get());
+    EXPECT_EQ(format->getConfigurationFormat(0), a);
     a->setName("z");
-    EXPECT_EQ(format->getConfigurationFormat(0), a.get());
-    EXPECT_EQ(format->getConfigurationFormat(1), b.get());
+    EXPECT_EQ(format->getConfigurationFormat(0), a);
+    EXPECT_EQ(format->getConfigurationFormat(1), b);
     a->setName("a");
 }
 
 TEST(QORMetadataFormat, LosesAConfigurationThatDiesUnderANewName) {
-    Held<CustomFormat> format;
-    Held<QORConfigurationFormat> kept[6];
-    char const* const names[] = {"b", "c", "d", "e", "f", "g"};
-    for (int i = 0; i < 6; ++i) {
-        kept[i]->setName(names[i]);
-        format->addConfigurationFormat(kept[i]);
+    Graph graph;
+    auto* const format = graph.make<CustomFormat>();
+    std::vector<QORConfigurationFormat*> kept;
+    for (char const* const name : {"b", "c", "d", "e", "f", "g"}) {
+        kept.push_back(graph.make<QORConfigurationFormat>(name));
+        format->addConfigurationFormat(kept.back());
     }
     auto* const renamed = named<QORConfigurationFormat>("a");
     format->addConfigurationFormat(renamed);
     renamed->setName("z");
     delete renamed;
     ASSERT_EQ(format->getConfigurationFormatCount(), 6);
-    for (int i = 0; i < 6; ++i)
-        EXPECT_EQ(format->getConfigurationFormat(i), kept[i].get());
+    EXPECT_EQ(listOf(6, [&](int i) { return format->getConfigurationFormat(i); }), kept);
 }
 
 TEST(QORMetadataFormat, DeletesFreeConfigurationsAfterWhatAFormatHas) {
-    Journal journal;
-    Held<QORVersion> version;
-    Held<QORConfigurationFormat> kept;
+    Graph graph;
+    auto* const version = graph.make<QORVersion>();
+    auto* const kept = graph.make<QORConfigurationFormat>();
     version->addFormat(kept);
     CustomFormat format;
     format.addConfigurationFormat(kept);
-    format.addConfigurationFormat(watched<QORConfigurationFormat>(journal, "configuration"));
-    format.addOriginalOfVersion(watched<QORVersion>(journal, "original of"));
+    format.addConfigurationFormat(graph.mortal<QORConfigurationFormat>("configuration"));
+    format.addOriginalOfVersion(graph.mortal<QORVersion>("original of"));
     EXPECT_TRUE(format.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"original of", "configuration"}));
+    EXPECT_EQ(graph.deaths, (Labels{"original of", "configuration"}));
     EXPECT_EQ(kept->getMetadataFormatCount(), 0);
-    EXPECT_EQ(kept->getVersion(), version.get());
+    EXPECT_EQ(kept->getVersion(), version);
 }
 
 TEST(QORMetadataFormat, IsolatesConfigurationsBeforeWhatAFormatHas) {
-    Journal journal;
+    Graph graph;
     CustomFormat format;
-    format.addVersion(watched<QORVersion>(journal, "version"));
-    format.addConfigurationFormat(watched<QORConfigurationFormat>(journal, "configuration"));
+    format.addVersion(graph.mortal<QORVersion>("version"));
+    format.addConfigurationFormat(graph.mortal<QORConfigurationFormat>("configuration"));
     format.isolate(true);
-    EXPECT_EQ(journal.deaths, (Labels{"configuration", "version"}));
+    EXPECT_EQ(graph.deaths, (Labels{"configuration", "version"}));
 }

@@ -26,7 +26,7 @@
 #include <qor/QORTypeValue.h>
 
 #include "AllocationControl.h"
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 

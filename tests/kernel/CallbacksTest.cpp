@@ -6,7 +6,7 @@
 #include <qor/QORGrouping.h>
 #include <qor/QORTraversalOperation.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -27,13 +27,13 @@ public:
         return act(object);
     }
 
-    EventLog visited;
+    Labels visited;
 
 private:
     std::function<bool(QORObject*)> act;
 };
 
-EventLog visit(QORObject& top, std::function<bool(QORObject*)> function) {
+Labels visit(QORObject& top, std::function<bool(QORObject*)> function) {
     Visiting operation(std::move(function));
     top.depthTraversal(operation, nullptr);
     return operation.visited;
@@ -68,12 +68,9 @@ private:
 };
 
 void transcode(QORObject& object) {
-    std::unique_ptr<QOREncodingConverter> const from(QOREncodingConverter::create("ISO-8859-1"));
-    std::unique_ptr<QOREncodingConverter> const to(QOREncodingConverter::create("UTF-8"));
-    int first = 0;
-    int errors = 0;
-    object.transcode(from.get(), to.get(), first, errors);
-    EXPECT_EQ(0, errors);
+    Recoding recode("ISO-8859-1", "UTF-8");
+    recode(object);
+    EXPECT_EQ(0, recode.errors);
 }
 
 QORDesignPackage* commented(char const* name) {
@@ -94,7 +91,7 @@ TEST(Callbacks, PreProcessMayDeleteItsObjectIfItReturnsFalse) {
             delete object;
         return !goes;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "c", "d"}), visit(*top, deleteSome));
+    EXPECT_EQ((Labels{"top", "a", "b", "c", "d"}), visit(*top, deleteSome));
     EXPECT_EQ(2, top->getChildPackageCount());
 }
 
@@ -108,7 +105,7 @@ TEST(Callbacks, TheVisitedObjectMayBeUnlinkedAndIsWalkedToItsEnd) {
         }
         return true;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "below", "c", "d"}), visit(*top, unlink));
+    EXPECT_EQ((Labels{"top", "a", "b", "below", "c", "d"}), visit(*top, unlink));
     EXPECT_EQ(3, top->getChildPackageCount());
 }
 
@@ -122,7 +119,7 @@ TEST(Callbacks, TheVisitedObjectMayMoveToAnOwnerAheadAndIsVisitedThereToo) {
         }
         return true;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "below", "c", "b", "below", "d"}), visit(*top, move));
+    EXPECT_EQ((Labels{"top", "a", "b", "below", "c", "b", "below", "d"}), visit(*top, move));
 }
 
 TEST(Callbacks, RenamingWhateverIsVisitedBringsAVectorsElementsAgainAndAgain) {
@@ -136,7 +133,7 @@ TEST(Callbacks, RenamingWhateverIsVisitedBringsAVectorsElementsAgainAndAgain) {
             object->setName(++renamed);
         return true;
     };
-    EXPECT_EQ((EventLog{"top", "a", "b", "1", "2", "3", "4", "5", "6"}), visit(top, rename));
+    EXPECT_EQ((Labels{"top", "a", "b", "1", "2", "3", "4", "5", "6"}), visit(top, rename));
 }
 
 TEST(Callbacks, RenamingAfterTheWalkReachesEachObjectOnce) {
@@ -148,7 +145,7 @@ TEST(Callbacks, RenamingAfterTheWalkReachesEachObjectOnce) {
     });
     for (QORObject* const object : collected)
         object->setName(object->getName() + "-renamed");
-    EXPECT_EQ((EventLog{"top-renamed", "a-renamed", "b-renamed", "below-renamed", "c-renamed", "d-renamed"}),
+    EXPECT_EQ((Labels{"top-renamed", "a-renamed", "b-renamed", "below-renamed", "c-renamed", "d-renamed"}),
               visit(*top, [](QORObject*) { return true; }));
 }
 

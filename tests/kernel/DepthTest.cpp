@@ -3,7 +3,6 @@
 #include <qor/QORCondition.h>
 #include <qor/QORConstantNode.h>
 #include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORGrouping.h>
 #include <qor/QORNote.h>
 #include <qor/QOROperatorNode.h>
@@ -12,7 +11,7 @@
 #include <qor/QORTraversalOperation.h>
 
 #include "AllocationControl.h"
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -82,10 +81,10 @@ protected:
 
     /// A chain of so many objects, each the owner of the next one, with a note that tells the death of the
     /// last one.
-    static std::unique_ptr<Link> chain(EventLog& deaths, int count = length) {
+    static std::unique_ptr<Link> chain(Graph& graph, int count = length) {
         bool linked = true;
         std::unique_ptr<Link> top(named<Link>("\xE9"));
-        EXPECT_TRUE(top->addNote(mortal<QORNote>(deaths, "deepest")));
+        EXPECT_TRUE(top->addNote(graph.mortal<QORNote>("deepest")));
         for (int i = 1; i < count; ++i) {
             std::unique_ptr<Link> owner(named<Link>("\xE9"));
             linked = Kind::put(*owner, top.release()) && linked;
@@ -132,71 +131,70 @@ protected:
             }
             int count = 0;
         } operation;
-        std::unique_ptr<QOREncodingConverter> const latin(QOREncodingConverter::create("ISO-8859-1"));
-        std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-        int converted = 0;
-        int failed = 0;
-        top.transcode(latin.get(), utf8.get(), converted, failed);
-        EXPECT_EQ(0, failed);
-        EXPECT_LE(length + 1, converted);
+        Recoding recode("ISO-8859-1", "UTF-8");
+        recode(top);
+        EXPECT_EQ(0, recode.errors);
+        EXPECT_LE(length + 1, recode.converted);
         top.depthTraversal(operation, nullptr);
         EXPECT_EQ(length, operation.count); // all but the note
     }
 
     static void walkTranscodeAndDelete() {
-        EventLog deaths;
-        deaths.reserve(1);
         long const live = liveAllocations();
-        auto top = chain(deaths);
-        walk(*top);
-        transcode(*top);
-        EXPECT_TRUE(deaths.empty());
-        long const made = madeAllocations();
-        top.reset();
-        EXPECT_EQ(made, madeAllocations());
-        EXPECT_EQ(EventLog{"deepest"}, deaths);
+        {
+            Graph graph;
+            graph.deaths.reserve(1);
+            auto top = chain(graph);
+            walk(*top);
+            transcode(*top);
+            EXPECT_TRUE(graph.deaths.empty());
+            long const made = madeAllocations();
+            top.reset();
+            EXPECT_EQ(made, madeAllocations());
+            EXPECT_EQ(Labels{"deepest"}, graph.deaths);
+        }
         EXPECT_EQ(live, liveAllocations());
     }
 
     static void takeApartAll() {
-        EventLog deaths;
-        auto const top = chain(deaths, length / 10);
+        Graph graph;
+        auto const top = chain(graph, length / 10);
         EXPECT_TRUE(top->recursiveDelete());
-        EXPECT_EQ(EventLog{"deepest"}, deaths);
+        EXPECT_EQ(Labels{"deepest"}, graph.deaths);
         EXPECT_FALSE(top->isReferenced());
     }
 
     static void deleteUnderAnOwner() {
-        EventLog deaths;
-        auto const top = chain(deaths, 1);
-        Link* const lower = chain(deaths, length / 10).release();
+        Graph graph;
+        auto const top = chain(graph, 1);
+        Link* const lower = chain(graph, length / 10).release();
         ASSERT_TRUE(Kind::put(*top, lower));
         delete lower;
-        EXPECT_EQ(EventLog{"deepest"}, deaths);
+        EXPECT_EQ(Labels{"deepest"}, graph.deaths);
         EXPECT_EQ(1, top->getNoteCount());
         top->removeNotes();
         EXPECT_FALSE(top->isReferenced());
     }
 
     static void deleteByWalking() {
-        EventLog deaths;
-        auto const top = chain(deaths, length / 10);
+        Graph graph;
+        auto const top = chain(graph, length / 10);
         QORTraversalDelete operation;
         top->depthTraversal(operation, top.get());
-        EXPECT_EQ(EventLog{"deepest"}, deaths);
+        EXPECT_EQ(Labels{"deepest"}, graph.deaths);
         EXPECT_FALSE(top->isReferenced());
     }
 
     static void deleteWithCallersClassesBetween() {
-        EventLog deaths;
+        Graph graph;
         std::unique_ptr<Link> top(named<Link>("x"));
         for (int i = 1; i < length / 10; ++i) {
-            std::unique_ptr<Link> owner(i % (length / 100) ? named<Link>("x") : mortal<Link>(deaths, "m"));
+            std::unique_ptr<Link> owner(i % (length / 100) ? named<Link>("x") : graph.mortal<Link>("m"));
             Kind::put(*owner, top.release());
             top = std::move(owner);
         }
         top.reset();
-        EXPECT_EQ(9U, deaths.size());
+        EXPECT_EQ(9U, graph.deaths.size());
     }
 };
 
@@ -236,14 +234,14 @@ namespace {
 /// their death. With `recursive`, the chain's objects are of a caller's class, which the library takes apart
 /// by recursion.
 template <class Kind>
-std::unique_ptr<typename Kind::Link> loggedChain(EventLog& deaths, EventLog& linkDeaths, bool recursive) {
+std::unique_ptr<typename Kind::Link> loggedChain(Graph& graph, Graph& links, bool recursive) {
     using Link = typename Kind::Link;
     std::unique_ptr<Link> top;
     for (int i = 4; i >= 0; --i) {
-        std::unique_ptr<Link> owner(recursive ? mortal<Link>(linkDeaths, "link") : named<Link>("link"));
+        std::unique_ptr<Link> owner(recursive ? links.mortal<Link>("link") : named<Link>("link"));
         EXPECT_TRUE(
-            Kind::close(*owner, mortal<typename Kind::Last>(deaths, ("last" + std::to_string(i)).c_str())));
-        EXPECT_TRUE(owner->addNote(mortal<QORNote>(deaths, ("note" + std::to_string(i)).c_str())));
+            Kind::close(*owner, graph.mortal<typename Kind::Last>(("last" + std::to_string(i)).c_str())));
+        EXPECT_TRUE(owner->addNote(graph.mortal<QORNote>(("note" + std::to_string(i)).c_str())));
         if (top) {
             EXPECT_TRUE(Kind::put(*owner, top.release()));
         }
@@ -255,17 +253,17 @@ std::unique_ptr<typename Kind::Link> loggedChain(EventLog& deaths, EventLog& lin
 } // namespace
 
 TYPED_TEST(Depth, GoesInTheOrderOfARecursion) {
-    EventLog expected;
+    Labels expected;
     for (int i = 0; i < 5; ++i)
         expected.push_back("note" + std::to_string(i));
     for (int i = 4; i >= 0; --i)
         expected.push_back("last" + std::to_string(i));
     for (bool const recursive : {false, true}) {
-        EventLog deaths;
-        EventLog linkDeaths;
-        loggedChain<TypeParam>(deaths, linkDeaths, recursive).reset();
-        EXPECT_EQ(expected, deaths) << recursive;
-        EXPECT_EQ(recursive ? 5U : 0U, linkDeaths.size());
+        Graph graph;
+        Graph links;
+        loggedChain<TypeParam>(graph, links, recursive).reset();
+        EXPECT_EQ(expected, graph.deaths) << recursive;
+        EXPECT_EQ(recursive ? 5U : 0U, links.deaths.size());
     }
 }
 
@@ -279,14 +277,14 @@ TYPED_TEST(Depth, WalksInTheOrderOfARecursion) {
         void post_process(QORObject* object, void*) override {
             log.push_back(std::string("-") + object->getName().chars);
         }
-        EventLog log;
+        Labels log;
     };
-    EventLog deaths;
-    EventLog linkDeaths;
+    Graph graph;
+    Graph links;
     Order exact;
     Order recursive;
-    loggedChain<TypeParam>(deaths, linkDeaths, false)->depthTraversal(exact, nullptr);
-    loggedChain<TypeParam>(deaths, linkDeaths, true)->depthTraversal(recursive, nullptr);
+    loggedChain<TypeParam>(graph, links, false)->depthTraversal(exact, nullptr);
+    loggedChain<TypeParam>(graph, links, true)->depthTraversal(recursive, nullptr);
     EXPECT_EQ(recursive.log, exact.log);
     EXPECT_LE(20U, exact.log.size());
 }

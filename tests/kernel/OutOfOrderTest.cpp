@@ -7,7 +7,6 @@
 #include <qor/QORConfigurationFormat.h>
 #include <qor/QORDerivedType.h>
 #include <qor/QORDesignPackage.h>
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORException.h>
 #include <qor/QORMappingModel.h>
 #include <qor/QORModel.h>
@@ -19,7 +18,7 @@
 #include <qor/QORSynonym.h>
 #include <qor/QORTypeValue.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -227,21 +226,21 @@ TEST_F(OutOfOrder, EitherOwnerMayGoFirst) {
         arguments.clear();
         for (char const* name : {"a", "b", "c", "d"})
             add(name);
-        EventLog deaths;
+        Graph graph;
         for (QORArgument* const argument : arguments)
-            argument->addNote(mortal<QORNote>(deaths, argument->getName().chars));
+            argument->addNote(graph.mortal<QORNote>(argument->getName().chars));
         arguments[0]->setName("z");
         arguments[2]->setName("0");
         if (classFirst)
             parameterized.reset();
         else
             operation.reset();
-        EXPECT_TRUE(deaths.empty());
+        EXPECT_TRUE(graph.deaths.empty());
         if (classFirst)
             operation.reset();
         else
             parameterized.reset();
-        EXPECT_EQ(4U, deaths.size());
+        EXPECT_EQ(4U, graph.deaths.size());
     }
 }
 
@@ -459,11 +458,9 @@ struct OutOfOrderSynonyms : public ::testing::Test {
     }
 
     void transcode(QORObject& object) {
-        std::unique_ptr<QOREncodingConverter> const latin1(QOREncodingConverter::create("ISO-8859-1"));
-        std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-        int converted = 0, failed = 0;
-        object.transcode(latin1.get(), utf8.get(), converted, failed);
-        EXPECT_EQ(0, failed);
+        Recoding recode("ISO-8859-1", "UTF-8");
+        recode(object);
+        EXPECT_EQ(0, recode.errors);
     }
 
     QORModel model;

@@ -9,7 +9,7 @@
 #include <qor/QORPtrLinkTree.h>
 #include <qor/QORPtrLinkVector.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -72,15 +72,6 @@ public:
     QORPtrLinkVector vector;
     QORObject* unary = nullptr;
 };
-
-std::vector<QORObject*> itemsOf(QORArrayInterface const& end) {
-    std::vector<QORObject*> items;
-    for (int i = 0; i < end.size; ++i)
-        items.push_back(static_cast<QORObject*>(end[i]));
-    return items;
-}
-
-using Items = std::vector<QORObject*>;
 
 } // namespace
 
@@ -305,8 +296,8 @@ TEST(QORObjectAddnn, LinksBothEndsAndGivesTheIteratorBack) {
     Node a("a");
     Node b("b");
     EXPECT_TRUE(a.addFar(b));
-    EXPECT_EQ((Items{&b}), itemsOf(a.byName));
-    EXPECT_EQ((Items{&a}), itemsOf(b.byName));
+    EXPECT_EQ((Objects{&b}), listOf(a.byName));
+    EXPECT_EQ((Objects{&a}), listOf(b.byName));
     EXPECT_EQ(1, a.byName.lent);
     EXPECT_EQ(1, a.byName.returned);
     EXPECT_TRUE(a.byName.allToFirst);
@@ -329,7 +320,7 @@ TEST(QORObjectAddnn, DuplicateInTheOwnEndIsRefusedBeforeTheFarEndIsTouched) {
     ASSERT_TRUE(a.addFar(b));
     ASSERT_TRUE(b._removen(&b.byName, &a));
     EXPECT_FALSE(a.addFar(b));
-    EXPECT_EQ((Items{&b}), itemsOf(a.byName));
+    EXPECT_EQ((Objects{&b}), listOf(a.byName));
     EXPECT_EQ(0, b.byName.size);
     EXPECT_EQ(1, b.byName.adds);
     EXPECT_EQ(2, a.byName.lent);
@@ -342,7 +333,7 @@ TEST(QORObjectAddnn, NamesakeInTheOwnEndIsRefused) {
     Node namesake("b");
     ASSERT_TRUE(a.addFar(b));
     EXPECT_FALSE(a.addFar(namesake));
-    EXPECT_EQ((Items{&b}), itemsOf(a.byName));
+    EXPECT_EQ((Objects{&b}), listOf(a.byName));
     EXPECT_EQ(0, namesake.byName.size);
     EXPECT_EQ(a.byName.lent, a.byName.returned);
 }
@@ -358,8 +349,8 @@ TEST(QORObjectAddnn, DuplicateInTheFarEndRollsTheOwnEndBack) {
     ASSERT_TRUE(namesake.addFar(b));
     int const lent = a.byName.lent;
     EXPECT_FALSE(a.addFar(b));
-    EXPECT_EQ((Items{&first, &last}), itemsOf(a.byName));
-    EXPECT_EQ((Items{&namesake}), itemsOf(b.byName));
+    EXPECT_EQ((Objects{&first, &last}), listOf(a.byName));
+    EXPECT_EQ((Objects{&namesake}), listOf(b.byName));
     EXPECT_EQ(lent + 1, a.byName.lent);
     EXPECT_EQ(a.byName.lent, a.byName.returned);
 }
@@ -372,8 +363,8 @@ TEST(QORObjectAddnn, RollBackInAVectorTakesTheLastElementOnly) {
     ASSERT_TRUE(a._addnn(&a.vector, &x.byName, &x));
     ASSERT_TRUE(namesake.addFar(b));
     EXPECT_FALSE(a._addnn(&a.vector, &b.byName, &b));
-    EXPECT_EQ((Items{&x}), itemsOf(a.vector));
-    EXPECT_EQ((Items{&namesake}), itemsOf(b.byName));
+    EXPECT_EQ((Objects{&x}), listOf(a.vector));
+    EXPECT_EQ((Objects{&namesake}), listOf(b.byName));
 }
 
 TEST(QORObjectAddnn, OwnEndIsWrittenFirst) {
@@ -413,7 +404,7 @@ TEST(QORObjectAddnu, LinksBothEnds) {
     Node owner("o");
     Node child("c");
     EXPECT_TRUE(owner.addChild(child));
-    EXPECT_EQ((Items{&child}), itemsOf(owner.byName));
+    EXPECT_EQ((Objects{&child}), listOf(owner.byName));
     EXPECT_EQ(&owner, child.unary);
 }
 
@@ -436,13 +427,13 @@ TEST(QORObjectAddnu, RefusingContainerLeavesTheFarEndUnset) {
     ASSERT_TRUE(owner.addChild(child));
     EXPECT_FALSE(owner.addChild(namesake));
     EXPECT_EQ(nullptr, namesake.unary);
-    EXPECT_EQ((Items{&child}), itemsOf(owner.byName));
+    EXPECT_EQ((Objects{&child}), listOf(owner.byName));
 }
 
 TEST(QORObjectAddnu, SelfLinkIsRefusedAndYetLeavesTheObjectInItsOwnEnd) {
     Node a("a");
     EXPECT_FALSE(a.addChild(a));
-    EXPECT_EQ((Items{&a}), itemsOf(a.byName));
+    EXPECT_EQ((Objects{&a}), listOf(a.byName));
     EXPECT_EQ(nullptr, a.unary);
     EXPECT_FALSE(a.addChild(a)); // by now it is a duplicate
     EXPECT_EQ(1, a.byName.size);
@@ -530,7 +521,7 @@ TEST_F(Namesakes, GetWithTheCursorAdvancedByOneWalksAllMatches) {
         found.push_back(object);
         ++cursor;
     }
-    EXPECT_EQ((Items{b[0], b[1], b[2]}), found);
+    EXPECT_EQ((Objects{b[0], b[1], b[2]}), found);
     EXPECT_EQ(4, cursor); // a miss leaves it alone
 }
 
@@ -571,8 +562,8 @@ TEST_F(Namesakes, RemoveByNameRepeatedWithTheStoredCursorTakesAllMatchesInTurn) 
         removed.push_back(object);
         EXPECT_EQ(1, cursor);
     }
-    EXPECT_EQ((Items{b[0], b[1], b[2]}), removed);
-    EXPECT_EQ((Items{nodes[2].get(), nodes[0].get()}), itemsOf(owner.namesakes));
+    EXPECT_EQ((Objects{b[0], b[1], b[2]}), removed);
+    EXPECT_EQ((Objects{nodes[2].get(), nodes[0].get()}), listOf(owner.namesakes));
 }
 
 TEST_F(Namesakes, RemoveByNameInAVectorTakesAllMatchesInTurn) {
@@ -580,13 +571,13 @@ TEST_F(Namesakes, RemoveByNameInAVectorTakesAllMatchesInTurn) {
     int cursor = 0;
     while (QORObject* const object = owner._removen(&owner.vector, "b", &cursor))
         removed.push_back(object);
-    EXPECT_EQ((Items{nodes[1].get(), nodes[3].get(), nodes[4].get()}), removed);
-    EXPECT_EQ((Items{nodes[0].get(), nodes[2].get()}), itemsOf(owner.vector));
+    EXPECT_EQ((Objects{nodes[1].get(), nodes[3].get(), nodes[4].get()}), removed);
+    EXPECT_EQ((Objects{nodes[0].get(), nodes[2].get()}), listOf(owner.vector));
 }
 
 TEST_F(Namesakes, RemoveByObjectTakesThatVeryObject) {
     EXPECT_TRUE(owner._removen(&owner.namesakes, b[1]));
-    EXPECT_EQ((Items{nodes[2].get(), b[0], b[2], nodes[0].get()}), itemsOf(owner.namesakes));
+    EXPECT_EQ((Objects{nodes[2].get(), b[0], b[2], nodes[0].get()}), listOf(owner.namesakes));
     EXPECT_FALSE(owner._removen(&owner.namesakes, b[1]));
 }
 
@@ -596,7 +587,7 @@ TEST(QORObjectRemoven, RemoveByObjectNeverTakesANamesake) {
     Node outside("x");
     ASSERT_TRUE(owner.addChild(inside));
     EXPECT_FALSE(owner._removen(&owner.byName, &outside));
-    EXPECT_EQ((Items{&inside}), itemsOf(owner.byName));
+    EXPECT_EQ((Objects{&inside}), listOf(owner.byName));
 }
 
 TEST(QORObjectRemoven, RemoveByObjectGivesItsIteratorsBack) {
@@ -629,7 +620,7 @@ TEST(QORObjectRemoven, RemoveByObjectFindsAnElementWhoseNameHasChangedSince) {
         ASSERT_TRUE(owner.addChild(*node));
     a.setName("z"); // a caller's class doesn't re-key by itself
     EXPECT_TRUE(owner._removen(&owner.byName, &a));
-    EXPECT_EQ((Items{&b, &c}), itemsOf(owner.byName));
+    EXPECT_EQ((Objects{&b, &c}), listOf(owner.byName));
 }
 
 // ---- unique names ---------------------------------------------------------------------------------------
@@ -657,7 +648,7 @@ public:
         }
     }
 
-    EventLog tried;
+    Labels tried;
 
 private:
     int left;
@@ -674,7 +665,7 @@ TEST(QORObjectSetUniqueName, AFreeNameStillGetsItsNumber) {
 TEST(QORObjectSetUniqueName, TriesNumbersThroughExceptionsOfAnyTypeAndNeverTheBareName) {
     Choosy object(4);
     object.setUniqueName("x", '-');
-    EXPECT_EQ((EventLog{"x-1", "x-2", "x-3", "x-4", "x-5"}), object.tried);
+    EXPECT_EQ((Labels{"x-1", "x-2", "x-3", "x-4", "x-5"}), object.tried);
     EXPECT_STREQ("x-5", object.getName().chars);
 }
 
@@ -740,7 +731,7 @@ public:
         return static_cast<bool (QORObject::*)(QORObject*)>(&Host::attach);
     }
 
-    EventLog offered;
+    Labels offered;
     bool throwing = false;
 
 private:
@@ -754,7 +745,7 @@ TEST(QORObjectAddLinkUniqueName, NeverTriesTheBareName) {
     QORObject other;
     other.setName("A");
     host.addLinkUniqueName(Host::adder(), &other, '_');
-    EXPECT_EQ(EventLog{"A_1"}, host.offered);
+    EXPECT_EQ(Labels{"A_1"}, host.offered);
     EXPECT_STREQ("A_1", other.getName().chars);
 }
 
@@ -763,7 +754,7 @@ TEST(QORObjectAddLinkUniqueName, SuffixesAccumulate) {
     QORObject other;
     other.setName("A");
     host.addLinkUniqueName(Host::adder(), &other, '_');
-    EXPECT_EQ((EventLog{"A_1", "A_1_2", "A_1_2_3"}), host.offered);
+    EXPECT_EQ((Labels{"A_1", "A_1_2", "A_1_2_3"}), host.offered);
     EXPECT_STREQ("A_1_2_3", other.getName().chars);
 }
 
@@ -835,7 +826,7 @@ TEST_F(QORObjectTranscode, SetsTheNameVirtually) {
     Choosy object(0);
     object.QORObject::setName("\xE9");
     object.transcode(latin.get(), utf8.get(), converted, failed);
-    EXPECT_EQ(EventLog{"\xC3\xA9"}, object.tried);
+    EXPECT_EQ(Labels{"\xC3\xA9"}, object.tried);
 }
 
 TEST_F(QORObjectTranscode, ARefusedNameGetsASlashAndANumber) {
@@ -862,7 +853,7 @@ TEST_F(QORObjectTranscode, WithoutConvertersTheNameIsSetToItselfAndNothingIsCoun
     Choosy object(0);
     object.QORObject::setName("\xE9");
     object.transcode(nullptr, nullptr, converted, failed);
-    EXPECT_EQ(EventLog{"\xE9"}, object.tried);
+    EXPECT_EQ(Labels{"\xE9"}, object.tried);
     EXPECT_EQ(0, converted);
     EXPECT_EQ(0, failed);
 }

@@ -26,7 +26,7 @@
 #include <qor/QORTransformationTask.h>
 
 #include "AllocationControl.h"
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -53,18 +53,12 @@ public:
     }
     void post_process(QORObject* object, void*) override { log.push_back("-" + titleOf(object)); }
 
-    EventLog log;
+    Labels log;
 };
 
 /// The order in which a walk enters objects.
-EventLog entered(QORObject& root) {
-    Logging operation;
-    root.depthTraversal(operation, nullptr);
-    EventLog names;
-    for (std::string const& event : operation.log)
-        if (event[0] == '+')
-            names.push_back(event.substr(1));
-    return names;
+Labels entered(QORObject& root) {
+    return namesOf(walkOf(root));
 }
 
 /// Two notes with the lower address first, whatever order the heap gives.
@@ -100,7 +94,7 @@ TEST(QORTraversal, TheRootHasNothingToFollow) {
     object.setName("o");
     Logging operation;
     EXPECT_TRUE(object.depthTraversal(operation, nullptr));
-    EXPECT_EQ((EventLog{"+o", "-o"}), operation.log);
+    EXPECT_EQ((Labels{"+o", "-o"}), operation.log);
     operation.log.clear();
     object._depthTraversal(operation, nullptr);
     EXPECT_TRUE(operation.log.empty());
@@ -117,7 +111,7 @@ TEST(QORTraversal, ChildrenAreProcessedBeforeTheirOwner) {
     ASSERT_TRUE(a->addChildPackage(aa));
     Logging operation;
     EXPECT_TRUE(root.depthTraversal(operation, nullptr));
-    EXPECT_EQ((EventLog{"+root", "+a", "+aa", "-aa", "-a", "+b", "-b", "-root"}), operation.log);
+    EXPECT_EQ((Labels{"+root", "+a", "+aa", "-aa", "-a", "+b", "-b", "-root"}), operation.log);
 }
 
 TEST(QORTraversal, EndsAreFollowedFromTheRootClassDownInFieldOrder) {
@@ -135,8 +129,8 @@ TEST(QORTraversal, EndsAreFollowedFromTheRootClassDownInFieldOrder) {
     root.addSynonym(named<QORSynonym>("synonym1"));
     root.addPropertyValue(new QORPropertyValue);
     root.addNote(named<QORNote>("note"));
-    EXPECT_EQ((EventLog{"root", "note", "", "synonym1", "synonym2", "package", "schema", "diagram", "class1",
-                        "class2", "procedure", "task", "activity"}),
+    EXPECT_EQ((Labels{"root", "note", "", "synonym1", "synonym2", "package", "schema", "diagram", "class1",
+                      "class2", "procedure", "task", "activity"}),
               entered(root));
 }
 
@@ -160,8 +154,8 @@ TEST(QORTraversal, UnaryChildrenComeBeforeTheNaryOnesOfTheSameClass) {
     root.addFeature(named<QORAttribute>("feature1"));
     root.addSynonym(named<QORSynonym>("synonym"));
     root.addNote(named<QORNote>("note"));
-    EXPECT_EQ((EventLog{"class", "note", "synonym", "feature1", "feature2", "grouping", "z", "y", "operation",
-                        "a", "b", "argument", "index", "member", "key"}),
+    EXPECT_EQ((Labels{"class", "note", "synonym", "feature1", "feature2", "grouping", "z", "y", "operation",
+                      "a", "b", "argument", "index", "member", "key"}),
               entered(root));
 }
 
@@ -171,14 +165,14 @@ TEST(QORTraversal, ModelWalksItsPackagesBeforeItsOrigin) {
     model.addType(named<QORDerivedType>("type"));
     model.addMetadataOrigin(named<QORMetadataOrigin>("origin"));
     model.addChildPackage(named<QORDesignPackage>("package"));
-    EXPECT_EQ((EventLog{"model", "package", "origin", "type"}), entered(model));
+    EXPECT_EQ((Labels{"model", "package", "origin", "type"}), entered(model));
 }
 
 TEST(QORTraversal, NotesGoByTheirAddress) {
     QORDesignPackage root;
     root.setName("root");
     addNotesInOrder(root, "z", "a");
-    EXPECT_EQ((EventLog{"root", "z", "a"}), entered(root));
+    EXPECT_EQ((Labels{"root", "z", "a"}), entered(root));
 }
 
 TEST(QORTraversal, OnlyOwnedObjectsAreFollowed) {
@@ -189,8 +183,8 @@ TEST(QORTraversal, OnlyOwnedObjectsAreFollowed) {
     root.addImportedModelObject(&referred);
     QORClassDiagram diagram;
     root.addDefaultDiagram(&diagram);
-    EXPECT_EQ(EventLog{"root"}, entered(root));
-    EXPECT_EQ(EventLog{"referred"}, entered(referred));
+    EXPECT_EQ(Labels{"root"}, entered(root));
+    EXPECT_EQ(Labels{"referred"}, entered(referred));
     root.isolate(false);
 }
 
@@ -203,13 +197,13 @@ TEST(QORTraversal, AClassQualifiedWalkGoesNoDeeperThanItsLevel) {
     root.addModelElement(named<QORClass>("class"));
     Logging element;
     root.QORElement::_depthTraversal(element, nullptr);
-    EXPECT_EQ((EventLog{"+note", "-note"}), element.log);
+    EXPECT_EQ((Labels{"+note", "-note"}), element.log);
     Logging modelObject;
     root.QORModelObject::_depthTraversal(modelObject, nullptr);
-    EXPECT_EQ((EventLog{"+note", "-note", "+synonym", "-synonym"}), modelObject.log);
+    EXPECT_EQ((Labels{"+note", "-note", "+synonym", "-synonym"}), modelObject.log);
     Logging package;
     root.QORPackage::_depthTraversal(package, nullptr);
-    EXPECT_EQ((EventLog{"+note", "-note", "+synonym", "-synonym", "+package", "-package"}), package.log);
+    EXPECT_EQ((Labels{"+note", "-note", "+synonym", "-synonym", "+package", "-package"}), package.log);
     Logging nothing;
     root.QORObject::_depthTraversal(nothing, nullptr);
     EXPECT_TRUE(nothing.log.empty());
@@ -229,7 +223,7 @@ public:
     }
     void post_process(QORObject* object, void* data) override { note('-', object, data); }
 
-    EventLog log;
+    Labels log;
 
 private:
     void note(char sign, QORObject const* object, void* data) {
@@ -249,8 +243,7 @@ TEST(QORTraversal, DataReplacedInPreProcessReachesThatSubtreeOnly) {
     a->addNote(named<QORNote>("n"));
     Depth operation;
     root.depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+r1", "+a2", "+n3", "-n3", "+c3", "-c3", "-a2", "+b2", "-b2", "-r1"}),
-              operation.log);
+    EXPECT_EQ((Labels{"+r1", "+a2", "+n3", "-n3", "+c3", "-c3", "-a2", "+b2", "-b2", "-r1"}), operation.log);
 }
 
 TEST(QORTraversal, TheCallersDataStaysAsItWas) {
@@ -288,7 +281,7 @@ TEST(QORTraversal, FalseCutsOffTheSubtreeAndTheObjectsOwnPostProcess) {
     root.addChildPackage(named<QORDesignPackage>("b"));
     CuttingOff operation("a");
     EXPECT_TRUE(root.depthTraversal(operation, nullptr));
-    EXPECT_EQ((EventLog{"+root", "+a", "+b", "-b", "-root"}), operation.log);
+    EXPECT_EQ((Labels{"+root", "+a", "+b", "-b", "-root"}), operation.log);
 }
 
 TEST(QORTraversal, FalseAtTheTopEndsTheWalkWithFalse) {
@@ -297,7 +290,7 @@ TEST(QORTraversal, FalseAtTheTopEndsTheWalkWithFalse) {
     root.addChildPackage(named<QORDesignPackage>("a"));
     CuttingOff operation("root");
     EXPECT_FALSE(root.depthTraversal(operation, nullptr));
-    EXPECT_EQ(EventLog{"+root"}, operation.log);
+    EXPECT_EQ(Labels{"+root"}, operation.log);
 }
 
 TEST(QORTraversal, FalseAtALeafSkipsItsPostProcess) {
@@ -307,7 +300,7 @@ TEST(QORTraversal, FalseAtALeafSkipsItsPostProcess) {
     root.addFeature(named<QORAttribute>("b"));
     CuttingOff operation("a");
     root.depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+root", "+a", "+b", "-b", "-root"}), operation.log);
+    EXPECT_EQ((Labels{"+root", "+a", "+b", "-b", "-root"}), operation.log);
 }
 
 // ---- exceptions -----------------------------------------------------------------------------------------
@@ -349,7 +342,7 @@ std::unique_ptr<QORDesignPackage> smallGraph() {
 
 TEST(QORTraversal, AnExceptionAtAnyStepArrivesAndLeavesEverythingUsable) {
     auto const root = smallGraph();
-    EventLog const whole = entered(*root);
+    Labels const whole = entered(*root);
     ASSERT_EQ(8U, whole.size());
     int const steps = 16;
     for (int spared = 0; spared < steps; ++spared) {
@@ -373,9 +366,9 @@ TEST(QORTraversal, ContainersThatAWalkLeftByAnExceptionCanStillBeChanged) {
     Throwing operation(5);
     EXPECT_THROW(root->depthTraversal(operation, nullptr), std::string);
     delete root->getChildPackage(0);
-    EXPECT_EQ((EventLog{"root", "b"}), entered(*root));
+    EXPECT_EQ((Labels{"root", "b"}), entered(*root));
     EXPECT_TRUE(root->removeChildPackage("b", nullptr));
-    EXPECT_EQ(EventLog{"root"}, entered(*root));
+    EXPECT_EQ(Labels{"root"}, entered(*root));
 }
 
 // ---- deleting while walking -----------------------------------------------------------------------------
@@ -458,8 +451,7 @@ TEST_P(EndWalk, GoesOnWhenTheCurrentElementIsDeletedAfterwards) {
                 kill(victim);
         });
         owner->depthTraversal(operation, nullptr);
-        EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "+c", "-c", "+d", "-d", "-owner"}),
-                  operation.log)
+        EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "+c", "-c", "+d", "-d", "-owner"}), operation.log)
             << victim;
         EXPECT_EQ(4U, entered(*owner).size());
     }
@@ -471,8 +463,8 @@ TEST_P(EndWalk, GoesOnWhenEachElementIsDeletedAfterwards) {
             delete object;
     });
     owner->depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "+c", "-c", "+d", "-d", "-owner"}), operation.log);
-    EXPECT_EQ(EventLog{"owner"}, entered(*owner));
+    EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "+c", "-c", "+d", "-d", "-owner"}), operation.log);
+    EXPECT_EQ(Labels{"owner"}, entered(*owner));
     EXPECT_FALSE(owner->isReferenced());
 }
 
@@ -486,7 +478,7 @@ TEST_P(EndWalk, ADeletedNextSiblingIsNotVisited) {
         Calling operation(before ? Calling::Function(act) : nullptr,
                           before ? nullptr : Calling::Function(act));
         owner->depthTraversal(operation, nullptr);
-        EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "+d", "-d", "-owner"}), operation.log);
+        EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "+d", "-d", "-owner"}), operation.log);
     }
 }
 
@@ -500,7 +492,7 @@ TEST_P(EndWalk, DeletedPreviousSiblingsDoNotDisturbTheWalk) {
         },
         nullptr);
     owner->depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "+c", "-c", "+d", "-d", "-owner"}), operation.log);
+    EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "+c", "-c", "+d", "-d", "-owner"}), operation.log);
 }
 
 TEST_P(EndWalk, AllSiblingsMayGoWhileOneIsWalked) {
@@ -514,8 +506,8 @@ TEST_P(EndWalk, AllSiblingsMayGoWhileOneIsWalked) {
         },
         nullptr);
     owner->depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "-owner"}), operation.log);
-    EXPECT_EQ((EventLog{"owner", "b"}), entered(*owner));
+    EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "-owner"}), operation.log);
+    EXPECT_EQ((Labels{"owner", "b"}), entered(*owner));
 }
 
 TEST_P(EndWalk, TheCurrentAndAllFollowingMayGo) {
@@ -525,8 +517,8 @@ TEST_P(EndWalk, TheCurrentAndAllFollowingMayGo) {
                 kill(which);
     });
     owner->depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "-owner"}), operation.log);
-    EXPECT_EQ((EventLog{"owner", "a"}), entered(*owner));
+    EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "-owner"}), operation.log);
+    EXPECT_EQ((Labels{"owner", "a"}), entered(*owner));
 }
 
 TEST_P(EndWalk, TheCurrentAndItsNextSiblingMayGoTogether) {
@@ -537,7 +529,7 @@ TEST_P(EndWalk, TheCurrentAndItsNextSiblingMayGoTogether) {
         }
     });
     owner->depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+owner", "+a", "-a", "+b", "-b", "+d", "-d", "-owner"}), operation.log);
+    EXPECT_EQ((Labels{"+owner", "+a", "-a", "+b", "-b", "+d", "-d", "-owner"}), operation.log);
 }
 
 // ---- renaming while walking: the walk goes on behind the object's new place ----
@@ -546,10 +538,10 @@ namespace {
 
 /// The order in which objects are entered, by their names at first, while `act` runs before or after each
 /// visit.
-EventLog enteredWhile(QORObject& owner, Calling::Function const& act, bool before) {
+Labels enteredWhile(QORObject& owner, Calling::Function const& act, bool before) {
     Calling operation(before ? act : nullptr, before ? nullptr : act);
     owner.depthTraversal(operation, nullptr);
-    EventLog names;
+    Labels names;
     for (std::string const& event : operation.log)
         if (event[0] == '+')
             names.push_back(event.substr(1));
@@ -565,10 +557,10 @@ TEST_P(EndWalk, AVisitedObjectThatIsRenamedToALaterPlaceTakesTheWalkThere) {
             if (object == children[1] && titleOf(object) == "b")
                 object->setName("c1");
         };
-        EventLog const expected = GetParam() == std::string("treeByName") ? EventLog{"owner", "a", "b", "d"}
-                                  : GetParam() == std::string("vector")
-                                      ? EventLog{"owner", "a", "b", "c", "d", "c1"}
-                                      : EventLog{"owner", "a", "b", "c", "d"};
+        Labels const expected = GetParam() == std::string("treeByName") ? Labels{"owner", "a", "b", "d"}
+                                : GetParam() == std::string("vector")
+                                    ? Labels{"owner", "a", "b", "c", "d", "c1"}
+                                    : Labels{"owner", "a", "b", "c", "d"};
         EXPECT_EQ(expected, enteredWhile(*owner, rename, before));
     }
 }
@@ -580,10 +572,10 @@ TEST_P(EndWalk, AVisitedObjectThatIsRenamedToAnEarlierPlaceTakesTheWalkBack) {
             if (object == children[2] && titleOf(object) == "c")
                 object->setName("a1");
         };
-        EventLog const expected =
-            GetParam() == std::string("treeByName") ? EventLog{"owner", "a", "b", "c", "b", "d"}
-            : GetParam() == std::string("vector")   ? EventLog{"owner", "a", "b", "c", "d", "a1"}
-                                                    : EventLog{"owner", "a", "b", "c", "d"};
+        Labels const expected =
+            GetParam() == std::string("treeByName") ? Labels{"owner", "a", "b", "c", "b", "d"}
+            : GetParam() == std::string("vector")   ? Labels{"owner", "a", "b", "c", "d", "a1"}
+                                                    : Labels{"owner", "a", "b", "c", "d"};
         EXPECT_EQ(expected, enteredWhile(*owner, rename, before));
     }
 }
@@ -595,10 +587,9 @@ TEST_P(EndWalk, ASiblingThatIsRenamedIsVisitedAtItsNewPlaceIfThatLiesAhead) {
         children[0]->setName("e"); // visited before, and now ahead
         children[3]->setName("0"); // not yet visited, and now behind
     };
-    EventLog const expected = GetParam() == std::string("treeByName") ? EventLog{"owner", "a", "b", "c", "e"}
-                              : GetParam() == std::string("vector")
-                                  ? EventLog{"owner", "a", "b", "c", "e", "0"}
-                                  : EventLog{"owner", "a", "b", "c", "0"};
+    Labels const expected = GetParam() == std::string("treeByName") ? Labels{"owner", "a", "b", "c", "e"}
+                            : GetParam() == std::string("vector")   ? Labels{"owner", "a", "b", "c", "e", "0"}
+                                                                    : Labels{"owner", "a", "b", "c", "0"};
     EXPECT_EQ(expected, enteredWhile(*owner, rename, true));
 }
 
@@ -616,7 +607,7 @@ TEST(QORTraversal, ObjectsAddedBehindTheCurrentOneAreVisited) {
         },
         nullptr);
     root.depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+root", "+a", "-a", "+b", "-b", "-root"}), operation.log);
+    EXPECT_EQ((Labels{"+root", "+a", "-a", "+b", "-b", "-root"}), operation.log);
 }
 
 TEST(QORTraversal, ChildrenAddedInPreProcessAreVisited) {
@@ -630,7 +621,7 @@ TEST(QORTraversal, ChildrenAddedInPreProcessAreVisited) {
         },
         nullptr);
     root.depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+root", "+a", "+n", "-n", "-a", "-root"}), operation.log);
+    EXPECT_EQ((Labels{"+root", "+a", "+n", "-n", "-a", "-root"}), operation.log);
 }
 
 TEST(QORTraversal, AUnaryChildMayDeleteItselfWhileWalked) {
@@ -643,7 +634,7 @@ TEST(QORTraversal, AUnaryChildMayDeleteItselfWhileWalked) {
             delete object;
     });
     root.depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"+class", "+grouping", "-grouping", "+operation", "-operation", "-class"}),
+    EXPECT_EQ((Labels{"+class", "+grouping", "-grouping", "+operation", "-operation", "-class"}),
               operation.log);
     EXPECT_EQ(nullptr, root.getGrouping());
 }
@@ -661,26 +652,26 @@ TEST(QORTraversal, AnOperationMayWalkTheSameGraphItself) {
 // ---- QORTraversalDelete ---------------------------------------------------------------------------------
 
 TEST(QORTraversalDelete, DeletesEverythingBelowTheRootPassedAsData) {
-    EventLog deaths;
+    Graph graph;
     QORDesignPackage root;
-    auto* const a = mortal<QORDesignPackage>(deaths, "a");
+    auto* const a = graph.mortal<QORDesignPackage>("a");
     root.addChildPackage(a);
-    a->addChildPackage(mortal<QORDesignPackage>(deaths, "aa"));
-    a->addNote(mortal<QORNote>(deaths, "n"));
-    root.addChildPackage(mortal<QORDesignPackage>(deaths, "b"));
+    a->addChildPackage(graph.mortal<QORDesignPackage>("aa"));
+    a->addNote(graph.mortal<QORNote>("n"));
+    root.addChildPackage(graph.mortal<QORDesignPackage>("b"));
     QORTraversalDelete operation;
     root.depthTraversal(operation, &root);
-    EXPECT_EQ((EventLog{"n", "aa", "a", "b"}), deaths);
+    EXPECT_EQ((Labels{"n", "aa", "a", "b"}), graph.deaths);
     EXPECT_FALSE(root.isReferenced());
 }
 
 TEST(QORTraversalDelete, WithOtherDataDeletesTheRootAsWell) {
-    EventLog deaths;
-    auto* const root = mortal<QORDesignPackage>(deaths, "root");
-    root->addChildPackage(mortal<QORDesignPackage>(deaths, "a"));
+    Graph graph;
+    auto* const root = graph.mortal<QORDesignPackage>("root");
+    root->addChildPackage(graph.mortal<QORDesignPackage>("a"));
     QORTraversalDelete operation;
     root->depthTraversal(operation, nullptr);
-    EXPECT_EQ((EventLog{"a", "root"}), deaths);
+    EXPECT_EQ((Labels{"a", "root"}), graph.deaths);
 }
 
 TEST(QORTraversalDelete, NullObjectIsLeftAlone) {
@@ -775,8 +766,8 @@ TEST(QORTraversal, ACallersClassMayHideWhatItOwns) {
     opaque->setName("opaque");
     opaque->addChildPackage(named<QORDesignPackage>("hidden"));
     root.addChildPackage(opaque);
-    EXPECT_EQ((EventLog{"root", "opaque"}), entered(root));
-    EXPECT_EQ(EventLog{"opaque"}, entered(*opaque));
+    EXPECT_EQ((Labels{"root", "opaque"}), entered(root));
+    EXPECT_EQ(Labels{"opaque"}, entered(*opaque));
 }
 
 TEST(QORTraversal, ACallersClassMayShowMore) {
@@ -790,9 +781,8 @@ TEST(QORTraversal, ACallersClassMayShowMore) {
     root.addChildPackage(showing);
     Depth operation;
     root.depthTraversal(operation, nullptr);
-    EXPECT_EQ(
-        (EventLog{"+root1", "+showing2", "+guest3", "-guest3", "+own3", "-own3", "-showing2", "-root1"}),
-        operation.log);
+    EXPECT_EQ((Labels{"+root1", "+showing2", "+guest3", "-guest3", "+own3", "-own3", "-showing2", "-root1"}),
+              operation.log);
 }
 
 TEST(QORTraversal, ACallersDepthTraversalIsCalledByItsOwnersWalk) {
@@ -803,7 +793,7 @@ TEST(QORTraversal, ACallersDepthTraversalIsCalledByItsOwnersWalk) {
     twice->addChildPackage(named<QORDesignPackage>("c"));
     root.addChildPackage(twice);
     root.addChildPackage(named<QORDesignPackage>("u"));
-    EXPECT_EQ((EventLog{"root", "t", "c", "t", "c", "u"}), entered(root));
+    EXPECT_EQ((Labels{"root", "t", "c", "t", "c", "u"}), entered(root));
 }
 
 TEST(QORTraversal, ExceptionsPassThroughCallersClasses) {

@@ -42,7 +42,7 @@
 #include <qor/QORSynonym.h>
 
 #include "AllocationControl.h"
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -54,24 +54,17 @@
 
 namespace {
 
-std::vector<std::string> namesOf(int count, std::function<QORObject*(int)> const& at) {
-    std::vector<std::string> names;
-    for (int i = 0; i < count; ++i)
-        names.push_back(at(i) ? at(i)->getName().chars : "(null)");
-    return names;
+Labels featuresOf(QORClassifier const& classifier) {
+    return namesOf(listOf(classifier.getFeatureCount(), [&](int i) { return classifier.getFeature(i); }));
 }
 
-EventLog featuresOf(QORClassifier const& classifier) {
-    return namesOf(classifier.getFeatureCount(), [&](int i) { return classifier.getFeature(i); });
+Labels argumentsOf(QOROperation const& operation) {
+    return namesOf(listOf(operation.getArgumentCount(), [&](int i) { return operation.getArgument(i); }));
 }
 
-EventLog argumentsOf(QOROperation const& operation) {
-    return namesOf(operation.getArgumentCount(), [&](int i) { return operation.getArgument(i); });
-}
-
-EventLog rolesOf(QORAssociation const& association) {
-    return namesOf(association.getAssociationRoleCount(),
-                   [&](int i) { return association.getAssociationRole(i); });
+Labels rolesOf(QORAssociation const& association) {
+    return namesOf(listOf(association.getAssociationRoleCount(),
+                          [&](int i) { return association.getAssociationRole(i); }));
 }
 
 /// The message that naming the object gives, or "" if it is accepted.
@@ -179,9 +172,9 @@ TEST(RecipeLink, NullIsRefused) {
 // ---- unlinking ------------------------------------------------------------------------------------------
 
 TEST(RecipeUnlink, NaryWithUnaryDeletesNothing) {
-    EventLog deaths;
-    auto const measure = std::unique_ptr<QORMeasure>(mortal<QORMeasure>(deaths, "m"));
-    auto const rule = std::unique_ptr<QORAggregationRule>(mortal<QORAggregationRule>(deaths, "r"));
+    Graph graph;
+    auto const measure = std::unique_ptr<QORMeasure>(graph.mortal<QORMeasure>("m"));
+    auto const rule = std::unique_ptr<QORAggregationRule>(graph.mortal<QORAggregationRule>("r"));
     measure->addAggregationRule(rule.get());
     EXPECT_TRUE(measure->removeAggregationRule(rule.get()));
     EXPECT_EQ(nullptr, rule->getMeasure());
@@ -189,13 +182,13 @@ TEST(RecipeUnlink, NaryWithUnaryDeletesNothing) {
     EXPECT_FALSE(measure->removeAggregationRule(rule.get()));
     EXPECT_FALSE(measure->isReferenced());
     EXPECT_FALSE(rule->isReferenced());
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
 }
 
 TEST(RecipeUnlink, UnaryWithNaryDeletesNothing) {
-    EventLog deaths;
-    auto const measure = std::unique_ptr<QORMeasure>(mortal<QORMeasure>(deaths, "m"));
-    auto const rule = std::unique_ptr<QORAggregationRule>(mortal<QORAggregationRule>(deaths, "r"));
+    Graph graph;
+    auto const measure = std::unique_ptr<QORMeasure>(graph.mortal<QORMeasure>("m"));
+    auto const rule = std::unique_ptr<QORAggregationRule>(graph.mortal<QORAggregationRule>("r"));
     EXPECT_FALSE(rule->removeMeasure(measure.get()));
     measure->addAggregationRule(rule.get());
     QORMeasure other;
@@ -204,7 +197,7 @@ TEST(RecipeUnlink, UnaryWithNaryDeletesNothing) {
     EXPECT_TRUE(rule->removeMeasure(measure.get()));
     EXPECT_EQ(nullptr, rule->getMeasure());
     EXPECT_EQ(0, measure->getAggregationRuleCount());
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
 }
 
 TEST(RecipeUnlink, UnaryWithUnaryDeletesNothing) {
@@ -253,48 +246,48 @@ TEST(RecipeUnlink, ANamesakeIsNeitherTakenOutNorCleared) {
 // ---- deleting forms of unary ends -----------------------------------------------------------------------
 
 TEST(RecipeRemove, AChildsRemoveDeletesAnOwnerThatIsLeftUnreferenced) {
-    EventLog deaths;
-    auto* const measure = mortal<QORMeasure>(deaths, "m");
+    Graph graph;
+    auto* const measure = graph.mortal<QORMeasure>("m");
     QORAggregationRule rule;
     measure->addAggregationRule(&rule);
     EXPECT_TRUE(rule.removeMeasure());
-    EXPECT_EQ(EventLog{"m"}, deaths);
+    EXPECT_EQ(Labels{"m"}, graph.deaths);
     EXPECT_EQ(nullptr, rule.getMeasure());
     EXPECT_FALSE(rule.isReferenced());
     EXPECT_FALSE(rule.removeMeasure());
 }
 
 TEST(RecipeRemove, AnOwnerThatAnythingElseRefersToSurvives) {
-    EventLog deaths;
-    auto const measure = std::unique_ptr<QORMeasure>(mortal<QORMeasure>(deaths, "m"));
+    Graph graph;
+    auto const measure = std::unique_ptr<QORMeasure>(graph.mortal<QORMeasure>("m"));
     measure->addNote(new QORNote);
     QORAggregationRule rule;
     measure->addAggregationRule(&rule);
     EXPECT_TRUE(rule.removeMeasure());
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
     EXPECT_EQ(nullptr, rule.getMeasure());
     EXPECT_EQ(0, measure->getAggregationRuleCount());
 }
 
 TEST(RecipeRemove, UnaryWithUnaryDeletesTheUnreferencedFarObject) {
-    EventLog deaths;
+    Graph graph;
     QORModel model;
-    model.addMetadataOrigin(mortal<QORMetadataOrigin>(deaths, "origin"));
+    model.addMetadataOrigin(graph.mortal<QORMetadataOrigin>("origin"));
     EXPECT_TRUE(model.removeMetadataOrigin());
-    EXPECT_EQ(EventLog{"origin"}, deaths);
+    EXPECT_EQ(Labels{"origin"}, graph.deaths);
     EXPECT_EQ(nullptr, model.getMetadataOrigin());
     EXPECT_FALSE(model.removeMetadataOrigin());
 }
 
 TEST(RecipeRemove, UnaryWithUnaryLeavesAReferencedFarObject) {
-    EventLog deaths;
+    Graph graph;
     QORModel model;
     QORMappingModel mapping;
-    auto* const origin = mortal<QORMetadataOrigin>(deaths, "origin");
+    auto* const origin = graph.mortal<QORMetadataOrigin>("origin");
     model.addMetadataOrigin(origin);
     mapping.addMetadataOrigin(origin);
     EXPECT_TRUE(model.removeMetadataOrigin());
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
     EXPECT_EQ(nullptr, origin->getModel());
     EXPECT_EQ(&mapping, origin->getMappingModel());
 }
@@ -343,29 +336,29 @@ TEST(RecipeRemove, TheFarObjectIsAskedVirtuallyWhetherItIsReferenced) {
 // ---- deleting forms of nary ends ------------------------------------------------------------------------
 
 TEST(RecipeRemove, ByPositionDeletesTheUnreferencedElement) {
-    EventLog deaths;
+    Graph graph;
     QORAssociation association;
     for (char const* name : {"a", "b", "c"})
-        association.addAssociationRole(mortal<QORAssociationRole>(deaths, name));
+        association.addAssociationRole(graph.mortal<QORAssociationRole>(name));
     EXPECT_FALSE(association.removeAssociationRole(3));
     EXPECT_TRUE(association.removeAssociationRole(1));
-    EXPECT_EQ(EventLog{"b"}, deaths);
-    EXPECT_EQ((EventLog{"a", "c"}), rolesOf(association));
+    EXPECT_EQ(Labels{"b"}, graph.deaths);
+    EXPECT_EQ((Labels{"a", "c"}), rolesOf(association));
     EXPECT_TRUE(association.removeAssociationRole(0));
     EXPECT_TRUE(association.removeAssociationRole(0));
     EXPECT_FALSE(association.removeAssociationRole(0));
-    EXPECT_EQ((EventLog{"b", "a", "c"}), deaths);
+    EXPECT_EQ((Labels{"b", "a", "c"}), graph.deaths);
 }
 
 TEST(RecipeRemove, ByPositionInATree) {
-    EventLog deaths;
+    Graph graph;
     QORClass owner;
     for (char const* name : {"c", "a", "b"})
-        owner.addFeature(mortal<QORAttribute>(deaths, name));
+        owner.addFeature(graph.mortal<QORAttribute>(name));
     EXPECT_FALSE(owner.removeFeature(3));
     EXPECT_TRUE(owner.removeFeature(1));
-    EXPECT_EQ(EventLog{"b"}, deaths);
-    EXPECT_EQ((EventLog{"a", "c"}), featuresOf(owner));
+    EXPECT_EQ(Labels{"b"}, graph.deaths);
+    EXPECT_EQ((Labels{"a", "c"}), featuresOf(owner));
 }
 
 TEST(RecipeRemove, ByPositionLeavesAReferencedElementWithoutItsOwner) {
@@ -383,31 +376,31 @@ TEST(RecipeRemove, ByPositionLeavesAReferencedElementWithoutItsOwner) {
 }
 
 TEST(RecipeRemove, ByPositionOfNaryWithNaryTakesThisOutOfTheFarEnd) {
-    EventLog deaths;
+    Graph graph;
     QORClass a;
     QORClass b;
-    auto* const generalization = mortal<QORGeneralization>(deaths, "g");
+    auto* const generalization = graph.mortal<QORGeneralization>("g");
     a.addSupertypeOfGeneralization(generalization);
     b.addSupertypeOfGeneralization(generalization);
     EXPECT_TRUE(a.removeSupertypeOfGeneralization(0));
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
     EXPECT_EQ(1, generalization->getSupertypeClassCount());
     EXPECT_EQ(&b, generalization->getSupertypeClass(0));
     EXPECT_TRUE(b.removeSupertypeOfGeneralization(0));
-    EXPECT_EQ(EventLog{"g"}, deaths);
+    EXPECT_EQ(Labels{"g"}, graph.deaths);
     EXPECT_FALSE(b.isReferenced());
 }
 
 TEST(RecipeRemove, ByNameWithoutACursorTakesTheFirstMatch) {
-    EventLog deaths;
+    Graph graph;
     QORClass owner;
     for (char const* name : {"a", "b", "c"})
-        owner.addFeature(mortal<QORAttribute>(deaths, name));
+        owner.addFeature(graph.mortal<QORAttribute>(name));
     EXPECT_FALSE(owner.removeFeature("x", nullptr));
     EXPECT_TRUE(owner.removeFeature("b", nullptr));
-    EXPECT_EQ(EventLog{"b"}, deaths);
+    EXPECT_EQ(Labels{"b"}, graph.deaths);
     EXPECT_FALSE(owner.removeFeature("b", nullptr));
-    EXPECT_EQ((EventLog{"a", "c"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"a", "c"}), featuresOf(owner));
 }
 
 TEST(RecipeRemove, ByNameWithoutACursorInAVectorTakesTheEarliestMatch) {
@@ -429,7 +422,7 @@ TEST(RecipeRemove, ByNameWithoutACursorInAVectorTakesTheEarliestMatch) {
 TEST(RecipeRemove, ByNameWithACursorRepeatedTakesAllMatchesInAVector) {
     for (unsigned pattern = 0; pattern < 64; ++pattern) {
         QORAssociation association;
-        EventLog kept;
+        Labels kept;
         for (unsigned i = 0; i < 6; ++i) {
             bool const match = pattern >> i & 1;
             std::string const other = "n" + std::to_string(i);
@@ -480,7 +473,7 @@ TEST(RecipeRemove, ByNameWithACursorBeginsAtTheCursor) {
     int cursor = 1;
     EXPECT_TRUE(association.removeAssociationRole("x", &cursor));
     EXPECT_EQ(2, cursor);
-    EXPECT_EQ((EventLog{"x", "y", "x"}), rolesOf(association));
+    EXPECT_EQ((Labels{"x", "y", "x"}), rolesOf(association));
     EXPECT_FALSE(association.removeAssociationRole("z", &cursor));
     EXPECT_EQ(2, cursor);
 }
@@ -553,50 +546,50 @@ TEST(RecipeRemoveAll, TheVectorKeepsCountingUntilTheEnd) {
 }
 
 TEST(RecipeRemoveAll, ElementsGoInTheOrderOfTheEnd) {
-    EventLog deaths;
+    Graph graph;
     QORClass owner;
     QORAssociation association;
     for (char const* name : {"c", "a", "b"}) {
-        owner.addFeature(mortal<QORAttribute>(deaths, name));
-        association.addAssociationRole(mortal<QORAssociationRole>(deaths, name));
+        owner.addFeature(graph.mortal<QORAttribute>(name));
+        association.addAssociationRole(graph.mortal<QORAssociationRole>(name));
     }
     owner.removeFeatures();
-    EXPECT_EQ((EventLog{"a", "b", "c"}), deaths);
-    deaths.clear();
+    EXPECT_EQ((Labels{"a", "b", "c"}), graph.deaths);
+    graph.deaths.clear();
     association.removeAssociationRoles();
-    EXPECT_EQ((EventLog{"c", "a", "b"}), deaths);
+    EXPECT_EQ((Labels{"c", "a", "b"}), graph.deaths);
 }
 
 TEST(RecipeRemoveAll, ReferencedElementsAreOnlyUnlinked) {
-    EventLog deaths;
+    Graph graph;
     QORMeasure measure;
     QORCubeDimensionAssociation keeper;
-    auto* const kept = mortal<QORAggregationRule>(deaths, "kept");
-    auto* const lost = mortal<QORAggregationRule>(deaths, "lost");
+    auto* const kept = graph.mortal<QORAggregationRule>("kept");
+    auto* const lost = graph.mortal<QORAggregationRule>("lost");
     keeper.addAggregationRule(kept);
     measure.addAggregationRule(kept);
     measure.addAggregationRule(lost);
     measure.removeAggregationRules();
-    EXPECT_EQ(EventLog{"lost"}, deaths);
+    EXPECT_EQ(Labels{"lost"}, graph.deaths);
     EXPECT_EQ(nullptr, kept->getMeasure());
     EXPECT_EQ(&keeper, kept->getCubeDimensionAssociation());
 }
 
 TEST(RecipeRemoveAll, NaryWithNaryClearsTheFarEnds) {
-    EventLog deaths;
+    Graph graph;
     QORDesignPackage importer;
     QORDesignPackage second;
-    auto* const shared = mortal<QORClass>(deaths, "shared");
-    auto* const alone = mortal<QORClass>(deaths, "alone");
+    auto* const shared = graph.mortal<QORClass>("shared");
+    auto* const alone = graph.mortal<QORClass>("alone");
     importer.addImportedModelObject(shared);
     importer.addImportedModelObject(alone);
     second.addImportedModelObject(shared);
     importer.removeImportedModelObjects();
-    EXPECT_EQ(EventLog{"alone"}, deaths);
+    EXPECT_EQ(Labels{"alone"}, graph.deaths);
     EXPECT_EQ(1, shared->getImportedByDesignPackageCount());
     EXPECT_EQ(0, importer.getImportedModelObjectCount());
     second.removeImportedModelObjects();
-    EXPECT_EQ((EventLog{"alone", "shared"}), deaths);
+    EXPECT_EQ((Labels{"alone", "shared"}), graph.deaths);
 }
 
 TEST(RecipeRemoveAll, AnEmptyEndIsLeftAlone) {
@@ -615,7 +608,7 @@ TEST(RecipeRemoveAll, AnEndCanBeFilledAgain) {
     owner.removeFeatures();
     owner.addFeature(named<QORAttribute>("d"));
     owner.addFeature(named<QORAttribute>("c"));
-    EXPECT_EQ((EventLog{"c", "d"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"c", "d"}), featuresOf(owner));
 }
 
 // ---- isReferenced ---------------------------------------------------------------------------------------
@@ -770,51 +763,51 @@ TEST_F(RecipeOwners, OwnersOfTheBaseClassesAreAskedAfterTheOwnOnes) {
 namespace {
 
 /// A class with a far object on each kind of end of every class level, each of them linked to it only.
-QORClass* fullClass(EventLog& deaths) {
-    auto* const object = mortal<QORClass>(deaths, "class");
+QORClass* fullClass(Graph& graph) {
+    auto* const object = graph.mortal<QORClass>("class");
     // The element level.
-    object->addElementNode(mortal<QORElementNode>(deaths, "elementNode"));
-    object->addReferencedByElementNamePart(mortal<QORElementNamePart>(deaths, "elementNamePart"));
-    object->addPropertyValue(mortal<QORPropertyValue>(deaths, "propertyValue"));
-    object->addNote(mortal<QORNote>(deaths, "note"));
+    object->addElementNode(graph.mortal<QORElementNode>("elementNode"));
+    object->addReferencedByElementNamePart(graph.mortal<QORElementNamePart>("elementNamePart"));
+    object->addPropertyValue(graph.mortal<QORPropertyValue>("propertyValue"));
+    object->addNote(graph.mortal<QORNote>("note"));
     // The model object level.
-    object->addImportedByDesignPackage(mortal<QORDesignPackage>(deaths, "importer"));
-    object->addSynonym(mortal<QORSynonym>(deaths, "synonym2"));
-    object->addSynonym(mortal<QORSynonym>(deaths, "synonym1"));
-    object->addAssociatedBusinessRule(mortal<QORBusinessRule>(deaths, "businessRule"));
-    object->addAssociatedPhysicalObject(mortal<QORPhysicalObject>(deaths, "physicalObject"));
-    object->addPresentationPresentationElement(mortal<QORProjection>(deaths, "projection"));
-    object->addSourceOfKeyMap(mortal<QORKeyMap>(deaths, "keyMap"));
-    object->addDataPackage(mortal<QORDatabaseSchema>(deaths, "dataPackage"));
+    object->addImportedByDesignPackage(graph.mortal<QORDesignPackage>("importer"));
+    object->addSynonym(graph.mortal<QORSynonym>("synonym2"));
+    object->addSynonym(graph.mortal<QORSynonym>("synonym1"));
+    object->addAssociatedBusinessRule(graph.mortal<QORBusinessRule>("businessRule"));
+    object->addAssociatedPhysicalObject(graph.mortal<QORPhysicalObject>("physicalObject"));
+    object->addPresentationPresentationElement(graph.mortal<QORProjection>("projection"));
+    object->addSourceOfKeyMap(graph.mortal<QORKeyMap>("keyMap"));
+    object->addDataPackage(graph.mortal<QORDatabaseSchema>("dataPackage"));
     // The model element level.
-    object->addDiagram(mortal<QORClassDiagram>(deaths, "diagram"));
+    object->addDiagram(graph.mortal<QORClassDiagram>("diagram"));
     // The classifier level.
-    object->addAssociatedJoinRole(mortal<QORJoinRole>(deaths, "joinRole"));
-    object->addSourceOfSQLViewAssociation(mortal<QORSQLViewAssociation>(deaths, "viewAssociation"));
-    object->addFeature(mortal<QORAttribute>(deaths, "feature2"));
-    object->addFeature(mortal<QORAttribute>(deaths, "feature1"));
-    object->addDestinationOfClassifierMap(mortal<QORClassMap>(deaths, "destinationMap"));
-    object->addSourceOfClassifierMap(mortal<QORClassMap>(deaths, "sourceMap"));
+    object->addAssociatedJoinRole(graph.mortal<QORJoinRole>("joinRole"));
+    object->addSourceOfSQLViewAssociation(graph.mortal<QORSQLViewAssociation>("viewAssociation"));
+    object->addFeature(graph.mortal<QORAttribute>("feature2"));
+    object->addFeature(graph.mortal<QORAttribute>("feature1"));
+    object->addDestinationOfClassifierMap(graph.mortal<QORClassMap>("destinationMap"));
+    object->addSourceOfClassifierMap(graph.mortal<QORClassMap>("sourceMap"));
     // The class level.
-    object->addKey(mortal<QORCandidateKey>(deaths, "key"));
-    object->addIndex(mortal<QORIndex>(deaths, "index"));
-    object->addSpecificationOfRealization(mortal<QORRealization>(deaths, "specification"));
-    object->addSupplierOfDependency(mortal<QORDependency>(deaths, "supplied"));
-    object->addDependency(mortal<QORDependency>(deaths, "dependency"));
-    object->addRealization(mortal<QORRealization>(deaths, "realization"));
-    object->addAssociationRole(mortal<QORAssociationRole>(deaths, "role"));
-    object->addSubtypeOfGeneralization(mortal<QORGeneralization>(deaths, "subtypeOf"));
-    object->addSupertypeOfGeneralization(mortal<QORGeneralization>(deaths, "supertypeOf"));
-    object->addArgument(mortal<QORArgument>(deaths, "argument"));
-    object->addOperation(mortal<QOROperation>(deaths, "operation"));
-    object->addClassType(mortal<QORClassType>(deaths, "classType"));
-    object->addAssociation(mortal<QORAssociation>(deaths, "association"));
-    object->addGrouping(mortal<QORGrouping>(deaths, "grouping"));
-    object->addPrimaryCandidateKey(mortal<QORCandidateKey>(deaths, "primaryKey"));
+    object->addKey(graph.mortal<QORCandidateKey>("key"));
+    object->addIndex(graph.mortal<QORIndex>("index"));
+    object->addSpecificationOfRealization(graph.mortal<QORRealization>("specification"));
+    object->addSupplierOfDependency(graph.mortal<QORDependency>("supplied"));
+    object->addDependency(graph.mortal<QORDependency>("dependency"));
+    object->addRealization(graph.mortal<QORRealization>("realization"));
+    object->addAssociationRole(graph.mortal<QORAssociationRole>("role"));
+    object->addSubtypeOfGeneralization(graph.mortal<QORGeneralization>("subtypeOf"));
+    object->addSupertypeOfGeneralization(graph.mortal<QORGeneralization>("supertypeOf"));
+    object->addArgument(graph.mortal<QORArgument>("argument"));
+    object->addOperation(graph.mortal<QOROperation>("operation"));
+    object->addClassType(graph.mortal<QORClassType>("classType"));
+    object->addAssociation(graph.mortal<QORAssociation>("association"));
+    object->addGrouping(graph.mortal<QORGrouping>("grouping"));
+    object->addPrimaryCandidateKey(graph.mortal<QORCandidateKey>("primaryKey"));
     return object;
 }
 
-EventLog const takenApart = {
+Labels const takenApart = {
     "note",           "propertyValue", "elementNamePart", "elementNode", //
     "synonym1",       "synonym2",      "dataPackage",     "keyMap",         "projection",
     "physicalObject",             //
@@ -832,65 +825,65 @@ EventLog const takenApart = {
 } // namespace
 
 TEST(RecipeRecursiveDelete, GoesFromTheRootClassDownChildrenFirst) {
-    EventLog deaths;
-    std::unique_ptr<QORClass> const object(fullClass(deaths));
+    Graph graph;
+    std::unique_ptr<QORClass> const object(fullClass(graph));
     EXPECT_TRUE(object->recursiveDelete());
-    EXPECT_EQ(takenApart, deaths);
+    EXPECT_EQ(takenApart, graph.deaths);
     EXPECT_FALSE(object->isReferenced());
 }
 
 TEST(RecipeRecursiveDelete, TheDestructorTakesApartInTheSameOrder) {
-    EventLog deaths;
-    delete fullClass(deaths);
-    EventLog expected = takenApart;
+    Graph graph;
+    delete fullClass(graph);
+    Labels expected = takenApart;
     expected.insert(expected.begin(), "class");
-    EXPECT_EQ(expected, deaths);
+    EXPECT_EQ(expected, graph.deaths);
 }
 
 TEST(RecipeRecursiveDelete, AnObjectOfALibraryClassGoesInTheSameOrderUnderAnOwner) {
-    EventLog deaths;
+    Graph graph;
     auto package = std::make_unique<QORDesignPackage>();
     auto* const object = named<QORClass>("class");
     package->addModelElement(object);
-    object->addKey(mortal<QORCandidateKey>(deaths, "key"));
-    object->addOperation(mortal<QOROperation>(deaths, "operation"));
-    object->addGrouping(mortal<QORGrouping>(deaths, "grouping"));
-    object->addRealization(mortal<QORRealization>(deaths, "realization"));
-    object->addFeature(mortal<QORAttribute>(deaths, "feature"));
-    object->addDiagram(mortal<QORClassDiagram>(deaths, "diagram"));
-    object->addSynonym(mortal<QORSynonym>(deaths, "synonym"));
-    object->addNote(mortal<QORNote>(deaths, "note"));
-    package->addNote(mortal<QORNote>(deaths, "note of the package"));
-    package->addStoredProcedure(mortal<QORStoredProcedure>(deaths, "procedure"));
+    object->addKey(graph.mortal<QORCandidateKey>("key"));
+    object->addOperation(graph.mortal<QOROperation>("operation"));
+    object->addGrouping(graph.mortal<QORGrouping>("grouping"));
+    object->addRealization(graph.mortal<QORRealization>("realization"));
+    object->addFeature(graph.mortal<QORAttribute>("feature"));
+    object->addDiagram(graph.mortal<QORClassDiagram>("diagram"));
+    object->addSynonym(graph.mortal<QORSynonym>("synonym"));
+    object->addNote(graph.mortal<QORNote>("note"));
+    package->addNote(graph.mortal<QORNote>("note of the package"));
+    package->addStoredProcedure(graph.mortal<QORStoredProcedure>("procedure"));
     package.reset();
-    EXPECT_EQ((EventLog{"note of the package", "note", "synonym", "diagram", "feature", "grouping",
-                        "operation", "key", "realization", "procedure"}),
-              deaths);
+    EXPECT_EQ((Labels{"note of the package", "note", "synonym", "diagram", "feature", "grouping", "operation",
+                      "key", "realization", "procedure"}),
+              graph.deaths);
 }
 
 TEST(RecipeRecursiveDelete, AChildsBelongingsGoBeforeTheChild) {
-    EventLog deaths;
-    auto* const root = mortal<QORDesignPackage>(deaths, "root");
-    auto* const child = mortal<QORDesignPackage>(deaths, "child");
+    Graph graph;
+    auto* const root = graph.mortal<QORDesignPackage>("root");
+    auto* const child = graph.mortal<QORDesignPackage>("child");
     root->addChildPackage(child);
-    child->addChildPackage(mortal<QORDesignPackage>(deaths, "grandchild"));
-    child->addNote(mortal<QORNote>(deaths, "note"));
-    child->addModelElement(mortal<QORClass>(deaths, "class"));
-    root->addModelElement(mortal<QORClass>(deaths, "class of the root"));
+    child->addChildPackage(graph.mortal<QORDesignPackage>("grandchild"));
+    child->addNote(graph.mortal<QORNote>("note"));
+    child->addModelElement(graph.mortal<QORClass>("class"));
+    root->addModelElement(graph.mortal<QORClass>("class of the root"));
     delete root;
-    EXPECT_EQ((EventLog{"root", "note", "grandchild", "class", "child", "class of the root"}), deaths);
+    EXPECT_EQ((Labels{"root", "note", "grandchild", "class", "child", "class of the root"}), graph.deaths);
 }
 
 TEST(RecipeRecursiveDelete, ReferencedChildrenGoAndTheReferencesToThemAreCleared) {
-    EventLog deaths;
+    Graph graph;
     QORDesignPackage outside;
     auto* const package = new QORDesignPackage;
-    auto* const object = mortal<QORClass>(deaths, "class");
+    auto* const object = graph.mortal<QORClass>("class");
     package->addModelElement(object);
     outside.addImportedModelObject(object);
     outside.addNote(new QORNote);
     delete package;
-    EXPECT_EQ(EventLog{"class"}, deaths);
+    EXPECT_EQ(Labels{"class"}, graph.deaths);
     EXPECT_EQ(0, outside.getImportedModelObjectCount());
 }
 
@@ -970,14 +963,14 @@ TEST(RecipeRecursiveDelete, IsRefusedWhileTheObjectIsBeingTakenApart) {
         QORClass& owner;
         std::vector<bool>& answers;
     };
-    EventLog deaths;
+    Graph graph;
     std::vector<bool> answers;
     QORClass owner;
     owner.addNote(new Asking(owner, answers));
-    owner.addOperation(mortal<QOROperation>(deaths, "operation"));
+    owner.addOperation(graph.mortal<QOROperation>("operation"));
     EXPECT_TRUE(owner.recursiveDelete());
     EXPECT_EQ(std::vector<bool>{false}, answers);
-    EXPECT_EQ(EventLog{"operation"}, deaths);
+    EXPECT_EQ(Labels{"operation"}, graph.deaths);
     EXPECT_FALSE(owner.isReferenced());
 }
 
@@ -988,7 +981,7 @@ TEST(RecipeRecursiveDelete, OnTheStackLeavesAnEmptyObjectThatCanBeUsedAgain) {
     EXPECT_TRUE(object.recursiveDelete());
     EXPECT_STREQ("class", object.getName().chars);
     EXPECT_TRUE(object.addFeature(named<QORAttribute>("b")));
-    EXPECT_EQ(EventLog{"b"}, featuresOf(object));
+    EXPECT_EQ(Labels{"b"}, featuresOf(object));
 }
 
 // ---- the destructor -------------------------------------------------------------------------------------
@@ -999,24 +992,24 @@ TEST(RecipeDestructor, DeletingAChildLeavesTheOwnerAlive) {
     owner.addFeature(a);
     owner.addFeature(named<QORAttribute>("b"));
     delete a;
-    EXPECT_EQ(EventLog{"b"}, featuresOf(owner));
+    EXPECT_EQ(Labels{"b"}, featuresOf(owner));
 }
 
 TEST(RecipeDestructor, ASecondOwnerOfTheSameLevelSparesTheChildrenAndWhatIsReferredTo) {
-    EventLog deaths;
+    Graph graph;
     QORClass owner;
     QORGrouping parent;
-    auto* const grouping = mortal<QORGrouping>(deaths, "grouping");
-    auto* const child = mortal<QORGrouping>(deaths, "child");
-    auto* const attribute = mortal<QORAttribute>(deaths, "attribute");
+    auto* const grouping = graph.mortal<QORGrouping>("grouping");
+    auto* const child = graph.mortal<QORGrouping>("child");
+    auto* const attribute = graph.mortal<QORAttribute>("attribute");
     owner.addGrouping(grouping);
     parent.addChildGrouping(grouping);
     grouping->addChildGrouping(child);
     grouping->addLeafAttribute(attribute);
-    grouping->addNote(mortal<QORNote>(deaths, "note"));
-    grouping->addSynonym(mortal<QORSynonym>(deaths, "synonym"));
+    grouping->addNote(graph.mortal<QORNote>("note"));
+    grouping->addSynonym(graph.mortal<QORSynonym>("synonym"));
     delete grouping;
-    EXPECT_EQ((EventLog{"grouping", "note", "synonym"}), deaths);
+    EXPECT_EQ((Labels{"grouping", "note", "synonym"}), graph.deaths);
     EXPECT_EQ(nullptr, owner.getGrouping());
     EXPECT_EQ(0, parent.getChildGroupingCount());
     EXPECT_EQ(nullptr, child->getParentGrouping());
@@ -1026,32 +1019,32 @@ TEST(RecipeDestructor, ASecondOwnerOfTheSameLevelSparesTheChildrenAndWhatIsRefer
 }
 
 TEST(RecipeDestructor, OneOwnerOfTheSameLevelTakesEverythingAlong) {
-    EventLog deaths;
+    Graph graph;
     QORGrouping parent;
-    auto* const grouping = mortal<QORGrouping>(deaths, "grouping");
+    auto* const grouping = graph.mortal<QORGrouping>("grouping");
     parent.addChildGrouping(grouping);
-    grouping->addChildGrouping(mortal<QORGrouping>(deaths, "child"));
-    grouping->addLeafAttribute(mortal<QORAttribute>(deaths, "attribute"));
+    grouping->addChildGrouping(graph.mortal<QORGrouping>("child"));
+    grouping->addLeafAttribute(graph.mortal<QORAttribute>("attribute"));
     delete grouping;
-    EXPECT_EQ((EventLog{"grouping", "child", "attribute"}), deaths);
+    EXPECT_EQ((Labels{"grouping", "child", "attribute"}), graph.deaths);
     EXPECT_EQ(0, parent.getChildGroupingCount());
 }
 
 TEST(RecipeDestructor, AnOwnerOfABaseLevelSparesOnlyTheUpperLevelsChildren) {
-    EventLog deaths;
+    Graph graph;
     QORReport report;
     QORDesignPackage package;
-    auto* const object = mortal<QORClass>(deaths, "class");
-    auto* const operation = mortal<QOROperation>(deaths, "operation");
+    auto* const object = graph.mortal<QORClass>("class");
+    auto* const operation = graph.mortal<QOROperation>("operation");
     report.addClassifier(object);
     package.addModelElement(object);
     object->addOperation(operation);
-    object->addFeature(mortal<QORAttribute>(deaths, "feature"));
-    object->addNote(mortal<QORNote>(deaths, "note"));
+    object->addFeature(graph.mortal<QORAttribute>("feature"));
+    object->addNote(graph.mortal<QORNote>("note"));
     delete object;
     // The class level takes the object out of the report and finds the package: its operation is let go. The
     // classifier level takes it out of the package and finds no owner any more.
-    EXPECT_EQ((EventLog{"class", "note", "feature"}), deaths);
+    EXPECT_EQ((Labels{"class", "note", "feature"}), graph.deaths);
     EXPECT_EQ(0, report.getClassifierCount());
     EXPECT_EQ(0, package.getModelElementCount());
     EXPECT_EQ(nullptr, operation->getAssociatedClass());
@@ -1096,13 +1089,13 @@ TEST(RecipeDestructor, ACallersOverridesAreNotReached) {
 // ---- isolate --------------------------------------------------------------------------------------------
 
 TEST(RecipeIsolate, WithDeletionGoesFromTheClassUpUnaryEndsFirst) {
-    EventLog deaths;
-    std::unique_ptr<QORClass> const object(fullClass(deaths));
-    object->addReport(mortal<QORReport>(deaths, "report"));
-    object->addDesignPackage(mortal<QORDesignPackage>(deaths, "package"));
-    object->addMappingModel(mortal<QORMappingModel>(deaths, "mappingModel"));
+    Graph graph;
+    std::unique_ptr<QORClass> const object(fullClass(graph));
+    object->addReport(graph.mortal<QORReport>("report"));
+    object->addDesignPackage(graph.mortal<QORDesignPackage>("package"));
+    object->addMappingModel(graph.mortal<QORMappingModel>("mappingModel"));
     EXPECT_EQ(object.get(), object->isolate(true));
-    EXPECT_EQ((EventLog{
+    EXPECT_EQ((Labels{
                   "primaryKey",   "grouping",        "association",     "classType",
                   "mappingModel", //
                   "operation",    "argument",        "supertypeOf",     "subtypeOf",
@@ -1117,38 +1110,38 @@ TEST(RecipeIsolate, WithDeletionGoesFromTheClassUpUnaryEndsFirst) {
                   "synonym2",     "importer", //
                   "note",         "propertyValue",   "elementNamePart", "elementNode",
               }),
-              deaths);
+              graph.deaths);
     EXPECT_FALSE(object->isReferenced());
 }
 
 TEST(RecipeIsolate, WithDeletionSparesWhatIsStillReferenced) {
-    EventLog deaths;
+    Graph graph;
     QORClass object;
     QORDesignPackage package;
     package.addNote(new QORNote);
     package.addModelElement(&object);
-    auto* const feature = mortal<QORAttribute>(deaths, "feature");
+    auto* const feature = graph.mortal<QORAttribute>("feature");
     feature->addNote(new QORNote);
     object.addFeature(feature);
     object.isolate(true);
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
     EXPECT_EQ(nullptr, feature->getClassifier());
     EXPECT_EQ(0, package.getModelElementCount());
     delete feature;
 }
 
 TEST(RecipeIsolate, WithoutDeletionLeavesAllFarObjectsAlive) {
-    EventLog deaths;
+    Graph graph;
     QORClass object;
     QORDesignPackage package;
     package.addModelElement(&object);
     std::unique_ptr<QORObject> const far[] = {
-        std::unique_ptr<QORObject>(mortal<QORGrouping>(deaths, "grouping")),
-        std::unique_ptr<QORObject>(mortal<QORAttribute>(deaths, "a")),
-        std::unique_ptr<QORObject>(mortal<QORAttribute>(deaths, "b")),
-        std::unique_ptr<QORObject>(mortal<QORGeneralization>(deaths, "generalization")),
-        std::unique_ptr<QORObject>(mortal<QORNote>(deaths, "note")),
-        std::unique_ptr<QORObject>(mortal<QORCandidateKey>(deaths, "key")),
+        std::unique_ptr<QORObject>(graph.mortal<QORGrouping>("grouping")),
+        std::unique_ptr<QORObject>(graph.mortal<QORAttribute>("a")),
+        std::unique_ptr<QORObject>(graph.mortal<QORAttribute>("b")),
+        std::unique_ptr<QORObject>(graph.mortal<QORGeneralization>("generalization")),
+        std::unique_ptr<QORObject>(graph.mortal<QORNote>("note")),
+        std::unique_ptr<QORObject>(graph.mortal<QORCandidateKey>("key")),
     };
     object.addGrouping(static_cast<QORGrouping*>(far[0].get()));
     object.addFeature(static_cast<QORAttribute*>(far[1].get()));
@@ -1157,7 +1150,7 @@ TEST(RecipeIsolate, WithoutDeletionLeavesAllFarObjectsAlive) {
     object.addNote(static_cast<QORNote*>(far[4].get()));
     object.addPrimaryCandidateKey(static_cast<QORCandidateKey*>(far[5].get()));
     EXPECT_EQ(&object, object.isolate(false));
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
     EXPECT_FALSE(object.isReferenced());
     EXPECT_FALSE(package.isReferenced());
     for (auto const& each : far)
@@ -1186,15 +1179,15 @@ TEST(RecipeSetName, AFreeNameMovesTheChildInItsOwnersOrder) {
     owner.addFeature(named<QORAttribute>("b"));
     owner.addFeature(named<QORAttribute>("c"));
     a->setName("bb");
-    EXPECT_EQ((EventLog{"b", "bb", "c"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"b", "bb", "c"}), featuresOf(owner));
     EXPECT_EQ(a, owner.getFeature(1));
     EXPECT_EQ(&owner, a->getClassifier());
     EXPECT_EQ(a, owner.getAttribute("bb", nullptr));
     EXPECT_EQ(nullptr, owner.getAttribute("a", nullptr));
     a->setName("bb"); // its own name is free for it
-    EXPECT_EQ((EventLog{"b", "bb", "c"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"b", "bb", "c"}), featuresOf(owner));
     a->setName("");
-    EXPECT_EQ((EventLog{"", "b", "c"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"", "b", "c"}), featuresOf(owner));
 }
 
 TEST(RecipeSetName, ATakenNameIsRefusedAndEverythingIsAsItWas) {
@@ -1205,7 +1198,7 @@ TEST(RecipeSetName, ATakenNameIsRefusedAndEverythingIsAsItWas) {
     EXPECT_EQ(alreadyContains("Classifier", "Feature"), refusalOf(*b, "c"));
     EXPECT_STREQ("b", b->getName().chars);
     EXPECT_EQ(&owner, b->getClassifier());
-    EXPECT_EQ((EventLog{"a", "b", "c"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"a", "b", "c"}), featuresOf(owner));
     EXPECT_EQ(b, owner.getFeature(1));
     EXPECT_TRUE(owner.removeFeature("b", nullptr));
 }
@@ -1252,7 +1245,7 @@ TEST(RecipeSetName, ACollisionIsWhatTheOwnersOrderSays) {
     operation.addArgument(named<QORArgument>("y"));
     operation.getArgument(1)->setName("");
     operation.getArgument(1)->setName(""); // any number may be unnamed
-    EXPECT_EQ((EventLog{"", ""}), argumentsOf(operation));
+    EXPECT_EQ((Labels{"", ""}), argumentsOf(operation));
 }
 
 TEST(RecipeSetName, EveryPositionStaysRightAfterARenameWhereverTheCursorStood) {
@@ -1300,11 +1293,11 @@ TEST(RecipeSetName, ARenamedElementOfAVectorGoesToTheEnd) {
     for (char const* name : {"a", "b", "c"})
         association.addAssociationRole(named<QORAssociationRole>(name));
     association.getAssociationRole(0)->setName("x");
-    EXPECT_EQ((EventLog{"b", "c", "x"}), rolesOf(association));
+    EXPECT_EQ((Labels{"b", "c", "x"}), rolesOf(association));
     association.getAssociationRole(1)->setName("c");
-    EXPECT_EQ((EventLog{"b", "x", "c"}), rolesOf(association));
+    EXPECT_EQ((Labels{"b", "x", "c"}), rolesOf(association));
     association.getAssociationRole(2)->setName("b"); // a vector refuses no name
-    EXPECT_EQ((EventLog{"b", "x", "b"}), rolesOf(association));
+    EXPECT_EQ((Labels{"b", "x", "b"}), rolesOf(association));
 }
 
 TEST(RecipeSetName, AUnaryOwnerKeepsTheRenamedChild) {
@@ -1324,7 +1317,7 @@ TEST_F(RecipeOwners, RenamingUpdatesTheFirstOwnerOnly) {
     argument->addOperation(&operation);
     argument->addParameterizedClass(&parameterized);
     argument->setName("z"); // taken in the class, which isn't asked
-    EXPECT_EQ((EventLog{"m", "z"}), argumentsOf(operation));
+    EXPECT_EQ((Labels{"m", "z"}), argumentsOf(operation));
     EXPECT_EQ(3, parameterized.getArgumentCount());
     EXPECT_EQ(argument, parameterized.getArgument(0)); // where it stood as "argument"
     EXPECT_EQ(alreadyContains("Operation", "Argument"), refusalOf(*argument, "m"));
@@ -1376,7 +1369,7 @@ namespace {
 template <class Base>
 class NamedInLog : public Base {
 public:
-    NamedInLog(EventLog& names, char const* title) : log(&names) { this->name = title; }
+    NamedInLog(Labels& names, char const* title) : log(&names) { this->name = title; }
     NamedInLog(NamedInLog const&) = delete;
     NamedInLog& operator=(NamedInLog const&) = delete;
     void setName(QORString const& wanted) override {
@@ -1385,7 +1378,7 @@ public:
     }
 
 private:
-    EventLog* log;
+    Labels* log;
 };
 
 class RecipeTranscode : public ::testing::Test {
@@ -1405,7 +1398,7 @@ protected:
 } // namespace
 
 TEST_F(RecipeTranscode, GoesFromTheRootClassDownUnaryChildrenFirst) {
-    EventLog names;
+    Labels names;
     NamedInLog<QORClass> root(names, "class");
     root.addKey(new NamedInLog<QORCandidateKey>(names, "key"));
     root.addIndex(new NamedInLog<QORIndex>(names, "index"));
@@ -1417,14 +1410,14 @@ TEST_F(RecipeTranscode, GoesFromTheRootClassDownUnaryChildrenFirst) {
     root.addSynonym(new NamedInLog<QORSynonym>(names, "synonym"));
     root.addNote(new NamedInLog<QORNote>(names, "note"));
     transcode(root, "ISO-8859-1", "UTF-8");
-    EXPECT_EQ((EventLog{"class", "note", "synonym", "feature1", "feature2", "grouping", "operation",
-                        "argument", "index", "key"}),
+    EXPECT_EQ((Labels{"class", "note", "synonym", "feature1", "feature2", "grouping", "operation", "argument",
+                      "index", "key"}),
               names);
     EXPECT_EQ(12, converted); // and the multiplicities of the class and of the grouping
 }
 
 TEST_F(RecipeTranscode, ObjectsOfLibraryClassesPassOnInTheSameOrder) {
-    EventLog names;
+    Labels names;
     QORDesignPackage root;
     auto* const a = named<QORDesignPackage>("a");
     auto* const b = named<QORDesignPackage>("b");
@@ -1437,7 +1430,7 @@ TEST_F(RecipeTranscode, ObjectsOfLibraryClassesPassOnInTheSameOrder) {
     root.addModelElement(new NamedInLog<QORAssociation>(names, "association"));
     root.addNote(new NamedInLog<QORNote>(names, "note"));
     transcode(root, "ISO-8859-1", "UTF-8");
-    EXPECT_EQ((EventLog{"note", "note of a", "package of a", "association of a", "note of b", "association"}),
+    EXPECT_EQ((Labels{"note", "note of a", "package of a", "association of a", "note of b", "association"}),
               names);
 }
 
@@ -1483,7 +1476,7 @@ TEST_F(RecipeTranscode, EachChildIsConvertedOnceThoughItsNewNameMovesIt) {
         owner.addFeature(named<QORAttribute>(name));
     owner.setCppMultiplicity("");
     transcode(owner, "UTF-7", "UTF-8");
-    EXPECT_EQ((EventLog{"b", "c", "y", "z"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"b", "c", "y", "z"}), featuresOf(owner));
     EXPECT_EQ(4, converted);
     EXPECT_EQ(0, failed);
 }
@@ -1494,7 +1487,7 @@ TEST_F(RecipeTranscode, ACollisionAddsASlashAndTheFirstFreeNumber) {
         owner.addFeature(named<QORAttribute>(name));
     QORFeature* const colliding = owner.getFeature(0);
     transcode(owner, "UTF-7", "UTF-8");
-    EXPECT_EQ((EventLog{"A", "A/1", "A/2"}), featuresOf(owner));
+    EXPECT_EQ((Labels{"A", "A/1", "A/2"}), featuresOf(owner));
     EXPECT_EQ(colliding, owner.getFeature(2));
     EXPECT_EQ(&owner, colliding->getClassifier());
 }
@@ -1513,7 +1506,7 @@ TEST_F(RecipeTranscode, TwoObjectsMayShareAConvertedNameWhereTheOwnerAllowsIt) {
     association.addAssociationRole(named<QORAssociationRole>("+AEE-"));
     association.addAssociationRole(named<QORAssociationRole>("A"));
     transcode(association, "UTF-7", "UTF-8");
-    EXPECT_EQ((EventLog{"A", "A"}), rolesOf(association));
+    EXPECT_EQ((Labels{"A", "A"}), rolesOf(association));
 }
 
 TEST_F(RecipeTranscode, AFailureHoldsNothingElseBack) {

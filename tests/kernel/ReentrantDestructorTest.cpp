@@ -9,7 +9,7 @@
 #include <qor/QORTraversalDelete.h>
 #include <qor/QORTypeValue.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 #include "Unruly.h"
 
 #include <gtest/gtest.h>
@@ -33,47 +33,47 @@ Parting<Base>* parting(char const* name, std::function<void()> action) {
 } // namespace
 
 TEST(ReentrantDestructor, TakesTheLastLinkOfADyingOwner) {
-    EventLog deaths;
-    auto* const owner = mortal<QORClass>(deaths, "owner");
+    Graph graph;
+    auto* const owner = graph.mortal<QORClass>("owner");
     QORClassType type;
     owner->addClassType(&type);
     owner->addGrouping(parting<QORGrouping>("grouping", [&] { type.removeAssociatedClass(); }));
     delete owner;
-    EXPECT_EQ(EventLog{"owner"}, deaths);
+    EXPECT_EQ(Labels{"owner"}, graph.deaths);
     EXPECT_EQ(nullptr, type.getAssociatedClass());
 }
 
 TEST(ReentrantDestructor, TakesTheLastLinkOfAnOwnerThatIsTakenApart) {
-    EventLog deaths;
-    std::unique_ptr<QORClass> const owner(mortal<QORClass>(deaths, "owner"));
+    Graph graph;
+    std::unique_ptr<QORClass> const owner(graph.mortal<QORClass>("owner"));
     QORClassType type;
     owner->addClassType(&type);
     owner->addGrouping(parting<QORGrouping>("grouping", [&] { type.removeAssociatedClass(); }));
     EXPECT_TRUE(owner->recursiveDelete());
-    EXPECT_EQ(EventLog{}, deaths);
+    EXPECT_EQ(Labels{}, graph.deaths);
     EXPECT_FALSE(owner->isReferenced());
     // It can go by a removal afterwards as before.
     type.addAssociatedClass(owner.get());
-    EventLog others;
+    Graph others;
     QORClassType last;
-    last.addAssociatedClass(mortal<QORClass>(others, "other"));
+    last.addAssociatedClass(others.mortal<QORClass>("other"));
     EXPECT_TRUE(last.removeAssociatedClass());
-    EXPECT_EQ(EventLog{"other"}, others);
+    EXPECT_EQ(Labels{"other"}, others.deaths);
     type.removeAssociatedClass(owner.get());
 }
 
 TEST(ReentrantDestructor, TakesTheLastLinkOfAnOwnerFurtherUp) {
-    EventLog deaths;
-    auto* const package = mortal<QORDesignPackage>(deaths, "package");
+    Graph graph;
+    auto* const package = graph.mortal<QORDesignPackage>("package");
     auto* const owner = named<QORClass>("owner");
     package->addModelElement(owner);
     owner->addFeature(parting<QORAttribute>("a", [&] {
         package->isolate(true);
         owner->isolate(true);
     }));
-    owner->addFeature(mortal<QORAttribute>(deaths, "b"));
+    owner->addFeature(graph.mortal<QORAttribute>("b"));
     delete package;
-    EXPECT_EQ((EventLog{"package", "b"}), deaths);
+    EXPECT_EQ((Labels{"package", "b"}), graph.deaths);
 }
 
 TEST(ReentrantDestructor, RemovesItselfOnceMore) {
@@ -142,53 +142,53 @@ TEST(ReentrantDestructor, TakesApartWhatStillHoldsAnEndToIt) {
 }
 
 TEST(ReentrantDestructor, TakesTheLastLinkOfTheObjectWhoseEndIsEmptied) {
-    EventLog deaths;
-    std::unique_ptr<QORClass> const owner(mortal<QORClass>(deaths, "owner"));
+    Graph graph;
+    std::unique_ptr<QORClass> const owner(graph.mortal<QORClass>("owner"));
     QORClassType type;
     owner->addClassType(&type);
     owner->addFeature(parting<QORAttribute>("a", [&] {
         owner->removeFeatures();
         type.removeAssociatedClass();
     }));
-    owner->addFeature(mortal<QORAttribute>(deaths, "b"));
+    owner->addFeature(graph.mortal<QORAttribute>("b"));
     owner->removeFeatures();
-    EXPECT_EQ(EventLog{"b"}, deaths);
+    EXPECT_EQ(Labels{"b"}, graph.deaths);
     EXPECT_FALSE(owner->isReferenced());
 }
 
 TEST(ReentrantDestructor, RenamesAddsAndDeletesSiblings) {
     auto* const owner = new QORClass;
-    EventLog deaths;
-    QORAttribute* const sibling = mortal<QORAttribute>(deaths, "c");
-    QORAttribute* const other = mortal<QORAttribute>(deaths, "d");
+    Graph graph;
+    QORAttribute* const sibling = graph.mortal<QORAttribute>("c");
+    QORAttribute* const other = graph.mortal<QORAttribute>("d");
     owner->addFeature(parting<QORAttribute>("a", [&] {
         sibling->setName("z");
         delete other;
-        owner->addFeature(mortal<QORAttribute>(deaths, "new"));
+        owner->addFeature(graph.mortal<QORAttribute>("new"));
     }));
-    owner->addFeature(mortal<QORAttribute>(deaths, "b"));
+    owner->addFeature(graph.mortal<QORAttribute>("b"));
     owner->addFeature(sibling);
     owner->addFeature(other);
     delete owner;
-    EXPECT_EQ((EventLog{"d", "b", "new", "c"}), deaths);
+    EXPECT_EQ((Labels{"d", "b", "new", "c"}), graph.deaths);
 }
 
 TEST(ReentrantDestructor, DeletesTheOwnerOfAnObjectThatIsBeingIsolated) {
-    EventLog deaths;
-    auto* const package = mortal<QORDesignPackage>(deaths, "package");
-    auto* const object = mortal<QORClass>(deaths, "object");
+    Graph graph;
+    auto* const package = graph.mortal<QORDesignPackage>("package");
+    auto* const object = graph.mortal<QORClass>("object");
     package->addModelElement(object);
     object->addClassType(parting<QORClassType>("type", [&] { delete package; }));
     EXPECT_TRUE(object->removeClassType());
-    EXPECT_EQ(EventLog{"package"}, deaths);
+    EXPECT_EQ(Labels{"package"}, graph.deaths);
     EXPECT_EQ(nullptr, object->getDesignPackage());
     EXPECT_FALSE(object->isReferenced());
     delete object;
 }
 
 TEST(ReentrantDestructor, OfATypeValueTakesItsTypeApart) {
-    EventLog deaths;
-    auto* const type = mortal<QORDerivedType>(deaths, "type");
+    Graph graph;
+    auto* const type = graph.mortal<QORDerivedType>("type");
     QORModel model;
     QORClass object;
     type->addTypeValue(parting<QORTypeValue>("value", [&] {
@@ -198,19 +198,19 @@ TEST(ReentrantDestructor, OfATypeValueTakesItsTypeApart) {
         EXPECT_FALSE(type->recursiveDelete());
     }));
     delete type;
-    EXPECT_EQ(EventLog{"type"}, deaths);
+    EXPECT_EQ(Labels{"type"}, graph.deaths);
     EXPECT_EQ(0, model.getTypeCount());
 }
 
 TEST(ReentrantDestructor, WalksAndDeletesFromADyingOwner) {
-    EventLog deaths;
-    auto* const owner = mortal<QORClass>(deaths, "owner");
+    Graph graph;
+    auto* const owner = graph.mortal<QORClass>("owner");
     owner->addFeature(parting<QORAttribute>("a", [&] {
         QORTraversalDelete operation;
         owner->depthTraversal(operation, nullptr);
     }));
-    owner->addFeature(mortal<QORAttribute>(deaths, "b"));
-    owner->addFeature(mortal<QORAttribute>(deaths, "c"));
+    owner->addFeature(graph.mortal<QORAttribute>("b"));
+    owner->addFeature(graph.mortal<QORAttribute>("c"));
     delete owner;
-    EXPECT_EQ((EventLog{"owner", "b", "c"}), deaths);
+    EXPECT_EQ((Labels{"owner", "b", "c"}), graph.deaths);
 }

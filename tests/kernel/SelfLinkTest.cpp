@@ -16,7 +16,7 @@
 #include <qor/QORTraversalDelete.h>
 #include <qor/QORVersion.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 
 #include <gtest/gtest.h>
 
@@ -28,13 +28,13 @@ namespace {
 
 /// An object that notes its death through a note which it owns, so that its class stays a library class.
 template <class Class>
-Class* telling(EventLog& deaths, char const* name) {
+Class* telling(Graph& graph, char const* name) {
     auto* const object = named<Class>(name);
-    object->addNote(mortal<QORNote>(deaths, name));
+    object->addNote(graph.mortal<QORNote>(name));
     return object;
 }
 
-EventLog sorted(EventLog log) {
+Labels sorted(Labels log) {
     std::sort(log.begin(), log.end());
     return log;
 }
@@ -116,41 +116,41 @@ TEST(SelfLink, OnAReferringEnd) {
 }
 
 TEST(SelfLink, DeletionEnds) {
-    EventLog deaths;
-    auto* const package = telling<QORDesignPackage>(deaths, "package");
+    Graph graph;
+    auto* const package = telling<QORDesignPackage>(graph, "package");
     package->addChildPackage(package);
     delete package;
-    auto* const grouping = telling<QORGrouping>(deaths, "grouping");
+    auto* const grouping = telling<QORGrouping>(graph, "grouping");
     grouping->addChildGrouping(grouping);
     delete grouping;
-    auto* const item = telling<QORReportText>(deaths, "item");
+    auto* const item = telling<QORReportText>(graph, "item");
     item->addChildReportItem(item);
     delete item;
-    auto* const product = telling<QORProduct>(deaths, "product");
+    auto* const product = telling<QORProduct>(graph, "product");
     product->addChildProduct(product);
     delete product;
-    EXPECT_EQ((EventLog{"package", "grouping", "item", "product"}), deaths);
+    EXPECT_EQ((Labels{"package", "grouping", "item", "product"}), graph.deaths);
 }
 
 TEST(SelfLink, DeletionOfACallersObjectEnds) {
-    EventLog deaths;
-    auto* const package = mortal<QORDesignPackage>(deaths, "package");
+    Graph graph;
+    auto* const package = graph.mortal<QORDesignPackage>("package");
     package->addChildPackage(package);
     delete package;
-    EXPECT_EQ(EventLog{"package"}, deaths);
+    EXPECT_EQ(Labels{"package"}, graph.deaths);
 }
 
 TEST(SelfLink, DeletionTakesTheOtherChildrenAlongOnce) {
-    EventLog deaths;
+    Graph graph;
     for (char const* self : {"a", "m", "z"}) {
-        deaths.clear();
-        auto* const package = mortal<QORDesignPackage>(deaths, self);
-        package->addChildPackage(mortal<QORDesignPackage>(deaths, "c"));
+        graph.deaths.clear();
+        auto* const package = graph.mortal<QORDesignPackage>(self);
+        package->addChildPackage(graph.mortal<QORDesignPackage>("c"));
         package->addChildPackage(package);
-        package->addChildPackage(mortal<QORDesignPackage>(deaths, "p"));
+        package->addChildPackage(graph.mortal<QORDesignPackage>("p"));
         EXPECT_EQ(3, package->getChildPackageCount());
         delete package;
-        EXPECT_EQ((EventLog{self, "c", "p"}), deaths);
+        EXPECT_EQ((Labels{self, "c", "p"}), graph.deaths);
     }
 }
 
@@ -192,38 +192,38 @@ TEST(SelfLink, RemovingAllSparesTheObjectWhichItsEndStillCounts) {
 }
 
 TEST(SelfLink, UnderAnOwnerTakenLaterDeletionEnds) {
-    EventLog deaths;
+    Graph graph;
     auto* const owner = new QORDesignPackage;
-    auto* const package = telling<QORDesignPackage>(deaths, "package");
+    auto* const package = telling<QORDesignPackage>(graph, "package");
     package->addChildPackage(package);
     EXPECT_TRUE(owner->addChildPackage(package));
     EXPECT_EQ(1, package->getChildPackageCount());
     delete owner;
-    EXPECT_EQ(EventLog{"package"}, deaths);
+    EXPECT_EQ(Labels{"package"}, graph.deaths);
 }
 
 TEST(SelfLink, UnderAnOwnerTakenLaterTheObjectItselfCanGo) {
-    EventLog deaths;
+    Graph graph;
     QORDesignPackage owner;
-    auto* const package = telling<QORDesignPackage>(deaths, "package");
+    auto* const package = telling<QORDesignPackage>(graph, "package");
     package->addChildPackage(package);
     owner.addChildPackage(package);
     delete package;
-    EXPECT_EQ(EventLog{"package"}, deaths);
+    EXPECT_EQ(Labels{"package"}, graph.deaths);
     EXPECT_EQ(0, owner.getChildPackageCount());
 }
 
 TEST(SelfLink, RenamingAmongOtherChildrenLosesNothing) {
-    EventLog deaths;
-    auto* const package = mortal<QORDesignPackage>(deaths, "a");
+    Graph graph;
+    auto* const package = graph.mortal<QORDesignPackage>("a");
     package->addChildPackage(package);
-    package->addChildPackage(mortal<QORDesignPackage>(deaths, "m"));
+    package->addChildPackage(graph.mortal<QORDesignPackage>("m"));
     package->setName("z");
     EXPECT_EQ(2, package->getChildPackageCount());
     EXPECT_TRUE(package->removeChildPackage(package));
     EXPECT_EQ(1, package->getChildPackageCount());
     delete package;
-    EXPECT_EQ((EventLog{"a", "m"}), deaths);
+    EXPECT_EQ((Labels{"a", "m"}), graph.deaths);
 }
 
 // ---- cycles of owners -----------------------------------------------------------------------------------
@@ -234,21 +234,21 @@ template <class Class>
 void expectCyclesToEnd(bool (*put)(Class&, Class*)) {
     for (std::size_t size = 2; size <= 4; ++size) {
         for (std::size_t victim = 0; victim < size; ++victim) {
-            EventLog deaths;
+            Graph graph;
             std::vector<Class*> ring;
             char const* const names[] = {"a", "b", "c", "d"};
             for (std::size_t i = 0; i < size; ++i)
-                ring.push_back(telling<Class>(deaths, names[i]));
+                ring.push_back(telling<Class>(graph, names[i]));
             for (std::size_t i = 0; i < size; ++i)
                 ASSERT_TRUE(put(*ring[i], ring[(i + 1) % size]));
             for (Class* const each : ring)
                 EXPECT_FALSE(each->recursiveDelete());
-            EXPECT_TRUE(deaths.empty());
+            EXPECT_TRUE(graph.deaths.empty());
             delete ring[victim];
-            EventLog expected;
+            Labels expected;
             for (std::size_t i = 0; i < size; ++i)
                 expected.push_back(names[(victim + i) % size]);
-            EXPECT_EQ(expected, deaths) << size << victim;
+            EXPECT_EQ(expected, graph.deaths) << size << victim;
         }
     }
 }
@@ -276,54 +276,54 @@ TEST(Cycle, OfOperatorNodesEndsWhereverItIsBroken) {
 }
 
 TEST(Cycle, OfCallersObjectsEnds) {
-    EventLog deaths;
-    auto* const a = mortal<QORDesignPackage>(deaths, "a");
-    auto* const b = mortal<QORDesignPackage>(deaths, "b");
-    auto* const c = mortal<QORDesignPackage>(deaths, "c");
+    Graph graph;
+    auto* const a = graph.mortal<QORDesignPackage>("a");
+    auto* const b = graph.mortal<QORDesignPackage>("b");
+    auto* const c = graph.mortal<QORDesignPackage>("c");
     a->addChildPackage(b);
     b->addChildPackage(c);
     c->addChildPackage(a);
     delete b;
-    EXPECT_EQ((EventLog{"b", "a", "c"}), deaths);
+    EXPECT_EQ((Labels{"b", "a", "c"}), graph.deaths);
 }
 
 TEST(Cycle, WithASelfLinkInItEnds) {
-    EventLog deaths;
-    auto* const a = telling<QORDesignPackage>(deaths, "a");
-    auto* const b = telling<QORDesignPackage>(deaths, "b");
+    Graph graph;
+    auto* const a = telling<QORDesignPackage>(graph, "a");
+    auto* const b = telling<QORDesignPackage>(graph, "b");
     a->addChildPackage(a);
     b->addChildPackage(b);
     a->addChildPackage(b);
     b->addChildPackage(a);
     delete a;
-    EXPECT_EQ((EventLog{"a", "b"}), deaths);
+    EXPECT_EQ((Labels{"a", "b"}), graph.deaths);
 }
 
 TEST(Cycle, HeldFromOutsideStaysWithItsSecondOwner) {
-    EventLog deaths;
+    Graph graph;
     auto* const report = new QORReport;
-    auto* const first = telling<QORReportText>(deaths, "first");
-    auto* const second = telling<QORReportText>(deaths, "second");
+    auto* const first = telling<QORReportText>(graph, "first");
+    auto* const second = telling<QORReportText>(graph, "second");
     report->addReportItem(first);
     first->addChildReportItem(second);
     second->addChildReportItem(first);
     delete report;
-    EXPECT_TRUE(deaths.empty());
+    EXPECT_TRUE(graph.deaths.empty());
     EXPECT_EQ(nullptr, first->getReport());
     EXPECT_EQ(second, first->getParent());
     delete second;
-    EXPECT_EQ((EventLog{"first", "second"}), sorted(deaths));
+    EXPECT_EQ((Labels{"first", "second"}), sorted(graph.deaths));
 }
 
 TEST(Cycle, OfReferencesDoesNotHinderDeletion) {
-    EventLog deaths;
-    auto* const a = mortal<QORVersion>(deaths, "a");
-    auto* const b = mortal<QORVersion>(deaths, "b");
+    Graph graph;
+    auto* const a = graph.mortal<QORVersion>("a");
+    auto* const b = graph.mortal<QORVersion>("b");
     a->addPredecessorVersion(b);
     b->addPredecessorVersion(a);
     EXPECT_EQ(1, a->getSuccessorVersionCount());
     delete a; // nothing else refers to b once both links are gone
-    EXPECT_EQ((EventLog{"a", "b"}), deaths);
+    EXPECT_EQ((Labels{"a", "b"}), graph.deaths);
 }
 
 TEST(Cycle, IsUndoneByIsolatingOneOfIt) {
@@ -340,68 +340,68 @@ TEST(Cycle, IsUndoneByIsolatingOneOfIt) {
 
 TEST(TwoOwners, AnOriginGoesWithTheSecondOfItsModels) {
     for (bool const modelFirst : {true, false}) {
-        EventLog deaths;
+        Graph graph;
         auto* const model = new QORModel;
         auto* const mapping = new QORMappingModel;
-        auto* const origin = telling<QORMetadataOrigin>(deaths, "origin");
+        auto* const origin = telling<QORMetadataOrigin>(graph, "origin");
         model->addMetadataOrigin(origin);
         mapping->addMetadataOrigin(origin);
         if (modelFirst)
             delete model;
         else
             delete mapping;
-        EXPECT_TRUE(deaths.empty());
+        EXPECT_TRUE(graph.deaths.empty());
         EXPECT_EQ(1, origin->getParentCount());
         if (modelFirst)
             delete mapping;
         else
             delete model;
-        EXPECT_EQ(EventLog{"origin"}, deaths);
+        EXPECT_EQ(Labels{"origin"}, graph.deaths);
     }
 }
 
 TEST(TwoOwners, UnderOneRootAnObjectDiesOnce) {
     for (char const* report : {"b", "z"}) { // before and behind the class in its package
-        EventLog deaths;
+        Graph graph;
         auto* const package = new QORDesignPackage;
-        auto* const owned = telling<QORClass>(deaths, "m");
-        auto* const other = telling<QORReport>(deaths, report);
+        auto* const owned = telling<QORClass>(graph, "m");
+        auto* const other = telling<QORReport>(graph, report);
         package->addModelElement(owned);
         package->addModelElement(other);
         other->addClassifier(owned);
         delete package;
-        EXPECT_EQ(2U, deaths.size());
-        EXPECT_EQ(1, std::count(deaths.begin(), deaths.end(), "m"));
+        EXPECT_EQ(2U, graph.deaths.size());
+        EXPECT_EQ(1, std::count(graph.deaths.begin(), graph.deaths.end(), "m"));
     }
 }
 
 TEST(TwoOwners, UnderOneRootAWalkDeletesAnObjectOnce) {
     for (char const* report : {"b", "z"}) {
-        EventLog deaths;
+        Graph graph;
         QORDesignPackage package;
-        auto* const owned = mortal<QORClass>(deaths, "m");
-        auto* const other = mortal<QORReport>(deaths, report);
+        auto* const owned = graph.mortal<QORClass>("m");
+        auto* const other = graph.mortal<QORReport>(report);
         package.addModelElement(owned);
         package.addModelElement(other);
         other->addClassifier(owned);
         QORTraversalDelete operation;
         package.depthTraversal(operation, &package);
-        EXPECT_EQ((EventLog{"m", report}), deaths);
+        EXPECT_EQ((Labels{"m", report}), graph.deaths);
         EXPECT_FALSE(package.isReferenced());
     }
 }
 
 TEST(TwoOwners, AGroupingOfAClassInsideAnotherGroupingOfIt) {
-    EventLog deaths;
+    Graph graph;
     auto* const owner = new QORClass;
-    auto* const outer = telling<QORGrouping>(deaths, "outer");
-    auto* const inner = telling<QORGrouping>(deaths, "inner");
+    auto* const outer = telling<QORGrouping>(graph, "outer");
+    auto* const inner = telling<QORGrouping>(graph, "inner");
     owner->addGrouping(outer);
     outer->addChildGrouping(inner);
     inner->addChildGrouping(outer); // the class's grouping also hangs under its own child
     EXPECT_EQ(2, outer->getParentCount());
     delete owner;
-    EXPECT_TRUE(deaths.empty()); // the ring keeps itself
+    EXPECT_TRUE(graph.deaths.empty()); // the ring keeps itself
     delete inner;
-    EXPECT_EQ((EventLog{"inner", "outer"}), sorted(deaths));
+    EXPECT_EQ((Labels{"inner", "outer"}), sorted(graph.deaths));
 }

@@ -15,7 +15,7 @@
 #include <qor/QORTraversalOperation.h>
 #include <qor/QORTypeValue.h>
 
-#include "Mortal.h"
+#include "Graph.h"
 #include "Unruly.h"
 
 #include <gtest/gtest.h>
@@ -237,10 +237,10 @@ TEST_F(UnrulyAttributes, TakingApartComesToItsEndAndCanBeDoneAgain) {
     for (int spared = 0; spared < 4; ++spared) {
         QORClass other;
         std::vector<std::unique_ptr<QORAttribute>> survivors;
-        EventLog deaths;
+        Graph graph;
         for (char const* name : {"a", "b", "c", "d"})
             other.addFeature(unruly<QORAttribute>(name));
-        other.addFeature(mortal<QORAttribute>(deaths, "z"));
+        other.addFeature(graph.mortal<QORAttribute>("z"));
         QORAttribute* const failing = static_cast<QORAttribute*>(other.getFeature(spared));
         EXPECT_THROW(
             {
@@ -251,7 +251,7 @@ TEST_F(UnrulyAttributes, TakingApartComesToItsEndAndCanBeDoneAgain) {
         survivors.emplace_back(failing);
         EXPECT_FALSE(other.isReferenced());
         EXPECT_EQ(nullptr, failing->getClassifier());
-        EXPECT_EQ(EventLog{"z"}, deaths);
+        EXPECT_EQ(Labels{"z"}, graph.deaths);
         EXPECT_TRUE(other.addFeature(failing));
         EXPECT_TRUE(other.recursiveDelete());
         survivors.back().release();
@@ -266,13 +266,13 @@ TEST(ThrowingOverrides, WhatIsThrownWhileAnObjectDiesEndsThere) {
         std::unique_ptr<QORAttribute> survivor(unruly<QORAttribute>("a"));
         package.addModelElement(owner);
         owner->addFeature(survivor.get());
-        EventLog deaths;
-        owner->addFeature(mortal<QORAttribute>(deaths, "z"));
+        Graph graph;
+        owner->addFeature(graph.mortal<QORAttribute>("z"));
         {
             FailingOverride const failing(spared);
             delete owner;
         }
-        EXPECT_EQ(EventLog{"z"}, deaths);
+        EXPECT_EQ(Labels{"z"}, graph.deaths);
         EXPECT_EQ(0, package.getModelElementCount());
         if (spared == 0)
             EXPECT_EQ(nullptr, survivor->getClassifier());
@@ -285,10 +285,10 @@ TEST(ThrowingOverrides, AnIsolationComesToItsEnd) {
     QORClass object;
     auto const type = std::make_unique<Unruly<QORClassType>>();
     auto const survivor = std::make_unique<Unruly<QORAttribute>>();
-    EventLog deaths;
+    Graph graph;
     object.addClassType(type.get());
     object.addFeature(survivor.get());
-    object.addNote(mortal<QORNote>(deaths, "note"));
+    object.addNote(graph.mortal<QORNote>("note"));
     class Always : public QORNote {
     public:
         bool isReferenced() const override { throw OverrideError(); }
@@ -306,7 +306,7 @@ TEST(ThrowingOverrides, AnIsolationComesToItsEnd) {
     EXPECT_FALSE(object.isReferenced());
     EXPECT_EQ(nullptr, note.getElement());
     EXPECT_EQ(nullptr, survivor->getClassifier());
-    EXPECT_EQ(EventLog{"note"}, deaths);
+    EXPECT_EQ(Labels{"note"}, graph.deaths);
     type->removeModel(model.get());
 }
 

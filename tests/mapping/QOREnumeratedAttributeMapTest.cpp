@@ -1,4 +1,4 @@
-#include "GraphObservers.h"
+#include "Graph.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORClassifierMap.h>
@@ -6,53 +6,43 @@
 #include <qor/QOREnumeratedTypeMap.h>
 #include <qor/QORTransformation.h>
 
-using namespace graph;
-
-TEST(QOREnumeratedAttributeMap, IsAFeatureMap) {
-    expectConcrete<QOREnumeratedAttributeMap>(QORElementType::ENUMERATED_ATTRIBUTE_MAP, 46,
-                                              "EnumeratedAttributeMap", QORFeatureMap::getStaticMetaClass());
-}
-
-TEST(QOREnumeratedAttributeMap, IsReferencedThroughItsTypeMap) {
-    using M = QOREnumeratedAttributeMap;
-    expectReferencedThrough<M, QOREnumeratedTypeMap>(&M::addEnumeratedTypeMap, &M::removeEnumeratedTypeMap);
-}
-
 TEST(QOREnumeratedAttributeMap, IsNotOwnedByItsTypeMap) {
-    Held<QOREnumeratedAttributeMap> map;
-    Held<QOREnumeratedTypeMap> typeMap;
+    Graph graph;
+    auto* const map = graph.make<QOREnumeratedAttributeMap>();
+    auto* const typeMap = graph.make<QOREnumeratedTypeMap>();
     map->addEnumeratedTypeMap(typeMap);
     EXPECT_EQ(map->getParent(), nullptr);
     EXPECT_EQ(map->getParentCount(), 0);
     map->setName("n");
-    EXPECT_EQ(typeMap->getEnumeratedAttributeMap(0), map.get());
+    EXPECT_EQ(typeMap->getEnumeratedAttributeMap(0), map);
 }
 
 TEST(QOREnumeratedAttributeMap, DeletesAFreeTypeMapLast) {
-    Journal journal;
+    Graph graph;
     QOREnumeratedAttributeMap map;
-    map.addEnumeratedTypeMap(watched<QOREnumeratedTypeMap>(journal, "type map"));
-    map.addSourceFeature(watched<QORAttribute>(journal, "feature"));
+    map.addEnumeratedTypeMap(graph.mortal<QOREnumeratedTypeMap>("type map"));
+    map.addSourceFeature(graph.mortal<QORAttribute>("feature"));
     EXPECT_TRUE(map.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"feature", "type map"}));
+    EXPECT_EQ(graph.deaths, (Labels{"feature", "type map"}));
 }
 
 TEST(QOREnumeratedAttributeMap, LeavesAnOwnedTypeMap) {
-    Held<QORTransformation> transformation;
-    Held<QOREnumeratedTypeMap> typeMap;
+    Graph graph;
+    auto* const transformation = graph.make<QORTransformation>();
+    auto* const typeMap = graph.make<QOREnumeratedTypeMap>();
     transformation->addClassifierMap(typeMap);
     auto* const map = new QOREnumeratedAttributeMap;
     map->addEnumeratedTypeMap(typeMap);
     delete map;
     EXPECT_EQ(typeMap->getEnumeratedAttributeMapCount(), 0);
-    EXPECT_EQ(typeMap->getTransformation(), transformation.get());
+    EXPECT_EQ(typeMap->getTransformation(), transformation);
 }
 
 TEST(QOREnumeratedAttributeMap, IsolatesItsTypeMapFirst) {
-    Journal journal;
+    Graph graph;
     QOREnumeratedAttributeMap map;
-    map.addClassifierMap(watched<QORClassifierMap>(journal, "owner"));
-    map.addEnumeratedTypeMap(watched<QOREnumeratedTypeMap>(journal, "type map"));
+    map.addClassifierMap(graph.mortal<QORClassifierMap>("owner"));
+    map.addEnumeratedTypeMap(graph.mortal<QOREnumeratedTypeMap>("type map"));
     map.isolate(true);
-    EXPECT_EQ(journal.deaths, (Labels{"type map", "owner"}));
+    EXPECT_EQ(graph.deaths, (Labels{"type map", "owner"}));
 }

@@ -1,4 +1,4 @@
-#include "GraphObservers.h"
+#include "Graph.h"
 
 #include <qor/QORClass.h>
 #include <qor/QORClassifierMap.h>
@@ -7,85 +7,70 @@
 #include <qor/QOREnumeratedTypeMap.h>
 #include <qor/QORTransformation.h>
 
-using namespace graph;
-
-TEST(QOREnumeratedTypeMap, IsAClassifierMap) {
-    expectConcrete<QOREnumeratedTypeMap>(QORElementType::ENUMERATED_TYPE_MAP, 47, "EnumeratedTypeMap",
-                                         QORClassifierMap::getStaticMetaClass());
-}
-
-TEST(QOREnumeratedTypeMap, IsReferencedThroughEachOfItsLinks) {
-    using M = QOREnumeratedTypeMap;
-    expectReferencedThrough<M, QORDerivedType>(&M::addSourceDerivedType, &M::removeSourceDerivedType);
-    expectReferencedThrough<M, QORDerivedType>(&M::addDestinationDerivedType,
-                                               &M::removeDestinationDerivedType);
-    expectReferencedThrough<M, QOREnumeratedAttributeMap>(&M::addEnumeratedAttributeMap,
-                                                          &M::removeEnumeratedAttributeMap);
-}
-
 TEST(QOREnumeratedTypeMap, ShowsItsDestinationClassifierAndNoType) {
-    Held<QOREnumeratedTypeMap> map("map");
-    Held<QORDerivedType> type("type");
-    Held<QORClass> destination("destination");
-    map->addDestinationDerivedType(type);
+    Graph graph;
+    auto* const map = graph.make<QOREnumeratedTypeMap>("map");
+    map->addDestinationDerivedType(graph.make<QORDerivedType>("type"));
     EXPECT_STREQ(map->getDisplayName().chars, "map");
-    map->addDestinationClassifier(destination);
+    map->addDestinationClassifier(graph.make<QORClass>("destination"));
     EXPECT_STREQ(map->getDisplayName().chars, "destination");
 }
 
 TEST(QOREnumeratedTypeMap, DeletesWhatAClassifierMapHasBeforeItsOwnEnds) {
-    Journal journal;
+    Graph graph;
     QOREnumeratedTypeMap map;
-    map.addEnumeratedAttributeMap(watched<QOREnumeratedAttributeMap>(journal, "attribute map"));
-    map.addDestinationDerivedType(watched<QORDerivedType>(journal, "destination"));
-    map.addSourceDerivedType(watched<QORDerivedType>(journal, "source"));
-    map.addSourceClassifier(watched<QORClass>(journal, "classifier"));
+    map.addEnumeratedAttributeMap(graph.mortal<QOREnumeratedAttributeMap>("attribute map"));
+    map.addDestinationDerivedType(graph.mortal<QORDerivedType>("destination"));
+    map.addSourceDerivedType(graph.mortal<QORDerivedType>("source"));
+    map.addSourceClassifier(graph.mortal<QORClass>("classifier"));
     EXPECT_TRUE(map.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"classifier", "source", "destination", "attribute map"}));
+    EXPECT_EQ(graph.deaths, (Labels{"classifier", "source", "destination", "attribute map"}));
 }
 
 TEST(QOREnumeratedTypeMap, LeavesAnAttributeMapThatHasItsClassifierMap) {
-    Held<QORClassifierMap> owner;
-    Held<QOREnumeratedAttributeMap> kept;
-    Journal journal;
+    Graph graph;
+    auto* const owner = graph.make<QORClassifierMap>();
+    auto* const kept = graph.make<QOREnumeratedAttributeMap>();
     owner->addFeatureMap(kept);
     auto* const map = new QOREnumeratedTypeMap;
     map->addEnumeratedAttributeMap(kept);
-    map->addEnumeratedAttributeMap(watched<QOREnumeratedAttributeMap>(journal, "free"));
+    map->addEnumeratedAttributeMap(graph.mortal<QOREnumeratedAttributeMap>("free"));
     delete map;
-    EXPECT_EQ(journal.deaths, Labels{"free"});
+    EXPECT_EQ(graph.deaths, Labels{"free"});
     EXPECT_EQ(kept->getEnumeratedTypeMap(), nullptr);
-    EXPECT_EQ(kept->getClassifierMap(), owner.get());
+    EXPECT_EQ(kept->getClassifierMap(), owner);
 }
 
 TEST(QOREnumeratedTypeMap, IsolatesItsOwnEndsFirst) {
-    Journal journal;
+    Graph graph;
     QOREnumeratedTypeMap map;
-    map.addSourceClassifier(watched<QORClass>(journal, "classifier"));
-    map.addTransformation(watched<QORTransformation>(journal, "transformation"));
-    map.addEnumeratedAttributeMap(watched<QOREnumeratedAttributeMap>(journal, "attribute map"));
-    map.addDestinationDerivedType(watched<QORDerivedType>(journal, "destination"));
-    map.addSourceDerivedType(watched<QORDerivedType>(journal, "source"));
+    map.addSourceClassifier(graph.mortal<QORClass>("classifier"));
+    map.addTransformation(graph.mortal<QORTransformation>("transformation"));
+    map.addEnumeratedAttributeMap(graph.mortal<QOREnumeratedAttributeMap>("attribute map"));
+    map.addDestinationDerivedType(graph.mortal<QORDerivedType>("destination"));
+    map.addSourceDerivedType(graph.mortal<QORDerivedType>("source"));
     map.isolate(true);
-    EXPECT_EQ(journal.deaths,
+    EXPECT_EQ(graph.deaths,
               (Labels{"source", "destination", "attribute map", "transformation", "classifier"}));
 }
 
 TEST(QOREnumeratedTypeMap, WalksNoAttributeMap) {
-    Held<QOREnumeratedTypeMap> map;
-    Held<QOREnumeratedAttributeMap> attributeMap;
+    Graph graph;
+    auto* const map = graph.make<QOREnumeratedTypeMap>();
+    auto* const attributeMap = graph.make<QOREnumeratedAttributeMap>();
     map->addEnumeratedAttributeMap(attributeMap);
     EXPECT_EQ(walkOf(*map), Objects{map});
     EXPECT_EQ(attributeMap->getParent(), nullptr);
 }
 
 TEST(QOREnumeratedTypeMap, OneTypeCanBeBothSourceAndDestination) {
-    Held<QOREnumeratedTypeMap> map;
-    Held<QORDerivedType> type;
+    Graph graph;
+    auto* const map = graph.make<QOREnumeratedTypeMap>();
+    auto* const type = graph.make<QORDerivedType>();
     EXPECT_TRUE(map->addSourceDerivedType(type));
     EXPECT_TRUE(map->addDestinationDerivedType(type));
-    EXPECT_EQ(type->getSourceOfEnumeratedTypeMap(0), map.get());
-    EXPECT_EQ(type->getDestinationOfEnumeratedTypeMap(0), map.get());
+    EXPECT_EQ(type->getSourceOfEnumeratedTypeMap(0), map);
+    EXPECT_EQ(type->getDestinationOfEnumeratedTypeMap(0), map);
     EXPECT_TRUE(map->removeSourceDerivedType()); // still the destination, so it lives on
-    EXPECT_EQ(map->getDestinationDerivedType(), type.get());
+    EXPECT_EQ(map->getDestinationDerivedType(), type);
 }

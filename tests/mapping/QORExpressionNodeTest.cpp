@@ -1,18 +1,15 @@
-#include "GraphObservers.h"
+#include "Expectations.h"
 
 #include <qor/QORBaseType.h>
 #include <qor/QORBranchingNode.h>
 #include <qor/QORConstantNode.h>
 #include <qor/QORDelimiterNode.h>
 #include <qor/QORElementNode.h>
-#include <qor/QORExpression.h>
 #include <qor/QORNote.h>
 #include <qor/QOROperationNode.h>
 #include <qor/QOROperatorNode.h>
 #include <qor/QORPredicateNode.h>
 #include <qor/QORStatementNode.h>
-
-using namespace graph;
 
 namespace {
 
@@ -59,28 +56,6 @@ std::vector<Place> eightPlaces() {
 }
 
 } // namespace
-
-TEST(QORExpressionNode, IsAnAbstractElement) {
-    expectAbstract<QORExpressionNode>(QORElementType::EXPRESSION_NODE, 113, "ExpressionNode",
-                                      QORElement::getStaticMetaClass());
-}
-
-TEST(QORExpressionNode, StartsEmpty) {
-    QORConstantNode node;
-    EXPECT_FALSE(node.getBlock());
-    EXPECT_EQ(node.getPosition(), 0);
-    EXPECT_STREQ(node.getOriginalText().chars, "");
-    EXPECT_EQ(node.getStatus(), 0);
-    EXPECT_FALSE(node.isReferenced());
-}
-
-TEST(QORExpressionNode, TakesAnyNameWithoutAnOwner) {
-    QORConstantNode node;
-    EXPECT_EQ(node.getParent(), nullptr);
-    EXPECT_EQ(node.removeAggregationAssembly(), nullptr);
-    node.setName("x");
-    EXPECT_STREQ(node.getName().chars, "x");
-}
 
 TEST(QORExpressionNode, HangsOnEachOwnerAlone) {
     for (Place const& place : eightPlaces()) {
@@ -162,44 +137,34 @@ TEST(QORExpressionNode, IsInNoOwnerAnyMoreAfterItsDeath) {
 
 TEST(QORExpressionNode, GoesWithItsLastOwner) {
     for (std::size_t keep = 0; keep < 8; ++keep) {
-        Journal journal;
+        Graph graph;
         std::vector<Place> places = eightPlaces();
-        auto* const node = watched<QORConstantNode>(journal, "node");
+        auto* const node = graph.mortal<QORConstantNode>("node");
         for (Place const& place : places)
             ASSERT_TRUE(place.take(*node));
         for (std::size_t i = 0; i < 8; ++i)
             if (i != keep)
                 places[i].owner.reset();
-        EXPECT_EQ(journal.deaths, Labels{});
+        EXPECT_EQ(graph.deaths, Labels{});
         EXPECT_EQ(node->getParent(), places[keep].owner.get());
         EXPECT_EQ(node->getParentCount(), 1);
         places[keep].owner.reset();
-        EXPECT_EQ(journal.deaths, Labels{"node"});
+        EXPECT_EQ(graph.deaths, Labels{"node"});
     }
 }
 
-TEST(QORExpressionNode, IsReferencedThroughEachOtherLink) {
-    using N = QORExpressionNode;
-    using Near = Plain<QORExpressionNode>;
-    expectReferencedThrough<Near, QORBaseType>(&N::addType, &N::removeType);
-    expectReferencedThrough<Near, QORConstantNode>(&N::addPreviousExpressionNode,
-                                                   &N::removePreviousExpressionNode);
-    expectReferencedThrough<Near, QORConstantNode>(&N::addNextExpressionNode, &N::removeNextExpressionNode);
-    expectReferencedThrough<Near, QORStatementNode>(&N::addReferencedByStatementNode,
-                                                    &N::removeReferencedByStatementNode);
-}
-
 TEST(QORExpressionNode, ChainsBothWays) {
-    Held<QORConstantNode> a;
-    Held<QOROperatorNode> b;
-    Held<QORConstantNode> c;
+    Graph graph;
+    auto* const a = graph.make<QORConstantNode>();
+    auto* const b = graph.make<QOROperatorNode>();
+    auto* const c = graph.make<QORConstantNode>();
     EXPECT_TRUE(a->addPreviousExpressionNode(b));
-    EXPECT_EQ(a->getPreviousExpressionNode(), b.get());
-    EXPECT_EQ(b->getNextExpressionNode(), a.get());
+    EXPECT_EQ(a->getPreviousExpressionNode(), b);
+    EXPECT_EQ(b->getNextExpressionNode(), a);
     EXPECT_EQ(a->getNextExpressionNode(), nullptr);
     EXPECT_EQ(b->getPreviousExpressionNode(), nullptr);
     EXPECT_TRUE(a->addNextExpressionNode(c));
-    EXPECT_EQ(c->getPreviousExpressionNode(), a.get());
+    EXPECT_EQ(c->getPreviousExpressionNode(), a);
     EXPECT_FALSE(c->addPreviousExpressionNode(b));
     EXPECT_FALSE(b->addNextExpressionNode(c));
     EXPECT_FALSE(c->addNextExpressionNode(c));
@@ -208,28 +173,30 @@ TEST(QORExpressionNode, ChainsBothWays) {
 }
 
 TEST(QORExpressionNode, CanChainToARing) {
-    Held<QORConstantNode> a;
-    Held<QORConstantNode> b;
+    Graph graph;
+    auto* const a = graph.make<QORConstantNode>();
+    auto* const b = graph.make<QORConstantNode>();
     EXPECT_TRUE(a->addNextExpressionNode(b));
     EXPECT_TRUE(b->addNextExpressionNode(a));
-    EXPECT_EQ(a->getPreviousExpressionNode(), b.get());
-    EXPECT_EQ(b->getPreviousExpressionNode(), a.get());
+    EXPECT_EQ(a->getPreviousExpressionNode(), b);
+    EXPECT_EQ(b->getPreviousExpressionNode(), a);
 }
 
 TEST(QORExpressionNode, TakesFreeNeighboursInTheChainWithIt) {
-    Journal journal;
-    auto* const middle = watched<QORConstantNode>(journal, "middle");
-    middle->addPreviousExpressionNode(watched<QORConstantNode>(journal, "previous"));
-    middle->addNextExpressionNode(watched<QORConstantNode>(journal, "next"));
+    Graph graph;
+    auto* const middle = graph.mortal<QORConstantNode>("middle");
+    middle->addPreviousExpressionNode(graph.mortal<QORConstantNode>("previous"));
+    middle->addNextExpressionNode(graph.mortal<QORConstantNode>("next"));
     delete middle;
-    EXPECT_EQ(journal.deaths, (Labels{"middle", "previous", "next"}));
+    EXPECT_EQ(graph.deaths, (Labels{"middle", "previous", "next"}));
 }
 
 TEST(QORExpressionNode, LeavesNeighboursThatHaveMoreLinksInTwoChains) {
-    Held<QORConstantNode> first;
-    Held<QORConstantNode> second;
-    Held<QORConstantNode> fourth;
-    Held<QORStatementNode> owner;
+    Graph graph;
+    auto* const first = graph.make<QORConstantNode>();
+    auto* const second = graph.make<QORConstantNode>();
+    auto* const fourth = graph.make<QORConstantNode>();
+    auto* const owner = graph.make<QORStatementNode>();
     auto* const third = new QORConstantNode;
     first->addNextExpressionNode(second);
     second->addNextExpressionNode(third);
@@ -237,111 +204,81 @@ TEST(QORExpressionNode, LeavesNeighboursThatHaveMoreLinksInTwoChains) {
     owner->addExpressionNode(fourth);
     delete third;
     EXPECT_EQ(second->getNextExpressionNode(), nullptr);
-    EXPECT_EQ(second->getPreviousExpressionNode(), first.get());
+    EXPECT_EQ(second->getPreviousExpressionNode(), first);
     EXPECT_EQ(fourth->getPreviousExpressionNode(), nullptr);
-    EXPECT_EQ(fourth->getStatementNode(), owner.get());
+    EXPECT_EQ(fourth->getStatementNode(), owner);
 }
 
 TEST(QORExpressionNode, TakesAWholeFreeChainOnlyAsFarAsNothingIsLeft) {
-    Journal journal;
-    auto* const a = watched<QORConstantNode>(journal, "a");
-    auto* const b = watched<QORConstantNode>(journal, "b");
-    Held<Watched<QORConstantNode>> c(journal, "c");
-    Held<Watched<QORConstantNode>> d(journal, "d");
+    Graph graph;
+    auto* const a = graph.mortal<QORConstantNode>("a");
+    auto* const b = graph.mortal<QORConstantNode>("b");
+    auto* const c = graph.mortal<QORConstantNode>("c");
+    auto* const d = graph.mortal<QORConstantNode>("d");
     a->addNextExpressionNode(b);
     b->addNextExpressionNode(c);
     c->addNextExpressionNode(d);
     delete b;
-    EXPECT_EQ(journal.deaths, (Labels{"b", "a"}));
+    EXPECT_EQ(graph.deaths, (Labels{"b", "a"}));
     EXPECT_EQ(c->getPreviousExpressionNode(), nullptr);
-    EXPECT_EQ(c->getNextExpressionNode(), d.get());
+    EXPECT_EQ(c->getNextExpressionNode(), d);
 }
 
 TEST(QORExpressionNode, DeletesFreeFarObjectsInOrder) {
-    Journal journal;
+    Graph graph;
     QORConstantNode node;
-    node.addReferencedByStatementNode(watched<QORStatementNode>(journal, "referrer"));
-    node.addNextExpressionNode(watched<QORConstantNode>(journal, "next"));
-    node.addPreviousExpressionNode(watched<QORConstantNode>(journal, "previous"));
-    node.addType(watched<QORBaseType>(journal, "type"));
-    node.addElementNode(watched<QORElementNode>(journal, "element node"));
-    node.addNote(watched<QORNote>(journal, "note"));
+    node.addReferencedByStatementNode(graph.mortal<QORStatementNode>("referrer"));
+    node.addNextExpressionNode(graph.mortal<QORConstantNode>("next"));
+    node.addPreviousExpressionNode(graph.mortal<QORConstantNode>("previous"));
+    node.addType(graph.mortal<QORBaseType>("type"));
+    node.addElementNode(graph.mortal<QORElementNode>("element node"));
+    node.addNote(graph.mortal<QORNote>("note"));
     EXPECT_TRUE(node.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"note", "element node", "type", "previous", "next", "referrer"}));
+    EXPECT_EQ(graph.deaths, (Labels{"note", "element node", "type", "previous", "next", "referrer"}));
 }
 
 TEST(QORExpressionNode, IsolatesInItsOwnOrder) {
-    Journal journal;
-    Watched<QORConstantNode> node(journal, "node");
-    node.addNote(watched<QORNote>(journal, "note"));
-    node.addReferencedByStatementNode(watched<QORStatementNode>(journal, "referrer"));
-    node.addNextExpressionNode(watched<QORConstantNode>(journal, "next"));
-    node.addPreviousExpressionNode(watched<QORConstantNode>(journal, "previous"));
-    node.addStatementNode(watched<QORStatementNode>(journal, "statement"));
-    node.addDelimiterNode(watched<QORDelimiterNode>(journal, "delimiter"));
-    node.addBranchingNode(watched<QORBranchingNode>(journal, "branching"));
-    node.addConditionOfBranchingNode(watched<QORBranchingNode>(journal, "condition of"));
-    node.addRightOfOperatorNode(watched<QOROperatorNode>(journal, "right of"));
-    node.addLeftOfOperatorNode(watched<QOROperatorNode>(journal, "left of"));
-    node.addPredicateNode(watched<QORPredicateNode>(journal, "predicate"));
-    node.addOperationNode(watched<QOROperationNode>(journal, "operation"));
-    node.addType(watched<QORBaseType>(journal, "type"));
+    Graph graph;
+    Mortal<QORConstantNode> node(graph, "node");
+    node.addNote(graph.mortal<QORNote>("note"));
+    node.addReferencedByStatementNode(graph.mortal<QORStatementNode>("referrer"));
+    node.addNextExpressionNode(graph.mortal<QORConstantNode>("next"));
+    node.addPreviousExpressionNode(graph.mortal<QORConstantNode>("previous"));
+    node.addStatementNode(graph.mortal<QORStatementNode>("statement"));
+    node.addDelimiterNode(graph.mortal<QORDelimiterNode>("delimiter"));
+    node.addBranchingNode(graph.mortal<QORBranchingNode>("branching"));
+    node.addConditionOfBranchingNode(graph.mortal<QORBranchingNode>("condition of"));
+    node.addRightOfOperatorNode(graph.mortal<QOROperatorNode>("right of"));
+    node.addLeftOfOperatorNode(graph.mortal<QOROperatorNode>("left of"));
+    node.addPredicateNode(graph.mortal<QORPredicateNode>("predicate"));
+    node.addOperationNode(graph.mortal<QOROperationNode>("operation"));
+    node.addType(graph.mortal<QORBaseType>("type"));
     EXPECT_EQ(node.isolate(true), &node);
-    EXPECT_EQ(journal.deaths,
+    EXPECT_EQ(graph.deaths,
               (Labels{"type", "operation", "predicate", "left of", "right of", "condition of", "branching",
                       "delimiter", "statement", "previous", "next", "referrer", "note"}));
 }
 
 TEST(QORExpressionNode, ReencodesItsOriginalTextBeforeItsName) {
-    Journal journal;
-    Held<Watched<QORConstantNode>> node(journal, "node");
-    Held<Watched<QORConstantNode>> next(journal, "next");
-    node->addNextExpressionNode(next);
-    node->QORConstantNode::setName(rawText);
-    node->setOriginalText(rawText);
-    node->onSetName = [&] { EXPECT_STREQ(node->getOriginalText().chars, recodedText); };
+    Graph graph;
+    auto* const node = graph.mortal<QORConstantNode>("node");
+    node->addNextExpressionNode(graph.mortal<QORConstantNode>("next"));
+    node->QORConstantNode::setName(inUtf8);
+    node->setOriginalText(inUtf8);
+    node->onSetName = [&] { EXPECT_STREQ(node->getOriginalText().chars, inLatin1); };
     Recoding recode;
     recode(*node);
-    EXPECT_EQ(journal.namings, Labels{"node"});
-    EXPECT_EQ(journal.recodings, Labels{"node"});
-    EXPECT_STREQ(node->getName().chars, recodedText);
+    EXPECT_EQ(graph.namings, Labels{"node"});
+    EXPECT_EQ(graph.recodings, Labels{"node"});
+    EXPECT_STREQ(node->getName().chars, inLatin1);
 }
 
 TEST(QORExpressionNode, WalksNotesAndNoNeighbour) {
-    Held<QORConstantNode> node;
-    Held<QORConstantNode> previous;
-    Held<QORConstantNode> next;
-    Held<QORNote> note;
-    node->addPreviousExpressionNode(previous);
-    node->addNextExpressionNode(next);
+    Graph graph;
+    auto* const node = graph.make<QORConstantNode>();
+    auto* const note = graph.make<QORNote>();
+    node->addPreviousExpressionNode(graph.make<QORConstantNode>());
+    node->addNextExpressionNode(graph.make<QORConstantNode>());
     node->addNote(note);
     EXPECT_EQ(walkOf(*node), (Objects{node, note}));
-}
-
-TEST(QORExpressionNode, ComparesItsFourAttributesAndTheElement) {
-    expectCompared<QORConstantNode>([](auto& node) { node.setPosition(1); });
-    expectCompared<QORConstantNode>([](auto& node) { node.setBlock(true); });
-    expectCompared<QORConstantNode>([](auto& node) { node.setOriginalText("x"); });
-    expectCompared<QORConstantNode>([](auto& node) { node.setStatus(1); });
-    expectCompared<QORConstantNode>([](auto& node) { node.setName("x"); });
-    expectCompared<QORConstantNode>([](auto& node) { node.setNativeType("x"); });
-}
-
-TEST(QORExpressionNode, ACopyHasNoOwnerAndNoChain) {
-    Held<QORConstantNode> source;
-    Held<QORConstantNode> next;
-    Held<QORStatementNode> owner;
-    source->setPosition(2);
-    source->setBlock(true);
-    source->setOriginalText("t");
-    source->setStatus(3);
-    source->addNextExpressionNode(next);
-    owner->addExpressionNode(source);
-    QORConstantNode const copy(*source);
-    EXPECT_TRUE(copy.equals(*source));
-    EXPECT_FALSE(copy.isReferenced());
-    QORConstantNode assigned;
-    assigned = *source;
-    EXPECT_TRUE(assigned.equals(*source));
-    EXPECT_FALSE(assigned.isReferenced());
 }

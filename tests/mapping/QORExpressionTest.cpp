@@ -1,4 +1,4 @@
-#include "GraphObservers.h"
+#include "Expectations.h"
 
 #include <qor/QORClassifierMap.h>
 #include <qor/QORConstantNode.h>
@@ -7,133 +7,73 @@
 #include <qor/QORNote.h>
 #include <qor/QORStatementNode.h>
 
-using namespace graph;
-
-TEST(QORExpression, IsAnElement) {
-    expectConcrete<QORExpression>(QORElementType::EXPRESSION, 112, "Expression",
-                                  QORElement::getStaticMetaClass());
-}
-
-TEST(QORExpression, StartsWithStatusZero) {
-    QORExpression expression;
-    EXPECT_EQ(expression.getStatus(), 0);
-    EXPECT_FALSE(expression.isReferenced());
-}
-
-TEST(QORExpression, IsReferencedThroughEachOfItsLinks) {
-    using E = QORExpression;
-    expectReferencedThrough<E, QORClassifierMap>(&E::addClassifierMap, &E::removeClassifierMap);
-    expectReferencedThrough<E, QORFeatureMap>(&E::addFeatureMap, &E::removeFeatureMap);
-    expectReferencedThrough<E, QORStatementNode>(&E::addStatementNode, &E::removeStatementNode);
-}
-
 TEST(QORExpression, LeavesItsClassifierMapBeforeItsFeatureMap) {
-    Held<QORExpression> expression("expression");
-    Held<QORClassifierMap> classifierMap;
-    Held<QORFeatureMap> featureMap;
+    Graph graph;
+    auto* const expression = graph.make<QORExpression>("expression");
+    auto* const classifierMap = graph.make<QORClassifierMap>();
+    auto* const featureMap = graph.make<QORFeatureMap>();
     featureMap->addExpression(expression);
-    EXPECT_EQ(expression->getParent(), featureMap.get());
+    EXPECT_EQ(expression->getParent(), featureMap);
     EXPECT_EQ(expression->getParentCount(), 1);
     classifierMap->addExpression(expression);
-    EXPECT_EQ(expression->getParent(), classifierMap.get());
+    EXPECT_EQ(expression->getParent(), classifierMap);
     EXPECT_EQ(expression->getParentCount(), 2);
     expression->setName("renamed");
     EXPECT_STREQ(expression->getName().chars, "renamed");
-    EXPECT_EQ(classifierMap->getExpression(), expression.get());
-    EXPECT_EQ(featureMap->getExpression(), expression.get());
+    EXPECT_EQ(classifierMap->getExpression(), expression);
+    EXPECT_EQ(featureMap->getExpression(), expression);
     expectDeletionRefused(*expression);
-    EXPECT_EQ(expression->removeAggregationAssembly(), classifierMap.get());
+    EXPECT_EQ(expression->removeAggregationAssembly(), classifierMap);
     EXPECT_EQ(classifierMap->getExpression(), nullptr);
     expectDeletionRefused(*expression);
-    EXPECT_EQ(expression->removeAggregationAssembly(), featureMap.get());
+    EXPECT_EQ(expression->removeAggregationAssembly(), featureMap);
     EXPECT_EQ(expression->removeAggregationAssembly(), nullptr);
     EXPECT_TRUE(expression->recursiveDelete());
 }
 
 TEST(QORExpression, StaysWithItsOtherOwnerWhenOneIsDeleted) {
-    Held<QORExpression> expression;
-    Held<QORFeatureMap> featureMap;
+    Graph graph;
+    auto* const expression = graph.make<QORExpression>();
+    auto* const featureMap = graph.make<QORFeatureMap>();
     auto* const classifierMap = new QORClassifierMap;
     featureMap->addExpression(expression);
     classifierMap->addExpression(expression);
     delete classifierMap;
     EXPECT_EQ(expression->getClassifierMap(), nullptr);
-    EXPECT_EQ(expression->getParent(), featureMap.get());
-    EXPECT_EQ(featureMap->getExpression(), expression.get());
-}
-
-TEST(QORExpression, IsTheOnlyOneOfItsMap) {
-    Held<QORClassifierMap> map;
-    Held<QORExpression> one;
-    Held<QORExpression> two;
-    EXPECT_TRUE(map->addExpression(one));
-    EXPECT_FALSE(map->addExpression(two));
-    EXPECT_FALSE(two->addClassifierMap(map));
-    EXPECT_EQ(map->getExpression(), one.get());
-    EXPECT_FALSE(two->isReferenced());
-}
-
-TEST(QORExpression, HoldsStatementsByAddressAndOfOneName) {
-    Held<QORExpression> expression;
-    Held<QORStatementNode> one("same");
-    Held<QORStatementNode> two("same");
-    EXPECT_TRUE(expression->addStatementNode(one));
-    EXPECT_TRUE(expression->addStatementNode(two));
-    EXPECT_FALSE(expression->addStatementNode(two));
-    auto const [low, high] = byAddress(one.get(), two.get());
-    EXPECT_EQ(expression->getStatementNode(0), low);
-    EXPECT_EQ(expression->getStatementNode(1), high);
+    EXPECT_EQ(expression->getParent(), featureMap);
+    EXPECT_EQ(featureMap->getExpression(), expression);
 }
 
 TEST(QORExpression, DeletesItsNotesThenItsStatements) {
-    Journal journal;
+    Graph graph;
     QORExpression expression;
-    auto* const statement = watched<QORStatementNode>(journal, "statement");
-    statement->addExpressionNode(watched<QORConstantNode>(journal, "constant"));
+    auto* const statement = graph.mortal<QORStatementNode>("statement");
+    statement->addExpressionNode(graph.mortal<QORConstantNode>("constant"));
     expression.addStatementNode(statement);
-    expression.addNote(watched<QORNote>(journal, "note"));
+    expression.addNote(graph.mortal<QORNote>("note"));
     EXPECT_TRUE(expression.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"note", "constant", "statement"}));
+    EXPECT_EQ(graph.deaths, (Labels{"note", "constant", "statement"}));
 }
 
 TEST(QORExpression, IsolatesItsOwnersBeforeItsStatements) {
-    Journal journal;
+    Graph graph;
     QORExpression expression;
-    expression.addStatementNode(watched<QORStatementNode>(journal, "statement"));
-    expression.addFeatureMap(watched<QORFeatureMap>(journal, "feature map"));
-    expression.addClassifierMap(watched<QORClassifierMap>(journal, "classifier map"));
+    expression.addStatementNode(graph.mortal<QORStatementNode>("statement"));
+    expression.addFeatureMap(graph.mortal<QORFeatureMap>("feature map"));
+    expression.addClassifierMap(graph.mortal<QORClassifierMap>("classifier map"));
     EXPECT_EQ(expression.isolate(true), &expression);
-    EXPECT_EQ(journal.deaths, (Labels{"classifier map", "feature map", "statement"}));
+    EXPECT_EQ(graph.deaths, (Labels{"classifier map", "feature map", "statement"}));
 }
 
 TEST(QORExpression, ReencodesAndWalksItsStatements) {
-    Journal journal;
-    Watched<QORExpression> expression(journal, "expression");
-    auto* const statement = watched<QORStatementNode>(journal, "statement");
+    Graph graph;
+    Mortal<QORExpression> expression(graph, "expression");
+    auto* const statement = graph.mortal<QORStatementNode>("statement");
     expression.addStatementNode(statement);
-    expression.QORExpression::setName(rawText);
+    expression.QORExpression::setName(inUtf8);
     EXPECT_EQ(walkOf(expression), (Objects{&expression, statement}));
     Recoding recode;
     recode(expression);
-    EXPECT_EQ(journal.recodings, (Labels{"expression", "statement"}));
-    EXPECT_STREQ(expression.getName().chars, recodedText);
-}
-
-TEST(QORExpression, ComparesItsStatusButNoStatement) {
-    expectCompared<QORExpression>([](auto& each) { each.setStatus(1); });
-    expectCompared<QORExpression>([](auto& each) { each.setName("x"); });
-    expectNotCompared<QORExpression>([](auto& each) { each.addStatementNode(new QORStatementNode); });
-}
-
-TEST(QORExpression, CopiesItsStatusButNoStatement) {
-    QORExpression source;
-    source.setStatus(-5);
-    source.addStatementNode(new QORStatementNode);
-    QORExpression const copy(source);
-    EXPECT_EQ(copy.getStatus(), -5);
-    EXPECT_EQ(copy.getStatementNodeCount(), 0);
-    QORExpression assigned;
-    assigned.setFrom(source);
-    EXPECT_EQ(assigned.getStatus(), -5);
-    EXPECT_EQ(assigned.getStatementNodeCount(), 0);
+    EXPECT_EQ(graph.recodings, (Labels{"expression", "statement"}));
+    EXPECT_STREQ(expression.getName().chars, inLatin1);
 }

@@ -1,13 +1,6 @@
-#include "GraphObservers.h"
+#include "Graph.h"
 
 #include <qor/QORMappingObject.h>
-
-using namespace graph;
-
-TEST(QORMappingObject, IsAnAbstractElement) {
-    expectAbstract<QORMappingObject>(QORElementType::MAPPING_OBJECT, 60, "MappingObject",
-                                     QORElement::getStaticMetaClass());
-}
 
 TEST(QORMappingObject, HasNoOwnerAndIsNotReferencedByItself) {
     Plain<QORMappingObject> object;
@@ -20,13 +13,13 @@ TEST(QORMappingObject, HasNoOwnerAndIsNotReferencedByItself) {
 
 TEST(QORMappingObject, ReencodesTheTextsOfAnElement) {
     Plain<QORMappingObject> object;
-    object.setName(rawText);
-    object.setDescription(rawText);
-    object.setNativeType(stubbornText);
+    object.setName(inUtf8);
+    object.setDescription(inUtf8);
+    object.setNativeType(notInLatin1);
     Recoding recode;
     recode(object);
-    EXPECT_STREQ(object.getName().chars, recodedText);
-    EXPECT_STREQ(object.getDescription().chars, recodedText);
-    EXPECT_STREQ(object.getNativeType().chars, stubbornText);
+    EXPECT_STREQ(object.getName().chars, inLatin1);
+    EXPECT_STREQ(object.getDescription().chars, inLatin1);
+    EXPECT_STREQ(object.getNativeType().chars, notInLatin1);
     EXPECT_EQ(recode.errors, 1);
 }

@@ -1,36 +1,24 @@
-#include "GraphObservers.h"
+#include "Expectations.h"
 
 #include <qor/QORParserNode.h>
 #include <qor/QORStatementNode.h>
 
-using namespace graph;
-
-TEST(QORParserNode, IsAnAbstractExpressionNode) {
-    expectAbstract<QORParserNode>(QORElementType::PARSER_NODE, 116, "ParserNode",
-                                  QORExpressionNode::getStaticMetaClass());
-}
-
-TEST(QORParserNode, IsReferencedAsAnExpressionNode) {
-    using N = QORExpressionNode;
-    expectReferencedThrough<Plain<QORParserNode>, QORStatementNode>(&N::addStatementNode,
-                                                                    &N::removeStatementNode);
-}
-
 TEST(QORParserNode, HasTheOwnersOfAnExpressionNode) {
-    Held<Plain<QORParserNode>> node("n");
-    Held<QORStatementNode> owner;
+    Graph graph;
+    auto* const node = graph.make<Plain<QORParserNode>>("n");
+    auto* const owner = graph.make<QORStatementNode>();
     owner->addExpressionNode(node);
-    EXPECT_EQ(node->getParent(), owner.get());
+    EXPECT_EQ(node->getParent(), owner);
     expectDeletionRefused(*node);
-    EXPECT_EQ(node->removeAggregationAssembly(), owner.get());
+    EXPECT_EQ(node->removeAggregationAssembly(), owner);
     EXPECT_TRUE(node->recursiveDelete());
 }
 
 TEST(QORParserNode, ReencodesItsOriginalText) {
     Plain<QORParserNode> node;
-    node.setOriginalText(rawText);
+    node.setOriginalText(inUtf8);
     Recoding recode;
     recode(node);
-    EXPECT_STREQ(node.getOriginalText().chars, recodedText);
-    EXPECT_EQ(recode.first, 1);
+    EXPECT_STREQ(node.getOriginalText().chars, inLatin1);
+    EXPECT_EQ(recode.converted, 1);
 }

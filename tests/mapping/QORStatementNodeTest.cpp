@@ -1,48 +1,27 @@
-#include "GraphObservers.h"
+#include "Expectations.h"
 
 #include <qor/QORBaseType.h>
 #include <qor/QORConstantNode.h>
 #include <qor/QORDelimiterNode.h>
 #include <qor/QORExpression.h>
-#include <qor/QORExpressionNodeByPosition.h>
 #include <qor/QORNote.h>
 #include <qor/QOROperationNode.h>
 #include <qor/QOROperatorNode.h>
 #include <qor/QORStatementNode.h>
 
-using namespace graph;
-
-TEST(QORStatementNode, IsAParserNode) {
-    expectConcrete<QORStatementNode>(QORElementType::STATEMENT_NODE, 134, "StatementNode",
-                                     QORParserNode::getStaticMetaClass());
-}
-
-TEST(QORStatementNode, StartsAsAFormula) {
-    EXPECT_EQ(QORStatementNode().getStatementType(), QORStatementNodeType::FORMULA);
-}
-
-TEST(QORStatementNode, IsReferencedThroughEachOfItsLinks) {
-    using N = QORStatementNode;
-    expectReferencedThrough<N, QORExpression>(&N::addExpression, &N::removeExpression);
-    expectReferencedThrough<N, QORConstantNode>(&N::addReferencedExpressionNode,
-                                                &N::removeReferencedExpressionNode);
-    expectReferencedThrough<N, QORConstantNode>(&N::addExpressionNode, &N::removeExpressionNode);
-    expectReferencedThrough<N, QORStatementNode>(&QORExpressionNode::addStatementNode,
-                                                 &QORExpressionNode::removeStatementNode);
-}
-
 TEST(QORStatementNode, LeavesItsExpressionBeforeTheOwnersOfANode) {
-    Held<QORStatementNode> statement("statement");
-    Held<QORExpression> expression;
-    Held<QOROperationNode> operation;
-    Held<QORStatementNode> outer;
+    Graph graph;
+    auto* const statement = graph.make<QORStatementNode>("statement");
+    auto* const expression = graph.make<QORExpression>();
+    auto* const operation = graph.make<QOROperationNode>();
+    auto* const outer = graph.make<QORStatementNode>();
     outer->addExpressionNode(statement);
     operation->addExpressionNode(statement);
     expression->addStatementNode(statement);
     statement->setName("renamed");
     EXPECT_STREQ(statement->getName().chars, "renamed");
-    EXPECT_EQ(expression->getStatementNode(0), statement.get());
-    EXPECT_EQ(statement->getExpression(), expression.get());
+    EXPECT_EQ(expression->getStatementNode(0), statement);
+    EXPECT_EQ(statement->getExpression(), expression);
     int owners = 3;
     for (QORObject* owner : Objects{expression, operation, outer}) {
         EXPECT_EQ(statement->getParent(), owner);
@@ -55,123 +34,95 @@ TEST(QORStatementNode, LeavesItsExpressionBeforeTheOwnersOfANode) {
 }
 
 TEST(QORStatementNode, IsRenamedUnderEitherKindOfOwner) {
-    Held<QORStatementNode> statement;
-    Held<QORExpression> expression;
-    Held<QORDelimiterNode> list;
+    Graph graph;
+    auto* const statement = graph.make<QORStatementNode>();
+    auto* const expression = graph.make<QORExpression>();
+    auto* const list = graph.make<QORDelimiterNode>();
     list->addExpressionNode(statement);
     statement->setName("in a list");
     EXPECT_STREQ(statement->getName().chars, "in a list");
-    EXPECT_EQ(list->getExpressionNode(0), statement.get());
+    EXPECT_EQ(list->getExpressionNode(0), statement);
     expression->addStatementNode(statement);
     statement->setName("in both");
     EXPECT_STREQ(statement->getName().chars, "in both");
-    EXPECT_EQ(statement->getDelimiterNode(), list.get());
-    EXPECT_EQ(statement->getExpression(), expression.get());
+    EXPECT_EQ(statement->getDelimiterNode(), list);
+    EXPECT_EQ(statement->getExpression(), expression);
 }
 
 TEST(QORStatementNode, RefusesDeletionUnderAnExpressionAndGoesDepthFirstAfterwards) {
-    Journal journal;
-    Held<QORExpression> expression;
+    Graph graph;
+    auto* const expression = graph.make<QORExpression>();
     QORStatementNode statement;
-    auto* const outer = watched<QOROperatorNode>(journal, "outer");
-    auto* const inner = watched<QOROperatorNode>(journal, "inner");
-    inner->addLeftExpressionNode(watched<QORConstantNode>(journal, "inner left"));
-    inner->addRightExpressionNode(watched<QORConstantNode>(journal, "inner right"));
+    auto* const outer = graph.mortal<QOROperatorNode>("outer");
+    auto* const inner = graph.mortal<QOROperatorNode>("inner");
+    inner->addLeftExpressionNode(graph.mortal<QORConstantNode>("inner left"));
+    inner->addRightExpressionNode(graph.mortal<QORConstantNode>("inner right"));
     outer->addLeftExpressionNode(inner);
-    outer->addRightExpressionNode(watched<QORConstantNode>(journal, "right"));
+    outer->addRightExpressionNode(graph.mortal<QORConstantNode>("right"));
     statement.addExpressionNode(outer);
     expression->addStatementNode(&statement);
     expectDeletionRefused(statement);
-    EXPECT_EQ(journal.deaths, Labels{});
+    EXPECT_EQ(graph.deaths, Labels{});
     EXPECT_EQ(statement.getExpressionNode(0), outer);
     EXPECT_TRUE(statement.removeExpression(expression));
     EXPECT_TRUE(statement.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"inner left", "inner right", "inner", "right", "outer"}));
+    EXPECT_EQ(graph.deaths, (Labels{"inner left", "inner right", "inner", "right", "outer"}));
 }
 
 TEST(QORStatementNode, DeletesWhatANodeHasThenMembersThenAFreeReferencedNode) {
-    Journal journal;
+    Graph graph;
     QORStatementNode statement;
-    statement.addReferencedExpressionNode(watched<QORConstantNode>(journal, "referenced"));
-    statement.addExpressionNode(watched<QORConstantNode>(journal, "member"));
-    statement.addNextExpressionNode(watched<QORConstantNode>(journal, "next"));
-    statement.addType(watched<QORBaseType>(journal, "type"));
-    statement.addNote(watched<QORNote>(journal, "note"));
+    statement.addReferencedExpressionNode(graph.mortal<QORConstantNode>("referenced"));
+    statement.addExpressionNode(graph.mortal<QORConstantNode>("member"));
+    statement.addNextExpressionNode(graph.mortal<QORConstantNode>("next"));
+    statement.addType(graph.mortal<QORBaseType>("type"));
+    statement.addNote(graph.mortal<QORNote>("note"));
     EXPECT_TRUE(statement.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"note", "type", "next", "member", "referenced"}));
+    EXPECT_EQ(graph.deaths, (Labels{"note", "type", "next", "member", "referenced"}));
 }
 
 TEST(QORStatementNode, LeavesAReferencedNodeThatHasAnOwner) {
-    Held<QORStatementNode> owner;
-    Held<QORConstantNode> node;
+    Graph graph;
+    auto* const owner = graph.make<QORStatementNode>();
+    auto* const node = graph.make<QORConstantNode>();
     owner->addExpressionNode(node);
     auto* const statement = new QORStatementNode;
     statement->addReferencedExpressionNode(node);
     EXPECT_EQ(node->getReferencedByStatementNode(), statement);
     delete statement;
     EXPECT_EQ(node->getReferencedByStatementNode(), nullptr);
-    EXPECT_EQ(node->getStatementNode(), owner.get());
+    EXPECT_EQ(node->getStatementNode(), owner);
 }
 
 TEST(QORStatementNode, CanReferToItsOwnMember) {
-    Journal journal;
-    auto* const statement = watched<QORStatementNode>(journal, "statement");
-    auto* const member = watched<QORConstantNode>(journal, "member");
+    Graph graph;
+    auto* const statement = graph.mortal<QORStatementNode>("statement");
+    auto* const member = graph.mortal<QORConstantNode>("member");
     EXPECT_TRUE(statement->addExpressionNode(member));
     EXPECT_TRUE(statement->addReferencedExpressionNode(member));
     delete statement;
-    EXPECT_EQ(journal.deaths, (Labels{"statement", "member"}));
+    EXPECT_EQ(graph.deaths, (Labels{"statement", "member"}));
 }
 
 TEST(QORStatementNode, IsolatesInItsOwnOrder) {
-    Journal journal;
+    Graph graph;
     QORStatementNode statement;
-    statement.addType(watched<QORBaseType>(journal, "type"));
-    statement.addExpressionNode(watched<QORConstantNode>(journal, "member"));
-    statement.addReferencedExpressionNode(watched<QORConstantNode>(journal, "referenced"));
-    statement.addExpression(watched<QORExpression>(journal, "expression"));
+    statement.addType(graph.mortal<QORBaseType>("type"));
+    statement.addExpressionNode(graph.mortal<QORConstantNode>("member"));
+    statement.addReferencedExpressionNode(graph.mortal<QORConstantNode>("referenced"));
+    statement.addExpression(graph.mortal<QORExpression>("expression"));
     EXPECT_EQ(statement.isolate(true), &statement);
-    EXPECT_EQ(journal.deaths, (Labels{"expression", "referenced", "member", "type"}));
+    EXPECT_EQ(graph.deaths, (Labels{"expression", "referenced", "member", "type"}));
 }
 
 TEST(QORStatementNode, ReencodesAndWalksItsMembersOnly) {
-    Journal journal;
-    Held<QORStatementNode> statement;
-    Held<Watched<QORConstantNode>> member(journal, "member");
-    Held<Watched<QORConstantNode>> referenced(journal, "referenced");
+    Graph graph;
+    auto* const statement = graph.make<QORStatementNode>();
+    auto* const member = graph.mortal<QORConstantNode>("member");
     statement->addExpressionNode(member);
-    statement->addReferencedExpressionNode(referenced);
+    statement->addReferencedExpressionNode(graph.mortal<QORConstantNode>("referenced"));
     EXPECT_EQ(walkOf(*statement), (Objects{statement, member}));
     Recoding recode;
     recode(*statement);
-    EXPECT_EQ(journal.recodings, Labels{"member"});
-}
-
-TEST(QORStatementNode, FillsAViewOfItsMembersByPosition) {
-    QORStatementNode statement;
-    auto* const late = named<QORConstantNode>("late");
-    late->setPosition(30000);
-    auto* const early = named<QORConstantNode>("early");
-    early->setPosition(-30000);
-    statement.addExpressionNode(late);
-    statement.addExpressionNode(early);
-    QORExpressionNodeByPosition view;
-    statement.getExpressionNodeByPosition(view);
-    EXPECT_EQ(namesIn(view), (Labels{"early", "late"}));
-}
-
-TEST(QORStatementNode, ComparesAndCopiesItsType) {
-    expectCompared<QORStatementNode>([](auto& each) { each.setStatementType(QORStatementNodeType::UNION); });
-    expectCompared<QORStatementNode>([](auto& each) { each.setPosition(1); });
-    expectNotCompared<QORStatementNode>([](auto& each) { each.addExpressionNode(new QORConstantNode); });
-    QORStatementNode source;
-    source.setStatementType(QORStatementNodeType::CREATE_VIEW);
-    source.setBlock(true);
-    source.addExpressionNode(new QORConstantNode);
-    QORStatementNode const copy(source);
-    EXPECT_TRUE(copy.equals(source));
-    EXPECT_EQ(copy.getExpressionNodeCount(), 0);
-    QORStatementNode assigned;
-    assigned.setFrom(source);
-    EXPECT_TRUE(assigned.equals(source));
+    EXPECT_EQ(graph.recodings, Labels{"member"});
 }

@@ -1,21 +1,15 @@
-#include "GraphObservers.h"
+#include "Graph.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORClassifierMap.h>
 #include <qor/QORTypeValue.h>
 #include <qor/QORTypeValueMap.h>
 
-using namespace graph;
-
-TEST(QORTypeValueMap, IsAFeatureMap) {
-    expectConcrete<QORTypeValueMap>(QORElementType::TYPE_VALUE_MAP, 48, "TypeValueMap",
-                                    QORFeatureMap::getStaticMetaClass());
-}
-
 TEST(QORTypeValueMap, ShowsBothValuesAroundTo) {
-    Held<QORTypeValueMap> map("its own name");
-    Held<QORTypeValue> source("yes");
-    Held<QORTypeValue> destination;
+    Graph graph;
+    auto* const map = graph.make<QORTypeValueMap>("its own name");
+    auto* const source = graph.make<QORTypeValue>("yes");
+    auto* const destination = graph.make<QORTypeValue>();
     destination->setValue("1");
     EXPECT_STREQ(map->getDisplayName().chars, "_to_");
     map->addSourceTypeValue(source);
@@ -27,45 +21,28 @@ TEST(QORTypeValueMap, ShowsBothValuesAroundTo) {
 }
 
 TEST(QORTypeValueMap, ShowsNoDestinationFeature) {
-    Held<QORTypeValueMap> map;
-    Held<QORAttribute> feature("feature");
-    map->addDestinationFeature(feature);
+    Graph graph;
+    auto* const map = graph.make<QORTypeValueMap>();
+    map->addDestinationFeature(graph.make<QORAttribute>("feature"));
     EXPECT_STREQ(map->getDisplayName().chars, "_to_");
 }
 
-TEST(QORTypeValueMap, IsReferencedThroughEachOfItsLinks) {
-    using M = QORTypeValueMap;
-    expectReferencedThrough<M, QORTypeValue>(&M::addSourceTypeValue, &M::removeSourceTypeValue);
-    expectReferencedThrough<M, QORTypeValue>(&M::addDestinationTypeValue, &M::removeDestinationTypeValue);
-}
-
 TEST(QORTypeValueMap, DeletesFreeValuesAfterWhatAFeatureMapHas) {
-    Journal journal;
+    Graph graph;
     QORTypeValueMap map;
-    map.addDestinationTypeValue(watched<QORTypeValue>(journal, "destination"));
-    map.addSourceTypeValue(watched<QORTypeValue>(journal, "source"));
-    map.addDestinationFeature(watched<QORAttribute>(journal, "feature"));
+    map.addDestinationTypeValue(graph.mortal<QORTypeValue>("destination"));
+    map.addSourceTypeValue(graph.mortal<QORTypeValue>("source"));
+    map.addDestinationFeature(graph.mortal<QORAttribute>("feature"));
     EXPECT_TRUE(map.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"feature", "source", "destination"}));
+    EXPECT_EQ(graph.deaths, (Labels{"feature", "source", "destination"}));
 }
 
 TEST(QORTypeValueMap, IsolatesItsValuesFirst) {
-    Journal journal;
+    Graph graph;
     QORTypeValueMap map;
-    map.addClassifierMap(watched<QORClassifierMap>(journal, "owner"));
-    map.addDestinationTypeValue(watched<QORTypeValue>(journal, "destination"));
-    map.addSourceTypeValue(watched<QORTypeValue>(journal, "source"));
+    map.addClassifierMap(graph.mortal<QORClassifierMap>("owner"));
+    map.addDestinationTypeValue(graph.mortal<QORTypeValue>("destination"));
+    map.addSourceTypeValue(graph.mortal<QORTypeValue>("source"));
     map.isolate(true);
-    EXPECT_EQ(journal.deaths, (Labels{"source", "destination", "owner"}));
-}
-
-TEST(QORTypeValueMap, TakesOneValueAtEitherEnd) {
-    Held<QORTypeValueMap> map;
-    Held<QORTypeValue> value;
-    Held<QORTypeValue> other;
-    EXPECT_TRUE(map->addSourceTypeValue(value));
-    EXPECT_FALSE(map->addSourceTypeValue(other));
-    EXPECT_FALSE(other->addSourceOfTypeValueMap(map));
-    EXPECT_EQ(map->getSourceTypeValue(), value.get());
-    EXPECT_EQ(other->getSourceOfTypeValueMapCount(), 0);
+    EXPECT_EQ(graph.deaths, (Labels{"source", "destination", "owner"}));
 }

@@ -1,28 +1,8 @@
-#include "ModelTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAliasClassifier.h>
-#include <qor/QORClass.h>
 #include <qor/QORDataAttribute.h>
 #include <qor/QORReport.h>
-
-TEST(QORAliasClassifier, IsAClassifier) {
-    graph::expectConcrete<QORAliasClassifier>(QORElementType::ALIAS_CLASSIFIER, 101, "AliasClassifier",
-                                              QORClassifier::getStaticMetaClass());
-    expectClassesUnequal<QORAliasClassifier, QORClass>();
-}
-
-TEST(QORAliasClassifier, ComparesAndTakesOverWhatAModelObjectHolds) {
-    expectAttribute<QORAliasClassifier>(&QORAliasClassifier::getPhysicalName,
-                                        &QORAliasClassifier::setPhysicalName, "", "A");
-    graph::expectNotCompared<QORAliasClassifier>([](QORAliasClassifier& alias) { alias.setComment("A"); });
-}
-
-TEST(QORAliasClassifier, FeaturesDoNotCountForEquality) {
-    Graph graph;
-    auto* const alias = graph.make<QORAliasClassifier>();
-    ASSERT_TRUE(alias->addFeature(graph.make<QORDataAttribute>()));
-    EXPECT_TRUE(alias->equals(QORAliasClassifier()));
-}
 
 TEST(QORAliasClassifier, HasAReportAsParentAndReencodesItsFeatures) {
     Graph graph;

@@ -1,21 +1,7 @@
-#include "ModelTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAliasClassifier.h>
 #include <qor/QORAliasFeature.h>
-#include <qor/QORAttribute.h>
-
-TEST(QORAliasFeature, IsAFeature) {
-    graph::expectConcrete<QORAliasFeature>(QORElementType::ALIAS_FEATURE, 102, "AliasFeature",
-                                           QORFeature::getStaticMetaClass());
-    expectClassesUnequal<QORAliasFeature, QORAttribute>();
-}
-
-TEST(QORAliasFeature, ComparesAndTakesOverPositionAndPhysicalName) {
-    expectAttribute<QORAliasFeature>(&QORAliasFeature::getPosition, &QORAliasFeature::setPosition, short{0},
-                                     short{-3});
-    expectAttribute<QORAliasFeature>(&QORAliasFeature::getPhysicalName, &QORAliasFeature::setPhysicalName, "",
-                                     "A");
-}
 
 TEST(QORAliasFeature, IsOwnedAndReencodedLikeAFeature) {
     Graph graph;

@@ -114,7 +114,7 @@ TEST(QORAliasType, AnswersWithTheValuesOfItsType) {
     EXPECT_EQ(cursor, 1);
     QORTypeValueByPosition view;
     alias->getTypeValueByPosition(view);
-    EXPECT_EQ(listOf(view), (std::vector<QORObject*>{b, a}));
+    EXPECT_EQ(listOf(view), (Objects{b, a}));
 }
 
 TEST(QORAliasType, AnAliasOfABaseTypeHasNoValues) {
@@ -146,23 +146,4 @@ TEST(QORAliasType, IsTakenApartInOrder) {
         linkEnds,
         {"target", "model", "mappingModel", "argument", "operation", "alias", "feature", "node", "base"},
         {"base", "argument", "operation", "alias", "feature", "node", "target"});
-}
-
-TEST(QORAliasType, ItsTypeCountsAsAReference) {
-    expectEndCounts<QORAliasType, QORType, QORBaseType>(&QORAliasType::addAliasOfType);
-}
-
-TEST(QORAliasType, EqualsWhateverItsType) {
-    Graph graph;
-    auto* const alias = aliasOf(graph, *fullType(graph));
-    auto* const other = aliasOf(graph, *graph.make<QORBaseType>());
-    EXPECT_EQ(*alias, *other);
-    QORAliasType copy(*alias);
-    EXPECT_EQ(copy.getAliasOfType(), nullptr);
-    EXPECT_EQ(copy, *alias);
-    copy.setPhysicalName("P");
-    EXPECT_NE(copy, *alias);
-    copy.setFrom(*alias);
-    EXPECT_EQ(copy, *alias);
-    EXPECT_EQ(copy.getAliasOfType(), nullptr);
 }

@@ -1,4 +1,4 @@
-#include "ModelTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORArgument.h>
 #include <qor/QORBaseType.h>
@@ -13,15 +13,10 @@ void link(Graph& graph, QORArgument& object, Owners owners) {
     linkLayers(graph, object);
     linkOwner(graph, owners, "operation", object, &QORArgument::addOperation);
     linkFurtherOwner(graph, owners, "class", object, &QORArgument::addParameterizedClass);
-    ASSERT_TRUE(object.addType(hung<QORBaseType>(graph, "type")));
+    ASSERT_TRUE(object.addType(graph.mortal<QORBaseType>("type")));
 }
 
 } // namespace
-
-TEST(QORArgument, IsAModelObject) {
-    graph::expectConcrete<QORArgument>(QORElementType::ARGUMENT, 24, "Argument",
-                                       QORModelObject::getStaticMetaClass());
-}
 
 TEST(QORArgument, DisplayNameIsArgAndPositionWhateverTheName) {
     QORArgument argument;
@@ -49,22 +44,6 @@ TEST(QORArgument, UnnamedArgumentsOfOneOperationDifferByTheirDisplayNames) {
     EXPECT_EQ(second->getDisplayName(), "arg1");
 }
 
-TEST(QORArgument, AttributesHaveTheirFirstValuesAndCountForEquality) {
-    using Class = QORArgument;
-    expectAttribute<Class>(&Class::getPosition, &Class::setPosition, short{0}, short{1});
-    expectAttribute<Class>(&Class::getDefaultValue, &Class::setDefaultValue, "", "A");
-    expectAttribute<Class>(&Class::getKind, &Class::setKind, QORArgumentType::UNSPECIFIED_MODE,
-                           QORArgumentType::INOUT_MODE);
-}
-
-TEST(QORArgument, TheDefaultValueIsReencoded) {
-    expectTextsRecoded<QORArgument>({{&QORArgument::getDefaultValue, &QORArgument::setDefaultValue}});
-}
-
-TEST(QORArgument, CopiesHaveNoLinks) {
-    expectCopiesUnlinked<QORArgument>(link);
-}
-
 TEST(QORArgument, ItsOperationGoesBeforeItsClass) {
     Graph graph;
     auto* const argument = graph.make<QORArgument>();
@@ -78,16 +57,9 @@ TEST(QORArgument, ItsOperationGoesBeforeItsClass) {
     EXPECT_FALSE(owner->isReferenced());
 }
 
-TEST(QORArgument, EachEndCountsAsAReference) {
-    expectEndCounts<QORArgument, QOROperation>(&QORArgument::addOperation);
-    expectEndCounts<QORArgument, QORType, QORBaseType>(&QORArgument::addType);
-    expectEndCounts<QORArgument, QORClass>(&QORArgument::addParameterizedClass);
-}
-
 TEST(QORArgument, IsTakenApartInOrder) {
     expectTakenApart<QORArgument>(link, {"operation", "type", "class", "base", "synonym", "note"},
                                   {"note", "synonym", "base", "type"});
-    expectIsolationFreesFarEnds<QORArgument>(link);
 }
 
 TEST(QORArgument, ReachesWhatAModelObjectReaches) {

@@ -1,23 +1,9 @@
-#include "ModelTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORArtificialAttribute.h>
 #include <qor/QORAssociationRole.h>
 #include <qor/QORClass.h>
 #include <qor/QORIndexMember.h>
-
-TEST(QORArtificialAttribute, IsAnAttributeButEqualsNone) {
-    graph::expectConcrete<QORArtificialAttribute>(QORElementType::ARTIFICIAL_ATTRIBUTE, 57,
-                                                  "ArtificialAttribute", QORAttribute::getStaticMetaClass());
-    expectClassesUnequal<QORArtificialAttribute, QORAttribute>();
-}
-
-TEST(QORArtificialAttribute, ComparesAndTakesOverWhatAnAttributeHolds) {
-    using Class = QORArtificialAttribute;
-    expectAttribute<Class>(&Class::getExtraConstraint, &Class::setExtraConstraint, "", "A");
-    expectAttribute<Class>(&Class::getCppContainment, &Class::setCppContainment,
-                           QORContainmentType::UNSPECIFIED, QORContainmentType::BY_REFERENCE);
-    expectAttribute<Class>(&Class::getPosition, &Class::setPosition, short{0}, short{1});
-}
 
 TEST(QORArtificialAttribute, HasTheOwnersOfAnAttribute) {
     Graph graph;
@@ -41,10 +27,4 @@ TEST(QORArtificialAttribute, DeletedWithTwoOwnersItTakesAllApart) {
     EXPECT_EQ(graph.deaths, Labels{"index member"});
     EXPECT_FALSE(owner->isReferenced());
     EXPECT_FALSE(role->isReferenced());
-}
-
-TEST(QORArtificialAttribute, TextsAreReencodedEachOnItsOwn) {
-    using Class = QORArtificialAttribute;
-    expectTextsRecoded<Class>({{&Class::getExtraConstraint, &Class::setExtraConstraint},
-                               {&Class::getInitialValue, &Class::setInitialValue}});
 }

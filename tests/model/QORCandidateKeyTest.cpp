@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORCandidateKey.h>
@@ -91,46 +91,4 @@ TEST(QORCandidateKey, IsTakenApartInOrder) {
     expectTakenApart<QORCandidateKey>(
         linkEnds, {"primary", "foreignKey", "index", "owner", "keyMap", "attribute", "base"},
         {"base", "index", "keyMap", "attribute", "primary", "foreignKey"});
-}
-
-TEST(QORCandidateKey, ItsOwnEndsCountAsReferences) {
-    expectEndCounts<QORCandidateKey, QORClass>(&QORCandidateKey::addPrimaryOfClass);
-    expectEndCounts<QORCandidateKey, QORForeignKey>(&QORCandidateKey::addForeignKey);
-}
-
-TEST(QORCandidateKey, AClassHasOnePrimaryKey) {
-    Graph graph;
-    auto* const owner = graph.make<QORClass>();
-    auto* const key = graph.make<QORCandidateKey>();
-    ASSERT_TRUE(key->addPrimaryOfClass(owner));
-    EXPECT_EQ(owner->getPrimaryCandidateKey(), key);
-    EXPECT_FALSE(graph.make<QORCandidateKey>()->addPrimaryOfClass(owner));
-    EXPECT_EQ(key->getParent(), nullptr);
-    EXPECT_EQ(key->getAssociatedClass(), nullptr);
-}
-
-TEST(QORCandidateKey, ACopyHasTheAttributesAndNoLinks) {
-    Graph graph;
-    auto* const key = graph.make<QORCandidateKey>("K");
-    key->setUniqueKey(true);
-    key->setPhysicalName("P");
-    linkEnds(graph, *key, Owners::ONE);
-    QORCandidateKey const copy(*key);
-    EXPECT_TRUE(copy.getUniqueKey());
-    EXPECT_EQ(copy.getPhysicalName(), "P");
-    EXPECT_FALSE(copy.isReferenced());
-    EXPECT_EQ(copy, *key);
-    key->setUniqueKey(false);
-    EXPECT_NE(copy, *key);
-    QORForeignKey foreignKey;
-    foreignKey.setName("K");
-    foreignKey.setPhysicalName("P");
-    EXPECT_FALSE(key->equals(foreignKey));
-    EXPECT_FALSE(foreignKey.equals(*key));
-}
-
-TEST(QORCandidateKey, TextsAreThoseOfAModelObject) {
-    expectTextsRecoded<QORCandidateKey>(
-        {{&QORCandidateKey::getPhysicalName, &QORCandidateKey::setPhysicalName},
-         {&QORCandidateKey::getComment, &QORCandidateKey::setComment}});
 }

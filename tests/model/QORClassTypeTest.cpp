@@ -2,7 +2,6 @@
 
 #include <qor/QORClass.h>
 #include <qor/QORClassType.h>
-#include <qor/QORMetaClass.h>
 #include <qor/QORTypeValueByPosition.h>
 
 namespace {
@@ -57,40 +56,9 @@ TEST(QORClassType, HasNoneOfTheAttributesThatItAnswers) {
             QORMetaRepository::getMetaRepository()->getMetaAttributeByID(each)->getMetaClass()->getId()));
 }
 
-TEST(QORClassType, AClassHasOneClassType) {
-    Graph graph;
-    auto* const owner = graph.make<QORClass>();
-    auto* const type = graph.make<QORClassType>();
-    ASSERT_TRUE(owner->addClassType(type));
-    EXPECT_FALSE(graph.make<QORClassType>()->addAssociatedClass(owner));
-    EXPECT_FALSE(graph.make<QORClass>()->addClassType(type));
-    EXPECT_EQ(type->getAssociatedClass(), owner);
-    EXPECT_EQ(type->getParent(), nullptr);
-}
-
 TEST(QORClassType, IsTakenApartInOrder) {
     expectTakenApart<QORClassType>(
         linkEnds,
         {"class", "model", "mappingModel", "argument", "operation", "alias", "feature", "node", "base"},
         {"base", "argument", "operation", "alias", "feature", "node", "class"});
-}
-
-TEST(QORClassType, ItsClassCountsAsAReference) {
-    expectEndCounts<QORClassType, QORClass>(&QORClassType::addAssociatedClass);
-}
-
-TEST(QORClassType, EqualsWhateverItsClass) {
-    Graph graph;
-    auto* const type = graph.make<QORClassType>("T");
-    ASSERT_TRUE(type->addAssociatedClass(graph.make<QORClass>()));
-    QORClassType copy(*type);
-    EXPECT_EQ(copy.getAssociatedClass(), nullptr);
-    EXPECT_EQ(copy, *type);
-    copy.setPhysicalName("P");
-    EXPECT_NE(copy, *type);
-    copy.setFrom(*type);
-    EXPECT_EQ(copy, *type);
-    QORAliasType alias;
-    alias.setName("T");
-    EXPECT_FALSE(copy.equals(alias));
 }

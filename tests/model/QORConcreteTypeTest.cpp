@@ -17,16 +17,6 @@ public:
 
 } // namespace
 
-TEST(QORConcreteType, StartsWithoutShape) {
-    QORBaseType const type;
-    EXPECT_EQ(type.getDataType(), "");
-    EXPECT_EQ(type.getLength(), 0);
-    EXPECT_EQ(type.getScale(), 0);
-    EXPECT_EQ(recordedDefault(QORAttributeType::CONCRETE_TYPE__LENGTH), "0");
-    EXPECT_EQ(recordedDefault(QORAttributeType::CONCRETE_TYPE__SCALE), "0");
-    EXPECT_EQ(recordedDefault(QORAttributeType::CONCRETE_TYPE__DATA_TYPE), "");
-}
-
 TEST(QORConcreteType, AssignmentReadsTheSourceThroughItsVirtualGetters) {
     Fixed const source;
     QORBaseType target;
@@ -73,13 +63,4 @@ TEST(QORConcreteType, EqualityComparesShapeAndModelObject) {
     other = type;
     other.setComment("C");
     EXPECT_EQ(type, other);
-}
-
-TEST(QORConcreteType, ItsDerivedTypesCountAsReferences) {
-    expectEndCounts<QORBaseType, QORDerivedType>(&QORBaseType::addDerivedType);
-}
-
-TEST(QORConcreteType, ReencodesTheDataType) {
-    expectTextsRecoded<QORBaseType>({{&QORBaseType::QORConcreteType::getDataType, &QORBaseType::setDataType},
-                                     {&QORBaseType::getPhysicalName, &QORBaseType::setPhysicalName}});
 }

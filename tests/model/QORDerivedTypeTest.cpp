@@ -116,7 +116,7 @@ TEST(QORDerivedType, ValuesAreReadInTheOrderOfTheirPositions) {
     QORTypeValueByPosition view;
     ASSERT_TRUE(view.add(graph.make<QORTypeValue>(), false, nullptr));
     type->getTypeValueByPosition(view);
-    EXPECT_EQ(listOf(view), (std::vector<QORObject*>{first, second, last}));
+    EXPECT_EQ(listOf(view), (Objects{first, second, last}));
     QORDerivedType const empty;
     empty.getTypeValueByPosition(view);
     EXPECT_EQ(view.size, 0);
@@ -203,39 +203,6 @@ TEST(QORDerivedType, SelfAssignmentKeepsTheValues) {
     EXPECT_EQ(type->getInitialValue(), "initial");
 }
 
-TEST(QORDerivedType, ComparesEachAttribute) {
-    QORDerivedType type;
-    setAll(type);
-    QORDerivedType const same(type);
-    EXPECT_EQ(type, same);
-    QORDerivedType other(type);
-    other.setInitialValue("x");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setLowerBound("x");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setUpperBound("x");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setUserDefined(false);
-    EXPECT_NE(type, other);
-    other = type;
-    other.setNativeDataType("x");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setUserDataType(false);
-    EXPECT_NE(type, other);
-    other = type;
-    other.setNativeLogicalDataType("x");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setLength(3);
-    EXPECT_NE(type, other);
-    other = type;
-    EXPECT_EQ(type, other);
-}
-
 TEST(QORDerivedType, ComparesTheValues) {
     Graph graph;
     auto* const type = graph.make<QORDerivedType>();
@@ -267,14 +234,6 @@ TEST(QORDerivedType, IsTakenApartInOrder) {
                                      {"base", "argument", "operation", "alias", "feature", "node", "derived",
                                       "concrete", "sourceMap", "destinationMap"},
                                      {"value"});
-}
-
-TEST(QORDerivedType, ItsOwnEndsCountAsReferences) {
-    expectEndCounts<QORDerivedType, QORConcreteType, QORBaseType>(
-        &QORDerivedType::addDerivedFromConcreteType);
-    expectEndCounts<QORDerivedType, QORTypeValue>(&QORDerivedType::addTypeValue);
-    expectEndCounts<QORDerivedType, QOREnumeratedTypeMap>(&QORDerivedType::addSourceOfEnumeratedTypeMap);
-    expectEndCounts<QORDerivedType, QOREnumeratedTypeMap>(&QORDerivedType::addDestinationOfEnumeratedTypeMap);
 }
 
 TEST(QORDerivedType, RecursiveDeleteLeavesTheValuesToTheDestructor) {
@@ -341,17 +300,6 @@ TEST(QORDerivedType, IsolationWithoutDeletionAsksTheVirtualOperationsForTheValue
     EXPECT_EQ(type->QORDerivedType::getTypeValueCount(), 0);
 }
 
-TEST(QORDerivedType, ReencodesItsTexts) {
-    using Type = QORDerivedType;
-    expectTextsRecoded<Type>({{&Type::getInitialValue, &Type::setInitialValue},
-                              {&Type::getLowerBound, &Type::setLowerBound},
-                              {&Type::getUpperBound, &Type::setUpperBound},
-                              {&Type::getNativeDataType, &Type::setNativeDataType},
-                              {&Type::getNativeLogicalDataType, &Type::setNativeLogicalDataType},
-                              {&Type::getDataType, &Type::setDataType},
-                              {&Type::getPhysicalName, &Type::setPhysicalName}});
-}
-
 TEST(QORDerivedType, ReencodesNotesBeforeValuesAndEachValueOnce) {
     Graph graph;
     auto* const type = graph.make<QORDerivedType>();
@@ -363,7 +311,7 @@ TEST(QORDerivedType, ReencodesNotesBeforeValuesAndEachValueOnce) {
                 type->addDerivedType(graph.mortal<QORDerivedType>("derived")));
     Recoding recode;
     recode(*type);
-    EXPECT_EQ(graph.transcodes, (Labels{"note", "first", "second", "third"}));
+    EXPECT_EQ(graph.recodings, (Labels{"note", "first", "second", "third"}));
     EXPECT_EQ(type->getTypeValue(2)->getName(), "\xFF");
     EXPECT_EQ(recode.errors, 2);
 }
@@ -375,5 +323,5 @@ TEST(QORDerivedType, IsWalkedWithNotesBeforeValues) {
     auto* const b = valueOf(graph, *type, "B");
     auto* const a = valueOf(graph, *type, "A");
     ASSERT_TRUE(type->addNote(note) && type->addDerivedType(graph.make<QORDerivedType>()));
-    EXPECT_EQ(walkOf(*type), (std::vector<QORObject*>{type, note, a, b}));
+    EXPECT_EQ(walkOf(*type), (Objects{type, note, a, b}));
 }

@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORCandidateKey.h>
@@ -42,43 +42,6 @@ TEST(QORIndexMember, ShowsTheDisplayNameOfAnUnnamedIndex) {
     EXPECT_EQ(member->getDisplayName(), "K_C");
 }
 
-TEST(QORIndexMember, ItsIndexIsItsOnlyParent) {
-    Graph graph;
-    auto* const member = graph.make<QORIndexMember>("A");
-    EXPECT_EQ(member->removeAggregationAssembly(), nullptr);
-    auto* const index = graph.make<QORIndex>();
-    ASSERT_TRUE(member->addIndex(index) && index->addIndexMember(graph.make<QORIndexMember>("B")));
-    member->setName("B");
-    EXPECT_EQ(member->getName(), "B");
-    EXPECT_EQ(member->getParent(), index);
-    EXPECT_EQ(member->getParentCount(), 1);
-    EXPECT_EQ(member->removeAggregationAssembly(), index);
-    EXPECT_EQ(member->getParent(), nullptr);
-    EXPECT_EQ(index->getIndexMemberCount(), 1);
-}
-
 TEST(QORIndexMember, IsTakenApartInOrder) {
     expectTakenApart<QORIndexMember>(linkEnds, {"attribute", "owner", "base"}, {"base", "attribute"});
-}
-
-TEST(QORIndexMember, EachEndCountsAsAReference) {
-    expectEndCounts<QORIndexMember, QORAttribute>(&QORIndexMember::addAttribute);
-    expectEndCounts<QORIndexMember, QORIndex>(&QORIndexMember::addIndex);
-}
-
-TEST(QORIndexMember, ComparesPositionAndSortOrder) {
-    QORIndexMember member;
-    EXPECT_EQ(member.getPosition(), 0);
-    EXPECT_EQ(member.getSortOrder(), QORSortOrderType::DEFAULT);
-    member.setPosition(3);
-    member.setSortOrder(QORSortOrderType::DESCENDING);
-    QORIndexMember copy(member);
-    EXPECT_EQ(copy.getPosition(), 3);
-    EXPECT_EQ(copy.getSortOrder(), QORSortOrderType::DESCENDING);
-    EXPECT_EQ(copy, member);
-    copy.setPosition(4);
-    EXPECT_NE(copy, member);
-    copy = member;
-    copy.setSortOrder(QORSortOrderType::ASCENDING);
-    EXPECT_NE(copy, member);
 }

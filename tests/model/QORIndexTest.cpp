@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORCandidateKey.h>
@@ -30,13 +30,6 @@ QORIndexMember* memberOf(Graph& graph, QORIndex& index, char const* name, short 
 }
 
 } // namespace
-
-TEST(QORIndex, StartsGeneratedButNeitherClusteredNorUnique) {
-    QORIndex const index;
-    EXPECT_TRUE(index.getGenerate());
-    EXPECT_FALSE(index.getClustered());
-    EXPECT_FALSE(index.getUnique());
-}
 
 TEST(QORIndex, AloneShowsNothingNotEvenItsName) {
     QORIndex index;
@@ -104,7 +97,7 @@ TEST(QORIndex, MembersAreReadInTheOrderOfTheirPositions) {
     QORIndexMemberByPosition view;
     ASSERT_TRUE(view.add(graph.make<QORIndexMember>("old"), false, nullptr));
     index->getIndexMemberByPosition(view);
-    EXPECT_EQ(listOf(view), (std::vector<QORObject*>{first, second, third}));
+    EXPECT_EQ(listOf(view), (Objects{first, second, third}));
     ASSERT_TRUE(index->removeIndexMember(first) && index->removeIndexMember(second) &&
                 index->removeIndexMember(third));
     EXPECT_EQ(view.size, 3);
@@ -112,37 +105,8 @@ TEST(QORIndex, MembersAreReadInTheOrderOfTheirPositions) {
     EXPECT_EQ(view.size, 0);
 }
 
-TEST(QORIndex, IndexesOfOneClassMayShareAName) {
-    Graph graph;
-    auto* const owner = graph.make<QORClass>();
-    auto* const index = graph.make<QORIndex>("A");
-    ASSERT_TRUE(owner->addIndex(index) && owner->addIndex(graph.make<QORIndex>("B")));
-    index->setName("B");
-    EXPECT_EQ(index->getAssociatedClass(), owner);
-    EXPECT_EQ(owner->getIndexCount(), 2);
-}
-
-TEST(QORIndex, ItsClassIsItsOnlyParent) {
-    Graph graph;
-    auto* const index = graph.make<QORIndex>();
-    EXPECT_EQ(index->removeAggregationAssembly(), nullptr);
-    auto* const owner = graph.make<QORClass>();
-    ASSERT_TRUE(owner->addIndex(index) && index->addKey(graph.make<QORCandidateKey>()));
-    EXPECT_EQ(index->getParent(), owner);
-    EXPECT_EQ(index->getParentCount(), 1);
-    EXPECT_EQ(index->removeAggregationAssembly(), owner);
-    EXPECT_EQ(index->getParentCount(), 0);
-    EXPECT_EQ(owner->getIndexCount(), 0);
-}
-
 TEST(QORIndex, IsTakenApartInOrder) {
     expectTakenApart<QORIndex>(linkEnds, {"owner", "key", "member", "base"}, {"base", "member", "key"});
-}
-
-TEST(QORIndex, EachEndCountsAsAReference) {
-    expectEndCounts<QORIndex, QORClass>(&QORIndex::addAssociatedClass);
-    expectEndCounts<QORIndex, QORKey, QORForeignKey>(&QORIndex::addKey);
-    expectEndCounts<QORIndex, QORIndexMember>(&QORIndex::addIndexMember);
 }
 
 TEST(QORIndex, AClassDeletesItsIndexesWithTheirMembersAndNotTheKeysThatOthersHold) {
@@ -162,30 +126,6 @@ TEST(QORIndex, AClassDeletesItsIndexesWithTheirMembersAndNotTheKeysThatOthersHol
     EXPECT_EQ(key->getAssociatedClass(), other);
 }
 
-TEST(QORIndex, ACopyHasTheAttributesAndNoLinks) {
-    Graph graph;
-    auto* const index = graph.make<QORIndex>("I");
-    linkEnds(graph, *index, Owners::ONE);
-    index->setClustered(true);
-    index->setGenerate(false);
-    index->setUnique(true);
-    QORIndex copy(*index);
-    EXPECT_TRUE(copy.getClustered());
-    EXPECT_FALSE(copy.getGenerate());
-    EXPECT_TRUE(copy.getUnique());
-    EXPECT_FALSE(copy.isReferenced());
-    EXPECT_EQ(copy, *index);
-    copy.setClustered(false);
-    EXPECT_NE(copy, *index);
-    copy.setFrom(*index);
-    EXPECT_EQ(copy, *index);
-    copy.setGenerate(true);
-    EXPECT_NE(copy, *index);
-    copy = *index;
-    copy.setUnique(false);
-    EXPECT_NE(copy, *index);
-}
-
 TEST(QORIndex, ReencodesNotesBeforeMembers) {
     Graph graph;
     auto* const index = graph.make<QORIndex>(inUtf8);
@@ -194,7 +134,7 @@ TEST(QORIndex, ReencodesNotesBeforeMembers) {
                 index->addKey(graph.mortal<QORForeignKey>("key")));
     Recoding recode;
     recode(*index);
-    EXPECT_EQ(graph.transcodes, (Labels{"note", "member"}));
+    EXPECT_EQ(graph.recodings, (Labels{"note", "member"}));
     EXPECT_EQ(index->getName(), inLatin1);
     EXPECT_EQ(index->getIndexMember(0)->getName(), inLatin1);
 }
@@ -205,5 +145,5 @@ TEST(QORIndex, IsWalkedWithNotesBeforeMembers) {
     auto* const note = graph.make<QORNote>();
     auto* const member = memberOf(graph, *index, "", 0, "C");
     ASSERT_TRUE(index->addNote(note) && index->addKey(graph.make<QORForeignKey>()));
-    EXPECT_EQ(walkOf(*index), (std::vector<QORObject*>{index, note, member}));
+    EXPECT_EQ(walkOf(*index), (Objects{index, note, member}));
 }

@@ -1,4 +1,4 @@
-#include "ModelTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORElementNode.h>
 #include <qor/QORMappingModel.h>
@@ -8,48 +8,13 @@
 namespace {
 
 void link(Graph& graph, QORMetadataOrigin& object, Owners owners) {
-    ASSERT_TRUE(object.addElementNode(hung<QORElementNode>(graph, "node")));
-    ASSERT_TRUE(object.addNote(hung<QORNote>(graph, "note")));
+    ASSERT_TRUE(object.addElementNode(graph.mortal<QORElementNode>("node")));
+    ASSERT_TRUE(object.addNote(graph.mortal<QORNote>("note")));
     linkOwner(graph, owners, "model", object, &QORMetadataOrigin::addModel);
     linkFurtherOwner(graph, owners, "mapping", object, &QORMetadataOrigin::addMappingModel);
 }
 
 } // namespace
-
-TEST(QORMetadataOrigin, IsAnElement) {
-    graph::expectConcrete<QORMetadataOrigin>(QORElementType::METADATA_ORIGIN, 98, "MetadataOrigin",
-                                             QORElement::getStaticMetaClass());
-}
-
-TEST(QORMetadataOrigin, AllTextsAreEmptyAtFirstAndCountForEquality) {
-    using Origin = QORMetadataOrigin;
-    expectAttribute<Origin>(&Origin::getEncoding, &Origin::setEncoding, "", "A");
-    expectAttribute<Origin>(&Origin::getVendorName, &Origin::setVendorName, "", "A");
-    expectAttribute<Origin>(&Origin::getToolName, &Origin::setToolName, "", "A");
-    expectAttribute<Origin>(&Origin::getToolVersion, &Origin::setToolVersion, "", "A");
-    expectAttribute<Origin>(&Origin::getFormatName, &Origin::setFormatName, "", "A");
-    expectAttribute<Origin>(&Origin::getFormatVersion, &Origin::setFormatVersion, "", "A");
-    expectAttribute<Origin>(&Origin::getBridgeName, &Origin::setBridgeName, "", "A");
-    expectAttribute<Origin>(&Origin::getBridgeVersion, &Origin::setBridgeVersion, "", "A");
-    expectAttribute<Origin>(&Origin::getSource, &Origin::setSource, "", "A");
-    expectAttribute<Origin>(&Origin::getResourceType, &Origin::setResourceType, "", "A");
-    expectAttribute<Origin>(&Origin::getNativeType, &Origin::setNativeType, "", "A");
-}
-
-TEST(QORMetadataOrigin, TextsAreReencodedEachOnItsOwnTheEncodingIncluded) {
-    using Origin = QORMetadataOrigin;
-    expectTextsRecoded<Origin>({{&Origin::getEncoding, &Origin::setEncoding},
-                                {&Origin::getVendorName, &Origin::setVendorName},
-                                {&Origin::getToolName, &Origin::setToolName},
-                                {&Origin::getToolVersion, &Origin::setToolVersion},
-                                {&Origin::getFormatName, &Origin::setFormatName},
-                                {&Origin::getFormatVersion, &Origin::setFormatVersion},
-                                {&Origin::getBridgeName, &Origin::setBridgeName},
-                                {&Origin::getBridgeVersion, &Origin::setBridgeVersion},
-                                {&Origin::getSource, &Origin::setSource},
-                                {&Origin::getResourceType, &Origin::setResourceType},
-                                {&Origin::getDescription, &Origin::setDescription}});
-}
 
 TEST(QORMetadataOrigin, TheEncodingIsNotReplacedByThatOfTheTexts) {
     QORMetadataOrigin origin;
@@ -57,10 +22,6 @@ TEST(QORMetadataOrigin, TheEncodingIsNotReplacedByThatOfTheTexts) {
     Recoding recode;
     recode(origin);
     EXPECT_EQ(origin.getEncoding(), "utf-8");
-}
-
-TEST(QORMetadataOrigin, CopiesHaveNoOwner) {
-    expectCopiesUnlinked<QORMetadataOrigin>(link);
 }
 
 TEST(QORMetadataOrigin, ItsModelGoesBeforeItsMappingModel) {
@@ -76,14 +37,8 @@ TEST(QORMetadataOrigin, ItsModelGoesBeforeItsMappingModel) {
     EXPECT_EQ(mapping->getMetadataOrigin(), nullptr);
 }
 
-TEST(QORMetadataOrigin, EachOwnerCountsAsAReference) {
-    expectEndCounts<QORMetadataOrigin, QORModel>(&QORMetadataOrigin::addModel);
-    expectEndCounts<QORMetadataOrigin, QORMappingModel>(&QORMetadataOrigin::addMappingModel);
-}
-
 TEST(QORMetadataOrigin, IsTakenApartInOrder) {
     expectTakenApart<QORMetadataOrigin>(link, {"model", "mapping", "note", "node"}, {"note", "node"});
-    expectIsolationFreesFarEnds<QORMetadataOrigin>(link);
 }
 
 TEST(QORMetadataOrigin, ReachesItsNotesOnly) {

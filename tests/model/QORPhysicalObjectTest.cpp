@@ -1,12 +1,9 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORClass.h>
-#include <qor/QORMetaAttribute.h>
-#include <qor/QORMetaClass.h>
 #include <qor/QORNote.h>
 #include <qor/QORPhysicalObject.h>
 #include <qor/QORPhysicalRelationship.h>
-#include <qor/QORPhysicalTarget.h>
 
 namespace {
 
@@ -43,39 +40,9 @@ TEST(QORPhysicalObject, ShowsNothingWhenItsKindIsUnknown) {
     EXPECT_EQ(object.getDisplayName(), QORString());
 }
 
-TEST(QORPhysicalObject, ObjectsOfOneTargetMayShareAName) {
-    Graph graph;
-    auto* const target = graph.make<QORPhysicalTarget>();
-    auto* const object = graph.make<Object>("A");
-    ASSERT_TRUE(target->addPhysicalObject(object) && target->addPhysicalObject(graph.make<Object>("B")));
-    object->setName("B");
-    EXPECT_EQ(object->getPhysicalTarget(), target);
-    EXPECT_EQ(target->getPhysicalObjectCount(), 2);
-}
-
-TEST(QORPhysicalObject, ItsTargetIsItsOnlyParent) {
-    Graph graph;
-    auto* const object = graph.make<Object>();
-    ASSERT_TRUE(object->addModelObject(graph.make<QORClass>()));
-    EXPECT_EQ(object->removeAggregationAssembly(), nullptr);
-    auto* const target = graph.make<QORPhysicalTarget>();
-    ASSERT_TRUE(object->addPhysicalTarget(target));
-    EXPECT_EQ(object->getParent(), target);
-    EXPECT_EQ(object->getParentCount(), 1);
-    EXPECT_EQ(object->removeAggregationAssembly(), target);
-    EXPECT_EQ(object->getParentCount(), 0);
-}
-
 TEST(QORPhysicalObject, IsTakenApartInOrder) {
     expectTakenApart<Object>(linkEnds, {"target", "in", "modelObject", "out", "base"},
                              {"base", "out", "in", "modelObject"});
-}
-
-TEST(QORPhysicalObject, EachEndCountsAsAReference) {
-    expectEndCounts<Object, QORPhysicalTarget>(&Object::addPhysicalTarget);
-    expectEndCounts<Object, QORPhysicalRelationship>(&Object::addDestinationOfPhysicalRelationship);
-    expectEndCounts<Object, QORModelObject, QORClass>(&Object::addModelObject);
-    expectEndCounts<Object, QORPhysicalRelationship>(&Object::addSourceOfPhysicalRelationship);
 }
 
 TEST(QORPhysicalObject, RecursiveDeleteDeletesWhatStartsHereAndFreesWhatEndsHere) {
@@ -93,19 +60,6 @@ TEST(QORPhysicalObject, RecursiveDeleteDeletesWhatStartsHereAndFreesWhatEndsHere
     EXPECT_EQ(other->getDestinationOfPhysicalRelationshipCount(), 0);
 }
 
-TEST(QORPhysicalObject, ComparesItsKind) {
-    Object object;
-    object.setObjectType(QORPhysicalObjectType::DB2_DATABASE);
-    Object other(object);
-    EXPECT_EQ(other, object);
-    other.setObjectType(QORPhysicalObjectType::NCR_DATABASE);
-    EXPECT_NE(other, object);
-    other.setFrom(object);
-    EXPECT_EQ(other, object);
-    other.setName("N");
-    EXPECT_NE(other, object);
-}
-
 TEST(QORPhysicalObject, ReencodesNotesBeforeTheRelationshipsThatStartHere) {
     Graph graph;
     auto* const object = graph.make<Object>(inUtf8);
@@ -115,7 +69,7 @@ TEST(QORPhysicalObject, ReencodesNotesBeforeTheRelationshipsThatStartHere) {
         object->addNote(graph.mortal<QORNote>("note")));
     Recoding recode;
     recode(*object);
-    EXPECT_EQ(graph.transcodes, (Labels{"note", "out"}));
+    EXPECT_EQ(graph.recodings, (Labels{"note", "out"}));
     EXPECT_EQ(object->getName(), inLatin1);
     EXPECT_EQ(object->getSourceOfPhysicalRelationship(0)->getName(), inLatin1);
 }
@@ -128,5 +82,5 @@ TEST(QORPhysicalObject, IsWalkedWithTheRelationshipsThatStartHere) {
     ASSERT_TRUE(object->addSourceOfPhysicalRelationship(out) && object->addNote(note) &&
                 object->addDestinationOfPhysicalRelationship(graph.make<QORPhysicalRelationship>()) &&
                 object->addModelObject(graph.make<QORClass>()));
-    EXPECT_EQ(walkOf(*object), (std::vector<QORObject*>{object, note, out}));
+    EXPECT_EQ(walkOf(*object), (Objects{object, note, out}));
 }

@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORNote.h>
 #include <qor/QORPhysicalObject.h>
@@ -39,25 +39,6 @@ TEST(QORPhysicalRelationship, ShowsNamesAndKindsOfBothEnds) {
     EXPECT_EQ(relationship->getDisplayName(), "_to_DB2_TABLE_SPACE");
 }
 
-TEST(QORPhysicalRelationship, ItsSourceIsItsOnlyParent) {
-    Graph graph;
-    auto* const relationship = graph.make<Relationship>("A");
-    ASSERT_TRUE(relationship->addDestinationPhysicalObject(graph.make<QORPhysicalObject>()));
-    EXPECT_EQ(relationship->getParent(), nullptr);
-    EXPECT_EQ(relationship->removeAggregationAssembly(), nullptr);
-    EXPECT_NE(relationship->getDestinationPhysicalObject(), nullptr);
-    auto* const source = graph.make<QORPhysicalObject>();
-    ASSERT_TRUE(relationship->addSourcePhysicalObject(source) &&
-                source->addSourceOfPhysicalRelationship(graph.make<Relationship>("B")));
-    relationship->setName("B");
-    EXPECT_EQ(relationship->getName(), "B");
-    EXPECT_EQ(relationship->getParent(), source);
-    EXPECT_EQ(relationship->getParentCount(), 1);
-    EXPECT_EQ(relationship->removeAggregationAssembly(), source);
-    EXPECT_EQ(relationship->getParentCount(), 0);
-    EXPECT_EQ(source->getSourceOfPhysicalRelationshipCount(), 1);
-}
-
 TEST(QORPhysicalRelationship, IsNoElement) {
     Relationship const relationship;
     EXPECT_FALSE(relationship.isInstanceOf(QORElementType::ELEMENT));
@@ -78,29 +59,4 @@ TEST(QORPhysicalRelationship, MayLeadBackToItsSource) {
 
 TEST(QORPhysicalRelationship, IsTakenApartInOrder) {
     expectTakenApart<Relationship>(linkEnds, {"destination", "source"}, {"destination"});
-}
-
-TEST(QORPhysicalRelationship, EachEndCountsAsAReference) {
-    expectEndCounts<Relationship, QORPhysicalObject>(&Relationship::addDestinationPhysicalObject);
-    expectEndCounts<Relationship, QORPhysicalObject>(&Relationship::addSourcePhysicalObject);
-}
-
-TEST(QORPhysicalRelationship, ComparesTheNameAlone) {
-    Graph graph;
-    auto* const relationship = graph.make<Relationship>("R");
-    linkEnds(graph, *relationship, Owners::ALL);
-    Relationship copy(*relationship);
-    EXPECT_FALSE(copy.isReferenced());
-    EXPECT_EQ(copy, *relationship);
-    copy.setName("S");
-    EXPECT_NE(copy, *relationship);
-    copy.setFrom(*relationship);
-    EXPECT_EQ(copy, *relationship);
-    QORPhysicalObject object;
-    object.setName("R");
-    EXPECT_FALSE(copy.equals(object));
-}
-
-TEST(QORPhysicalRelationship, ReencodesItsName) {
-    expectTextsRecoded<Relationship>({});
 }

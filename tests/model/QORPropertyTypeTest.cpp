@@ -14,14 +14,6 @@ void linkEnds(Graph& graph, QORPropertyType& type, Owners owners) {
 
 } // namespace
 
-TEST(QORPropertyType, StartsAsAUsersOneWhateverTheRecordSays) {
-    QORPropertyType const type;
-    EXPECT_EQ(type.getUsage(), "USER");
-    EXPECT_EQ(recordedDefault(QORAttributeType::PROPERTY_TYPE__USAGE), "PROPERTY_USAGE_USER");
-    EXPECT_EQ(type.getGroup(), "");
-    EXPECT_EQ(type.getPosition(), 0);
-}
-
 TEST(QORPropertyType, AUsersOneShowsItsNameAndGroup) {
     QORPropertyType type;
     EXPECT_EQ(type.getFullName(), "");
@@ -98,15 +90,6 @@ TEST(QORPropertyType, WithoutScopeANewNameMovesItInItsModel) {
     EXPECT_EQ(model->getType(1), first);
 }
 
-TEST(QORPropertyType, RecursiveDeleteUnderAScopeChangesNothing) {
-    Graph graph;
-    auto* const type = graph.make<QORPropertyType>();
-    ASSERT_TRUE(graph.make<QORPropertyElementTypeScope>()->addPropertyType(type) &&
-                type->addFeature(graph.mortal<QORAttribute>("feature")));
-    EXPECT_FALSE(type->recursiveDelete());
-    EXPECT_EQ(type->getFeatureCount(), 1);
-}
-
 TEST(QORPropertyType, IsTakenApartInOrder) {
     expectTakenApart<QORPropertyType>(linkEnds,
                                       {"scope", "propertyValue", "concrete", "value", "sourceMap",
@@ -115,12 +98,6 @@ TEST(QORPropertyType, IsTakenApartInOrder) {
                                       {"base", "argument", "operation", "alias", "feature", "node", "derived",
                                        "concrete", "sourceMap", "destinationMap", "propertyValue"},
                                       {"value"});
-}
-
-TEST(QORPropertyType, ItsOwnEndsCountAsReferences) {
-    expectEndCounts<QORPropertyType, QORPropertyElementTypeScope>(
-        &QORPropertyType::addPropertyElementTypeScope);
-    expectEndCounts<QORPropertyType, QORPropertyValue>(&QORPropertyType::addInstanciatedPropertyValue);
 }
 
 TEST(QORPropertyType, ACopyHasCopiesOfTheValuesOnly) {
@@ -143,41 +120,10 @@ TEST(QORPropertyType, ACopyHasCopiesOfTheValuesOnly) {
     EXPECT_EQ(copy, *type);
 }
 
-TEST(QORPropertyType, ComparesItsAttributesAndThoseOfADerivedType) {
-    QORPropertyType type;
-    type.setName("P");
-    QORPropertyType other(type);
-    other.setPosition(1);
-    EXPECT_NE(type, other);
-    other = type;
-    other.setUsage("U");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setGroup("G");
-    EXPECT_NE(type, other);
-    other = type;
-    other.setUpperBound("B");
-    EXPECT_NE(type, other);
-    other.setFrom(type);
-    EXPECT_EQ(type, other);
-    QORDerivedType derived;
-    derived.setName("P");
-    EXPECT_FALSE(type.equals(derived));
-    EXPECT_FALSE(derived.equals(type));
-}
-
-TEST(QORPropertyType, ReencodesItsTexts) {
-    using Type = QORPropertyType;
-    expectTextsRecoded<Type>({{&Type::getUsage, &Type::setUsage},
-                              {&Type::getGroup, &Type::setGroup},
-                              {&Type::getInitialValue, &Type::setInitialValue},
-                              {&Type::getDataType, &Type::setDataType}});
-}
-
 TEST(QORPropertyType, OwnsItsTypeValuesAndNotThePropertyValues) {
     Graph graph;
     auto* const type = graph.make<QORPropertyType>();
     auto* const value = valueOf(graph, *type, "A");
     ASSERT_TRUE(type->addInstanciatedPropertyValue(graph.make<QORPropertyValue>()));
-    EXPECT_EQ(walkOf(*type), (std::vector<QORObject*>{type, value}));
+    EXPECT_EQ(walkOf(*type), (Objects{type, value}));
 }

@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORClass.h>
 #include <qor/QORClassDiagram.h>
@@ -19,17 +19,6 @@ void linkEnds(Graph& graph, From& from, Owners owners) {
 }
 
 } // namespace
-
-TEST(QORSQLViewAssociation, TheSequenceStartsAtOne) {
-    From const from;
-    EXPECT_EQ(from.getSQLTableSequence(), 1);
-    EXPECT_EQ(recordedDefault(QORAttributeType::SQL_VIEW_ASSOCIATION__SQL_TABLE_SEQUENCE), "1");
-    EXPECT_EQ(QORMetaRepository::getMetaRepository()
-                  ->getMetaAttributeByID(QORAttributeType::SQL_VIEW_ASSOCIATION__SQL_TABLE_SEQUENCE)
-                  ->getDisplayName(),
-              "sQLTableSequence");
-    EXPECT_EQ(from.getAliasName(), "");
-}
 
 TEST(QORSQLViewAssociation, ShowsBothEnds) {
     Graph graph;
@@ -71,33 +60,4 @@ TEST(QORSQLViewAssociation, MayShareItsNameInAPackage) {
 TEST(QORSQLViewAssociation, IsTakenApartInOrder) {
     expectTakenApart<From>(linkEnds, {"view", "source", "package", "diagram", "base"},
                            {"base", "diagram", "view", "source"});
-}
-
-TEST(QORSQLViewAssociation, BothEndsCountAsReferences) {
-    expectEndCounts<From, QORSQLViewEntity>(&From::addDestinationSQLViewEntity);
-    expectEndCounts<From, QORClassifier, QORClass>(&From::addSourceClassifier);
-}
-
-TEST(QORSQLViewAssociation, ComparesSequenceAndAlias) {
-    From from;
-    from.setSQLTableSequence(4);
-    from.setAliasName("a");
-    From other(from);
-    EXPECT_EQ(other.getSQLTableSequence(), 4);
-    EXPECT_EQ(other.getAliasName(), "a");
-    EXPECT_EQ(other, from);
-    other.setSQLTableSequence(5);
-    EXPECT_NE(other, from);
-    other = from;
-    other.setAliasName("b");
-    EXPECT_NE(other, from);
-    other.setFrom(from);
-    EXPECT_EQ(other, from);
-    other.setDesignLevel(QORDesignLevelType::LOGICAL_ONLY);
-    EXPECT_NE(other, from);
-}
-
-TEST(QORSQLViewAssociation, ReencodesItsTexts) {
-    expectTextsRecoded<From>(
-        {{&From::getAliasName, &From::setAliasName}, {&From::getPhysicalName, &From::setPhysicalName}});
 }

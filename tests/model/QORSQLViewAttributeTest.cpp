@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAttribute.h>
 #include <qor/QORBaseType.h>
@@ -81,36 +81,4 @@ TEST(QORSQLViewAttribute, IsTakenApartInOrder) {
     expectTakenApart<Column>(
         linkEnds, {"sourceFeature", "type", "view", "sourceMap", "destinationMap", "column", "base"},
         {"base", "type", "sourceMap", "destinationMap", "column", "sourceFeature"});
-}
-
-TEST(QORSQLViewAttribute, ItsSourceCountsAsAReference) {
-    expectEndCounts<Column, QORFeature, QORAttribute>(&Column::addSourceFeature);
-    expectEndCounts<Column, QORSQLViewEntity>(&Column::addSQLViewEntity);
-}
-
-TEST(QORSQLViewAttribute, ComparesTheExpressionAndWhatAStructuralFeatureHas) {
-    Column column;
-    EXPECT_EQ(column.getExpression(), "");
-    column.setExpression("a+b");
-    column.setInitialValue("i");
-    Column other(column);
-    EXPECT_EQ(other.getExpression(), "a+b");
-    EXPECT_EQ(other, column);
-    other.setExpression("a");
-    EXPECT_NE(other, column);
-    other = column;
-    other.setInitialValue("");
-    EXPECT_NE(other, column);
-    other = column;
-    other.setPosition(1);
-    EXPECT_NE(other, column);
-    other.setFrom(column);
-    EXPECT_EQ(other, column);
-    EXPECT_FALSE(Column().equals(QORAttribute()));
-}
-
-TEST(QORSQLViewAttribute, ReencodesItsTexts) {
-    expectTextsRecoded<Column>({{&Column::getExpression, &Column::setExpression},
-                                {&Column::getInitialValue, &Column::setInitialValue},
-                                {&Column::getPhysicalName, &Column::setPhysicalName}});
 }

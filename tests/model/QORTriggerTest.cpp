@@ -1,27 +1,9 @@
-#include "ModelTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORArgument.h>
 #include <qor/QORClass.h>
 #include <qor/QORSQLViewEntity.h>
-#include <qor/QORStoredProcedure.h>
 #include <qor/QORTrigger.h>
-
-TEST(QORTrigger, IsAnOperationButEqualsNone) {
-    graph::expectConcrete<QORTrigger>(QORElementType::TRIGGER, 68, "Trigger",
-                                      QOROperation::getStaticMetaClass());
-    expectClassesUnequal<QORTrigger, QOROperation>();
-    expectClassesUnequal<QORTrigger, QORStoredProcedure>();
-}
-
-TEST(QORTrigger, AttributesHaveTheirFirstValuesAndCountForEquality) {
-    using Class = QORTrigger;
-    expectAttribute<Class>(&Class::getTriggerType, &Class::setTriggerType, QORTriggerType::BEFORE,
-                           QORTriggerType::INSTEAD_OF);
-    expectAttribute<Class>(&Class::getFireOnInsert, &Class::setFireOnInsert, false, true);
-    expectAttribute<Class>(&Class::getFireOnUpdate, &Class::setFireOnUpdate, false, true);
-    expectAttribute<Class>(&Class::getFireOnDelete, &Class::setFireOnDelete, false, true);
-    expectAttribute<Class>(&Class::getSemantics, &Class::setSemantics, "", "A");
-}
 
 TEST(QORTrigger, HasTheOwnersOfAnOperation) {
     Graph graph;
@@ -46,8 +28,6 @@ TEST(QORTrigger, DeletedWithTwoOwnersItDeletesItsArguments) {
 }
 
 TEST(QORTrigger, ReencodesTheTextsAndArgumentsOfAnOperation) {
-    expectTextsRecoded<QORTrigger>({{&QORTrigger::getSemantics, &QORTrigger::setSemantics},
-                                    {&QORTrigger::getPrecondition, &QORTrigger::setPrecondition}});
     Graph graph;
     auto* const trigger = graph.make<QORTrigger>();
     auto* const argument = graph.make<QORArgument>(inUtf8);

@@ -3,17 +3,6 @@
 #include <qor/QORBaseType.h>
 #include <qor/QORClassType.h>
 
-TEST(QORType, TypesOfOneModelMayShareAName) {
-    Graph graph;
-    auto* const model = graph.make<QORModel>();
-    auto* const type = graph.make<QORBaseType>("A");
-    ASSERT_TRUE(model->addType(type) && model->addType(graph.make<QORDerivedType>("B")));
-    type->setName("B");
-    EXPECT_EQ(type->getName(), "B");
-    EXPECT_EQ(type->getModel(), model);
-    EXPECT_EQ(model->getTypeCount(), 2);
-}
-
 TEST(QORType, ANewNameMovesATypeInItsModelAlone) {
     Graph graph;
     auto* const model = graph.make<QORModel>();
@@ -72,16 +61,6 @@ TEST(QORType, AnOwnerThatDiesLeavesATypeToTheOtherOne) {
     EXPECT_EQ(type->getModel(), nullptr);
     EXPECT_EQ(type->getMappingModel(), mappingModel);
     EXPECT_EQ(feature->getType(), type);
-}
-
-TEST(QORType, EachEndCountsAsAReference) {
-    expectEndCounts<QORBaseType, QORModel>(&QORBaseType::addModel);
-    expectEndCounts<QORBaseType, QORMappingModel>(&QORBaseType::addMappingModel);
-    expectEndCounts<QORBaseType, QORArgument>(&QORBaseType::addArgument);
-    expectEndCounts<QORBaseType, QOROperation>(&QORBaseType::addOperation);
-    expectEndCounts<QORBaseType, QORAliasType>(&QORBaseType::addAliasType);
-    expectEndCounts<QORBaseType, QORFeature, QORAttribute>(&QORBaseType::addFeature);
-    expectEndCounts<QORBaseType, QORExpressionNode, QORConstantNode>(&QORBaseType::addExpressionNode);
 }
 
 TEST(QORType, ATypeInUseSurvivesTheLossOfOneUser) {

@@ -240,18 +240,6 @@ TEST(QORTypeValue, IsTakenApartInOrder) {
                                    {"base", "sourceMap", "destinationMap"});
 }
 
-TEST(QORTypeValue, EachEndCountsAsAReference) {
-    expectEndCounts<QORTypeValue, QORDerivedType>(&QORTypeValue::addDerivedType);
-    expectEndCounts<QORTypeValue, QORBusinessRule>(&QORTypeValue::addBusinessRule);
-    expectEndCounts<QORTypeValue, QORTypeValueMap>(&QORTypeValue::addSourceOfTypeValueMap);
-    expectEndCounts<QORTypeValue, QORTypeValueMap>(&QORTypeValue::addDestinationOfTypeValueMap);
-}
-
-TEST(QORTypeValue, ReencodesItsTexts) {
-    expectTextsRecoded<QORTypeValue>({{&QORTypeValue::getValue, &QORTypeValue::setValue},
-                                      {&QORTypeValue::getPhysicalName, &QORTypeValue::setPhysicalName}});
-}
-
 TEST(QORTypeValue, AReencodedValueStaysWhereItIsInItsType) {
     Graph graph;
     auto* const type = graph.make<QORDerivedType>();

@@ -1,12 +1,10 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORCubeDimensionAssociation.h>
 #include <qor/QORDimension.h>
 #include <qor/QORHierarchy.h>
 #include <qor/QORHierarchyLevelAssociation.h>
-#include <qor/QORHierarchyLevelAssociationByPosition.h>
 #include <qor/QORLevel.h>
-#include <qor/QORNote.h>
 
 namespace {
 
@@ -23,34 +21,7 @@ void linkEnds(Graph& graph, Hierarchy& hierarchy, Owners owners) {
     linkOwner(graph, owners, "dimension", hierarchy, &Hierarchy::addDimension);
 }
 
-Step* stepOf(Graph& graph, Hierarchy& hierarchy, char const* name, short position = 0) {
-    auto* const step = graph.make<Step>(name);
-    step->setPosition(position);
-    EXPECT_TRUE(hierarchy.addHierarchyLevelAssociation(step));
-    return step;
-}
-
 } // namespace
-
-TEST(QORHierarchy, StartsLeveled) {
-    Hierarchy hierarchy;
-    EXPECT_EQ(hierarchy.getType(), QORHierarchyType::LEVELED);
-    hierarchy.setName("H");
-    EXPECT_EQ(hierarchy.getDisplayName(), "H");
-}
-
-TEST(QORHierarchy, ADimensionRefusesATakenName) {
-    Graph graph;
-    auto* const dimension = graph.make<QORDimension>();
-    auto* const hierarchy = graph.make<Hierarchy>("A");
-    auto* const other = graph.make<Hierarchy>("B");
-    ASSERT_TRUE(dimension->addHierarchy(hierarchy) && other->addDimension(dimension) &&
-                dimension->addLevel(graph.make<QORLevel>("C")));
-    expectNameRefused(*hierarchy, "B", "Dimension", "Hierarchy");
-    EXPECT_EQ(dimension->getHierarchy(0), hierarchy);
-    hierarchy->setName("C");
-    EXPECT_EQ(dimension->getHierarchy(1), hierarchy);
-}
 
 TEST(QORHierarchy, TheDimensionItIsTheDefaultOfIsNoParent) {
     Graph graph;
@@ -66,51 +37,9 @@ TEST(QORHierarchy, TheDimensionItIsTheDefaultOfIsNoParent) {
     EXPECT_NE(hierarchy->getDefaultOfDimension(), nullptr);
 }
 
-TEST(QORHierarchy, HasOneTopAndAnyNumberOfBottoms) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>();
-    auto* const top = graph.make<Step>();
-    auto* const other = graph.make<Step>();
-    EXPECT_TRUE(hierarchy->addTopHierarchyLevelAssociation(top));
-    EXPECT_FALSE(hierarchy->addTopHierarchyLevelAssociation(other));
-    EXPECT_EQ(hierarchy->getTopHierarchyLevelAssociation(), top);
-    EXPECT_EQ(top->getTopOfHierarchy(), hierarchy);
-    EXPECT_EQ(other->getTopOfHierarchy(), nullptr);
-    EXPECT_FALSE(graph.make<Hierarchy>()->addTopHierarchyLevelAssociation(top));
-    EXPECT_TRUE(hierarchy->addBottomHierarchyLevelAssociation(top));
-    EXPECT_TRUE(other->addBottomOfHierarchy(hierarchy));
-    EXPECT_EQ(hierarchy->getBottomHierarchyLevelAssociationCount(), 2);
-    EXPECT_EQ(hierarchy->getHierarchyLevelAssociationCount(), 0);
-}
-
-TEST(QORHierarchy, KeepsItsStepsInTheOrderOfAddingAndReadsThemByPosition) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>();
-    auto* const last = stepOf(graph, *hierarchy, "A", 3);
-    auto* const second = stepOf(graph, *hierarchy, "C", 1);
-    auto* const first = stepOf(graph, *hierarchy, "B", 1);
-    EXPECT_EQ(listOf(3, [&](int i) { return hierarchy->getHierarchyLevelAssociation(i); }),
-              (std::vector<Step*>{last, second, first}));
-    QORHierarchyLevelAssociationByPosition view;
-    ASSERT_TRUE(view.add(graph.make<Step>(), false, nullptr));
-    hierarchy->getHierarchyLevelAssociationByPosition(view);
-    EXPECT_EQ(listOf(view), (std::vector<QORObject*>{first, second, last}));
-    Hierarchy().getHierarchyLevelAssociationByPosition(view);
-    EXPECT_EQ(view.size, 0);
-}
-
 TEST(QORHierarchy, IsTakenApartInOrder) {
     expectTakenApart<Hierarchy>(linkEnds, {"dimension", "defaultOf", "top", "step", "cube", "bottom", "base"},
                                 {"base", "step", "defaultOf", "top", "cube", "bottom"});
-}
-
-TEST(QORHierarchy, EachEndCountsAsAReference) {
-    expectEndCounts<Hierarchy, QORDimension>(&Hierarchy::addDimension);
-    expectEndCounts<Hierarchy, QORDimension>(&Hierarchy::addDefaultOfDimension);
-    expectEndCounts<Hierarchy, Step>(&Hierarchy::addTopHierarchyLevelAssociation);
-    expectEndCounts<Hierarchy, Step>(&Hierarchy::addHierarchyLevelAssociation);
-    expectEndCounts<Hierarchy, QORCubeDimensionAssociation>(&Hierarchy::addCubeDimensionAssociation);
-    expectEndCounts<Hierarchy, Step>(&Hierarchy::addBottomHierarchyLevelAssociation);
 }
 
 TEST(QORHierarchy, AFreeDefaultHierarchyTakesAnUnreferencedDimensionWithIt) {
@@ -136,40 +65,4 @@ TEST(QORHierarchy, DeletesItsStepsThatAreTopOrBottomOnce) {
                 hierarchy->addHierarchyLevelAssociation(graph.mortal<Step>("second")));
     delete hierarchy;
     EXPECT_EQ(graph.deaths, (Labels{"step", "second"}));
-}
-
-TEST(QORHierarchy, ComparesItsType) {
-    Hierarchy hierarchy;
-    hierarchy.setType(QORHierarchyType::RAGGED);
-    Hierarchy other(hierarchy);
-    EXPECT_EQ(other, hierarchy);
-    other.setType(QORHierarchyType::MIXED);
-    EXPECT_NE(other, hierarchy);
-    other.setFrom(hierarchy);
-    EXPECT_EQ(other, hierarchy);
-}
-
-TEST(QORHierarchy, ReencodesNotesBeforeStepsAndEachStepOnce) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>(inUtf8);
-    ASSERT_TRUE(hierarchy->addHierarchyLevelAssociation(graph.mortal<Step>("first", inUtf8)) &&
-                hierarchy->addHierarchyLevelAssociation(graph.mortal<Step>("second", inUtf8)) &&
-                hierarchy->addTopHierarchyLevelAssociation(graph.mortal<Step>("top")) &&
-                hierarchy->addNote(graph.mortal<QORNote>("note")));
-    Recoding recode;
-    recode(*hierarchy);
-    EXPECT_EQ(graph.transcodes, (Labels{"note", "first", "second"}));
-    EXPECT_EQ(recode.converted, 3);
-    EXPECT_EQ(hierarchy->getName(), inLatin1);
-}
-
-TEST(QORHierarchy, IsWalkedWithNotesBeforeStepsAndReachesNoLevel) {
-    Graph graph;
-    auto* const hierarchy = graph.make<Hierarchy>();
-    auto* const first = stepOf(graph, *hierarchy, "B");
-    auto* const second = stepOf(graph, *hierarchy, "A");
-    auto* const note = graph.make<QORNote>();
-    ASSERT_TRUE(hierarchy->addNote(note) && first->addLevel(graph.make<QORLevel>()) &&
-                hierarchy->addTopHierarchyLevelAssociation(graph.make<Step>()));
-    EXPECT_EQ(walkOf(*hierarchy), (std::vector<QORObject*>{hierarchy, note, first, second}));
 }

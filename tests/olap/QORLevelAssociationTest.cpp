@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORDrillPathLevelAssociation.h>
 #include <qor/QORHierarchyLevelAssociation.h>
@@ -37,31 +37,7 @@ TEST(QORLevelAssociation, ShowsItsLevelsAndNotItsName) {
 }
 
 TEST(QORLevelAssociation, ANewNameTakesItToTheEndOfItsLevel) {
-    Graph graph;
-    auto* const level = graph.make<QORLevel>();
-    auto* const first = graph.make<Association>("A");
-    auto* const second = graph.make<Association>("B");
-    ASSERT_TRUE(level->addParentOfLevelAssociation(first) && level->addParentOfLevelAssociation(second));
-    first->setName("B");
-    EXPECT_EQ(first->getName(), "B");
-    EXPECT_EQ(level->getParentOfLevelAssociation(0), second);
-    EXPECT_EQ(level->getParentOfLevelAssociation(1), first);
-    EXPECT_EQ(first->getParentLevel(), level);
-}
-
-TEST(QORLevelAssociation, TheLevelAboveIsItsOnlyParent) {
-    Graph graph;
-    auto* const association = graph.make<Association>();
-    ASSERT_TRUE(association->addChildLevel(graph.make<QORLevel>()));
-    EXPECT_EQ(association->getParent(), nullptr);
-    EXPECT_EQ(association->removeAggregationAssembly(), nullptr);
-    auto* const level = graph.make<QORLevel>();
-    ASSERT_TRUE(association->addParentLevel(level));
-    EXPECT_EQ(association->getParent(), level);
-    EXPECT_EQ(association->getParentCount(), 1);
-    EXPECT_EQ(association->removeAggregationAssembly(), level);
-    EXPECT_EQ(association->getParentCount(), 0);
-    EXPECT_NE(association->getChildLevel(), nullptr);
+    expectNewNameMovesToEnd(&QORLevel::addParentOfLevelAssociation, &QORLevel::getParentOfLevelAssociation);
 }
 
 TEST(QORLevelAssociation, MayLeadBackToItsLevel) {
@@ -76,22 +52,4 @@ TEST(QORLevelAssociation, MayLeadBackToItsLevel) {
 TEST(QORLevelAssociation, IsTakenApartInOrder) {
     expectTakenApart<Association>(linkEnds, {"parent", "child", "hierarchy step", "drill path step", "base"},
                                   {"base", "child", "hierarchy step", "drill path step"});
-}
-
-TEST(QORLevelAssociation, EachEndCountsAsAReference) {
-    expectEndCounts<Association, QORLevel>(&Association::addParentLevel);
-    expectEndCounts<Association, QORLevel>(&Association::addChildLevel);
-    expectEndCounts<Association, QORHierarchyLevelAssociation>(&Association::addHierarchyLevelAssociation);
-    expectEndCounts<Association, QORDrillPathLevelAssociation>(&Association::addDrillPathLevelAssociation);
-}
-
-TEST(QORLevelAssociation, EqualsWhateverItsLevels) {
-    Graph graph;
-    auto* const association = graph.make<Association>("A");
-    linkEnds(graph, *association, Owners::ALL);
-    Association copy(*association);
-    EXPECT_FALSE(copy.isReferenced());
-    EXPECT_EQ(copy, *association);
-    copy.setName("B");
-    EXPECT_NE(copy, *association);
 }

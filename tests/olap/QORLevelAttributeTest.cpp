@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORBaseType.h>
 #include <qor/QORDimensionAttribute.h>
@@ -26,47 +26,10 @@ void linkEnds(Graph& graph, Attribute& attribute, Owners owners) {
 } // namespace
 
 TEST(QORLevelAttribute, IsAFeatureOfItsLevel) {
-    Graph graph;
-    auto* const level = graph.make<QORLevel>();
-    auto* const attribute = graph.make<Attribute>("A");
-    ASSERT_TRUE(level->addFeature(attribute) && level->addFeature(graph.make<Attribute>("B")));
-    expectNameRefused(*attribute, "B", "Classifier", "Feature");
-    ASSERT_TRUE(attribute->addDefaultOfLevel(level));
-    EXPECT_EQ(attribute->getParent(), level);
-    EXPECT_EQ(attribute->getParentCount(), 1);
-    EXPECT_EQ(attribute->removeAggregationAssembly(), level);
-    EXPECT_EQ(attribute->getParent(), nullptr);
-    EXPECT_EQ(attribute->getDefaultOfLevel(), level);
+    expectNamedAndOwned<QORLevel, Attribute>(&QORClassifier::addFeature, "Classifier", "Feature");
 }
 
 TEST(QORLevelAttribute, IsTakenApartInOrder) {
     expectTakenApart<Attribute>(linkEnds, {"key", "dimensionAttribute", "defaultOf", "type", "level", "base"},
                                 {"base", "type", "key", "dimensionAttribute", "defaultOf"});
-}
-
-TEST(QORLevelAttribute, EachEndCountsAsAReference) {
-    expectEndCounts<Attribute, QORLevelKey>(&Attribute::addLevelKey);
-    expectEndCounts<Attribute, QORDimensionAttribute>(&Attribute::addDimensionAttribute);
-    expectEndCounts<Attribute, QORLevel>(&Attribute::addDefaultOfLevel);
-}
-
-TEST(QORLevelAttribute, ComparesWhatAStructuralFeatureHas) {
-    Attribute attribute;
-    attribute.setInitialValue("I");
-    attribute.setOptional(true);
-    Attribute other(attribute);
-    EXPECT_EQ(other, attribute);
-    other.setInitialValue("");
-    EXPECT_NE(other, attribute);
-    other = attribute;
-    other.setOptional(false);
-    EXPECT_NE(other, attribute);
-    other.setFrom(attribute);
-    EXPECT_EQ(other, attribute);
-    EXPECT_FALSE(Attribute().equals(QORDimensionAttribute()));
-}
-
-TEST(QORLevelAttribute, ReencodesItsTexts) {
-    expectTextsRecoded<Attribute>({{&Attribute::getInitialValue, &Attribute::setInitialValue},
-                                   {&Attribute::getPhysicalName, &Attribute::setPhysicalName}});
 }

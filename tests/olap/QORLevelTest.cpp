@@ -1,4 +1,4 @@
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORDesignPackage.h>
 #include <qor/QORDimension.h>
@@ -33,19 +33,6 @@ void linkEnds(Graph& graph, Level& level, Owners owners) {
 }
 
 } // namespace
-
-TEST(QORLevel, ADimensionRefusesATakenName) {
-    Graph graph;
-    auto* const dimension = graph.make<QORDimension>();
-    auto* const level = graph.make<Level>("A");
-    auto* const other = graph.make<Level>("B");
-    ASSERT_TRUE(dimension->addLevel(level) && other->addDimension(dimension));
-    expectNameRefused(*level, "B", "Dimension", "Level");
-    EXPECT_EQ(dimension->getLevel(0), level);
-    level->setName("C");
-    EXPECT_EQ(dimension->getLevel(0), other);
-    EXPECT_EQ(dimension->getLevel(1), level);
-}
 
 TEST(QORLevel, WithoutDimensionItsOtherOwnersAreAskedForTheName) {
     Graph graph;
@@ -88,27 +75,6 @@ TEST(QORLevel, IsTakenApartInOrder) {
         {"base", "feature", "key", "down", "default", "hierarchy step", "up", "drill path step"});
 }
 
-TEST(QORLevel, EachEndCountsAsAReference) {
-    expectEndCounts<Level, QORDimension>(&Level::addDimension);
-    expectEndCounts<Level, QORLevelKey>(&Level::addLevelKey);
-    expectEndCounts<Level, QORLevelAttribute>(&Level::addDefaultLevelAttribute);
-    expectEndCounts<Level, QORHierarchyLevelAssociation>(&Level::addHierarchyLevelAssociation);
-    expectEndCounts<Level, QORLevelAssociation>(&Level::addParentOfLevelAssociation);
-    expectEndCounts<Level, QORLevelAssociation>(&Level::addChildOfLevelAssociation);
-    expectEndCounts<Level, QORDrillPathLevelAssociation>(&Level::addDrillPathLevelAssociation);
-}
-
-TEST(QORLevel, ALevelInADimensionRefusesRecursiveDelete) {
-    Graph graph;
-    auto* const level = graph.make<Level>();
-    auto* const key = graph.make<QORLevelKey>();
-    auto* const dimension = graph.make<QORDimension>();
-    ASSERT_TRUE(level->addLevelKey(key) && level->addDimension(dimension));
-    EXPECT_FALSE(level->recursiveDelete());
-    EXPECT_EQ(level->getLevelKey(), key);
-    EXPECT_EQ(level->getDimension(), dimension);
-}
-
 TEST(QORLevel, DeletesItsKeyAndTheAssociationsThatGoDownAndFreesThoseThatComeDown) {
     Graph graph;
     auto* const level = graph.make<Level>("L");
@@ -142,20 +108,6 @@ TEST(QORLevel, ItsDeletionFreesTheStepsOfHierarchies) {
     EXPECT_EQ(step->getDisplayName(), "H_");
 }
 
-TEST(QORLevel, HasOneKeyAndOneDefaultAttribute) {
-    Graph graph;
-    auto* const level = graph.make<Level>();
-    auto* const key = graph.make<QORLevelKey>();
-    auto* const attribute = graph.make<QORLevelAttribute>();
-    EXPECT_TRUE(level->addLevelKey(key));
-    EXPECT_FALSE(level->addLevelKey(graph.make<QORLevelKey>()));
-    EXPECT_FALSE(graph.make<Level>()->addLevelKey(key));
-    EXPECT_TRUE(level->addDefaultLevelAttribute(attribute));
-    EXPECT_FALSE(level->addDefaultLevelAttribute(graph.make<QORLevelAttribute>()));
-    EXPECT_EQ(attribute->getDefaultOfLevel(), level);
-    EXPECT_EQ(level->getLevelKey(), key);
-}
-
 TEST(QORLevel, KeepsTheAssociationsThatGoDownInTheOrderOfAdding) {
     Graph graph;
     auto* const level = graph.make<Level>();
@@ -167,19 +119,6 @@ TEST(QORLevel, KeepsTheAssociationsThatGoDownInTheOrderOfAdding) {
     EXPECT_FALSE(level->addParentOfLevelAssociation(first));
     EXPECT_EQ(listOf(3, [&](int i) { return level->getParentOfLevelAssociation(i); }),
               (std::vector<QORLevelAssociation*>{first, second, third}));
-}
-
-TEST(QORLevel, EqualsWhateverItHolds) {
-    Graph graph;
-    auto* const level = graph.make<Level>("L");
-    linkEnds(graph, *level, Owners::ALL);
-    Level copy(*level);
-    EXPECT_FALSE(copy.isReferenced());
-    EXPECT_EQ(copy, *level);
-    copy.setDesignLevel(QORDesignLevelType::LOGICAL_ONLY);
-    EXPECT_NE(copy, *level);
-    copy.setFrom(*level);
-    EXPECT_EQ(copy, *level);
 }
 
 TEST(QORLevel, ReencodesFeaturesThenItsKeyThenTheAssociationsThatGoDown) {
@@ -194,8 +133,8 @@ TEST(QORLevel, ReencodesFeaturesThenItsKeyThenTheAssociationsThatGoDown) {
                 level->addNote(graph.mortal<QORNote>("note")));
     Recoding recode;
     recode(*level);
-    EXPECT_EQ(graph.transcodes, (Labels{"note", "feature", "key", "first", "second"}));
-    EXPECT_EQ(recode.converted, 5);
+    EXPECT_EQ(graph.recodings, (Labels{"note", "feature", "key", "first", "second"}));
+    EXPECT_EQ(recode.converted, 6);
     EXPECT_EQ(level->getLevelKey()->getName(), inLatin1);
     EXPECT_EQ(level->getParentOfLevelAssociation(0)->getName(), inLatin1);
     EXPECT_EQ(level->getParentOfLevelAssociation(1)->getName(), inLatin1);
@@ -214,5 +153,5 @@ TEST(QORLevel, IsWalkedFeaturesThenItsKeyThenTheAssociationsThatGoDown) {
                 level->addLevelKey(key) && level->addFeature(feature) && level->addNote(note) &&
                 first->addChildLevel(graph.make<Level>()) &&
                 level->addDefaultLevelAttribute(graph.make<QORLevelAttribute>()));
-    EXPECT_EQ(walkOf(*level), (std::vector<QORObject*>{level, note, feature, key, first, second}));
+    EXPECT_EQ(walkOf(*level), (Objects{level, note, feature, key, first, second}));
 }

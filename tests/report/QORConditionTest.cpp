@@ -1,4 +1,4 @@
-#include "GraphObservers.h"
+#include "Expectations.h"
 
 #include <qor/QORBaseType.h>
 #include <qor/QORCondition.h>
@@ -6,59 +6,30 @@
 #include <qor/QORReportDataSet.h>
 #include <qor/QORReportRectangle.h>
 
-using namespace graph;
-
-TEST(QORCondition, IsAStructuralFeature) {
-    expectConcrete<QORCondition>(QORElementType::CONDITION, 84, "Condition",
-                                 QORStructuralFeature::getStaticMetaClass());
-}
-
-TEST(QORCondition, IsReferencedThroughItsItemsToo) {
-    using C = QORCondition;
-    expectReferencedThrough<C, QORReportRectangle>(&C::addReportItem, &C::removeReportItem);
-    expectReferencedThrough<C, QORReportDataSet>(&C::addClassifier, &C::removeClassifier);
-}
-
 TEST(QORCondition, IsNamedAsAFeature) {
-    QORReportDataSet data;
-    auto* const condition = named<QORCondition>("condition");
-    data.addFeature(condition);
-    data.addFeature(named<QORCondition>("taken"));
-    expectNameRefused(*condition, "taken", "Classifier", "Feature");
+    expectNamedAndOwned<QORReportDataSet, QORCondition>(&QORClassifier::addFeature, "Classifier", "Feature");
 }
 
 TEST(QORCondition, DeletesWhatAFeatureHasBeforeFreeItems) {
-    Journal journal;
-    Held<QORReport> report;
-    Held<QORReportRectangle> kept;
+    Graph graph;
+    auto* const report = graph.make<QORReport>();
+    auto* const kept = graph.make<QORReportRectangle>();
     report->addReportItem(kept);
     QORCondition condition;
     condition.addReportItem(kept);
-    condition.addReportItem(watched<QORReportRectangle>(journal, "item"));
-    condition.addType(watched<QORBaseType>(journal, "type"));
+    condition.addReportItem(graph.mortal<QORReportRectangle>("item"));
+    condition.addType(graph.mortal<QORBaseType>("type"));
     EXPECT_TRUE(condition.recursiveDelete());
-    EXPECT_EQ(journal.deaths, (Labels{"type", "item"}));
+    EXPECT_EQ(graph.deaths, (Labels{"type", "item"}));
     EXPECT_EQ(kept->getConditionCount(), 0);
-    EXPECT_EQ(kept->getReport(), report.get());
+    EXPECT_EQ(kept->getReport(), report);
 }
 
 TEST(QORCondition, IsolatesItsItemsFirst) {
-    Journal journal;
+    Graph graph;
     QORCondition condition;
-    condition.addType(watched<QORBaseType>(journal, "type"));
-    condition.addReportItem(watched<QORReportRectangle>(journal, "item"));
+    condition.addType(graph.mortal<QORBaseType>("type"));
+    condition.addReportItem(graph.mortal<QORReportRectangle>("item"));
     condition.isolate(true);
-    EXPECT_EQ(journal.deaths, (Labels{"item", "type"}));
-}
-
-TEST(QORCondition, ComparesAndCopiesWhetherItHides) {
-    EXPECT_FALSE(QORCondition().getHide());
-    expectCompared<QORCondition>([](auto& condition) { condition.setHide(true); });
-    expectCompared<QORCondition>([](auto& condition) { condition.setOptional(true); });
-    QORCondition source;
-    source.setHide(true);
-    EXPECT_TRUE(QORCondition(source).equals(source));
-    QORCondition target;
-    target.setFrom(source);
-    EXPECT_TRUE(target.equals(source));
+    EXPECT_EQ(graph.deaths, (Labels{"item", "type"}));
 }

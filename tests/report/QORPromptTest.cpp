@@ -1,69 +1,40 @@
-#include "GraphObservers.h"
+#include "Expectations.h"
 
 #include <qor/QORPrompt.h>
 #include <qor/QORPromptAnswer.h>
 #include <qor/QORReport.h>
 
-using namespace graph;
-
-TEST(QORPrompt, IsAClassifier) {
-    expectConcrete<QORPrompt>(QORElementType::PROMPT, 148, "Prompt", QORClassifier::getStaticMetaClass());
-}
-
-TEST(QORPrompt, StartsWithoutAQuestionForASingleAnswer) {
-    QORPrompt prompt;
-    EXPECT_STREQ(prompt.getQuestion().chars, "");
-    EXPECT_FALSE(prompt.getMultipleSelection());
-}
-
 TEST(QORPrompt, OwnsItsAnswersAsFeatures) {
-    Journal journal;
-    auto* const prompt = watched<QORPrompt>(journal, "prompt");
+    Graph graph;
+    auto* const prompt = graph.mortal<QORPrompt>("prompt");
     for (char const* name : {"yes", "no"}) {
-        auto* const answer = watched<QORPromptAnswer>(journal, name);
-        answer->setName(name);
+        auto* const answer = graph.mortal<QORPromptAnswer>(name);
         EXPECT_TRUE(prompt->addFeature(answer));
     }
     EXPECT_EQ(walkOf(*prompt), (Objects{prompt, prompt->getFeature(0), prompt->getFeature(1)}));
     delete prompt;
-    EXPECT_EQ(journal.deaths, (Labels{"prompt", "no", "yes"}));
+    EXPECT_EQ(graph.deaths, (Labels{"prompt", "no", "yes"}));
 }
 
 TEST(QORPrompt, BelongsToItsReport) {
-    Held<QORReport> report;
-    Held<QORPrompt> prompt("prompt");
+    Graph graph;
+    auto* const report = graph.make<QORReport>();
+    auto* const prompt = graph.make<QORPrompt>("prompt");
     report->addClassifier(prompt);
-    EXPECT_EQ(prompt->getParent(), report.get());
+    EXPECT_EQ(prompt->getParent(), report);
     expectDeletionRefused(*prompt);
-    EXPECT_EQ(prompt->removeAggregationAssembly(), report.get());
+    EXPECT_EQ(prompt->removeAggregationAssembly(), report);
 }
 
 TEST(QORPrompt, ReencodesItsQuestionThenAnswers) {
-    Journal journal;
-    Watched<QORPrompt> prompt(journal, "prompt");
-    prompt.QORPrompt::setName(rawText);
-    prompt.setQuestion(rawText);
-    prompt.addFeature(watched<QORPromptAnswer>(journal, "answer"));
-    prompt.onSetName = [&] { EXPECT_STREQ(prompt.getQuestion().chars, recodedText); };
+    Graph graph;
+    Mortal<QORPrompt> prompt(graph, "prompt");
+    prompt.QORPrompt::setName(inUtf8);
+    prompt.setQuestion(inUtf8);
+    prompt.addFeature(graph.mortal<QORPromptAnswer>("answer"));
+    prompt.onSetName = [&] { EXPECT_STREQ(prompt.getQuestion().chars, inLatin1); };
     Recoding recode;
     recode(prompt);
-    EXPECT_EQ(journal.namings, Labels{"prompt"});
-    EXPECT_EQ(journal.recodings, (Labels{"prompt", "answer"}));
-}
-
-TEST(QORPrompt, ComparesAndCopiesItsAttributes) {
-    expectCompared<QORPrompt>([](auto& prompt) { prompt.setQuestion("x"); });
-    expectCompared<QORPrompt>([](auto& prompt) { prompt.setMultipleSelection(true); });
-    expectCompared<QORPrompt>([](auto& prompt) { prompt.setStereotype("x"); });
-    expectNotCompared<QORPrompt>([](auto& prompt) { prompt.addFeature(new QORPromptAnswer); });
-    QORPrompt source;
-    source.setQuestion("q");
-    source.setMultipleSelection(true);
-    source.addFeature(new QORPromptAnswer);
-    QORPrompt const copy(source);
-    EXPECT_TRUE(copy.equals(source));
-    EXPECT_EQ(copy.getFeatureCount(), 0);
-    QORPrompt target;
-    target.setFrom(source);
-    EXPECT_TRUE(target.equals(source));
+    EXPECT_EQ(graph.namings, (Labels{"prompt", "answer"}));
+    EXPECT_EQ(graph.recodings, (Labels{"prompt", "answer"}));
 }

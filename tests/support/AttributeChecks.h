@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Graph.h"
 #include "TableDeviations.h"
 #include "TableSubjects.h"
 
 #include <qor/QORDate.h>
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORMetaAttribute.h>
 #include <qor/QORMetaAttributeType.h>
 #include <qor/QORMetaClass.h>
@@ -228,6 +228,18 @@ inline void checkForeignTexts(Attribute const& attribute) {
     }
 }
 
+/// The target of an assignment keeps what it has.
+inline void checkKeeping(Attribute const& attribute, QORObject const& source) {
+    Subject target(attribute.maker, false);
+    Value const own = valuesOf(attribute)[1];
+    ASSERT_NE(own.text, otherThanFirst(attribute).text);
+    set(attribute, *target, own);
+    attribute.maker.assign(*target, source);
+    expectValue(attribute, *target, own);
+    target->setFrom(source);
+    expectValue(attribute, *target, own);
+}
+
 inline void checkCarrying(Attribute const& attribute) {
     Value const value = otherThanFirst(attribute);
     Subject source(attribute.maker, false), assigned(attribute.maker, false),
@@ -241,6 +253,8 @@ inline void checkCarrying(Attribute const& attribute) {
     EXPECT_EQ(kept ? attribute.row.first : value.text, textOf(attribute, *assigned));
     EXPECT_EQ(otherwise.get(), &otherwise->setFrom(*source));
     EXPECT_EQ(textOf(attribute, *assigned), textOf(attribute, *otherwise));
+    if (!attribute.row.assigned)
+        checkKeeping(attribute, *source);
     expectValue(attribute, *source, value);
     attribute.maker.assign(*source, *source);
     expectValue(attribute, *source, value);
@@ -261,17 +275,11 @@ inline void checkComparing(Attribute const& attribute) {
     EXPECT_TRUE(other->equals(*other));
 }
 
-/// Re-encodes the texts of an object and gives the number of those that were converted and that failed.
-struct Recoding {
-    Recoding(QORObject& object, char const* from, char const* to) {
-        std::unique_ptr<QOREncodingConverter> const source(QOREncodingConverter::create(from));
-        std::unique_ptr<QOREncodingConverter> const target(QOREncodingConverter::create(to));
-        object.transcode(source.get(), target.get(), converted, failed);
-    }
-
-    int converted = 0;
-    int failed = 0;
-};
+inline Recoding recoded(QORObject& object, char const* from, char const* to) {
+    Recoding recode(from, to);
+    recode(object);
+    return recode;
+}
 
 /// A text is re-encoded, or left alone if it can't be, whatever becomes of the others.
 inline void checkRecoding(Attribute const& attribute) {
@@ -282,19 +290,19 @@ inline void checkRecoding(Attribute const& attribute) {
     bool const hasOtherName =
         attribute.row.id != QORAttributeType::OBJECT__NAME && object->getName().length != 0;
     attribute.setText(*object, "caf\xE9");
-    EXPECT_EQ(1, Recoding(*object, "UTF-8", "ISO-8859-1").failed);
+    EXPECT_EQ(1, recoded(*object, "UTF-8", "ISO-8859-1").errors);
     EXPECT_EQ("caf\xE9", attribute.getText(*object));
     if (hasOtherName) {
         EXPECT_STREQ("\xFC", object->getName().chars);
     }
-    Recoding const recoding(*object, "ISO-8859-1", "UTF-8");
+    Recoding const recoding = recoded(*object, "ISO-8859-1", "UTF-8");
     EXPECT_EQ("caf\xC3\xA9", attribute.getText(*object));
-    EXPECT_EQ(0, recoding.failed);
+    EXPECT_EQ(0, recoding.errors);
     if (hasOtherName) {
         EXPECT_STREQ("\xC3\xBC", object->getName().chars);
     }
     attribute.setText(*object, "");
-    EXPECT_EQ(recoding.converted - 1, Recoding(*object, "ISO-8859-1", "UTF-8").converted);
+    EXPECT_EQ(recoding.converted - 1, recoded(*object, "ISO-8859-1", "UTF-8").converted);
     EXPECT_EQ("", attribute.getText(*object));
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Graph.h"
 #include "Metamodel.h"
 #include "TableDeviations.h"
 #include "TableSubjects.h"
 
-#include <qor/QOREncodingConverter.h>
 #include <qor/QORMetaAttribute.h>
 #include <qor/QORMetaAttributeType.h>
 #include <qor/QORMetaClass.h>
@@ -320,8 +320,7 @@ inline void checkOtherClasses(ClassRow const& row, ClassMembers const& members) 
 // ---- re-encoding ----------------------------------------------------------------------------------------
 
 inline void checkRecodingOfAll(ClassRow const& row, ClassMembers const& members) {
-    std::unique_ptr<QOREncodingConverter> const utf8(QOREncodingConverter::create("UTF-8"));
-    std::unique_ptr<QOREncodingConverter> const latin(QOREncodingConverter::create("ISO-8859-1"));
+    Recoding toLatin("UTF-8", "ISO-8859-1"), toUtf8("ISO-8859-1", "UTF-8");
     Subject const object(members.maker, false);
     int texts = 0;
     for (HeldAttribute const& each : row.attributes) {
@@ -332,19 +331,18 @@ inline void checkRecodingOfAll(ClassRow const& row, ClassMembers const& members)
         texts += textOf(each, *object).empty() ? 0 : 1;
     }
     int const convertible = texts;
-    int settable = 0, converted = 0, failed = 0;
-    object->transcode(utf8.get(), latin.get(), converted, failed);
+    int settable = 0;
+    toLatin(*object);
     for (HeldAttribute const& each : row.attributes)
         if (each.isText && each.settable) {
             ++settable;
             EXPECT_EQ("\xE9", textOf(each, *object)) << recordOf(each).getName().chars;
         }
-    EXPECT_EQ(settable, failed);
-    EXPECT_EQ(convertible - settable, converted);
-    converted = failed = 0;
-    object->transcode(latin.get(), utf8.get(), converted, failed);
-    EXPECT_EQ(convertible, converted);
-    EXPECT_EQ(0, failed);
+    EXPECT_EQ(settable, toLatin.errors);
+    EXPECT_EQ(convertible - settable, toLatin.converted);
+    toUtf8(*object);
+    EXPECT_EQ(convertible, toUtf8.converted);
+    EXPECT_EQ(0, toUtf8.errors);
     for (HeldAttribute const& each : row.attributes)
         if (each.isText && each.settable) {
             EXPECT_EQ("\xC3\xA9", textOf(each, *object)) << recordOf(each).getName().chars;

@@ -654,6 +654,14 @@ inline void checkCopies(End const& end, End const& farEnd) {
     expectLinked(end, *source, farEnd, *far);
 }
 
+/// Links don't count for equality, nor does an element, except where it is part of what an object says.
+inline void checkComparing(End const& end, End const& farEnd) {
+    Subject const linked(end.maker, false), bare(end.maker, false), far(farEnd.maker, false);
+    ASSERT_TRUE(end.add(*linked, far.get()));
+    EXPECT_EQ(!isComparedEnd(end.row.id), linked->equals(*bare));
+    EXPECT_EQ(!isComparedEnd(end.row.id), bare->equals(*linked));
+}
+
 /// A self-link is refused. Between a nary and a unary end it leaves the object in its own nary end, from
 /// which it can be unlinked; its deletion ends all the same.
 inline void checkSelfLink(End const& end, End const& farEnd, Maker const& both, bool watched) {
@@ -689,6 +697,7 @@ inline void checkEnd(End const& end, End const& farEnd, Maker const* both = null
     checkLinkRecord(end);
     checkFarRecord(end, farEnd);
     checkCopies(end, farEnd);
+    checkComparing(end, farEnd);
     for (bool const watched : {false, true}) {
         SCOPED_TRACE(watched ? "objects of a caller's classes" : "objects of the library's classes");
         for (MadeBy const madeBy : {MadeBy::THIS_SIDE, MadeBy::FAR_SIDE, MadeBy::REFLECTION})

@@ -37,6 +37,11 @@ inline bool isCompared(int attributeId) {
     return attributeId != QORAttributeType::OBJECT__ID; // the caller's number
 }
 
+/// Whether equality looks at the elements of an end.
+inline bool isComparedEnd(int linkId) {
+    return linkId == QORAssociationType::DERIVED_TYPE__TYPE_VALUE; // a type is nothing without its values
+}
+
 /// Whether a class's objects have the name of something else, and refuse another one.
 inline bool hasNameOfItsType(int classId) {
     return classId == QORElementType::PROPERTY_VALUE;

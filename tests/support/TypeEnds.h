@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GraphTestSupport.h"
+#include "Expectations.h"
 
 #include <qor/QORAliasType.h>
 #include <qor/QORArgument.h>

@@ -5,22 +5,20 @@
 #include <qor/QORDesignPackage.h>
 #include <qor/QOROperation.h>
 
-#include <Mortal.h>
+#include <Graph.h>
 
 #include <gtest/gtest.h>
 #include <utility>
-#include <vector>
 
 namespace {
 
 using kit::Graph;
-using Objects = std::vector<QORObject*>;
 
 TEST(Graph, TakesOverAnObjectOfTwoOwnersOnce) {
-    EventLog deaths;
-    auto* const table = mortal<QORClass>(deaths, "class");
-    auto* const operation = mortal<QOROperation>(deaths, "operation");
-    auto* const argument = mortal<QORArgument>(deaths, "argument");
+    ::Graph notes;
+    auto* const table = notes.mortal<QORClass>("class");
+    auto* const operation = notes.mortal<QOROperation>("operation");
+    auto* const argument = notes.mortal<QORArgument>("argument");
     ASSERT_TRUE(table->addOperation(operation));
     ASSERT_TRUE(table->addArgument(argument));
     ASSERT_TRUE(operation->addArgument(argument));
@@ -29,15 +27,15 @@ TEST(Graph, TakesOverAnObjectOfTwoOwnersOnce) {
         graph.adoptTree(table);
         EXPECT_EQ(&graph.root(), table);
         EXPECT_EQ(graph.objects(), (Objects{table, operation, argument}));
-        EXPECT_TRUE(deaths.empty());
+        EXPECT_TRUE(notes.deaths.empty());
     }
-    EXPECT_EQ(deaths, (EventLog{"class", "operation", "argument"}));
+    EXPECT_EQ(notes.deaths, (Labels{"class", "operation", "argument"}));
 }
 
 TEST(Graph, DeletesObjectsThatOwnEachOtherInARing) {
-    EventLog deaths;
-    auto* const above = mortal<QORDesignPackage>(deaths, "above");
-    auto* const below = mortal<QORDesignPackage>(deaths, "below");
+    ::Graph notes;
+    auto* const above = notes.mortal<QORDesignPackage>("above");
+    auto* const below = notes.mortal<QORDesignPackage>("below");
     ASSERT_TRUE(above->addChildPackage(below));
     ASSERT_TRUE(below->addChildPackage(above));
     {
@@ -45,17 +43,17 @@ TEST(Graph, DeletesObjectsThatOwnEachOtherInARing) {
         graph.adopt(above);
         graph.adopt(below);
     }
-    EXPECT_EQ(deaths, (EventLog{"above", "below"}));
+    EXPECT_EQ(notes.deaths, (Labels{"above", "below"}));
 }
 
 TEST(Graph, MovesWithItsObjects) {
-    EventLog deaths;
+    ::Graph notes;
     Graph graph;
-    graph.adopt(mortal<QORClass>(deaths, "first"));
+    graph.adopt(notes.mortal<QORClass>("first"));
     Graph moved(std::move(graph));
     EXPECT_TRUE(graph.objects().empty());
     Graph other;
-    other.adopt(mortal<QORClass>(deaths, "other"));
+    other.adopt(notes.mortal<QORClass>("other"));
     other = std::move(moved);
     EXPECT_EQ(other.root().getName(), "first");
 }
