@@ -1,10 +1,10 @@
 #include "qor/SafeText.h"
 
+#include "kit/Text.h"
 #include "qor/Sources.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <optional>
 
 namespace qorprogram {
@@ -23,9 +23,8 @@ bool isOneOf(char character, std::string_view characters) {
     return characters.find(character) != npos;
 }
 
-int hexDigit(char character) {
-    char const lower = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-    return lower >= '0' && lower <= '9' ? lower - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+bool isLetterOrDigit(char character) {
+    return kit::isLetter(character) || kit::isDigit(character);
 }
 
 /// The character that a percent sign and two digits stand for at a place.
@@ -33,8 +32,8 @@ std::optional<char> decodedAt(std::string_view text, std::size_t place) {
     if (place + 2 >= text.size() || text[place] != '%') {
         return std::nullopt;
     }
-    int const high = hexDigit(text[place + 1]);
-    int const low = hexDigit(text[place + 2]);
+    int const high = kit::hexDigit(text[place + 1]);
+    int const low = kit::hexDigit(text[place + 2]);
     return high < 0 || low < 0 ? std::nullopt : std::optional(static_cast<char>(high * 16 + low));
 }
 
@@ -69,7 +68,7 @@ std::optional<Span> findSeparator(std::string_view text, std::size_t from) {
 }
 
 bool isOfScheme(char character) {
-    return std::isalnum(static_cast<unsigned char>(character)) || isOneOf(character, "+.-_:%\\");
+    return isLetterOrDigit(character) || isOneOf(character, "+.-_:%\\");
 }
 
 std::size_t schemeBegin(std::string_view text, std::size_t separator) {
@@ -108,8 +107,7 @@ Span nameBefore(std::string_view text, std::size_t equals) {
         --equals;
     }
     std::size_t begin = equals;
-    while (begin > 0 &&
-           (std::isalnum(static_cast<unsigned char>(text[begin - 1])) || isOneOf(text[begin - 1], "_-%"))) {
+    while (begin > 0 && (isLetterOrDigit(text[begin - 1]) || isOneOf(text[begin - 1], "_-%"))) {
         --begin;
     }
     return {begin, equals};
@@ -120,7 +118,7 @@ std::string plainName(std::string_view name) {
     std::string plain;
     for (std::size_t i = 0; i < name.size(); ++i) {
         auto const decoded = decodedAt(name, i);
-        plain += static_cast<char>(std::tolower(static_cast<unsigned char>(decoded.value_or(name[i]))));
+        plain += kit::lowerCase(decoded.value_or(name[i]));
         i += decoded ? 2 : 0;
     }
     return plain;
