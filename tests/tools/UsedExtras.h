@@ -39,7 +39,7 @@ inline std::string textOf(UsedExtra const& used) {
     return used.first + " of " + used.second;
 }
 
-/// Those of which no fact tells.
+/// Those that no table of facts lists.
 inline std::vector<std::string> unknownExtras(database::ExtraFacts const& facts,
                                               std::set<UsedExtra> const& used) {
     std::vector<std::string> unknown;

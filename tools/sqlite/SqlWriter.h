@@ -97,7 +97,7 @@ private:
     Translation indexText(database::Index const& index) const;
     void writeIndex(database::Index const& index);
 
-    database::Omissions pending; ///< of the table that is being written, to be told behind it
+    database::Omissions pending; ///< of the table that is being written; they are reported after it
 };
 
 } // namespace sqlite
