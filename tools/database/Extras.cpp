@@ -1,5 +1,7 @@
 #include "database/Extras.h"
 
+#include "kit/Text.h"
+
 #include <algorithm>
 
 namespace database {
@@ -8,14 +10,6 @@ namespace {
 bool fits(ExtraFact const& fact, std::string_view name) {
     bool const isBeginning = fact.name.back() == ' ';
     return name == fact.name || (isBeginning && name.substr(0, fact.name.size()) == fact.name);
-}
-
-std::string joined(std::vector<std::string_view> const& words) {
-    std::string text;
-    for (std::string_view const word : words) {
-        text.append(text.empty() ? "" : ", ").append(word);
-    }
-    return text;
 }
 
 } // namespace
@@ -56,7 +50,8 @@ bool isKnownExtra(ExtraFacts const& facts, std::string_view name, std::string_vi
 std::string tableOf(ExtraFacts const& facts) {
     std::string table = "| Property | On | Value |\n| --- | --- | --- |\n";
     for (ExtraFact const& fact : facts) {
-        table.append("| `").append(fact.name).append(fact.rest).append("` | ").append(joined(fact.owners));
+        std::string const owners = kit::joined({fact.owners.begin(), fact.owners.end()}, ", ");
+        table.append("| `").append(fact.name).append(fact.rest).append("` | ").append(owners);
         table.append(" | ").append(fact.meaning).append(" |\n");
     }
     return table;
